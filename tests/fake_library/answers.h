@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "krvcmd/service/krv_sdk.h"
+
+namespace krvfake {
+
+// What a failing call writes into the context. A text of 1024 bytes or more has no NUL there.
+struct Failure {
+    std::int32_t code = 0;
+    std::string text;
+};
+
+// The outcome of one call: nothing is success.
+using Answer = std::optional<Failure>;
+
+// The code of every "there is no such item" that nobody scripted.
+inline constexpr std::int32_t kUnknownItem = 1001;
+// The code of a volume that lies nowhere.
+inline constexpr std::int32_t kNoLocation = 500;
+
+// Where the answers of the looking calls come from: a farm in memory or made up arithmetically.
+class Answers {
+  public:
+    Answers() = default;
+    Answers(const Answers&) = delete;
+    Answers& operator=(const Answers&) = delete;
+    virtual ~Answers() = default;
+
+    virtual std::uint32_t NextJukebox(std::uint32_t previous) = 0;
+    virtual std::uint32_t NextVolume(std::uint32_t previous) = 0;
+    virtual Answer DescribeJukebox(const JukeboxKey& key, JukeboxRecord& record) = 0;
+    virtual Answer DescribeMagazine(const MagazineKey& key, MagazineRecord& record) = 0;
+    virtual Answer DescribeDrive(const DriveKey& key, DriveRecord& record) = 0;
+    virtual Answer DescribeSlot(const SlotKey& key, SlotRecord& record) = 0;
+    virtual Answer DescribeSide(const SideKey& key, SideRecord& record) = 0;
+    virtual Answer DescribeVolume(std::uint32_t volumeId, VolumeRecord& record) = 0;
+    virtual Answer ListAspects(std::uint32_t volumeId, char* buffer, std::uint32_t bufferSize,
+                               std::uint32_t& requiredSize) = 0;
+    // `room` elements may be written.
+    virtual Answer ListLocations(std::uint32_t volumeId, SideKey* locations, std::uint32_t room,
+                                 std::uint32_t& count) = 0;
+};
+
+// Copies a text into a fixed-width field: filled up with NULs, or without any when it does not fit.
+template <std::size_t N>
+void FillText(char (&field)[N], std::string_view text) {
+    for (std::size_t i = 0; i < N; ++i)
+        field[i] = i < text.size() ? text[i] : '\0';
+}
+
+}  // namespace krvfake
