@@ -1,4 +1,6 @@
-# What every target is compiled with. Link to krvcmd_options to get it.
+# What every target is compiled with. Link to krvcmd_options to get the warnings and the include path.
+include(CheckPIESupported)
+
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
@@ -6,6 +8,7 @@ set(CMAKE_C_STANDARD 11)
 set(CMAKE_C_STANDARD_REQUIRED ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+check_pie_supported()
 
 add_library(krvcmd_options INTERFACE)
 target_include_directories(krvcmd_options INTERFACE "${CMAKE_SOURCE_DIR}")
@@ -15,4 +18,25 @@ target_compile_options(krvcmd_options INTERFACE
 if(KRVCMD_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+endif()
+
+# What is shipped meets foreign data: volume labels, names and error texts of the service. A mistake
+# in handling them must end the program rather than hand it over. Position-independent executables
+# come with CMAKE_POSITION_INDEPENDENT_CODE above.
+if(CMAKE_BUILD_TYPE STREQUAL "Release")
+  add_compile_options(-fstack-protector-strong)
+  if(WIN32)
+    add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
+  else()
+    # The distribution's compiler may define it already, with another value.
+    add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
+    add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)
+  endif()
+endif()
+
+if(WIN32)
+  # Windows 7 and later; its header without what is never used here.
+  add_compile_definitions(_WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX)
+  # The same sources give the same bytes.
+  add_link_options(LINKER:--no-insert-timestamp)
 endif()

@@ -1,0 +1,14 @@
+# GoogleTest for the target, built from the sources that the system's package googletest holds. Gives
+# GTest::gtest and its companions, as CMake's own module does.
+set(kGoogleTestSource /usr/src/googletest)
+
+if(NOT TARGET GTest::gtest)
+  if(NOT EXISTS "${kGoogleTestSource}/CMakeLists.txt")
+    message(FATAL_ERROR "The sources of GoogleTest are not in ${kGoogleTestSource} (package googletest).")
+  endif()
+  set(INSTALL_GTEST OFF)
+  add_subdirectory("${kGoogleTestSource}" "${CMAKE_BINARY_DIR}/dependencies/googletest" EXCLUDE_FROM_ALL SYSTEM)
+endif()
+
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(GTest REQUIRED_VARS kGoogleTestSource)

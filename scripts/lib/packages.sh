@@ -1,0 +1,109 @@
+# Finds out what is missing on this machine and installs it. Sourced by the scripts, never run.
+# shellcheck shell=bash
+
+# One need per line: how to see that it is there, and the package that brings it.
+#   command NAME   a program on the PATH
+#   header  NAME   a header that the compiler finds
+#   file    PATH   a file
+#   package NAME   an installed package (for what can be seen in no other way)
+readonly kBuildNeeds='
+command cmake                 cmake
+command ninja                 ninja-build
+command g++                   g++
+header  sqlite3.h             libsqlite3-dev
+header  toml++/toml.h         libtomlplusplus-dev
+header  CLI/CLI.hpp           libcli11-dev
+header  nlohmann/json.hpp     nlohmann-json3-dev
+'
+
+readonly kDevelopmentNeeds='
+header  gtest/gtest.h         libgtest-dev
+command clang++               clang
+command clang-format          clang-format
+command clang-tidy            clang-tidy
+package libclang-rt-dev       libclang-rt-dev
+command python3               python3
+command readelf               binutils
+'
+
+# What building for Windows needs beyond kBuildNeeds.
+readonly kWindowsBuildNeeds='
+command x86_64-w64-mingw32-g++-posix  g++-mingw-w64-x86-64-posix
+command npm                           npm
+'
+
+readonly kWindowsRunNeeds='
+file    /usr/lib/wine/wine64          wine64
+command wine                          wine
+'
+
+readonly kWindowsTestNeeds='
+file    /usr/src/googletest/CMakeLists.txt  googletest
+'
+
+say() { printf '%s\n' "$*" >&2; }
+
+has_header() { printf '#include <%s>\n' "$1" | g++ -std=c++20 -E -x c++ - >/dev/null 2>&1; }
+
+is_there() { # KIND NAME
+    case "$1" in
+        command) command -v "$2" >/dev/null 2>&1 ;;
+        header) has_header "$2" ;;
+        file) [ -e "$2" ] ;;
+        package) dpkg-query -W -f='${db:Status-Status}' "$2" 2>/dev/null | grep -qx installed ;;
+    esac
+}
+
+# Prints the packages that the given needs ask for and that are not there, one per line.
+missing_packages() { # NEEDS
+    local kind name package
+    while read -r kind name package; do
+        [ -n "$kind" ] || continue
+        is_there "$kind" "$name" || printf '%s\n' "$package"
+    done <<<"$1"
+}
+
+# Runs a command as root; prints why when that cannot be.
+as_root() {
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    else
+        sudo -- "$@"
+    fi
+}
+
+# Installs what is missing; returns non-zero after a message when that fails.
+ensure_needs() { # NEEDS
+    local missing
+    mapfile -t missing < <(missing_packages "$1")
+    [ "${#missing[@]}" -gt 0 ] || return 0
+
+    local byHand="apt-get install ${missing[*]}"
+    if ! command -v apt-get >/dev/null 2>&1; then
+        say "Missing on this machine: ${missing[*]} (names as on Debian and Ubuntu)."
+        say "There is no apt-get here to install them with; install them by your system's own means and run this again."
+        return 1
+    fi
+    if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null 2>&1; then
+        say "Missing on this machine: ${missing[*]}."
+        say "Installing them takes root or sudo, and there is neither. Ask an administrator to run:"
+        say "    $byHand"
+        return 1
+    fi
+
+    say "Installing: ${missing[*]}"
+    local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
+    # Old package lists may still do, so only a failing installation counts.
+    as_root "${apt[@]}" update </dev/null >&2 || say "The package lists could not be refreshed; going on with those at hand."
+    if ! as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null >&2; then
+        say "The packages could not be installed (see above: no network, no rights, or no such package)."
+        say "When that is mended, run this again, or install them by hand:"
+        say "    $byHand"
+        return 1
+    fi
+    mapfile -t missing < <(missing_packages "$1")
+    if [ "${#missing[@]}" -gt 0 ]; then
+        say "Still missing after the installation: ${missing[*]}"
+        return 1
+    fi
+}
