@@ -1,0 +1,44 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace Ostrel::UI::Console {
+
+// The text of one cell, in 16 bytes. A table of a whole farm holds millions of cells whose texts are
+// mostly numbers and short names: up to 15 bytes lie in the object itself, longer ones on the heap.
+class CellText {
+  public:
+    CellText() = default;
+    explicit CellText(std::string_view text);
+    ~CellText() { Release(); }
+    CellText(const CellText&) = delete;
+    CellText& operator=(const CellText&) = delete;
+
+    // Replaces the text. When memory is short std::bad_alloc leaves the old text in place.
+    void Assign(std::string_view text);
+
+    std::string_view View() const;
+
+  private:
+    static constexpr std::size_t kInlineCapacity = 15;
+    static constexpr char kOnHeap = -1;
+
+    // How a text that lies on the heap is noted in the object's own bytes.
+    struct HeapText {
+        char* data;
+        std::uint32_t size;
+    };
+
+    HeapText GetHeapText() const;
+    void Release();
+
+    // The last byte is the length of a text that lies here, or kOnHeap.
+    alignas(HeapText) std::array<char, kInlineCapacity + 1> m_bytes{};
+};
+
+static_assert(sizeof(CellText) == 16);
+
+}  // namespace Ostrel::UI::Console

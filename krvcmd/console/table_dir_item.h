@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "krvcmd/console/table_string_item.h"
+
+namespace Ostrel::UI::Console {
+
+// A directory path with backslashes.
+class CTableDirItem final : public CTableStringItem {
+  public:
+    using CTableStringItem::CTableStringItem;
+
+    void RenderInto(std::string& out, std::uint32_t width) const override;
+};
+
+}  // namespace Ostrel::UI::Console

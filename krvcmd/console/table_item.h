@@ -1,0 +1,62 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "krvcmd/console/cell_text.h"
+
+namespace Ostrel::UI::Console {
+
+enum class Alignment : std::uint8_t { Left = 0, Centre = 1, Right = 2 };
+
+// One cell of a table. It knows its column by a numeric id, shows itself in a field of a given width
+// and compares itself with another cell of the same column. All cells of a column are of one class.
+class CTableItem {
+  public:
+    virtual ~CTableItem() = default;
+    CTableItem(const CTableItem&) = delete;
+    CTableItem& operator=(const CTableItem&) = delete;
+
+    // Appends the cell, shown in a field of `width` characters, to `out`. Width 0 is the full text as
+    // it is; otherwise a shorter text is aligned and filled to `width`, and what happens to a longer
+    // one is each class's own rule (its result need not be `width` long).
+    virtual void RenderInto(std::string& out, std::uint32_t width) const = 0;
+
+    // The number that other cells are compared with; 0 for texts.
+    virtual std::int64_t GetValue() const { return 0; }
+
+    // Exactly -1, 0 or +1: this cell comes before, with or after `other`.
+    virtual std::int32_t Compare(const CTableItem& other) const = 0;
+
+    // The result of RenderInto by itself.
+    std::string Render(std::uint32_t width) const;
+
+    std::uint32_t GetColumnId() const { return m_columnId; }
+
+    // The text that the cell shows at full width, the same as Render(0).
+    std::string_view GetText() const { return m_text.View(); }
+
+    void SetAlignment(Alignment alignment) { m_alignment = alignment; }
+
+    // Whether a text cell compares a number at its end by value.
+    void SetNaturalCompare(bool natural) { m_naturalCompare = natural; }
+
+  protected:
+    CTableItem(std::uint32_t columnId, Alignment alignment) : m_alignment(alignment), m_columnId(columnId) {}
+
+    // Appends the text when it needs no shortening: as it is for width 0, aligned and filled with blanks
+    // when it is not longer than `width`. False, and nothing appended, when it is longer.
+    bool RenderFitting(std::string& out, std::uint32_t width) const;
+
+    bool IsNaturalCompare() const { return m_naturalCompare; }
+    void AssignText(std::string_view text) { m_text.Assign(text); }
+
+  private:
+    bool m_naturalCompare = true;
+    Alignment m_alignment;
+    std::uint32_t m_columnId;
+    CellText m_text;
+};
+
+}  // namespace Ostrel::UI::Console

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "krvcmd/console/table_item.h"
+
+namespace Ostrel::UI::Console {
+
+// One row: its cells in the order in which they were added. It does not own them; whoever created them
+// keeps them alive as long as the row. The same cell may stand in several rows.
+class CTableRow {
+  public:
+    CTableRow() = default;
+
+    // Makes room for `cellCount` cells.
+    explicit CTableRow(std::size_t cellCount) { m_cells.reserve(cellCount); }
+
+    void AddItem(const CTableItem& item) { m_cells.push_back(&item); }
+
+    // The first cell of that column, null when the row has none.
+    const CTableItem* FindItem(std::uint32_t columnId) const;
+
+    const std::vector<const CTableItem*>& GetItems() const { return m_cells; }
+
+  private:
+    std::vector<const CTableItem*> m_cells;
+};
+
+}  // namespace Ostrel::UI::Console
