@@ -1,0 +1,101 @@
+#!/usr/bin/env python3
+"""Runs the command lines that a document shows: run_document.py [--write] DOCUMENT PROGRAM-DIRECTORY
+
+A fenced block marked `console` is a session at a prompt:
+
+    $ command            a command line; lines that follow with "> " belong to it
+    what it prints       standard output and standard error, as a terminal shows them together
+    ...                  any number of lines
+
+The blocks of one document are one session of bash, in an empty folder with a fresh farm. The programs
+are found by name; scripts/run stands for krvcmd. With --write the outputs in the document are replaced
+by what was printed (outputs with "..." stay as they are); the difference is then to be read line by line.
+"""
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+MARK = "\x01"
+
+
+class Step:
+    """One command line and what the document shows below it; `first` to `last` are the shown lines' places."""
+
+    def __init__(self, number, command, first):
+        self.number, self.command, self.first, self.last = number, command, first, first
+        self.shown, self.printed = [], None
+
+    def matches(self):
+        pattern = "".join(r"(?:.*\n)*" if line == "..." else re.escape(line) + "\n" for line in self.shown)
+        return re.fullmatch(pattern, "".join(line + "\n" for line in self.printed)) is not None
+
+
+def read_steps(lines):
+    steps, in_block = [], False
+    for number, line in enumerate(lines):
+        if not in_block:
+            in_block = line.strip() == "```console"
+        elif line.strip() == "```":
+            in_block = False
+        elif line.startswith("$ "):
+            steps.append(Step(number + 1, line[2:], number + 1))
+        elif line.startswith("> ") and steps and not steps[-1].shown:
+            steps[-1].command += "\n" + line[2:]
+            steps[-1].first = steps[-1].last = number + 1
+        elif steps and steps[-1].last == number:
+            steps[-1].shown.append(line)
+            steps[-1].last = number + 1
+        else:
+            sys.exit(f"line {number + 1}: a console block must begin with a command line")
+    return steps
+
+
+def run(steps, program_dir, folder):
+    """Runs all steps in one shell and files what each printed."""
+    home = pathlib.Path(folder)
+    (home / "work" / "scripts").mkdir(parents=True)
+    shim = home / "work" / "scripts" / "run"
+    shim.write_text('#!/bin/sh\nexec krvcmd "$@"\n')
+    shim.chmod(0o755)
+    script = "".join(
+        f"_status=$?; printf '{MARK}%d{MARK}' {at}; (exit $_status)\n{step.command}\n" for at, step in enumerate(steps))
+    environment = dict(os.environ, KRVSIM_HOME=str(home / "farm"), HOME=str(home),
+                       PATH=f"{program_dir}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
+    done = subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=300, check=False)
+    parts = done.stdout.decode("utf-8", "replace").split(MARK)
+    # before the first mark, then number and output of each step that was reached
+    for at, text in zip(parts[1::2], parts[2::2]):
+        steps[int(at)].printed = text.removesuffix("\n").split("\n") if text else []
+
+
+def main(arguments):
+    write = arguments[:1] == ["--write"]
+    document, program_dir = arguments[write:]
+    path = pathlib.Path(document)
+    lines = path.read_text(encoding="utf-8").splitlines()
+    steps = read_steps(lines)
+    if not steps:
+        print(f"{path.name}: shows no command line")
+        return 1
+    with tempfile.TemporaryDirectory() as folder:
+        run(steps, pathlib.Path(program_dir).resolve(), folder)
+
+    wrong = [step for step in steps if step.printed is None or not step.matches()]
+    if write:
+        for step in reversed(wrong):
+            if "..." not in step.shown and step.printed is not None:
+                lines[step.first:step.last] = step.printed
+        path.write_text("\n".join(lines) + "\n", encoding="utf-8")
+    for step in wrong:
+        print(f"{path.name}, line {step.number}: {step.command}")
+        print("--- shown", *step.shown, "--- printed", *(step.printed or ["(not reached)"]), sep="\n")
+    print(f"{path.name}: {len(steps)} command lines, {len(wrong)} print something else than shown")
+    return 1 if wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1:]))
