@@ -48,4 +48,9 @@ class [[nodiscard]] Status {
     std::string m_message;
 };
 
+// The first of the two that is an error; success when neither is.
+inline const Status& FirstError(const Status& first, const Status& second) {
+    return first.IsOk() ? second : first;
+}
+
 }  // namespace krvcmd

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "krvcmd/commands/command.h"
+#include "krvcmd/service/media_calls.h"
+
+namespace krvcmd {
+
+// Switches jukeboxes, magazines, drives or volumes on or off. Unlike the commands that walk slots,
+// the first failure ends the command.
+class CAble : public CCommand {
+  public:
+    Status Run() override;
+
+  protected:
+    explicit CAble(Activity activity) : m_activity(activity) {}
+
+  private:
+    Status SetItemActive(const ItemAddress& entry) const;
+
+    // The volumes on the addressed sides of a slot; a side without one is passed over.
+    Status SetSlotVolumesActive(const ItemAddress& entry) const;
+
+    Activity m_activity;
+};
+
+class CEnable : public CAble {
+  public:
+    CEnable() : CAble(Activity::Enable) {}
+};
+
+class CDisable : public CAble {
+  public:
+    CDisable() : CAble(Activity::Disable) {}
+};
+
+}  // namespace krvcmd

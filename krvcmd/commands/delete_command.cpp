@@ -1,0 +1,9 @@
+#include "krvcmd/commands/delete_command.h"
+
+namespace krvcmd {
+
+Status CDelete::Run() {
+    return {};
+}
+
+}  // namespace krvcmd

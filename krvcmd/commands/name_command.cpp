@@ -1,0 +1,32 @@
+#include "krvcmd/commands/name_command.h"
+
+#include "krvcmd/service/interrupt.h"
+#include "krvcmd/service/media_calls.h"
+
+namespace krvcmd {
+
+Status CName::ParseOptions() {
+    (void)GetStringParameter("", m_newName, m_hasNewName);
+    return {};
+}
+
+Status CName::Run() {
+    if (AddressesNothing()) return {};
+    std::int32_t jukeboxId = -1;
+    Status status = ResolveAddressedJukebox(jukeboxId);
+    if (!status.IsOk()) return status;
+    // A failed entry does not end the loop: the last entry's result is the result.
+    for (const ItemAddress& entry : Addresses()) {
+        if (InterruptRequested()) break;
+        status = Rename(entry, jukeboxId);
+    }
+    return status;
+}
+
+Status CName::Rename(const ItemAddress& entry, std::int32_t jukeboxId) const {
+    if (Kind() == AddressKind::Volumes) return SetVolumeDirectory(entry.volumeId, m_newName);
+    if (Kind() == AddressKind::Jukebox) return RenameJukebox(jukeboxId, m_newName);
+    return Status::SystemError(os_code::kInvalidCommandLine);
+}
+
+}  // namespace krvcmd

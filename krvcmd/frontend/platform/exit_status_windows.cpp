@@ -1,0 +1,9 @@
+#include "krvcmd/frontend/exit_status.h"
+
+namespace krvcmd {
+
+int ExitStatus(std::uint32_t code) {
+    return static_cast<int>(code);
+}
+
+}  // namespace krvcmd

@@ -1,0 +1,41 @@
+#include "krvcmd/frontend/report_result.h"
+
+#include <cstring>
+
+#include "krvcmd/console/query_table.h"
+
+namespace krvcmd {
+
+namespace {
+
+std::string SystemErrorMessage(std::uint32_t code) {
+    switch (code) {
+        case os_code::kNoSuchItem:
+            return "Error: No such item present.\n";
+        case os_code::kInvalidCommandLine:
+            return "Error: Invalid command line parameter. Specify help to get further information.\n";
+        default:
+            return "OS error " + std::to_string(code) + ": " + std::strerror(static_cast<int>(code)) + "\n";
+    }
+}
+
+}  // namespace
+
+std::string ErrorMessage(const Status& status) {
+    if (!status.IsServiceError()) return SystemErrorMessage(status.Code());
+    return "KRV error " + std::to_string(status.Code()) + ": " + status.Message() + "\n";
+}
+
+Status ReportResult(BannerFlags& flags, const Status& status) {
+    const Status banner = PrintBanner(flags);
+    const Status& result = FirstError(status, banner);
+    if (result.IsOk() && flags.quiet) return result;
+
+    Ostrel::UI::Console::CKrvQueryTable writer;
+    writer.PrintText(Ostrel::UI::Console::Stream::StandardError,
+                     result.IsOk() ? "Operation completed successfully.\n" : ErrorMessage(result));
+    const Status written = writer.Finish();
+    return FirstError(result, written);
+}
+
+}  // namespace krvcmd

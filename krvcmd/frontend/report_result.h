@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+#include "krvcmd/frontend/banner.h"
+#include "krvcmd/frontend/status.h"
+
+namespace krvcmd {
+
+// The result line for a failed run, with its line end. `status` must be an error.
+std::string ErrorMessage(const Status& status);
+
+// Prints the banner, if nobody has yet, and the one result line of the run to standard error: the
+// error message, or the success message unless quiet is set. Gives the final result of the run:
+// `status`, or, when that is success and its report cannot be written, the error of the writing.
+Status ReportResult(BannerFlags& flags, const Status& status);
+
+}  // namespace krvcmd

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+
+#include "krvcmd/service/krv_sdk.h"
+
+namespace krvcmd {
+
+// Makers of key records, with their sizes set. Magazine, slot, drive and side are zero-based;
+// -1 leaves a field unset.
+
+inline JukeboxKey MakeJukeboxKey(std::int32_t jukeboxId) {
+    return {sizeof(JukeboxKey), jukeboxId};
+}
+
+inline MagazineKey MakeMagazineKey(std::int32_t jukeboxId, std::int32_t magazine) {
+    return {sizeof(MagazineKey), jukeboxId, magazine};
+}
+
+inline DriveKey MakeDriveKey(std::int32_t jukeboxId, std::int32_t drive) {
+    return {sizeof(DriveKey), jukeboxId, drive};
+}
+
+inline SlotKey MakeSlotKey(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot) {
+    return {sizeof(SlotKey), jukeboxId, magazine, slot};
+}
+
+inline SideKey MakeSideKey(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot,
+                           std::int32_t side) {
+    return {sizeof(SideKey), jukeboxId, magazine, slot, side};
+}
+
+inline SideKey UnsetSideKey() {
+    return MakeSideKey(-1, -1, -1, -1);
+}
+
+}  // namespace krvcmd

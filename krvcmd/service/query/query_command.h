@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "krvcmd/commands/command.h"
+#include "krvcmd/commands/worker.h"
+#include "krvcmd/console/query_table.h"
+#include "krvcmd/service/query/query_objects.h"
+#include "krvcmd/service/query/query_walks.h"
+
+namespace krvcmd {
+
+// Prints a table about jukeboxes, magazines, drives, slots or volumes. Rows gathered before a
+// failure are still shown.
+class CQuery : public CCommand, public CWorker {
+  public:
+    CQuery();
+
+    Status ParseOptions() override;
+    Status Run() override;
+
+    // Lists one slot.
+    Status Work(const SlotPosition& position) override;
+
+  private:
+    // A text option and whether it was given.
+    struct TextOption {
+        bool given = false;
+        std::string text;
+
+        std::string OrElse(std::string_view byDefault) const { return given ? text : std::string(byDefault); }
+    };
+
+    void ReadText(std::string_view name, TextOption& option) const;
+
+    // The first object given in the order of QueryObjects; null when none is.
+    const QueryObjectInfo* ChosenObject() const;
+
+    // Chooses the rows and prints them.
+    Status Query(const QueryObjectInfo& info, std::int32_t jukeboxId);
+
+    // System error 22 when a column or sort letter is unknown.
+    Status ConfigureTable(const QueryObjectInfo& info);
+
+    Status Gather(QueryObject object, std::int32_t jukeboxId);
+    Status GatherMagazines(std::int32_t jukeboxId);
+    Status GatherDrives(std::int32_t jukeboxId);
+    Status GatherSlotsOrVolumes(QueryObject object, std::int32_t jukeboxId);
+    Status GatherEntry(const ItemAddress& entry, std::int32_t jukeboxId);
+
+    // Walks slots, one-based; -1 where not given.
+    Status WalkSlots(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot, std::int32_t side);
+
+    // Items that a query of jukeboxes, magazines or drives takes as "no address".
+    bool AddressesAllJukeboxes() const {
+        return Kind() == AddressKind::None || Kind() == AddressKind::Volumes;
+    }
+
+    bool m_configuration = false;
+    bool m_detectSequence = false;
+    bool m_notable = false;
+    bool m_hasWidth = false;
+    std::int32_t m_width = 0;
+    TextOption m_columns;
+    TextOption m_sort;
+    TextOption m_separator;
+    TextOption m_filter;
+    Ostrel::UI::Console::CKrvQueryTable m_table;
+    QueryWalks m_walks;
+};
+
+}  // namespace krvcmd

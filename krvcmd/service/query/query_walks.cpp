@@ -1,0 +1,132 @@
+#include "krvcmd/service/query/query_walks.h"
+
+#include <vector>
+
+#include "krvcmd/service/enumeration.h"
+#include "krvcmd/service/interrupt.h"
+#include "krvcmd/service/item_lookup.h"
+#include "krvcmd/service/keys.h"
+#include "krvcmd/service/volume_lookup.h"
+
+namespace krvcmd {
+
+namespace {
+
+constexpr std::uint32_t kSlotEmpty = 3;
+constexpr std::uint32_t kSlotFull = 4;
+constexpr std::uint32_t kSideUnreadable = 3;  // service code
+constexpr std::int32_t kSideA = 0;
+constexpr std::int32_t kSideB = 1;
+
+}  // namespace
+
+Status QueryWalks::ListJukeboxes(std::int32_t jukeboxId) {
+    const auto list = [this](std::int32_t id) {
+        JukeboxInfo jukebox;
+        Status status = GetJukebox(id, jukebox);
+        if (status.IsOk()) m_table.AddJukeboxRow(jukebox);
+        return status;
+    };
+    return jukeboxId < 1 ? ForEachJukebox(list) : list(jukeboxId);
+}
+
+Status QueryWalks::ListMagazines(std::int32_t jukeboxId) {
+    JukeboxInfo jukebox;
+    Status status = GetJukebox(jukeboxId, jukebox);
+    if (!status.IsOk()) return status;
+    for (std::int32_t m = 0; m < jukebox.record.magazineCount && !InterruptRequested(); ++m) {
+        MagazineRecord record;
+        Status found = GetMagazineInfo(jukeboxId, m, record);
+        if (found.IsOk()) {
+            m_table.AddMagazineRow(jukebox, MakeMagazineKey(jukeboxId, m), record);
+        } else {
+            status = found;
+        }
+    }
+    return status;
+}
+
+Status QueryWalks::ListDrives(std::int32_t jukeboxId) {
+    JukeboxInfo jukebox;
+    Status status = GetJukebox(jukeboxId, jukebox);
+    if (!status.IsOk()) return status;
+    status = Status::SystemError(os_code::kNoSuchItem);
+    for (std::int32_t d = 0; d < jukebox.record.driveCount && !InterruptRequested(); ++d) {
+        status = ListDrive(jukeboxId, d);
+    }
+    return status;
+}
+
+Status QueryWalks::ListDrive(std::int32_t jukeboxId, std::int32_t drive) {
+    JukeboxInfo jukebox;
+    Status status = GetJukebox(jukeboxId, jukebox);
+    if (!status.IsOk()) return status;
+    DriveRecord record;
+    status = GetDriveInfo(jukeboxId, drive, record);
+    if (status.IsOk()) m_table.AddDriveRow(jukebox, MakeDriveKey(jukeboxId, drive), record);
+    return status;
+}
+
+Status QueryWalks::ListSlot(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot,
+                            std::int32_t side) {
+    JukeboxInfo jukebox;
+    Status status = GetJukebox(jukeboxId, jukebox);
+    if (!status.IsOk()) return status;
+    SlotRecord record;
+    status = GetSlotInfo(jukeboxId, magazine, slot, record);
+    if (!status.IsOk()) return status;
+
+    if (record.state != kSlotFull) {
+        const bool addRow = m_slotRows == SlotRows::Add && record.state != kSlotEmpty;
+        if (addRow) m_table.AddSlotRow(jukebox, MakeSlotKey(jukeboxId, magazine, slot), record);
+        return status;
+    }
+    const bool oneSide = side == kSideA || side == kSideB;
+    const std::int32_t first = oneSide ? side : kSideA;
+    const std::int32_t last = oneSide ? side : kSideB;
+    for (std::int32_t s = first; s <= last; ++s) {
+        status = ListSide(MakeSideKey(jukeboxId, magazine, slot, s));
+    }
+    return status.Code() == kSideUnreadable ? Status() : status;
+}
+
+Status QueryWalks::ListSide(const SideKey& key) {
+    SideRecord record;
+    Status status = GetSideInfo(key, record);
+    const bool usable = status.IsOk() || status.Code() == kSideUnreadable;
+    if (!usable || record.volumeId < 1) return status;
+    return ListVolume(key.jukeboxId, record.volumeId);
+}
+
+Status QueryWalks::ListVolume(std::int32_t jukeboxId, std::int32_t volumeId) {
+    VolumeInfo volume;
+    Status status = GetVolume(volumeId, volume);
+    if (!status.IsOk()) return status;
+    std::vector<SideKey> locations;
+    status = ReadVolumeLocations(volumeId, locations);
+    if (!status.IsOk()) return status;
+    if (locations.empty()) {
+        m_table.AddVolumeRow(volume);
+        return status;
+    }
+    if (jukeboxId < 1) jukeboxId = locations.front().jukeboxId;
+    for (const SideKey& location : locations)
+        status = ListVolumeAt(jukeboxId, location, volume);
+    return status;
+}
+
+Status QueryWalks::ListVolumeAt(std::int32_t jukeboxId, const SideKey& location, const VolumeInfo& volume) {
+    JukeboxInfo jukebox;
+    Status status = GetJukebox(jukeboxId, jukebox);
+    if (!status.IsOk()) return status;
+    SideRecord side;
+    status = GetSideInfo(location, side);
+    if (status.IsOk()) m_table.AddSideRow(jukebox, location, side, volume);
+    return status;
+}
+
+Status QueryWalks::ListAllVolumes() {
+    return ForEachVolume([this](std::int32_t volumeId) { return ListVolume(-1, volumeId); });
+}
+
+}  // namespace krvcmd

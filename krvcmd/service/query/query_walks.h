@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+
+#include "krvcmd/console/query_table.h"
+#include "krvcmd/frontend/status.h"
+#include "krvcmd/service/item_info.h"
+
+namespace krvcmd {
+
+// Looks items up and adds one row for each to a query table. Nothing is cached: every look-up asks
+// the library. Magazine, slot, drive and side are zero-based; a jukebox ID below 1 means "none".
+class QueryWalks {
+  public:
+    enum class SlotRows { Add, LeaveOut };
+
+    // The table is not owned and must outlive this object.
+    explicit QueryWalks(Ostrel::UI::Console::CKrvQueryTable& table) : m_table(table) {}
+
+    // Whether slots that hold no readable disc get a row of their own (a query of volumes leaves
+    // them out).
+    void SetSlotRows(SlotRows slotRows) { m_slotRows = slotRows; }
+
+    // One jukebox, or all of them without an ID; ends at the first that cannot be described.
+    Status ListJukeboxes(std::int32_t jukeboxId);
+
+    // All magazines. One that cannot be described does not end the walk; the last failure is the
+    // result.
+    Status ListMagazines(std::int32_t jukeboxId);
+
+    // All drives; each drive's result replaces the one before. System error 2: there is none.
+    Status ListDrives(std::int32_t jukeboxId);
+
+    Status ListDrive(std::int32_t jukeboxId, std::int32_t drive);
+
+    // The volumes of a full slot, or the slot itself. Empty slots are never listed. Side 0 = A,
+    // 1 = B, anything else = both; a side that cannot be read (code 3) is no error.
+    Status ListSlot(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot, std::int32_t side);
+
+    // One row for each location of the volume, or one without location. Without a jukebox ID the
+    // first location's jukebox is taken, for every location, deliberately.
+    Status ListVolume(std::int32_t jukeboxId, std::int32_t volumeId);
+
+    // Every volume the service knows; ends at the first that fails.
+    Status ListAllVolumes();
+
+  private:
+    Status ListSide(const SideKey& key);
+    Status ListVolumeAt(std::int32_t jukeboxId, const SideKey& location, const VolumeInfo& volume);
+
+    Ostrel::UI::Console::CKrvQueryTable& m_table;
+    SlotRows m_slotRows = SlotRows::Add;
+};
+
+}  // namespace krvcmd

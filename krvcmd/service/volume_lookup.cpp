@@ -1,0 +1,117 @@
+#include "krvcmd/service/volume_lookup.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+#include <memory>
+
+#include "krvcmd/service/keys.h"
+#include "krvcmd/service/library_call.h"
+
+namespace krvcmd {
+
+namespace {
+
+// The service error "the volume has no location".
+constexpr std::uint32_t kNoLocation = 500;
+
+// Third argument of every call for locations, however long the array is.
+constexpr std::uint32_t kAlways1 = 1;
+
+// A list of locations that takes more bytes than this cannot be meant.
+constexpr std::size_t kLargestLocationList = std::numeric_limits<std::int32_t>::max();
+
+std::uint32_t LibraryId(std::int32_t volumeId) {
+    return static_cast<std::uint32_t>(volumeId);
+}
+
+Status OutOfMemory() {
+    return Status::SystemError(os_code::kOutOfMemory);
+}
+
+// Asks for locations into an array; "no location" leaves the count at 0 and is no error.
+Status CallVolumeLocations(std::int32_t volumeId, SideKey* locations, std::uint32_t& count) {
+    Status status = CallLibrary(KrvVolumeLocations, LibraryId(volumeId), locations, kAlways1, &count);
+    if (!status.IsServiceError() || status.Code() != kNoLocation) return status;
+    count = 0;
+    return {};
+}
+
+VolumeRecord PresetVolumeRecord() {
+    VolumeRecord record{};
+    record.size = sizeof(VolumeRecord);
+    record.libraryValue1 = -1;
+    return record;
+}
+
+struct FreeBuffer {
+    void operator()(char* buffer) const { std::free(buffer); }
+};
+
+// Zeroed memory that costs nothing until it is touched: the size is the library's word.
+std::unique_ptr<char, FreeBuffer> AllocateZeroed(std::size_t size) {
+    return std::unique_ptr<char, FreeBuffer>(static_cast<char*>(std::calloc(size, 1)));
+}
+
+}  // namespace
+
+Status GetVolume(std::int32_t volumeId, VolumeInfo& volume) {
+    volume.volumeId = volumeId;
+    volume.record = PresetVolumeRecord();
+    volume.aspects.clear();
+    Status status = CallLibrary(KrvVolumeDetail, LibraryId(volumeId), &volume.record);
+    if (!status.IsOk()) return status;
+    return ReadVolumeAspects(volumeId, volume.aspects);
+}
+
+Status ReadVolumeAspects(std::int32_t volumeId, std::vector<std::string>& aspects) {
+    char tooSmall = '\0';
+    std::uint32_t requiredSize = 0;
+    const std::uint32_t id = LibraryId(volumeId);
+    Status status = CallLibrary(KrvVolumeAspects, id, &tooSmall, std::uint32_t{1}, &requiredSize);
+    if (!status.IsOk() || requiredSize == 0) return status;
+
+    const std::uint32_t bufferSize = requiredSize;
+    const auto buffer = AllocateZeroed(bufferSize);
+    if (buffer == nullptr) return OutOfMemory();
+    status = CallLibrary(KrvVolumeAspects, id, buffer.get(), bufferSize, &requiredSize);
+    if (!status.IsOk()) return status;
+    SplitAspects({buffer.get(), bufferSize}, requiredSize, aspects);
+    return {};
+}
+
+void SplitAspects(std::span<const char> buffer, std::size_t requiredSize, std::vector<std::string>& aspects) {
+    std::size_t offset = 0;
+    while (offset < buffer.size() && offset <= requiredSize) {
+        const auto start = buffer.begin() + static_cast<std::ptrdiff_t>(offset);
+        const std::string aspect(start, std::find(start, buffer.end(), '\0'));
+        if (aspect.empty()) return;
+        aspects.push_back(aspect);
+        offset += aspect.size() + 1;
+    }
+}
+
+Status ReadFirstVolumeLocation(std::int32_t volumeId, SideKey& location, bool& found) {
+    location = UnsetSideKey();
+    std::uint32_t count = 0;
+    Status status = CallVolumeLocations(volumeId, &location, count);
+    found = status.IsOk() && count >= 1;
+    return status;
+}
+
+Status ReadVolumeLocations(std::int32_t volumeId, std::vector<SideKey>& locations) {
+    locations.assign(1, UnsetSideKey());
+    std::uint32_t count = 0;
+    Status status = CallVolumeLocations(volumeId, locations.data(), count);
+    if (status.IsOk() && count >= 2) {
+        if (count > kLargestLocationList / sizeof(SideKey)) return OutOfMemory();
+        locations.assign(count, UnsetSideKey());
+        status = CallVolumeLocations(volumeId, locations.data(), count);
+    }
+    // The count may have grown between the calls; what there was no room for is not there.
+    const std::size_t filled = status.IsOk() ? std::min<std::size_t>(count, locations.size()) : 0;
+    locations.resize(filled);
+    return status;
+}
+
+}  // namespace krvcmd

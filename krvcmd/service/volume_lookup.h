@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "krvcmd/frontend/status.h"
+#include "krvcmd/service/item_info.h"
+#include "krvcmd/service/krv_sdk.h"
+
+namespace krvcmd {
+
+// The volume's record and its aspects.
+Status GetVolume(std::int32_t volumeId, VolumeInfo& volume);
+
+// The volume's aspects (its directory names), appended to `aspects`. System error 12 when the
+// library asks for a buffer that cannot be obtained.
+Status ReadVolumeAspects(std::int32_t volumeId, std::vector<std::string>& aspects);
+
+// Splits a list of NUL-terminated strings that an empty string ends. A string that begins beyond
+// `requiredSize`, the library's word for the list's length, is not taken. Nothing outside the
+// buffer is looked at, even when the list's end is missing.
+void SplitAspects(std::span<const char> buffer, std::size_t requiredSize, std::vector<std::string>& aspects);
+
+// Where the volume lies. A volume that lies nowhere has no location, which is no error. System
+// error 12 when there are more locations than memory can hold.
+Status ReadVolumeLocations(std::int32_t volumeId, std::vector<SideKey>& locations);
+
+// As ReadVolumeLocations, but only one location is asked for, however many there are; `found`
+// tells whether there is one.
+Status ReadFirstVolumeLocation(std::int32_t volumeId, SideKey& location, bool& found);
+
+}  // namespace krvcmd
