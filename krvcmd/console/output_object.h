@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -7,6 +8,7 @@
 #include "krvcmd/console/console_streams.h"
 #include "krvcmd/console/stream.h"
 #include "krvcmd/console/table.h"
+#include "krvcmd/console/table_layout.h"
 #include "krvcmd/frontend/status.h"
 
 namespace Ostrel::UI::Console {
@@ -43,6 +45,14 @@ class COutputObject : public CTable {
     krvcmd::Status Finish() { return m_streams.Finish(); }
 
   private:
+    // Gives every column that has cells its natural width.
+    void MeasureColumns();
+    // Makes elastic columns give way when the table is wider than the line; the width of the table's lines.
+    std::size_t FitIntoLine();
+    TableLayout MakeLayout(std::size_t lineWidth) const;
+    // The way of all text to the console.
+    void WriteFormat(Stream stream, std::string text);
+
     std::uint32_t m_maxWidth = 1000;
     bool m_formatted = true;
     std::string m_commandName;

@@ -5,6 +5,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "krvcmd/console/sort_key.h"
@@ -56,11 +57,17 @@ class CTable {
     std::vector<CTableColumn>& Columns() { return m_columns; }
     bool ShowsEmptyColumns() const { return m_showEmptyColumns; }
     void SetContentWidth(std::uint32_t width) { m_contentWidth = width; }
-    // The index of the column's entry in the usage list, -1 when there is none.
-    std::int32_t FindUsage(std::uint32_t columnId) const;
+    // The column's entry in the usage list, null when no row has a cell for it.
+    const ColumnUsage* FindUsage(std::uint32_t columnId) const;
 
   private:
-    void CountCell(const CTableItem& item, std::size_t& expected);
+    // Enters the cell into the usage list and gives the index of its entry; `expected` is the index to begin
+    // the search with.
+    std::size_t CountCell(const CTableItem& item, std::size_t expected);
+
+    // The sort keys that can tell rows apart: a key whose column no row fills, or whose column an earlier key
+    // has already compared, finds all rows equal.
+    std::vector<SortKey> GetDecisiveSortKeys() const;
 
     bool m_showEmptyColumns = false;
     std::vector<ColumnUsage> m_columnUsage;  // in the order in which columns were first seen

@@ -7,6 +7,9 @@
 
 namespace Ostrel::UI::Console {
 
+// The column of percent cells. Layout gives a line one more position for each cell of this column.
+inline constexpr std::uint32_t kPercentColumnId = 12;
+
 // The used share of a capacity in whole per cent. Its text ends in "%%", which the console shows as one
 // character; therefore it is rendered one position wider than the column.
 class CTablePercentIntItem final : public CTableIntItem {

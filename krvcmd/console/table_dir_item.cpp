@@ -1,0 +1,32 @@
+#include "krvcmd/console/table_dir_item.h"
+
+#include <cstddef>
+#include <string_view>
+
+#include "krvcmd/console/display_text.h"
+#include "krvcmd/console/shortened_text.h"
+
+namespace Ostrel::UI::Console {
+
+void CTableDirItem::RenderInto(std::string& out, std::uint32_t width) const {
+    if (RenderFitting(out, width)) return;
+
+    const std::string_view text = GetText();
+    // Positions are unsigned and wrap around: without a backslash `first` is 0 and `last` the largest
+    // position, and with a single one `last - first` is the largest position.
+    const std::size_t first = text.find('\\') + 1;
+    const std::size_t last = text.rfind('\\');
+    if (first == last) {
+        AppendBeginning(out, text, width);
+        return;
+    }
+    const std::size_t middle = last - first;
+    if (middle > kEllipsis.size() && text.size() < middle + kEllipsis.size()) {
+        // Only a path that begins and ends with its only two backslashes gets here.
+        out.append(text.substr(0, first)).append(kEllipsis).append(text.substr(last));
+        return;
+    }
+    AppendEnd(out, text, width);
+}
+
+}  // namespace Ostrel::UI::Console

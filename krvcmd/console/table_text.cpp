@@ -1,0 +1,104 @@
+#include "krvcmd/console/table_text.h"
+
+#include <algorithm>
+
+#include "krvcmd/console/display_text.h"
+#include "krvcmd/console/table_percent_int_item.h"
+
+namespace Ostrel::UI::Console {
+
+namespace {
+
+// Fills the line that begins at `lineStart`, the last one of `text`, with blanks, or cuts it, to `width`.
+void FitLine(std::string& text, std::size_t lineStart, std::size_t width) {
+    const std::string_view line = std::string_view(text).substr(lineStart);
+    const std::size_t length = DisplayLength(line);
+    if (length > width) {
+        text.resize(lineStart + LeadingPart(line, width).size());
+    } else {
+        text.append(width - length, ' ');
+    }
+}
+
+// A line that ends in a percent cell is left as it is: its doubled per cent sign would throw the width off.
+bool EndsInPercentCell(std::string_view line) {
+    const std::size_t size = line.size();
+    return (size >= 2 && line[size - 2] == '%') || (size >= 3 && line[size - 3] == '%' && line.back() == '%');
+}
+
+const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
+    return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
+}
+
+// Appends one row's line. `cell` is working space.
+void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTableRow& row,
+                        std::string& cell) {
+    const std::size_t lineStart = body.size();
+    std::size_t lineLength = 0;
+    std::size_t limit = layout.lineWidth;
+    for (const LaidOutColumn& column : layout.columns) {
+        cell.clear();
+        if (const CTableItem* item = FindCell(row, column)) {
+            item->RenderInto(cell, column.width);
+            // Room for the second per cent sign, which does not show.
+            if (item->GetColumnId() == kPercentColumnId) ++limit;
+        } else {
+            cell.append(column.width, ' ');
+        }
+        const std::size_t cellLength = DisplayLength(cell);
+        const std::string_view blankBehind = lineLength + cellLength == limit ? "" : " ";
+        const std::size_t paddedLength = 1 + cellLength + blankBehind.size();
+        if (lineLength + paddedLength > limit) break;
+        if (!column.isFirst) {
+            body += layout.separator;
+            lineLength += DisplayLength(layout.separator);
+        }
+        body.append(1, ' ').append(cell).append(blankBehind);
+        lineLength += paddedLength;
+    }
+    if (!EndsInPercentCell(std::string_view(body).substr(lineStart)))
+        FitLine(body, lineStart, layout.lineWidth);
+    body += '\n';
+}
+
+}  // namespace
+
+std::string HeaderText(const TableLayout& layout) {
+    std::string text;
+    for (const LaidOutColumn& column : layout.columns) {
+        const std::string title = column.column->RenderTitle(column.width);
+        const std::size_t lineLength = DisplayLength(text);
+        const std::size_t titleLength = DisplayLength(title);
+        const std::string_view blankBehind = lineLength + titleLength == layout.lineWidth + 1 ? "" : " ";
+        if (lineLength + 1 + titleLength + blankBehind.size() > layout.lineWidth) break;
+        if (!text.empty()) text += layout.separator;
+        text.append(1, ' ').append(title).append(blankBehind);
+    }
+    const std::size_t underlineLength = std::min(DisplayLength(text), layout.lineWidth);
+    FitLine(text, 0, layout.lineWidth);
+    return text.append(1, '\n').append(underlineLength, '-').append(1, '\n');
+}
+
+std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
+    std::string body;
+    body.reserve(rows.size() * (layout.lineWidth + 1));
+    std::string cell;
+    for (const CTableRow* row : rows)
+        AppendFormattedRow(body, layout, *row, cell);
+    return body;
+}
+
+std::string PlainBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
+    constexpr std::uint32_t kFullText = 0;
+    std::string body;
+    for (const CTableRow* row : rows) {
+        for (const LaidOutColumn& column : layout.columns) {
+            if (!column.isFirst) body += layout.separator;
+            if (const CTableItem* item = FindCell(*row, column)) item->RenderInto(body, kFullText);
+        }
+        body += '\n';
+    }
+    return body;
+}
+
+}  // namespace Ostrel::UI::Console
