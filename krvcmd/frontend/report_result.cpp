@@ -1,6 +1,7 @@
 #include "krvcmd/frontend/report_result.h"
 
 #include <cstring>
+#include <utility>
 
 #include "krvcmd/console/query_table.h"
 
@@ -27,15 +28,15 @@ std::string ErrorMessage(const Status& status) {
 }
 
 Status ReportResult(BannerFlags& flags, const Status& status) {
-    const Status banner = PrintBanner(flags);
-    const Status& result = FirstError(status, banner);
+    Status result = FirstError(status, PrintBanner(flags));
     if (result.IsOk() && flags.quiet) return result;
 
     Ostrel::UI::Console::CKrvQueryTable writer;
     writer.PrintText(Ostrel::UI::Console::Stream::StandardError,
                      result.IsOk() ? "Operation completed successfully.\n" : ErrorMessage(result));
-    const Status written = writer.Finish();
-    return FirstError(result, written);
+    // Nothing below needs memory: once the line is out, the report cannot fail and be made again.
+    Status written = writer.Finish();
+    return result.IsOk() ? std::move(written) : std::move(result);
 }
 
 }  // namespace krvcmd
