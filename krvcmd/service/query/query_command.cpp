@@ -1,6 +1,7 @@
 #include "krvcmd/service/query/query_command.h"
 
 #include "krvcmd/frontend/banner.h"
+#include "krvcmd/frontend/memory_guard.h"
 #include "krvcmd/service/enumeration.h"
 #include "krvcmd/service/interrupt.h"
 
@@ -65,7 +66,8 @@ Status CQuery::Run() {
 
 Status CQuery::Query(const QueryObjectInfo& info, std::int32_t jukeboxId) {
     if (Status status = ConfigureTable(info); !status.IsOk()) return status;
-    const Status gathered = Gather(info.object, jukeboxId);
+    // Rows gathered before memory ran out are shown as those before any other failure.
+    const Status gathered = GuardMemory([&] { return Gather(info.object, jukeboxId); });
     m_table.Print();
     const Status printed = m_table.Finish();
     return FirstError(gathered, printed);
