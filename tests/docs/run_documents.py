@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the command lines that a document shows: run_document.py [--write] DOCUMENT PROGRAM-DIRECTORY
+"""Runs the command lines that documents show: run_documents.py [--write] PROGRAM-DIRECTORY DOCUMENT-OR-FOLDER ...
 
 A fenced block marked `console` is a session at a prompt:
 
@@ -72,17 +72,12 @@ def run(steps, program_dir, folder):
         steps[int(at)].printed = text.removesuffix("\n").split("\n") if text else []
 
 
-def main(arguments):
-    write = arguments[:1] == ["--write"]
-    document, program_dir = arguments[write:]
-    path = pathlib.Path(document)
+def check(path, program_dir, write):
+    """Compares one document with what is printed; yields the numbers of command lines and of wrong ones."""
     lines = path.read_text(encoding="utf-8").splitlines()
     steps = read_steps(lines)
-    if not steps:
-        print(f"{path.name}: shows no command line")
-        return 1
     with tempfile.TemporaryDirectory() as folder:
-        run(steps, pathlib.Path(program_dir).resolve(), folder)
+        run(steps, program_dir, folder)
 
     wrong = [step for step in steps if step.printed is None or not step.matches()]
     if write:
@@ -93,8 +88,19 @@ def main(arguments):
     for step in wrong:
         print(f"{path.name}, line {step.number}: {step.command}")
         print("--- shown", *step.shown, "--- printed", *(step.printed or ["(not reached)"]), sep="\n")
-    print(f"{path.name}: {len(steps)} command lines, {len(wrong)} print something else than shown")
-    return 1 if wrong else 0
+    return len(steps), len(wrong)
+
+
+def main(arguments):
+    write = arguments[:1] == ["--write"]
+    program_dir, *places = (pathlib.Path(argument).resolve() for argument in arguments[write:])
+    total, all_wrong = 0, 0
+    for place in places:
+        for path in sorted(place.rglob("*.md")) if place.is_dir() else [place]:
+            count, wrong = check(path, program_dir, write)
+            total, all_wrong = total + count, all_wrong + wrong
+    print(f"{total} command lines, {all_wrong} print something else than shown")
+    return 0 if total and not all_wrong else 1
 
 
 if __name__ == "__main__":

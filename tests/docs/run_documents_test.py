@@ -3,10 +3,10 @@ import pathlib
 import tempfile
 import unittest
 
-import run_document
+import run_documents
 
 
-class RunDocument(unittest.TestCase):
+class RunDocuments(unittest.TestCase):
     def outcome(self, *block):
         with tempfile.TemporaryDirectory() as folder:
             programs = pathlib.Path(folder)
@@ -15,7 +15,7 @@ class RunDocument(unittest.TestCase):
             program.chmod(0o755)
             document = programs / "text.md"
             document.write_text("\n".join(["Text", "```console", *block, "```", "More text"]) + "\n")
-            result = run_document.main([str(document), folder])
+            result = run_documents.main([folder, str(document)])
             return result, document
 
     def test_passes_what_is_shown_as_it_is(self):
@@ -51,6 +51,15 @@ class RunDocument(unittest.TestCase):
 
     def test_a_document_without_a_block_is_an_error(self):
         self.assertEqual(self.outcome()[0], 1)
+
+    def test_all_documents_of_a_folder_count(self):
+        with tempfile.TemporaryDirectory() as folder:
+            for name, shown in (("a.md", "a"), ("b.md", "c")):
+                pathlib.Path(folder, name).write_text(f"```console\n$ echo {name[0]}\n{shown}\n```\n")
+            pathlib.Path(folder, "c.md").write_text("no command line here\n")
+            self.assertEqual(run_documents.main([folder, folder]), 1)
+            pathlib.Path(folder, "b.md").write_text("```console\n$ echo b\nb\n```\n")
+            self.assertEqual(run_documents.main([folder, folder]), 0)
 
     def test_empty_lines_count(self):
         self.assertEqual(self.outcome("$ echo a; echo; echo b; echo", "a", "", "b", "")[0], 0)
