@@ -15,7 +15,8 @@ using testing::IsEmpty;
 
 // A context as a caller has to build it.
 struct Context : KrvCallContext {
-    explicit Context(KrvSession handle = 0) : KrvCallContext{} {
+    explicit Context(KrvSession handle = 0) {
+        std::memset(static_cast<KrvCallContext*>(this), 0, sizeof(KrvCallContext));
         headSize = 24;
         session = handle;
         errorInfo = &error;

@@ -19,7 +19,7 @@ namespace krvfake {
 // is as long as its field (or longer) fills the field to its last byte, without a NUL.
 //
 //     Farm farm;
-//     farm.AddJukebox(8, "Tower").WithDrive({"HP", "C1716T", "3404", {0, 4, 1}}).WithMagazine(10);
+//     farm.AddJukebox(8, "Tower").WithDrive({"OSTREL", "J-200", "3404", {0, 4, 1}}).WithMagazine(10);
 //     farm.AddVolume(33, "Sales 2005").WithMedium(5).At(8, 0, 1, kSideA);
 
 inline constexpr std::int32_t kSideA = 0;

@@ -1,4 +1,5 @@
 // How the library of its own gets its script and where its record goes.
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -19,11 +20,20 @@ namespace {
     std::_Exit(70);
 }
 
-FakeLibrary::Sink RecordInto(const char* path) {
+using File = std::shared_ptr<std::FILE>;
+
+File OpenRecord(const char* path) {
     std::FILE* const opened = std::fopen(path, "ab");
     if (opened == nullptr) GiveUp(std::string("cannot write ") + path);
+    return {opened, &std::fclose};
+}
+
+FakeLibrary::Sink RecordInto(const char* path) {
+    // Opened a fourth time: the first three may have got the numbers of standard streams that the
+    // program was started without, and what it prints must not land in the record.
+    const std::array<File, 3> standardStreams = {OpenRecord(path), OpenRecord(path), OpenRecord(path)};
     // Every line is on its way before the call goes on, so a killed program leaves a true record.
-    return [file = std::shared_ptr<std::FILE>(opened, &std::fclose)](const std::string& line) {
+    return [file = OpenRecord(path)](const std::string& line) {
         std::fprintf(file.get(), "%s\n", line.c_str());
         std::fflush(file.get());
     };

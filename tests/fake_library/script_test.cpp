@@ -30,7 +30,7 @@ TEST(ScriptLine, QuotedWordsMayHoldEqualSigns) {
 TEST(Script, BuildsTheFarmThatItDescribes) {
     FakeLibrary library;
     RunScript(library,
-              "jukebox 8 name=Tower vendor=HP product=C1716T revision=3404 scsi=0/4/1 doublesided=1\n"
+              "jukebox 8 name=Tower vendor=OSTREL product=J-200 revision=3404 scsi=0/4/1 doublesided=1\n"
               "drive product=Drive enabled=0 claimed=-3\n"
               "magazine slots=2 state=2 medium=9\r\n"
               "magazine slots=5 present=0 claimed=77\n"
@@ -39,7 +39,7 @@ TEST(Script, BuildsTheFarmThatItDescribes) {
               "volume 33 label=Sales type=2 state=1 total=1000 free=10 dir=x at=8/1/4/1 says=9/0/0/0\n");
     Jukebox* const jukebox = library.GetFarm().FindJukebox(8);
     ASSERT_NE(jukebox, nullptr);
-    EXPECT_EQ(jukebox->changer.vendor, "HP");
+    EXPECT_EQ(jukebox->changer.vendor, "OSTREL");
     EXPECT_THAT(jukebox->changer.scsi, ElementsAre(0, 4, 1));
     EXPECT_TRUE(jukebox->doubleSided);
     EXPECT_EQ(jukebox->claimedDrives, -3);
