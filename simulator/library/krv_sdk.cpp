@@ -1,141 +1,299 @@
-// The 31 entry points of the client library. Not finished: each answers a clear failure.
-#include <cstdio>
-
+// The 31 entry points of the client library.
 #include "krvcmd/service/krv_sdk.h"
 
-namespace {
+#include <cstring>
+#include <memory>
+#include <string>
 
-KrvBool Refuse(KrvCallContext* context, const char* function) {
-    if (context != nullptr && context->errorInfo != nullptr) {
-        context->errorInfo->code = 1000;
-        std::snprintf(context->errorInfo->text, sizeof(context->errorInfo->text), "%s is not supported yet.",
-                      function);
-    }
-    return 0;
-}
+#include "simulator/library/call.h"
+#include "simulator/library/session.h"
+#include "simulator/library/session_table.h"
+#include "simulator/world/looking.h"
+#include "simulator/world/moving.h"
+#include "simulator/world/recording.h"
+#include "simulator/world/switching.h"
 
-}  // namespace
+// Inside these functions __func__ is the name that the caller knows.
 
-KrvBool KrvSessionCreate(KrvCallContext* context, const char*, KrvSession*) {
-    return Refuse(context, "KrvSessionCreate");
+using krvsim::Call;
+using krvsim::ChangeCall;
+using krvsim::CheckConstant;
+using krvsim::CheckPointer;
+using krvsim::CheckRecord;
+using krvsim::Database;
+using krvsim::LookCall;
+using krvsim::Session;
+using krvsim::SessionTable;
+using krvsim::Switch;
+
+// ---- Sessions
+
+KrvBool KrvSessionCreate(KrvCallContext* context, const char* serverName, KrvSession* session) {
+    const char* function = __func__;
+    return Call(context, function, [&] {
+        CheckPointer(serverName, function, "server name");
+        CheckPointer(session, function, "session handle");
+        *session = SessionTable::Instance().Add(std::make_shared<Session>(serverName));
+    });
 }
 
 KrvBool KrvSessionClose(KrvCallContext* context) {
-    return Refuse(context, "KrvSessionClose");
+    return Call(context, __func__, [&] { SessionTable::Instance().Remove(context->session); });
 }
 
-KrvBool KrvGetNextJukebox(KrvCallContext* context, uint32_t, uint32_t*) {
-    return Refuse(context, "KrvGetNextJukebox");
+// ---- Looking
+
+KrvBool KrvGetNextJukebox(KrvCallContext* context, uint32_t previousId, uint32_t* nextId) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckPointer(nextId, function, "next ID");
+        *nextId = krvsim::NextJukebox(database, previousId);
+    });
 }
 
-KrvBool KrvGetJukebox(KrvCallContext* context, const JukeboxKey*, JukeboxRecord*) {
-    return Refuse(context, "KrvGetJukebox");
+KrvBool KrvGetJukebox(KrvCallContext* context, const JukeboxKey* key, JukeboxRecord* record) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        CheckRecord(record, function, "record");
+        krvsim::LookAtJukebox(database, *key, *record);
+    });
 }
 
-KrvBool KrvGetMagazine(KrvCallContext* context, const MagazineKey*, MagazineRecord*) {
-    return Refuse(context, "KrvGetMagazine");
+KrvBool KrvGetMagazine(KrvCallContext* context, const MagazineKey* key, MagazineRecord* record) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        CheckRecord(record, function, "record");
+        krvsim::LookAtMagazine(database, *key, *record);
+    });
 }
 
-KrvBool KrvGetDrive(KrvCallContext* context, const DriveKey*, DriveRecord*) {
-    return Refuse(context, "KrvGetDrive");
+KrvBool KrvGetDrive(KrvCallContext* context, const DriveKey* key, DriveRecord* record) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        CheckRecord(record, function, "record");
+        krvsim::LookAtDrive(database, *key, *record);
+    });
 }
 
-KrvBool KrvGetSlot(KrvCallContext* context, const SlotKey*, SlotRecord*) {
-    return Refuse(context, "KrvGetSlot");
+KrvBool KrvGetSlot(KrvCallContext* context, const SlotKey* key, SlotRecord* record) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        CheckRecord(record, function, "record");
+        krvsim::LookAtSlot(database, *key, *record);
+    });
 }
 
-KrvBool KrvGetSide(KrvCallContext* context, const SideKey*, SideRecord*) {
-    return Refuse(context, "KrvGetSide");
+KrvBool KrvGetSide(KrvCallContext* context, const SideKey* key, SideRecord* record) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        CheckRecord(record, function, "record");
+        krvsim::LookAtSide(database, *key, *record);
+    });
 }
 
-KrvBool KrvGetNextVolume(KrvCallContext* context, uint32_t, uint32_t*) {
-    return Refuse(context, "KrvGetNextVolume");
+KrvBool KrvGetNextVolume(KrvCallContext* context, uint32_t previousId, uint32_t* nextId) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckPointer(nextId, function, "next ID");
+        *nextId = krvsim::NextVolume(database, previousId);
+    });
 }
 
-KrvBool KrvVolumeDetail(KrvCallContext* context, uint32_t, VolumeRecord*) {
-    return Refuse(context, "KrvVolumeDetail");
+KrvBool KrvVolumeDetail(KrvCallContext* context, uint32_t volumeId, VolumeRecord* record) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckRecord(record, function, "record");
+        krvsim::LookAtVolume(database, volumeId, *record);
+    });
 }
 
-KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t, char*, uint32_t, uint32_t*) {
-    return Refuse(context, "KrvVolumeAspects");
+KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t volumeId, char* buffer, uint32_t bufferSize,
+                         uint32_t* requiredSize) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckPointer(requiredSize, function, "required size");
+        if (bufferSize > 0) CheckPointer(buffer, function, "buffer");
+        const std::string list = krvsim::AspectsOf(database, volumeId);
+        *requiredSize = static_cast<uint32_t>(list.size());
+        if (!list.empty() && list.size() <= bufferSize) std::memcpy(buffer, list.data(), list.size());
+    });
 }
 
-KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t, SideKey*, uint32_t, uint32_t*) {
-    return Refuse(context, "KrvVolumeLocations");
+KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t volumeId, SideKey* locations, uint32_t always1,
+                           uint32_t* count) {
+    const char* function = __func__;
+    return LookCall(context, function, [&](Database& database) {
+        CheckPointer(count, function, "count");
+        CheckPointer(locations, function, "location array");
+        CheckConstant(always1 == 1, function, "fourth argument");
+        // A caller that asks for the first time passes one element and count 0; for the second time,
+        // as many elements as the count of the first call says.
+        const uint32_t room = *count == 0 ? 1 : *count;
+        const std::span<SideKey> elements(locations, room);
+        for (const SideKey& element : elements)
+            CheckRecord(&element, function, "location");
+        *count = krvsim::LocationsOf(database, volumeId, elements);
+    });
 }
 
-KrvBool KrvVolumeSetAspects(KrvCallContext* context, uint32_t, const char*, uint32_t) {
-    return Refuse(context, "KrvVolumeSetAspects");
+// ---- Changing volumes
+
+KrvBool KrvVolumeSetAspects(KrvCallContext* context, uint32_t volumeId, const char* text, uint32_t always1) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckPointer(text, function, "text");
+        CheckConstant(always1 == 1, function, "fourth argument");
+        krvsim::SetDirectory(database, volumeId, text);
+    });
 }
 
-KrvBool KrvVolumeActivate(KrvCallContext* context, uint32_t, const void*) {
-    return Refuse(context, "KrvVolumeActivate");
+KrvBool KrvVolumeActivate(KrvCallContext* context, uint32_t volumeId, const void* alwaysNull) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckConstant(alwaysNull == nullptr, function, "third argument");
+        krvsim::SwitchVolume(database, volumeId, Switch::On);
+    });
 }
 
-KrvBool KrvVolumeDeactivate(KrvCallContext* context, uint32_t) {
-    return Refuse(context, "KrvVolumeDeactivate");
+KrvBool KrvVolumeDeactivate(KrvCallContext* context, uint32_t volumeId) {
+    return ChangeCall(context, __func__,
+                      [&](Database& database) { krvsim::SwitchVolume(database, volumeId, Switch::Off); });
 }
 
-KrvBool KrvVolumeErase(KrvCallContext* context, const SideKey*) {
-    return Refuse(context, "KrvVolumeErase");
+KrvBool KrvVolumeErase(KrvCallContext* context, const SideKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::EraseSide(database, *key);
+    });
 }
 
-KrvBool KrvVolumeFinalize(KrvCallContext* context, const SideKey*) {
-    return Refuse(context, "KrvVolumeFinalize");
+KrvBool KrvVolumeFinalize(KrvCallContext* context, const SideKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::FinalizeMedium(database, *key);
+    });
 }
 
-KrvBool KrvVolumeFormat(KrvCallContext* context, const SideKey*, const FormatOptions*) {
-    return Refuse(context, "KrvVolumeFormat");
+KrvBool KrvVolumeFormat(KrvCallContext* context, const SideKey* key, const FormatOptions* options) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        CheckRecord(options, function, "options record");
+        const void* end = std::memchr(options->label, '\0', sizeof(options->label));
+        CheckConstant(end != nullptr, function, "label without an end");
+        CheckConstant(options->alwaysZero == 0, function, "options' field at 268");
+        krvsim::FormatSide(database, *key, options->label, options->sequential != 0);
+    });
 }
 
-KrvBool KrvMediaImport(KrvCallContext* context, const SlotKey*) {
-    return Refuse(context, "KrvMediaImport");
+// ---- Moving media
+
+KrvBool KrvMediaImport(KrvCallContext* context, const SlotKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::ImportMedium(database, *key);
+    });
 }
 
-KrvBool KrvMediaExport(KrvCallContext* context, const SlotKey*) {
-    return Refuse(context, "KrvMediaExport");
+KrvBool KrvMediaExport(KrvCallContext* context, const SlotKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::ExportMedium(database, *key);
+    });
 }
 
-KrvBool KrvMediaScan(KrvCallContext* context, const SideKey*) {
-    return Refuse(context, "KrvMediaScan");
+KrvBool KrvMediaScan(KrvCallContext* context, const SideKey* key) {
+    const char* function = __func__;
+    return krvsim::SessionCall(context, function, [&](Session& session) {
+        CheckRecord(key, function, "key");
+        krvsim::ScanResult result;
+        session.Write([&](Database& database) { result = krvsim::ScanMedium(database, *key); });
+        if (result.refusal.has_value()) throw *result.refusal;
+    });
 }
 
-KrvBool KrvActivateJukebox(KrvCallContext* context, const JukeboxKey*) {
-    return Refuse(context, "KrvActivateJukebox");
+// ---- Switching items on and off, names
+
+KrvBool KrvActivateJukebox(KrvCallContext* context, const JukeboxKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::SwitchJukebox(database, *key, Switch::On);
+    });
 }
 
-KrvBool KrvDeactivateJukebox(KrvCallContext* context, const JukeboxKey*) {
-    return Refuse(context, "KrvDeactivateJukebox");
+KrvBool KrvDeactivateJukebox(KrvCallContext* context, const JukeboxKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::SwitchJukebox(database, *key, Switch::Off);
+    });
 }
 
-KrvBool KrvActivateMagazine(KrvCallContext* context, const MagazineKey*) {
-    return Refuse(context, "KrvActivateMagazine");
+KrvBool KrvActivateMagazine(KrvCallContext* context, const MagazineKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::SwitchMagazine(database, *key, Switch::On);
+    });
 }
 
-KrvBool KrvDeactivateMagazine(KrvCallContext* context, const MagazineKey*) {
-    return Refuse(context, "KrvDeactivateMagazine");
+KrvBool KrvDeactivateMagazine(KrvCallContext* context, const MagazineKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::SwitchMagazine(database, *key, Switch::Off);
+    });
 }
 
-KrvBool KrvActivateDrive(KrvCallContext* context, const DriveKey*) {
-    return Refuse(context, "KrvActivateDrive");
+KrvBool KrvActivateDrive(KrvCallContext* context, const DriveKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::SwitchDrive(database, *key, Switch::On);
+    });
 }
 
-KrvBool KrvDeactivateDrive(KrvCallContext* context, const DriveKey*) {
-    return Refuse(context, "KrvDeactivateDrive");
+KrvBool KrvDeactivateDrive(KrvCallContext* context, const DriveKey* key) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        krvsim::SwitchDrive(database, *key, Switch::Off);
+    });
 }
 
-KrvBool KrvJukeboxSetName(KrvCallContext* context, const JukeboxKey*, const char*) {
-    return Refuse(context, "KrvJukeboxSetName");
+KrvBool KrvJukeboxSetName(KrvCallContext* context, const JukeboxKey* key, const char* newName) {
+    const char* function = __func__;
+    return ChangeCall(context, function, [&](Database& database) {
+        CheckRecord(key, function, "key");
+        CheckPointer(newName, function, "new name");
+        krvsim::RenameJukebox(database, *key, newName);
+    });
 }
 
-KrvBool KrvServiceStart(KrvCallContext* context, const char*) {
-    return Refuse(context, "KrvServiceStart");
+// ---- The service itself
+
+KrvBool KrvServiceStart(KrvCallContext* context, const char* serverName) {
+    const char* function = __func__;
+    return Call(context, function, [&] {
+        CheckPointer(serverName, function, "server name");
+        krvsim::StartServer(serverName);
+    });
 }
 
 KrvBool KrvServiceStop(KrvCallContext* context) {
-    return Refuse(context, "KrvServiceStop");
+    return ChangeCall(context, __func__, [&](Database& database) { krvsim::StopService(database); });
 }
 
 KrvBool KrvServiceRestart(KrvCallContext* context) {
-    return Refuse(context, "KrvServiceRestart");
+    return ChangeCall(context, __func__, [&](Database& database) { krvsim::RestartService(database); });
 }

@@ -1,0 +1,32 @@
+// The sessions that this process has open, by their handles.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+
+#include "krvcmd/service/krv_sdk.h"
+#include "simulator/library/session.h"
+
+namespace krvsim {
+
+class SessionTable {
+  public:
+    // The process's own table.
+    static SessionTable& Instance();
+
+    // Handles are never 0 and never given out twice.
+    KrvSession Add(std::shared_ptr<Session> session);
+
+    // Refuses a handle that is not open. A session that is closed by another thread meanwhile lives
+    // on until its last call is over.
+    std::shared_ptr<Session> Find(KrvSession handle);
+    void Remove(KrvSession handle);
+
+  private:
+    std::mutex m_mutex;
+    std::unordered_map<KrvSession, std::shared_ptr<Session>> m_sessions;
+    KrvSession m_last = 0;
+};
+
+}  // namespace krvsim

@@ -1,0 +1,115 @@
+#include "simulator/store/database.h"
+
+#include <algorithm>
+#include <new>
+#include <system_error>
+#include <thread>
+
+#include "simulator/platform/platform.h"
+#include "simulator/world/refusal.h"
+
+namespace krvsim {
+namespace {
+
+std::string Reason(int systemError, const char* otherwise) {
+    if (systemError == 0) return otherwise;
+    return std::generic_category().message(systemError);
+}
+
+}  // namespace
+
+Database::Database(std::filesystem::path file) : m_file(std::move(file)) {
+    StartWaiting();
+    sqlite3* connection = nullptr;
+    const int result = sqlite3_open_v2(m_file.string().c_str(), &connection,
+                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    m_connection.reset(connection);
+    if (connection == nullptr) throw std::bad_alloc();
+    sqlite3_extended_result_codes(connection, 1);
+    if (result != SQLITE_OK) Fail(result);
+    sqlite3_busy_handler(connection, &WaitForOthers, this);
+}
+
+// Short waits at first, because a change takes a few milliseconds; different ones in each process,
+// so that many of them do not ask in step.
+int Database::WaitForOthers(void* database, int attempt) {
+    const auto* self = static_cast<const Database*>(database);
+    if (!self->MayStillWait()) return 0;
+    const int64_t spread = static_cast<int64_t>(ProcessId() % 7);
+    std::this_thread::sleep_for(std::chrono::microseconds(500 * std::min(attempt + 1, 20) + 100 * spread));
+    return 1;
+}
+
+sqlite3_stmt* Database::Prepared(Sql sql) {
+    const auto index = static_cast<size_t>(sql);
+    StatementHandle& statement = m_statements[index];
+    if (statement == nullptr) {
+        sqlite3_stmt* prepared = nullptr;
+        const int result = sqlite3_prepare_v3(m_connection.get(), SqlTexts()[index], -1,
+                                              SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
+        if (result != SQLITE_OK) Fail(result);
+        statement.reset(prepared);
+    }
+    return statement.get();
+}
+
+StatementHandle Database::Prepare(const std::string& text) {
+    sqlite3_stmt* prepared = nullptr;
+    const int result = sqlite3_prepare_v2(m_connection.get(), text.c_str(), -1, &prepared, nullptr);
+    if (result != SQLITE_OK) Fail(result);
+    return StatementHandle(prepared);
+}
+
+void Database::Execute(const std::string& script) {
+    const int result = sqlite3_exec(m_connection.get(), script.c_str(), nullptr, nullptr, nullptr);
+    if (result != SQLITE_OK) Fail(result);
+}
+
+int64_t Database::ReadNumber(const std::string& text) {
+    const StatementHandle statement = Prepare(text);
+    const int result = sqlite3_step(statement.get());
+    if (result != SQLITE_ROW && result != SQLITE_DONE) Fail(result);
+    return result == SQLITE_ROW ? sqlite3_column_int64(statement.get(), 0) : 0;
+}
+
+std::string Database::ReadText(const std::string& text) {
+    const StatementHandle statement = Prepare(text);
+    const int result = sqlite3_step(statement.get());
+    if (result != SQLITE_ROW && result != SQLITE_DONE) Fail(result);
+    if (result == SQLITE_DONE) return {};
+    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement.get(), 0));
+    return {bytes, static_cast<size_t>(sqlite3_column_bytes(statement.get(), 0))};
+}
+
+void Database::Fail(int result) const {
+    const std::string file = m_file.string();
+    const int systemError = sqlite3_system_errno(m_connection.get());
+    const char* text = sqlite3_errstr(result);
+    const int kind = result & 0xFF;
+    const bool fromSystem = kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN;
+    if (fromSystem && systemError == static_cast<int>(std::errc::no_space_on_device)) {
+        throw Refuse(Code::DiskFull, {file});
+    }
+    switch (kind) {
+        case SQLITE_NOMEM:
+            throw std::bad_alloc();
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+        case SQLITE_PROTOCOL:
+            throw Refuse(Code::FarmLocked, {file});
+        case SQLITE_FULL:
+            throw Refuse(Code::DiskFull, {file});
+        case SQLITE_READONLY:
+            throw Refuse(Code::FarmReadOnly, {file, Reason(systemError, text)});
+        case SQLITE_CANTOPEN:
+        case SQLITE_PERM:
+        case SQLITE_AUTH:
+            throw Refuse(Code::CannotOpenFile, {file, Reason(systemError, text)});
+        case SQLITE_NOTADB:
+            throw Refuse(Code::NotAFarm, {file});
+        default:
+            throw Refuse(Code::FarmDamaged, {file, sqlite3_errmsg(m_connection.get())});
+    }
+}
+
+}  // namespace krvsim
