@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+
+#include "tests/e2e/on_screen.h"
 
 namespace e2e {
 namespace {
@@ -27,6 +30,12 @@ std::string Joined(const std::vector<std::string>& lines) {
     return result;
 }
 
+// Under wine a terminal shows the rows of a Windows console instead of the program's own bytes.
+std::string AsShown(const std::string& text, const Run& run) {
+    const bool isScreen = run.columns > 0 && std::getenv("KRVCMD_E2E_SCREEN") != nullptr;
+    return isScreen ? AsOnScreen(text, run.columns) : text;
+}
+
 }  // namespace
 
 void ExpectCleanCalls(const Outcome& actual) {
@@ -45,7 +54,7 @@ void ExpectCleanCalls(const Outcome& actual) {
 void ExpectOutcome(const Case& expected, const Outcome& actual) {
     EXPECT_FALSE(actual.timedOut);
     EXPECT_EQ(actual.killedBy, 0);
-    EXPECT_EQ(Visible(actual.standardOutput), Visible(expected.standardOutput));
+    EXPECT_EQ(Visible(actual.standardOutput), Visible(AsShown(expected.standardOutput, expected.run)));
     EXPECT_EQ(Visible(actual.standardError), Visible(expected.standardError));
     EXPECT_EQ(actual.exitStatus, expected.exitStatus);
     if (expected.comparesCalls) {
