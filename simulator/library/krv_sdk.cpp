@@ -1,8 +1,10 @@
 // The 31 entry points of the client library.
 #include "krvcmd/service/krv_sdk.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "simulator/library/call.h"
@@ -25,6 +27,7 @@ using krvsim::LookCall;
 using krvsim::Session;
 using krvsim::SessionTable;
 using krvsim::Switch;
+using krvsim::View;
 
 // ---- Sessions
 
@@ -45,80 +48,96 @@ KrvBool KrvSessionClose(KrvCallContext* context) {
 
 KrvBool KrvGetNextJukebox(KrvCallContext* context, uint32_t previousId, uint32_t* nextId) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckPointer(nextId, function, "next ID");
-        *nextId = krvsim::NextJukebox(database, previousId);
+        *nextId = krvsim::NextJukebox(view.database, previousId);
     });
 }
 
 KrvBool KrvGetJukebox(KrvCallContext* context, const JukeboxKey* key, JukeboxRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        krvsim::LookAtJukebox(database, *key, *record);
+        if (const JukeboxRecord* known = view.ahead.FindJukebox(key->jukeboxId)) {
+            *record = *known;
+            return;
+        }
+        krvsim::LookAtJukebox(view.database, *key, *record);
+        view.ahead.KeepJukebox(key->jukeboxId, *record);
     });
 }
 
 KrvBool KrvGetMagazine(KrvCallContext* context, const MagazineKey* key, MagazineRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        krvsim::LookAtMagazine(database, *key, *record);
+        krvsim::LookAtMagazine(view.database, *key, *record);
     });
 }
 
 KrvBool KrvGetDrive(KrvCallContext* context, const DriveKey* key, DriveRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        krvsim::LookAtDrive(database, *key, *record);
+        krvsim::LookAtDrive(view.database, *key, *record);
     });
 }
 
 KrvBool KrvGetSlot(KrvCallContext* context, const SlotKey* key, SlotRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        krvsim::LookAtSlot(database, *key, *record);
+        krvsim::LookAtSlot(view.database, *key, *record);
     });
 }
 
 KrvBool KrvGetSide(KrvCallContext* context, const SideKey* key, SideRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        krvsim::LookAtSide(database, *key, *record);
+        if (const SideRecord* known = view.ahead.FindSide(*key)) {
+            *record = *known;
+            return;
+        }
+        krvsim::LookAtSide(view.database, *key, *record);
     });
 }
 
 KrvBool KrvGetNextVolume(KrvCallContext* context, uint32_t previousId, uint32_t* nextId) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckPointer(nextId, function, "next ID");
-        *nextId = krvsim::NextVolume(database, previousId);
+        *nextId = view.ahead.NextVolume(view.database, previousId);
     });
 }
 
 KrvBool KrvVolumeDetail(KrvCallContext* context, uint32_t volumeId, VolumeRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckRecord(record, function, "record");
-        krvsim::LookAtVolume(database, volumeId, *record);
+        if (const auto* known = view.ahead.FindVolume(volumeId)) {
+            *record = known->record;
+            return;
+        }
+        krvsim::LookAtVolume(view.database, volumeId, *record);
     });
 }
 
 KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t volumeId, char* buffer, uint32_t bufferSize,
                          uint32_t* requiredSize) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckPointer(requiredSize, function, "required size");
         if (bufferSize > 0) CheckPointer(buffer, function, "buffer");
-        const std::string list = krvsim::AspectsOf(database, volumeId);
+        const auto* known = view.ahead.FindVolume(volumeId);
+        const std::string found =
+            known == nullptr ? krvsim::AspectsOf(view.database, volumeId) : std::string();
+        const std::string& list = known == nullptr ? found : known->aspects;
         *requiredSize = static_cast<uint32_t>(list.size());
         if (!list.empty() && list.size() <= bufferSize) std::memcpy(buffer, list.data(), list.size());
     });
@@ -127,7 +146,7 @@ KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t volumeId, char* buffe
 KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t volumeId, SideKey* locations, uint32_t always1,
                            uint32_t* count) {
     const char* function = __func__;
-    return LookCall(context, function, [&](Database& database) {
+    return LookCall(context, function, [&](const View& view) {
         CheckPointer(count, function, "count");
         CheckPointer(locations, function, "location array");
         CheckConstant(always1 == 1, function, "fourth argument");
@@ -137,7 +156,15 @@ KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t volumeId, SideKey* 
         const std::span<SideKey> elements(locations, room);
         for (const SideKey& element : elements)
             CheckRecord(&element, function, "location");
-        *count = krvsim::LocationsOf(database, volumeId, elements);
+        const auto* known = view.ahead.FindVolume(volumeId);
+        if (known == nullptr || known->places.empty()) {
+            *count = krvsim::LocationsOf(view.database, volumeId, elements);
+            return;
+        }
+        *count = static_cast<uint32_t>(known->places.size());
+        for (size_t place = 0; place < std::min<size_t>(room, *count); ++place) {
+            elements[place] = known->places[place].place;
+        }
     });
 }
 

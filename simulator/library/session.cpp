@@ -40,6 +40,7 @@ void Session::RequireRunning() {
 void Session::EndView() {
     if (!m_isViewOpen) return;
     m_isViewOpen = false;
+    m_ahead.Forget();
     Run(*m_database, Sql::Commit);
 }
 
@@ -77,6 +78,7 @@ void Session::CommitChange() {
 
 void Session::UndoChange() {
     m_isViewOpen = false;
+    m_ahead.Forget();
     if (sqlite3_get_autocommit(m_database->GetConnection()) == 0) {
         sqlite3_exec(m_database->GetConnection(), "ROLLBACK", nullptr, nullptr, nullptr);
     }

@@ -9,8 +9,15 @@
 
 #include "simulator/store/change_watch.h"
 #include "simulator/store/database.h"
+#include "simulator/world/read_ahead.h"
 
 namespace krvsim {
+
+// What a look works with.
+struct View {
+    Database& database;
+    ReadAhead& ahead;
+};
 
 class Session {
   public:
@@ -27,7 +34,7 @@ class Session {
     void Read(const Look& look) {
         const std::scoped_lock lock(m_mutex);
         PrepareRead();
-        look(*m_database);
+        look(View{*m_database, m_ahead});
     }
 
     // Runs a change as one transaction: all of it is kept, or, when it throws, nothing.
@@ -56,6 +63,7 @@ class Session {
     std::string m_server;
     std::unique_ptr<Database> m_database;
     ChangeWatch m_watch;
+    ReadAhead m_ahead;
     int64_t m_epoch = 0;
     bool m_isViewOpen = false;
 };

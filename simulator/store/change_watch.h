@@ -25,8 +25,8 @@ class ChangeWatch {
     bool HasChanged() const;
 
   private:
-    // Two copies of 48 bytes; a writer writes the second one first.
-    static constexpr size_t kHeaderWords = 24;
+    // The first of the header's two copies, which a writer writes last.
+    static constexpr size_t kHeaderWords = 12;
     using Header = std::array<uint32_t, kHeaderWords>;
 
     Header Read() const;

@@ -13,7 +13,7 @@ namespace {
 
 std::string Reason(int systemError, const char* otherwise) {
     if (systemError == 0) return otherwise;
-    return std::generic_category().message(systemError);
+    return std::system_category().message(systemError);
 }
 
 }  // namespace

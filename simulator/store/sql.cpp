@@ -32,7 +32,7 @@ constexpr std::array<const char*, kSqlCount> kTexts = {
     " ORDER BY number LIMIT 1",
     "SELECT content, finalization, sequential, volume FROM side WHERE medium = ?1 AND side = ?2",
     "SELECT side, content, finalization, sequential, volume FROM side WHERE medium = ?1 ORDER BY side",
-    "SELECT type, state, enabled, file_system, label, total, free, value1, value2"
+    "SELECT id, type, state, enabled, file_system, label, total, free, value1, value2"
     " FROM volume WHERE id = ?1",
     "SELECT name FROM directory WHERE volume = ?1 ORDER BY position",
     "SELECT volume FROM directory WHERE name = ?1",
@@ -46,6 +46,16 @@ constexpr std::array<const char*, kSqlCount> kTexts = {
     " WHERE i.volume = ?1",
     "SELECT i.volume FROM medium d CROSS JOIN side i ON i.medium = d.id"
     " WHERE d.place = 1 AND d.jukebox = ?1 AND d.magazine = ?2 AND i.volume IS NOT NULL",
+    "SELECT id, type, state, enabled, file_system, label, total, free, value1, value2"
+    " FROM volume WHERE id > ?1 ORDER BY id LIMIT ?2",
+    "SELECT volume, name FROM directory WHERE volume BETWEEN ?1 AND ?2 ORDER BY volume, position",
+    "SELECT i.volume, d.jukebox, d.magazine, d.slot, i.side, s.state, d.id, d.type, d.sides,"
+    " i.content, i.finalization, i.sequential"
+    " FROM side i CROSS JOIN medium d ON d.id = i.medium"
+    " CROSS JOIN magazine g ON g.jukebox = d.jukebox AND g.number = d.magazine"
+    " CROSS JOIN slot s ON s.jukebox = d.jukebox AND s.magazine = d.magazine AND s.number = d.slot"
+    " WHERE i.volume BETWEEN ?1 AND ?2 AND i.volume IS NOT NULL AND d.place = 1 AND g.present = 1"
+    " ORDER BY i.volume, i.part",
     "SELECT id FROM medium WHERE place = 2 AND jukebox = ?1 AND magazine = 0 ORDER BY slot LIMIT 1",
     "SELECT slot FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0 ORDER BY slot DESC LIMIT 1",
     "SELECT s.magazine, s.number FROM slot s CROSS JOIN magazine g"

@@ -37,8 +37,8 @@ bool IsReadable(Database& database, const MediumView& medium) {
 void RefreshVolumeState(Database& database, int32_t volume) {
     Rows record(database, Sql::Volume, volume);
     if (!record.Next()) return;
-    const bool isMirror = static_cast<VolumeType>(record.Number(0)) == VolumeType::Mirror;
-    const bool isEnabled = record.Flag(2);
+    const bool isMirror = static_cast<VolumeType>(record.Number(1)) == VolumeType::Mirror;
+    const bool isEnabled = record.Flag(3);
     Rows places(database, Sql::VolumePlaces, volume);
     places.Next();
     const int64_t sides = places.Integer(0);

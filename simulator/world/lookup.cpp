@@ -117,8 +117,8 @@ std::string MediumText(Database& database, const MediumView& medium) {
         Rows volume(database, Sql::Volume, sides.Integer(4));
         if (!volume.Next()) continue;
         if (hasVolume) text += ", ";
-        text += volume.Text(4).empty() ? "volume " + std::to_string(sides.Integer(4))
-                                       : std::string(volume.Text(4));
+        text += volume.Text(5).empty() ? "volume " + std::to_string(sides.Integer(4))
+                                       : std::string(volume.Text(5));
         hasVolume = true;
     }
     return hasVolume ? text : "blank " + std::string(MediaTypeName(medium.type));

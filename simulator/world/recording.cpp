@@ -97,8 +97,8 @@ VolumeContent NewContent(Database& database, const SlotView& slot, const SideVie
     if (side.volume != 0) {
         Rows before(database, Sql::Volume, side.volume);
         if (before.Next()) {
-            if (label.empty()) content.label = before.Text(4);
-            content.capacity = static_cast<uint64_t>(before.Integer(5));
+            if (label.empty()) content.label = before.Text(5);
+            content.capacity = static_cast<uint64_t>(before.Integer(6));
         }
     }
     const MediaType* type = FindMediaType(slot.medium->type);

@@ -12,7 +12,8 @@
 
 namespace krvsim {
 
-// Every code that the simulated service answers.
+// Every code that the simulated service answers. On POSIX a program's exit status is the low 8 bits
+// of a code; none of these looks like success or like one of krvcmd's own codes there.
 enum class Code : int32_t {
     SideUnreadable = 3,
     AlreadySo = 4,
@@ -32,14 +33,14 @@ enum class Code : int32_t {
     ServiceStopped = 1011,
     InvalidServerName = 1012,
 
-    NoStateFolder = 1020,
-    CannotOpenFile = 1021,
-    NotAFarm = 1022,
-    NewerFarm = 1023,
-    FarmLocked = 1024,
-    DiskFull = 1025,
-    FarmReadOnly = 1026,
-    FarmDamaged = 1027,
+    NoStateFolder = 1060,
+    CannotOpenFile = 1061,
+    NotAFarm = 1062,
+    NewerFarm = 1063,
+    FarmLocked = 1064,
+    DiskFull = 1065,
+    FarmReadOnly = 1066,
+    FarmDamaged = 1067,
 
     NoJukebox = 1100,
     NoMagazine = 1101,

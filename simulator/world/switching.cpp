@@ -18,8 +18,8 @@ const char* Word(Switch to) {
 
 std::string VolumeText(Database& database, int32_t volume) {
     Rows rows(database, Sql::Volume, volume);
-    if (!rows.Next() || rows.Text(4).empty()) return "volume " + std::to_string(volume);
-    return "volume " + std::to_string(volume) + " (" + std::string(rows.Text(4)) + ")";
+    if (!rows.Next() || rows.Text(5).empty()) return "volume " + std::to_string(volume);
+    return "volume " + std::to_string(volume) + " (" + std::string(rows.Text(5)) + ")";
 }
 
 // A number above those of volumes is one that no volume has.
@@ -98,8 +98,8 @@ std::string SwitchVolume(Database& database, uint32_t volume, Switch to) {
     {
         Rows rows(database, Sql::Volume, id);
         rows.Next();
-        const bool isShownSo = rows.Number(1) <= static_cast<int32_t>(VolumeState::Offline);
-        if (rows.Flag(2) == enable && isShownSo) return {};
+        const bool isShownSo = rows.Number(2) <= static_cast<int32_t>(VolumeState::Offline);
+        if (rows.Flag(3) == enable && isShownSo) return {};
     }
     Run(database, Sql::SetVolumeEnabled, id, enable);
     RefreshVolumeState(database, id);
