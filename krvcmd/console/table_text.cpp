@@ -20,12 +20,6 @@ void FitLine(std::string& text, std::size_t lineStart, std::size_t width) {
     }
 }
 
-// A line that ends in a percent cell is left as it is: its doubled per cent sign would throw the width off.
-bool EndsInPercentCell(std::string_view line) {
-    const std::size_t size = line.size();
-    return (size >= 2 && line[size - 2] == '%') || (size >= 3 && line[size - 3] == '%' && line.back() == '%');
-}
-
 const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
     return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
 }
@@ -62,6 +56,11 @@ void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTab
 }
 
 }  // namespace
+
+bool EndsInPercentCell(std::string_view line) {
+    const std::size_t size = line.size();
+    return (size >= 2 && line[size - 2] == '%') || (size >= 3 && line[size - 3] == '%' && line.back() == '%');
+}
 
 std::string HeaderText(const TableLayout& layout) {
     std::string text;

@@ -1,0 +1,377 @@
+#include <gtest/gtest.h>
+
+#include "krvcmd/console/output_object.h"
+#include "krvcmd/console/table_percent_int_item.h"
+#include "krvcmd/console/table_text.h"
+#include "tests/unit/console/support/captured_output.h"
+#include "tests/unit/console/support/text_table.h"
+
+// Tables as they look. Widths: a cell has a blank on either side; between two columns stands "|".
+namespace {
+
+using namespace Ostrel::UI::Console;
+using krvcmd::test::CellsOf;
+using krvcmd::test::Lines;
+using krvcmd::test::Number;
+using krvcmd::test::Percent;
+using krvcmd::test::Text;
+using krvcmd::test::TextTable;
+
+constexpr std::uint32_t kName = 1;
+constexpr std::uint32_t kCount = 2;
+constexpr std::uint32_t kStatus = 3;
+constexpr std::uint32_t kPercent = kPercentColumnId;
+
+TEST(PrintTable, PrintsNothingWithoutColumns) {
+    TextTable table(80, {});
+    table.AddTexts({{kName, "alpha"}});
+    EXPECT_EQ(table.Printed(), "");
+}
+
+TEST(PrintTable, PrintsNothingWithoutRows) {
+    TextTable table(80, {{kName, "Name"}});
+    EXPECT_EQ(table.Printed(), "");
+    EXPECT_EQ(table.PrintedPlain(), "");
+}
+
+TEST(PrintTable, PrintsNothingWhenNoRowHasACell) {
+    TextTable table(80, {{kName, "Name"}});
+    table.AddTexts({});
+    table.AddTexts({});
+    EXPECT_EQ(table.Printed(), "");
+}
+
+TEST(PrintTable, ShowsHeaderUnderlineAndAlignedRows) {
+    // Name: 5 for "alpha". Count: 8 for the number. 5 + 8 + 2 * 2 blanks + 1 separator = 18.
+    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    table.Add(CellsOf(Text(kName, "be"), Number(kCount, 12345678)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Name  |  Count   ",
+                                   "------------------",
+                                   " alpha |        5 ",
+                                   " be    | 12345678 ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, ShowsTheSameTableAgainWhenPrintedTwice) {
+    TextTable table(80, {{kName, "Name"}});
+    table.AddTexts({{kName, "alpha"}});
+    const std::string once = table.Printed();
+    EXPECT_EQ(once, Lines({" Name  ", "-------", " alpha ", ""}));
+    EXPECT_EQ(table.Printed(), once);
+}
+
+TEST(PrintTable, KeepsNaturalWidthsWithoutAConsole) {
+    // 32767 is the width without a console; lines are not filled up to it.
+    TextTable table(32767, {{kName, "Name"}});
+    table.AddTexts({{kName, std::string(300, 'x')}});
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " " + std::string(148, ' ') + "Name" + std::string(148, ' ') + " ",
+                                   std::string(302, '-'),
+                                   " " + std::string(300, 'x') + " ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, HasNoLimitInWidthZero) {
+    TextTable table(0, {{kName, "Name"}});
+    table.AddTexts({{kName, "abcdefghijklmnopqrstuvwxyz"}});
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "            Name            ",
+                                   "----------------------------",
+                                   " abcdefghijklmnopqrstuvwxyz ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, LeavesACellBlankThatARowLacks) {
+    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    table.Add(CellsOf(Text(kName, "be")));
+    table.Add(CellsOf(Number(kCount, 7)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Name  | Count ",
+                                   "---------------",
+                                   " alpha |     5 ",
+                                   " be    |       ",
+                                   "       |     7 ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, LeavesColumnsOutThatNoRowFills) {
+    // 5 + 5 + 2 * 2 + 1 = 15.
+    TextTable table(80, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Name  | Count ",
+                                   "---------------",
+                                   " alpha |     5 ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, BeginsItsRowsWithASeparatorWhenTheFirstColumnIsLeftOut) {
+    // The header does not, so titles and cells stand apart. 5 + 5 + 4 + 1 = 15: the row's last blank is cut.
+    TextTable table(80, {{kStatus, "Status"}, {kName, "Name"}, {kCount, "Count"}});
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Name  | Count ",
+                                   "---------------",
+                                   "| alpha |     5",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, ShowsEmptyColumnsOnRequest) {
+    // 5 + 6 + 5 + 3 * 2 + 2 = 24.
+    TextTable table(80, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
+    table.SetShowEmptyColumns(true);
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Name  | Status | Count ",
+                                   "------------------------",
+                                   " alpha |        |     5 ",
+                                   "",
+                               }));
+    EXPECT_EQ(table.PrintedPlain(), "alpha||5\n");
+}
+
+TEST(PrintTable, ShowsAColumnAsOftenAsItIsChosen) {
+    TextTable table(80, {{kName, "Name"}, {kName, "Again"}});
+    table.AddTexts({{kName, "alpha"}});
+    EXPECT_EQ(table.Printed(), Lines({" Name  | Again ", "---------------", " alpha | alpha ", ""}));
+}
+
+TEST(PrintTable, PrintsEmptyLinesWhenRowsFillNoneOfItsColumns) {
+    // The usage list is not empty, so the table is printed: lines of width 0.
+    TextTable table(80, {{kName, "Name"}});
+    table.AddTexts({{kStatus, "active"}});
+    table.AddTexts({{kStatus, "active"}});
+    EXPECT_EQ(table.Printed(), "\n\n\n\n\n");
+}
+
+TEST(PrintTable, StopsAtTheFirstColumnThatDoesNotFit) {
+    // Both columns fixed: 8 and 8. Width 20: the walk counts 10 and 10 + 11 = 21 does not fit; line 20.
+    // Behind the first cell (10) the second one needs 10 more: 20 fits (the separator is not asked for), and
+    // makes 21 characters, of which the last is cut.
+    TextTable table(20, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
+    table.Add(CellsOf(Text(kName, "alphabet"), Text(kStatus, "disabled"), Number(kCount, 5)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "   Name   |  Status ",
+                                   "--------------------",
+                                   " alphabet | disabled",
+                                   "",
+                               }));
+    // 19: the second column is left out, and with it all behind it, also the narrow third.
+    table.SetMaxWidth(19);
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "   Name            ",
+                                   "----------",
+                                   " alphabet          ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, ShowsNothingOfACellThatOnlyFitsWithoutItsBlanks) {
+    // One fixed column of 8. Width 9: one blank too few.
+    TextTable table(9, {{kName, "Name"}});
+    table.AddTexts({{kName, "alphabet"}});
+    EXPECT_EQ(table.Printed(), Lines({"         ", "", "         ", ""}));
+    // Width 8: a cell that fills the line takes one blank only, which is still one too many.
+    table.SetMaxWidth(8);
+    EXPECT_EQ(table.Printed(), Lines({"        ", "", "        ", ""}));
+    // Width 7: a title that is one longer than the line takes one blank only, which helps it as little.
+    table.SetMaxWidth(7);
+    EXPECT_EQ(table.Printed(), Lines({"       ", "", "       ", ""}));
+}
+
+TEST(PrintTable, MakesElasticColumnsGiveWay) {
+    // Name: minimum 4, natural 10. Count: 5. Width 17: takes 6, then 8: 14 fits. Room 17 - 1 - 4 = 12 for 15;
+    // 12 - 5 = 7 for the one elastic column.
+    TextTable table(17, {{kName, "Name", 4}, {kCount, "Count"}});
+    table.Add(CellsOf(Text(kName, "abcdefghij"), Number(kCount, 5)));
+    table.Add(CellsOf(Text(kName, "abc"), Number(kCount, 60)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "  Name   | Count ",
+                                   "-----------------",
+                                   " ...ghij |     5 ",
+                                   " abc     |    60 ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, FillsLinesThatFittingMadeNarrowerThanTheLine) {
+    // Name: minimum 10, maximum 12, natural 30; it counts as fixed with 12. Status: 6. Width 30: room 25;
+    // 25 - 12 - 6 = 7, divisor 2: share 3, so the minimum 10, and 1 of the rest. 13 + 1 + 8 = 22 of 30.
+    TextTable table(30, {{kName, "Name", 10, 12}, {kStatus, "Status"}});
+    table.AddTexts({{kName, std::string(30, 'x')}, {kStatus, "active"}});
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "    Name     | Status         ",
+                                   "----------------------",
+                                   " ...xxxxxxxx | active         ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, LeavesALineUnfilledThatEndsInAPercentSign) {
+    // Status is 7 wide here: 25 - 12 - 7 = 6, share 3, rest 0: 10. 12 + 1 + 9 = 22 of 30. The text ends in
+    // "%" at its full width, so its line looks as if it ended in a percent cell.
+    TextTable table(30, {{kName, "Name", 10, 12}, {kStatus, "Status"}});
+    table.AddTexts({{kName, std::string(30, 'x')}, {kStatus, "full 9%"}});
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "    Name    | Status          ",
+                                   "----------------------",
+                                   " ...xxxxxxx | full 9% ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, ShowsPercentCellsWithOnePercentSign) {
+    // "Used Capa" is 9 wide: 11 for the line. The row has 12 characters, of which one per cent sign does not
+    // show.
+    TextTable table(80, {{kPercent, "Used Capa"}});
+    table.Add(CellsOf(Percent(50)));
+    table.Add(CellsOf(Percent(100)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Used Capa ",
+                                   "-----------",
+                                   "       50% ",
+                                   "      100% ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, CutsALineBehindAPercentCellByOneCharacter) {
+    // 9 + 6 + 4 + 1 = 20. The row has 21 characters with both per cent signs and is cut to 20; 19 show. A row
+    // without the percent cell keeps its 20.
+    TextTable table(80, {{kPercent, "Used Capa"}, {kStatus, "Status"}});
+    table.Add(CellsOf(Percent(50), Text(kStatus, "active")));
+    table.Add(CellsOf(Text(kStatus, "active")));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Used Capa | Status ",
+                                   "--------------------",
+                                   "       50% | active",
+                                   "           | active ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, MakesRoomForEveryPercentCellOfALine) {
+    // 9 + 9 + 4 + 1 = 23 and 2 more for the signs that do not show: 25 characters, 23 of them seen.
+    TextTable table(80, {{kPercent, "Used Capa"}, {kPercent, "Used Capa"}});
+    table.Add(CellsOf(Percent(7)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   " Used Capa | Used Capa ",
+                                   "-----------------------",
+                                   "        7% |        7% ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, LeavesAPercentCellOutThatDoesNotFit) {
+    // Name is 8 wide, per cent 9: width 20 counts the name only (10, then 10 + 12 = 22). Line 20; 10 for the
+    // name and 1 + 10 + 1 for the percent cell are 22 of the 21 that a line with a percent cell may have.
+    TextTable table(20, {{kName, "Name"}, {kPercent, "Used Capa"}});
+    table.Add(CellsOf(Text(kName, "alphabet"), Percent(50)));
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "   Name             ",
+                                   "----------",
+                                   " alphabet           ",
+                                   "",
+                               }));
+    // 21: 22 of 22. The title needs 10 + 11 = 21. The whole line has 10 + 1 + 12 = 23 characters.
+    table.SetMaxWidth(21);
+    EXPECT_EQ(table.Printed(), Lines({
+                                   "   Name   | Used Capa",
+                                   "---------------------",
+                                   " alphabet |       50% ",
+                                   "",
+                               }));
+}
+
+TEST(PrintTable, PrintsForeignPercentSignsAsThemselves) {
+    TextTable table(80, {{kName, "Name"}});
+    table.AddTexts({{kName, "100%s %n"}});
+    table.AddTexts({{kName, "%d"}});
+    EXPECT_EQ(table.Printed(), Lines({"   Name   ", "----------", " 100%s %n ", " %d       ", ""}));
+}
+
+TEST(PrintTable, UsesItsSeparator) {
+    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
+    table.SetSeparator(" :: ");
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    // 5 + 5 + 4 + 4 = 18.
+    EXPECT_EQ(table.Printed(), Lines({" Name   ::  Count ", "------------------", " alpha  ::      5 ", ""}));
+}
+
+TEST(PrintTable, NeedsNoSeparator) {
+    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
+    table.SetSeparator("");
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    EXPECT_EQ(table.Printed(), Lines({" Name   Count ", "--------------", " alpha      5 ", ""}));
+}
+
+TEST(PrintTable, DoesNotReplaceNamesInCells) {
+    TextTable table(80, {{kName, "Name"}});
+    table.AddTexts({{kName, "[CmdLine]"}});
+    EXPECT_EQ(table.Printed(), Lines({"   Name    ", "-----------", " [CmdLine] ", ""}));
+}
+
+TEST(PrintTable, ShowsRowsInTheirOrder) {
+    TextTable table(80, {{kName, "Name"}});
+    table.SetSortKeys({{kName, kDescending}});
+    for (const char* name : {"Box-9", "Box-10", "Box-1"})
+        table.AddTexts({{kName, name}});
+    EXPECT_EQ(table.Printed(), Lines({"  Name  ", "--------", " Box-10 ", " Box-9  ", " Box-1  ", ""}));
+}
+
+TEST(PrintPlainTable, JoinsFullTextsWithTheSeparator) {
+    TextTable table(20, {{kName, "Name", 4}, {kCount, "Count"}, {kPercent, "Used"}});
+    table.SetSeparator(",");
+    table.Add(CellsOf(Text(kName, "a name that is longer than the line"), Number(kCount, 5), Percent(50)));
+    table.Add(CellsOf(Text(kName, "be"), Number(kCount, 1234567), Percent(7)));
+    EXPECT_EQ(table.PrintedPlain(), "a name that is longer than the line,5,50%\nbe,1234567,7%\n");
+}
+
+TEST(PrintPlainTable, ShowsACellThatARowLacksAsAnEmptyText) {
+    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}, {kStatus, "Status"}});
+    table.Add(CellsOf(Number(kCount, 5)));
+    table.Add(CellsOf(Text(kName, "be")));
+    table.Add(CellsOf(Text(kName, "c"), Text(kStatus, "on")));
+    EXPECT_EQ(table.PrintedPlain(), "|5|\nbe||\nc||on\n");
+}
+
+TEST(PrintPlainTable, LeavesEmptyColumnsOutButKeepsTheSeparatorInFrontOfLaterOnes) {
+    TextTable table(80, {{kStatus, "Status"}, {kName, "Name"}, {9, "Empty"}, {kCount, "Count"}});
+    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    EXPECT_EQ(table.PrintedPlain(), "|alpha|5\n");
+}
+
+TEST(PrintPlainTable, LeavesAColumnOutThatFittingMadeVanish) {
+    // Two columns without a set minimum share 1: the second one gets 0 and so has no place. Width 14: takes
+    // 1, 2, 8; room 14 - 2 - 6 = 6; 6 - 5 = 1 for 2 columns.
+    TextTable table(14, {{kName, "Name", -1}, {kStatus, "Status", -1}, {kCount, "Count"}});
+    table.Add(
+        CellsOf(Text(kName, std::string(20, 'x')), Text(kStatus, std::string(20, 'y')), Number(kCount, 5)));
+    EXPECT_EQ(table.PrintedPlain(), std::string(20, 'x') + "|5\n");
+}
+
+TEST(EndsInPercentCell, LooksAtTheNextToLastCharacter) {
+    EXPECT_TRUE(EndsInPercentCell(" 50%% "));
+    EXPECT_TRUE(EndsInPercentCell("% "));
+    EXPECT_FALSE(EndsInPercentCell(" 50%%  "));
+    EXPECT_FALSE(EndsInPercentCell("%"));
+    EXPECT_FALSE(EndsInPercentCell(""));
+}
+
+TEST(EndsInPercentCell, LooksAtTheThirdFromLastAndTheLastCharacter) {
+    EXPECT_TRUE(EndsInPercentCell("%x%"));
+    EXPECT_FALSE(EndsInPercentCell("%xx"));
+    EXPECT_FALSE(EndsInPercentCell("xx%"));
+    EXPECT_FALSE(EndsInPercentCell("x%"));
+}
+
+}  // namespace

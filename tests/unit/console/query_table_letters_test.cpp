@@ -1,0 +1,187 @@
+#include <gtest/gtest.h>
+
+#include "krvcmd/console/query_table.h"
+#include "tests/unit/console/support/captured_output.h"
+
+namespace {
+
+using namespace Ostrel::UI::Console;
+using krvcmd::test::Lines;
+using krvcmd::test::OutputOf;
+
+std::string Titles(const CTable& table) {
+    std::string titles;
+    for (const CTableColumn& column : table.GetColumns())
+        titles.append(column.GetTitle()).append(1, '|');
+    return titles;
+}
+
+TEST(ColumnLetters, ChooseTheColumnsFromLeftToRight) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("ILl"));
+    EXPECT_EQ(Titles(table), "Vol ID|Location|Label|");
+    EXPECT_EQ(table.GetContentWidth(), 6U + 8U + 5U);
+}
+
+TEST(ColumnLetters, MayBeRepeated) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("IIl"));
+    EXPECT_EQ(Titles(table), "Vol ID|Vol ID|Label|");
+}
+
+TEST(ColumnLetters, AreCaseSensitive) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("Ss"));
+    EXPECT_EQ(Titles(table), "Slots|Slot|");
+}
+
+TEST(ColumnLetters, AreRefusedWhenUnknownButTheKnownOnesAreSet) {
+    for (const char* letters : {"IQ", "QI", "I+", "-I", "I ", "IQQ"}) {
+        CKrvQueryTable table;
+        EXPECT_FALSE(table.SetColumnLetters(letters)) << letters;
+        EXPECT_EQ(Titles(table), "Vol ID|") << letters;
+    }
+}
+
+TEST(ColumnLetters, MayBeNone) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters(""));
+    EXPECT_EQ(table.GetColumnCount(), 0U);
+}
+
+TEST(ColumnLetters, ReplaceTheColumnsChosenBefore) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("IL"));
+    EXPECT_TRUE(table.SetColumnLetters("o"));
+    EXPECT_EQ(Titles(table), "Status|");
+}
+
+// ---- Sort letters: four volumes, shown by their IDs in the resulting order --------------
+
+krvcmd::JukeboxInfo TowerOfTwoMagazines() {
+    krvcmd::JukeboxInfo jukebox;
+    jukebox.key.jukeboxId = 11;
+    jukebox.record.magazineCount = 2;
+    return jukebox;
+}
+
+void AddVolume(CKrvQueryTable& table, std::int32_t volumeId, const char* label, std::int32_t magazine,
+               std::int32_t slot) {
+    krvcmd::VolumeInfo volume;
+    volume.volumeId = volumeId;
+    std::string_view(label).copy(volume.record.label, sizeof volume.record.label);
+    table.AddSideRow(TowerOfTwoMagazines(), {sizeof(SideKey), 11, magazine, slot, 0}, {}, volume);
+}
+
+// The volume IDs, one in a line, that a table sorted by these letters shows.
+std::string IdsSortedBy(std::string_view sortLetters) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("I"));
+    EXPECT_TRUE(table.SetSortLetters(sortLetters));
+    table.SetFormatted(false);
+    AddVolume(table, 1, "Box-10", 1, 5);
+    AddVolume(table, 2, "Box-9", 1, 5);
+    AddVolume(table, 3, "Box-10", 0, 7);
+    AddVolume(table, 4, "Box-10", 1, 4);
+    AddVolume(table, 5, "Box-9", 1, 5);
+    return OutputOf([&] { table.Print(); });
+}
+
+TEST(SortLetters, OrderByTheFirstLetterThenByTheNext) {
+    // Label, then magazine, then slot; volumes 2 and 5 are equal and keep their order.
+    EXPECT_EQ(IdsSortedBy("lms"), Lines({"2", "5", "3", "4", "1"}));
+}
+
+TEST(SortLetters, AreDescendingBehindAMinus) {
+    EXPECT_EQ(IdsSortedBy("-lms"), Lines({"1", "4", "3", "2", "5"}));
+}
+
+TEST(SortLetters, AreDescendingFromTheMinusOn) {
+    EXPECT_EQ(IdsSortedBy("l-ms"), Lines({"2", "5", "1", "4", "3"}));
+}
+
+TEST(SortLetters, AreAscendingAgainBehindAPlus) {
+    EXPECT_EQ(IdsSortedBy("-l+ms"), Lines({"3", "4", "1", "2", "5"}));
+    EXPECT_EQ(IdsSortedBy("+l+ms"), IdsSortedBy("lms"));
+    EXPECT_EQ(IdsSortedBy("--l"), IdsSortedBy("-l"));
+    EXPECT_EQ(IdsSortedBy("-+l"), IdsSortedBy("l"));
+}
+
+TEST(SortLetters, KeepTheOrderOfArrivalWhenThereAreNone) {
+    EXPECT_EQ(IdsSortedBy(""), Lines({"1", "2", "3", "4", "5"}));
+    EXPECT_EQ(IdsSortedBy("-"), Lines({"1", "2", "3", "4", "5"}));
+}
+
+TEST(SortLetters, NeedNotBeAmongTheColumns) {
+    EXPECT_EQ(IdsSortedBy("s"), Lines({"4", "1", "2", "5", "3"}));
+}
+
+TEST(SortLetters, KeepTheOrderOfArrivalWhenNoRowHasTheCell) {
+    EXPECT_EQ(IdsSortedBy("-JN"), Lines({"1", "2", "3", "4", "5"}));
+}
+
+TEST(SortLetters, AreRefusedWhenUnknownButTheKnownOnesAreSet) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("I"));
+    EXPECT_FALSE(table.SetSortLetters("Q-I"));
+    table.SetFormatted(false);
+    AddVolume(table, 1, "a", 0, 0);
+    AddVolume(table, 2, "a", 0, 0);
+    EXPECT_EQ(OutputOf([&] { table.Print(); }), "2\n1\n");
+}
+
+TEST(ColumnHelp, ExplainsTheLettersInTheirOrder) {
+    CKrvQueryTable table;
+    table.SetMaxWidth(32767);
+    EXPECT_EQ(
+        OutputOf([&] { table.PrintColumnHelp(); }),
+        "\n"
+        "Following column identifiers can be used to specify columns of the table and the sort order. For "
+        "example, to display IDs, location and labels of all volumes, sorted by label and volumes with "
+        "identical labels sorted by magazine/slot number:\n"
+        "query volumes columns=ILl sort=lms\n"
+        "\n"
+        "and sorted in reverse order:\n"
+        "query volumes columns=ILl sort=-lms\n"
+        "\n"
+        "  S - Number of slots in magazine or jukebox.\n"
+        "  D - Number of drives in the jukebox.\n"
+        "  M - Number of magazines in the jukebox.\n"
+        "  I - Unique identifier of the volume.\n"
+        "  J - Unique identifier of the jukebox.\n"
+        "  N - Name of the jukebox.\n"
+        "  L - Formatted location of a disc in a jukebox.\n"
+        "  m - Number of the magazine.\n"
+        "  d - Number of the drive.\n"
+        "  s - Number of the slot.\n"
+        "  a - Identifies the disc side (A or B).\n"
+        "  C - SCSI address of the jukebox or drive.\n"
+        "  R - Firmware revision of jukebox or drive.\n"
+        "  P - Device type (product and vendor ID) of jukebox or drive.\n"
+        "  F - Shows if the jukebox supports double sided media.\n"
+        "  n - Shows the directory name for this volume (even if not active).\n"
+        "  l - Volume label of the volume.\n"
+        "  v - Volume Type (Volume Set container or optical disc).\n"
+        "  f - Type of the file system on the volume.\n"
+        "  t - Media type of a disc.\n"
+        "  x - Used capacity on a volume with dimension (MByte, GByte, ...).\n"
+        "  X - Used capacity in bytes without dimension.\n"
+        "  z - Used capacity in per cent from total capacity.\n"
+        "  y - Total capacity on a volume with dimension.\n"
+        "  Y - Total capacity in bytes without dimension.\n"
+        "  o - Status of the item.\n");
+}
+
+TEST(ColumnHelp, FitsAnOrdinaryConsole) {
+    CKrvQueryTable table;
+    table.SetMaxWidth(39);
+    const std::string help = OutputOf([&] { table.PrintColumnHelp(); });
+    // The blank behind "used" stands at position 40.
+    EXPECT_EQ(
+        help.find("\nFollowing column identifiers can be\nused to specify columns of the table\nand the "),
+        0U);
+    // 6 + 39 characters do not fit; 39 - 6 - 1 = 32 stay in the first line.
+    EXPECT_NE(help.find("  S - Number of slots in magazine or j\n\tukebox.\n"), std::string::npos);
+}
+
+}  // namespace
