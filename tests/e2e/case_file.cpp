@@ -167,9 +167,7 @@ class CaseReader {
         if (key == "words") {
             m_case.commandLines.emplace_back(value);
         } else if (key == "farm") {
-            std::istringstream names{std::string(value)};
-            for (std::string name; names >> name;)
-                m_case.run.script += m_farms.at(name);
+            UseFarms(value);
         } else if (key == "columns") {
             m_case.run.columns = ParseInt(value);
         } else if (key == "locale") {
@@ -197,6 +195,19 @@ class CaseReader {
             m_case.comparesCalls = true;
         } else {
             throw std::runtime_error("unknown setting: " + std::string(key));
+        }
+    }
+
+    // "one farm + another farm": their scripts one after the other.
+    void UseFarms(std::string_view names) {
+        constexpr std::string_view kAnd = " + ";
+        while (true) {
+            const std::size_t end = names.find(kAnd);
+            const auto farm = m_farms.find(std::string(names.substr(0, end)));
+            if (farm == m_farms.end()) throw std::runtime_error("there is no such farm above");
+            m_case.run.script += farm->second;
+            if (end == std::string_view::npos) return;
+            names.remove_prefix(end + kAnd.size());
         }
     }
 
