@@ -1,0 +1,103 @@
+// Each single call that a command makes is made to fail, with each code that means something to the
+// program and with some that do not.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tests/reliability/support/comparison.h"
+#include "tests/reliability/support/representative_orders.h"
+#include "tests/reliability/support/small_farm.h"
+
+namespace krvcmd::reliability {
+
+namespace {
+
+using krvfake::FakeLibrary;
+using krvfake::Occurrence;
+using krvfake::Outputs;
+
+constexpr std::int32_t kCodes[] = {0, 1, 2, 3, 4, 7, 12, 256, 500, 501, 502, 1001, 0x7FFFFFFF, -1};
+
+void ScriptSmallFarm(FakeLibrary& library) {
+    BuildSmallFarm(library.GetFarm());
+}
+
+class FailingCalls : public testing::TestWithParam<NamedOrder> {
+  protected:
+    void ExpectAsDocumented(const Script& script, const std::string& what) {
+        const std::string difference = DifferenceFromModel(m_program, GetParam().order, m_words, script);
+        EXPECT_EQ(difference, "") << Spelt(m_words) << "\nwith " << what;
+    }
+
+    // The order without any failure gives the number of calls; a failure can lead to more of them, so
+    // some beyond are tried too.
+    int CountCalls() {
+        FakeLibrary& library = FakeLibrary::Instance();
+        library.Reset();
+        ScriptSmallFarm(library);
+        return static_cast<int>(m_program.Run(m_words).calls.size());
+    }
+
+    ProgramRunner m_program;
+    const std::vector<std::string> m_words = Words(GetParam().order);
+};
+
+TEST_P(FailingCalls, EndAsDocumentedWhicheverCallFails) {
+    constexpr int kBeyond = 6;
+    const int count = CountCalls() + kBeyond;
+    int runs = 0;
+    for (int k = 1; k <= count && !HasFailure(); ++k) {
+        for (const std::int32_t code : kCodes) {
+            for (const Outputs outputs : {Outputs::LeftAlone, Outputs::Filled}) {
+                const auto script = [&](FakeLibrary& library) {
+                    ScriptSmallFarm(library);
+                    library.FailCall("*", Occurrence::Nth(k), {code, "It does not work."}, outputs);
+                };
+                ExpectAsDocumented(script,
+                                   "call " + std::to_string(k) + " failing with " + std::to_string(code));
+                ++runs;
+            }
+        }
+    }
+    RecordProperty("runs", runs);
+}
+
+TEST_P(FailingCalls, EndAsDocumentedWhenAllCallsFailFromOneOn) {
+    const int count = CountCalls();
+    for (int k = 1; k <= count && !HasFailure(); ++k) {
+        for (const std::int32_t code : kCodes) {
+            const auto script = [&](FakeLibrary& library) {
+                ScriptSmallFarm(library);
+                library.FailCall("*", Occurrence::From(k), {code, ""});
+            };
+            ExpectAsDocumented(script,
+                               "all from " + std::to_string(k) + " on failing with " + std::to_string(code));
+        }
+    }
+}
+
+TEST_P(FailingCalls, EndAsDocumentedWhenOneFunctionNeverWorks) {
+    constexpr const char* kFunctions[] = {
+        "KrvSessionCreate",    "KrvSessionClose",   "KrvGetNextJukebox", "KrvGetJukebox",
+        "KrvGetMagazine",      "KrvGetDrive",       "KrvGetSlot",        "KrvGetSide",
+        "KrvGetNextVolume",    "KrvVolumeDetail",   "KrvVolumeAspects",  "KrvVolumeLocations",
+        "KrvMediaImport",      "KrvMediaExport",    "KrvMediaScan",      "KrvVolumeFormat",
+        "KrvVolumeErase",      "KrvVolumeFinalize", "KrvVolumeActivate", "KrvVolumeDeactivate",
+        "KrvVolumeSetAspects", "KrvJukeboxSetName"};
+    for (const char* function : kFunctions) {
+        for (const std::int32_t code : kCodes) {
+            const auto script = [&](FakeLibrary& library) {
+                ScriptSmallFarm(library);
+                library.FailCall(function, Occurrence::Every(), {code, "Never."}, Outputs::Filled);
+            };
+            ExpectAsDocumented(script, std::string(function) + " failing with " + std::to_string(code));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, FailingCalls, testing::ValuesIn(RepresentativeOrders()),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+}  // namespace
+
+}  // namespace krvcmd::reliability

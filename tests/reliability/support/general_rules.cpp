@@ -1,0 +1,84 @@
+#include "tests/reliability/support/general_rules.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+namespace krvcmd::reliability {
+
+namespace {
+
+constexpr std::string_view kBanner = "Carvoline - command line interface\n";
+
+bool IsCallOf(const std::string& line, std::string_view function) {
+    return line == function || (line.starts_with(function) && line[function.size()] == ' ');
+}
+
+std::string BrokenCallRules(const std::vector<std::string>& calls) {
+    for (const std::string& line : calls) {
+        if (line.starts_with("ERROR")) return "the library complains: " + line;
+    }
+    if (calls.empty()) return {};
+    const auto closes = std::count_if(calls.begin(), calls.end(), [](const std::string& line) {
+        return IsCallOf(line, "KrvSessionClose");
+    });
+    if (closes != 1) return "the session is closed " + std::to_string(closes) + " times";
+    if (!IsCallOf(calls.back(), "KrvSessionClose")) return "the last call is " + calls.back();
+    const bool opensFirst = IsCallOf(calls.front(), "KrvSessionCreate");
+    const bool startsService = calls.size() == 2 && IsCallOf(calls.front(), "KrvServiceStart");
+    if (!opensFirst && !startsService) return "the first call is " + calls.front();
+    return {};
+}
+
+// The code of an error's result line, or -1 when it is none.
+std::int64_t CodeOf(std::string_view line) {
+    constexpr std::string_view kSystem = "OS error ";
+    constexpr std::string_view kService = "KRV error ";
+    if (line == "Error: No such item present.\n") return 2;
+    if (line == "Error: Invalid command line parameter. Specify help to get further information.\n")
+        return 22;
+    for (const std::string_view start : {kSystem, kService}) {
+        if (!line.starts_with(start)) continue;
+        const std::string number(line.substr(start.size(), line.find(": ") - start.size()));
+        char* end = nullptr;
+        const std::int64_t code = std::strtoll(number.c_str(), &end, 10);
+        return number.empty() || *end != '\0' ? -1 : code;
+    }
+    return -1;
+}
+
+std::string BrokenResultRules(const ProgramRun& run) {
+    const std::string& line = run.errorOutput;
+    if (line.empty() || line == "Operation completed successfully.\n") {
+        return run.exitStatus == 0 ? "" : "success with the exit status " + std::to_string(run.exitStatus);
+    }
+    if (std::count(line.begin(), line.end(), '\n') != 1 || line.back() != '\n') {
+        return "not one result line: " + line;
+    }
+    const std::int64_t code = CodeOf(line);
+    if (code < 0) return "no result line: " + line;
+    const std::int64_t expected = code != 0 && code % 256 == 0 ? 255 : code % 256;
+    if (run.exitStatus == expected) return {};
+    return "exit status " + std::to_string(run.exitStatus) + " after " + line;
+}
+
+std::string BrokenBannerRules(const ProgramRun& run) {
+    const std::size_t banner = run.output.find(kBanner);
+    if (banner == std::string::npos) return {};
+    if (banner != 0) return "the banner does not stand first";
+    const bool repeated = run.output.find(kBanner, 1) != std::string::npos;
+    return repeated ? "the banner stands there twice" : "";
+}
+
+}  // namespace
+
+std::string BrokenRules(const ProgramRun& run) {
+    for (const std::string& broken :
+         {BrokenCallRules(run.calls), BrokenResultRules(run), BrokenBannerRules(run)}) {
+        if (!broken.empty()) return broken;
+    }
+    return {};
+}
+
+}  // namespace krvcmd::reliability

@@ -1,0 +1,224 @@
+#include "tests/reliability/support/model.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "tests/reliability/support/model_library.h"
+#include "tests/reliability/support/model_query.h"
+#include "tests/reliability/support/model_work.h"
+
+namespace krvcmd::reliability {
+
+namespace {
+
+enum class Form { Nothing, Volumes, SlotSide, Slots, Magazine, Jukebox, Drive, Refused };
+
+bool IsMultiple(const std::vector<Numbers>& list) {
+    return list.size() > 1 || (list.size() == 1 && list.front().isRange);
+}
+
+Form FormOf(const Order& order) {
+    const bool magazine = !order.magazines.empty();
+    const bool slot = !order.slots.empty();
+    const bool anySide = order.sideA || order.sideB;
+    const bool oneSide = order.sideA != order.sideB;
+    const bool inner = magazine || slot || anySide;
+    const bool volumes = !order.volumes.empty();
+    if (!order.HasJukebox()) {
+        if (inner || order.drive) return Form::Refused;
+        return volumes ? Form::Volumes : Form::Nothing;
+    }
+    if (volumes) return Form::Refused;
+    if (order.drive) return inner ? Form::Refused : Form::Drive;
+    if (anySide && (IsMultiple(order.slots) || IsMultiple(order.magazines))) return Form::Refused;
+    if (slot && IsMultiple(order.magazines)) return Form::Refused;
+    if (oneSide) return slot ? Form::SlotSide : Form::Refused;
+    if (slot) return Form::Slots;
+    return magazine ? Form::Magazine : Form::Jukebox;
+}
+
+bool IsKnownTo(std::string_view letters, std::string_view word) {
+    return word.find_first_not_of(letters) == std::string_view::npos;
+}
+
+// Column and sort letters that the table takes.
+bool HasGoodLetters(const Order& order) {
+    constexpr std::string_view kColumns = "SDMIJNLmdsaCRPFnlvftxXzyYo";
+    constexpr std::string_view kSort = "SDMIJNLmdsaCRPFnlvftxXzyYo+-";
+    return IsKnownTo(kColumns, order.columns.value_or("")) && IsKnownTo(kSort, order.sort.value_or(""));
+}
+
+class Run {
+  public:
+    explicit Run(const Order& order) : m_order(order), m_form(FormOf(order)), m_query(m_library, order) {}
+
+    Expected CarryOut() {
+        Expected expected;
+        expected.endsBeforeTheSession = m_form == Form::Refused;
+        if (expected.endsBeforeTheSession) {
+            expected.result = Result::System(22);
+            return expected;
+        }
+        expected.quiet = m_order.quiet || m_order.notable;
+        if (m_order.verb != Verb::Start) expected.result = m_library.Open(Server());
+        if (expected.result.IsOk()) expected.result = Work();
+        (void)m_library.Call(KrvSessionClose);
+        expected.rows = m_query.Rows();
+        return expected;
+    }
+
+  private:
+    std::string Server() const { return m_order.server.empty() ? "." : m_order.server; }
+
+    Result Work() {
+        switch (m_order.verb) {
+            case Verb::Start:
+                return m_library.Call(KrvServiceStart, Server().c_str());
+            case Verb::Stop:
+                return m_library.Call(KrvServiceStop);
+            case Verb::Restart:
+                return m_library.Call(KrvServiceRestart);
+            default:
+                break;
+        }
+        if (m_form == Form::Nothing) return m_order.verb == Verb::Query ? Query() : Result();
+        if (IsEmptyAddress()) return {};
+        if (m_form != Form::Volumes || m_order.verb == Verb::Import) {
+            if (Result result = ResolveJukebox(); !result.IsOk()) return result;
+        }
+        switch (m_order.verb) {
+            case Verb::Query:
+                return Query();
+            case Verb::Enable:
+            case Verb::Disable:
+                return ForEntries(
+                    [this](const Place& place, std::int32_t volume) { return Switch(place, volume); }, true);
+            case Verb::Name:
+                return ForEntries([this](const Place&, std::int32_t volume) { return Rename(volume); },
+                                  false);
+            default:
+                break;
+        }
+        if (m_form == Form::Drive) return {};
+        return ForEntries(
+            [this](const Place& place, std::int32_t volume) { return WalkEntry(place, volume); }, false);
+    }
+
+    // The list that gives one entry for each of its numbers; null: there is one entry.
+    const std::vector<Numbers>* EntryNumbers() const {
+        if (m_form == Form::Volumes) return &m_order.volumes;
+        if (m_form == Form::Slots || m_form == Form::SlotSide) return &m_order.slots;
+        return m_form == Form::Magazine ? &m_order.magazines : nullptr;
+    }
+
+    // Every range of the list is written backwards.
+    bool IsEmptyAddress() const {
+        const std::vector<Numbers>* list = EntryNumbers();
+        return list != nullptr && std::all_of(list->begin(), list->end(), [](const Numbers& numbers) {
+                   return numbers.from > numbers.to;
+               });
+    }
+
+    template <class Handle>
+    Result ForEntries(Handle handle, bool stopsAtFailure) {
+        const std::vector<Numbers>* list = EntryNumbers();
+        Place place{m_jukebox, -1, -1, -1};
+        if (!m_order.magazines.empty()) place.magazine = m_order.magazines.front().from;
+        if (m_order.sideA != m_order.sideB) place.side = m_order.sideA ? 0 : 1;
+        if (list == nullptr) return handle(place, -1);
+        Result result;
+        for (const Numbers& numbers : *list) {
+            for (std::int64_t number = numbers.from; number <= numbers.to; ++number) {
+                const auto entry = static_cast<std::int32_t>(number);
+                if (m_form == Form::Magazine) place.magazine = entry;
+                if (list == &m_order.slots) place.slot = entry;
+                result = handle(place, entry);
+                if (stopsAtFailure && result.code != 0) return result;
+            }
+        }
+        return result;
+    }
+
+    Result ResolveJukebox() {
+        if (m_order.jukeboxId && *m_order.jukeboxId >= 1) {
+            JukeboxRecord record;
+            m_jukebox = *m_order.jukeboxId;
+            return m_library.Jukebox(m_jukebox, record);
+        }
+        std::uint32_t id = 0;
+        while (!m_order.jukeboxName.empty()) {
+            std::uint32_t next = 0;
+            if (!m_library.Call(KrvGetNextJukebox, id, &next).IsOk()) break;
+            if (static_cast<std::int32_t>(next) < 1) break;
+            id = next;
+            JukeboxRecord record;
+            if (!m_library.Jukebox(static_cast<std::int32_t>(id), record).IsOk()) continue;
+            if (std::string(record.name, strnlen(record.name, sizeof record.name)) != m_order.jukeboxName) {
+                continue;
+            }
+            m_jukebox = static_cast<std::int32_t>(id);
+            return {};
+        }
+        return Result::System(6);
+    }
+
+    Result Query() {
+        if (m_order.object == Object::None || !HasGoodLetters(m_order)) return Result::System(22);
+        return m_query.Gather(m_jukebox);
+    }
+
+    Result WalkEntry(const Place& place, std::int32_t volume) {
+        const SlotWork work = [this](const Place& at) {
+            if (m_order.verb == Verb::Scan) return ScanMedium(m_library, at);
+            if (m_order.verb == Verb::Format) return FormatMedium(m_library, m_order, at);
+            return MoveMedium(m_library, m_order.verb, at);
+        };
+        if (m_form == Form::Volumes) return WorkOnVolume(m_library, volume, work);
+        const bool repeats = m_order.verb == Verb::Import || m_order.verb == Verb::Export;
+        const WalkRules rules{repeats ? m_order.repeat.value_or(0) : 0, m_order.verb == Verb::Import};
+        return WalkSlots(m_library, rules, place, work);
+    }
+
+    Result Switch(const Place& place, std::int32_t volume) {
+        const bool enable = m_order.verb == Verb::Enable;
+        const JukeboxKey jukebox{8, m_jukebox};
+        const MagazineKey magazine{12, m_jukebox, place.magazine - 1};
+        const DriveKey drive{12, m_jukebox, m_order.drive.value_or(0) - 1};
+        switch (m_form) {
+            case Form::Jukebox:
+                return m_library.Call(enable ? KrvActivateJukebox : KrvDeactivateJukebox, &jukebox);
+            case Form::Magazine:
+                return m_library.Call(enable ? KrvActivateMagazine : KrvDeactivateMagazine, &magazine);
+            case Form::Drive:
+                return m_library.Call(enable ? KrvActivateDrive : KrvDeactivateDrive, &drive);
+            case Form::Volumes:
+                return SwitchVolume(m_library, enable, volume);
+            default:
+                return SwitchVolumesInSlot(m_library, enable, place);
+        }
+    }
+
+    Result Rename(std::int32_t volume) {
+        const std::string name = m_order.newName.value_or("");
+        if (m_form == Form::Volumes) {
+            return m_library.Call(KrvVolumeSetAspects, static_cast<std::uint32_t>(volume), name.c_str(), 1U);
+        }
+        if (m_form != Form::Jukebox) return Result::System(22);
+        const JukeboxKey key{8, m_jukebox};
+        return m_library.Call(KrvJukeboxSetName, &key, name.c_str());
+    }
+
+    ModelLibrary m_library;
+    const Order& m_order;
+    Form m_form;
+    std::int32_t m_jukebox = -1;
+    ModelQuery m_query;
+};
+
+}  // namespace
+
+Expected CarryOut(const Order& order) {
+    return Run(order).CarryOut();
+}
+
+}  // namespace krvcmd::reliability

@@ -1,0 +1,207 @@
+#include "tests/reliability/support/model_query.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/reliability/support/model_work.h"
+
+namespace krvcmd::reliability {
+
+namespace {
+
+// No library can mean as many locations as this.
+constexpr std::uint32_t kTooManyLocations = 2'147'483'647 / 20 + 1;
+
+// Goes over the IDs of an enumeration until one of them is not handled well.
+template <class Next, class Handle>
+Result ForEach(const ModelLibrary& library, Next next, Handle handle) {
+    Result result;
+    std::uint32_t id = 0;
+    while (result.IsOk()) {
+        std::uint32_t following = 0;
+        if (!library.Call(next, id, &following).IsOk()) break;
+        if (static_cast<std::int32_t>(following) < 1) break;
+        id = following;
+        result = handle(static_cast<std::int32_t>(id));
+    }
+    return result;
+}
+
+}  // namespace
+
+Result ModelQuery::Gather(std::int32_t jukebox) {
+    const auto each = [&](Result (ModelQuery::*list)(std::int32_t)) {
+        if (!NamesNoJukebox()) return (this->*list)(jukebox);
+        return ForEach(m_library, KrvGetNextJukebox, [&](std::int32_t id) { return (this->*list)(id); });
+    };
+    switch (m_order.object) {
+        case Object::Jukeboxes:
+            return each(&ModelQuery::ListJukebox);
+        case Object::Magazines:
+            return each(&ModelQuery::ListMagazines);
+        case Object::Drives:
+            if (m_order.drive) return ListDrive(jukebox, *m_order.drive - 1);
+            return each(&ModelQuery::ListDrives);
+        case Object::Slots:
+        case Object::Volumes:
+            return ListSlotsOrVolumes(jukebox);
+        case Object::None:
+            break;
+    }
+    return Result::System(22);
+}
+
+Result ModelQuery::ListJukebox(std::int32_t jukebox) {
+    JukeboxRecord record;
+    Result result = m_library.Jukebox(jukebox, record);
+    if (result.IsOk()) ++m_rows;
+    return result;
+}
+
+Result ModelQuery::ListMagazines(std::int32_t jukebox) {
+    JukeboxRecord record;
+    Result result = m_library.Jukebox(jukebox, record);
+    if (!result.IsOk()) return result;
+    for (std::int32_t m = 0; m < record.magazineCount; ++m) {
+        MagazineRecord magazine;
+        const Result asked = m_library.Magazine(jukebox, m, magazine);
+        if (asked.IsOk()) {
+            ++m_rows;
+        } else {
+            result = asked;
+        }
+    }
+    return result;
+}
+
+Result ModelQuery::ListDrives(std::int32_t jukebox) {
+    JukeboxRecord record;
+    Result result = m_library.Jukebox(jukebox, record);
+    if (!result.IsOk()) return result;
+    result = Result::System(2);
+    for (std::int32_t d = 0; d < record.driveCount; ++d)
+        result = ListDrive(jukebox, d);
+    return result;
+}
+
+Result ModelQuery::ListDrive(std::int32_t jukebox, std::int32_t drive) {
+    JukeboxRecord record;
+    Result result = m_library.Jukebox(jukebox, record);
+    if (result.IsOk()) result = m_library.Drive(jukebox, drive);
+    if (result.IsOk()) ++m_rows;
+    return result;
+}
+
+Result ModelQuery::ListSlotsOrVolumes(std::int32_t jukebox) {
+    const SlotWork list = [this](const Place& place) { return ListSlot(place); };
+    const auto walk = [&](const Place& address) { return WalkSlots(m_library, {}, address, list); };
+    Result result;
+    if (!m_order.volumes.empty()) {
+        for (const Numbers& numbers : m_order.volumes) {
+            for (std::int64_t id = numbers.from; id <= numbers.to; ++id)
+                result = ListVolume(-1, static_cast<std::int32_t>(id));
+        }
+        return result;
+    }
+    if (NamesNoJukebox()) {
+        if (m_order.object == Object::Volumes) {
+            return ForEach(m_library, KrvGetNextVolume, [&](std::int32_t id) { return ListVolume(-1, id); });
+        }
+        return ForEach(m_library, KrvGetNextJukebox, [&](std::int32_t id) { return walk({id, -1, -1, -1}); });
+    }
+    if (m_order.drive) return Result::System(22);
+    if (m_order.slots.empty()) {
+        if (m_order.magazines.empty()) return walk({jukebox, -1, -1, -1});
+        for (const Numbers& numbers : m_order.magazines) {
+            for (std::int64_t m = numbers.from; m <= numbers.to; ++m)
+                result = walk({jukebox, static_cast<std::int32_t>(m), -1, -1});
+        }
+        return result;
+    }
+    const std::int32_t magazine = m_order.magazines.empty() ? -1 : m_order.magazines.front().from;
+    const bool oneSide = m_order.sideA != m_order.sideB;
+    for (const Numbers& numbers : m_order.slots) {
+        for (std::int64_t s = numbers.from; s <= numbers.to; ++s) {
+            const auto slot = static_cast<std::int32_t>(s);
+            if (!oneSide) {
+                result = walk({jukebox, magazine, slot, -1});
+                continue;
+            }
+            // No walk: the numbers go to the library as they stand, only counted from 0.
+            result = ListSlot({jukebox, magazine >= 1 ? magazine - 1 : magazine, slot >= 1 ? slot - 1 : slot,
+                               m_order.sideA ? 0 : 1});
+        }
+    }
+    return result;
+}
+
+Result ModelQuery::ListSlot(const Place& place) {
+    JukeboxRecord jukebox;
+    Result result = m_library.Jukebox(place.jukebox, jukebox);
+    if (!result.IsOk()) return result;
+    SlotRecord slot;
+    result = m_library.Slot(place.jukebox, place.magazine, place.slot, slot);
+    if (!result.IsOk()) return result;
+    if (slot.state != 4) {
+        if (m_order.object == Object::Slots && slot.state != 3) ++m_rows;
+        return result;
+    }
+    for (std::int32_t side = 0; side <= 1; ++side) {
+        if ((place.side == 0 || place.side == 1) && side != place.side) continue;
+        SideRecord record;
+        result = m_library.Side({20, place.jukebox, place.magazine, place.slot, side}, record);
+        if (!result.IsOk() && result.code != 3) continue;
+        if (record.volumeId >= 1) result = ListVolume(place.jukebox, record.volumeId);
+    }
+    return result.code == 3 ? Result() : result;
+}
+
+Result ModelQuery::ReadDirectories(std::int32_t volume) {
+    const auto id = static_cast<std::uint32_t>(volume);
+    char oneByte = 0;
+    std::uint32_t size = 0;
+    Result result = m_library.Call(KrvVolumeAspects, id, &oneByte, 1U, &size);
+    if (!result.IsOk() || size == 0) return result;
+    std::vector<char> buffer(size);
+    return m_library.Call(KrvVolumeAspects, id, buffer.data(), static_cast<std::uint32_t>(buffer.size()),
+                          &size);
+}
+
+Result ModelQuery::ListVolume(std::int32_t jukebox, std::int32_t volume) {
+    Result result = m_library.VolumeDetail(volume);
+    if (result.IsOk()) result = ReadDirectories(volume);
+    if (!result.IsOk()) return result;
+
+    std::vector<SideKey> keys(1, Unset());
+    std::uint32_t count = 0;
+    const auto ask = [&] {
+        result = m_library.Locations(volume, keys.data(), &count);
+        if (result.kind != Result::Kind::Service || result.code != 500) return;
+        result = {};
+        count = 0;
+    };
+    ask();
+    if (result.IsOk() && count >= 2) {
+        if (count >= kTooManyLocations) return Result::System(12);
+        keys.assign(count, Unset());
+        ask();
+    }
+    if (!result.IsOk()) return result;
+    keys.resize(std::min<std::size_t>(count, keys.size()));
+    if (keys.empty()) {
+        ++m_rows;
+        return result;
+    }
+    if (jukebox < 1) jukebox = keys.front().jukeboxId;
+    for (const SideKey& key : keys) {
+        JukeboxRecord record;
+        SideRecord side;
+        result = m_library.Jukebox(jukebox, record);
+        if (result.IsOk()) result = m_library.Side(key, side);
+        if (result.IsOk()) ++m_rows;
+    }
+    return result;
+}
+
+}  // namespace krvcmd::reliability

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "tests/reliability/support/model_library.h"
+#include "tests/reliability/support/model_slots.h"
+#include "tests/reliability/support/order.h"
+
+namespace krvcmd::reliability {
+
+// The look-ups of the query command; counts the rows that they lead to.
+class ModelQuery {
+  public:
+    ModelQuery(const ModelLibrary& library, const Order& order) : m_library(library), m_order(order) {}
+
+    // `jukebox` is the resolved one, -1 when the address names none.
+    Result Gather(std::int32_t jukebox);
+
+    std::size_t Rows() const { return m_rows; }
+
+  private:
+    Result ListJukebox(std::int32_t jukebox);
+    Result ListMagazines(std::int32_t jukebox);
+    Result ListDrives(std::int32_t jukebox);
+    Result ListDrive(std::int32_t jukebox, std::int32_t drive);
+    Result ListSlotsOrVolumes(std::int32_t jukebox);
+    Result ListSlot(const Place& place);
+    Result ListVolume(std::int32_t jukebox, std::int32_t volume);
+    Result ReadDirectories(std::int32_t volume);
+    bool NamesNoJukebox() const { return !m_order.HasJukebox(); }
+
+    const ModelLibrary& m_library;
+    const Order& m_order;
+    std::size_t m_rows = 0;
+};
+
+}  // namespace krvcmd::reliability

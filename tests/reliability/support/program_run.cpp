@@ -1,0 +1,36 @@
+#include "tests/reliability/support/program_run.h"
+
+#include "krvcmd/console/program_names.h"
+#include "krvcmd/frontend/banner.h"
+#include "krvcmd/frontend/driver.h"
+#include "krvcmd/service/library_call.h"
+#include "tests/fake_library/fake_library.h"
+
+namespace krvcmd::reliability {
+
+void BeginAsFreshProcess() {
+    GetBannerFlags() = {};
+    GetSession() = 0;
+    GetProgramNames() = {};
+}
+
+ProgramRun ProgramRunner::Run(const std::vector<std::string>& words) {
+    std::vector<const char*> arguments;
+    arguments.reserve(words.size());
+    for (const std::string& word : words)
+        arguments.push_back(word.c_str());
+
+    krvfake::FakeLibrary& library = krvfake::FakeLibrary::Instance();
+    library.ForgetCalls();
+    BeginAsFreshProcess();
+    ProgramRun run;
+    m_output.Begin();
+    m_errorOutput.Begin();
+    run.exitStatus = RunProgram(arguments);
+    run.output = m_output.End();
+    run.errorOutput = m_errorOutput.End();
+    run.calls = library.Calls();
+    return run;
+}
+
+}  // namespace krvcmd::reliability
