@@ -2,14 +2,14 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 
+#include "krvcmd/console/platform/broken_pipe.h"
 #include "krvcmd/frontend/standard_streams.h"
 
 namespace krvcmd {
 
 void PrepareStandardStreams() {
-    std::signal(SIGPIPE, SIG_IGN);
+    Ostrel::UI::Console::Platform::SurviveBrokenPipes();
     constexpr int kStandardDescriptors[] = {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
     for (const int descriptor : kStandardDescriptors) {
         if (fcntl(descriptor, F_GETFD) != -1 || errno != EBADF) continue;
