@@ -12,8 +12,9 @@ namespace Ostrel::UI::Console {
 class DecimalText {
   public:
     template <std::integral T>
-    explicit DecimalText(T value)
-        : m_end(std::to_chars(m_digits.data(), m_digits.data() + m_digits.size(), value).ptr) {}
+    explicit DecimalText(T value) {
+        m_end = std::to_chars(m_digits.data(), m_digits.data() + m_digits.size(), value).ptr;
+    }
 
     DecimalText(const DecimalText&) = delete;
     DecimalText& operator=(const DecimalText&) = delete;
@@ -25,7 +26,7 @@ class DecimalText {
 
   private:
     std::array<char, 20> m_digits;  // the sign and the 19 digits of the smallest 64-bit number
-    char* m_end;
+    char* m_end = m_digits.data();
 };
 
 }  // namespace Ostrel::UI::Console

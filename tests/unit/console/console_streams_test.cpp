@@ -54,7 +54,7 @@ class RedirectedStreams {
 };
 
 class ConsoleStreamsTest : public testing::Test {
-  protected:
+  public:
     ConsoleStreamsTest() : m_path(testing::TempDir() + "console_streams_" + std::to_string(getpid())) {
         m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_APPEND | O_CLOEXEC, 0600);
     }
@@ -62,7 +62,10 @@ class ConsoleStreamsTest : public testing::Test {
         close(m_file);
         unlink(m_path.c_str());
     }
+    ConsoleStreamsTest(const ConsoleStreamsTest&) = delete;
+    ConsoleStreamsTest& operator=(const ConsoleStreamsTest&) = delete;
 
+  protected:
     std::string FileText() const {
         std::ostringstream text;
         text << std::ifstream(m_path).rdbuf();

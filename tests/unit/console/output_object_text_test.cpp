@@ -10,10 +10,13 @@ using namespace Ostrel::UI::Console;
 using krvcmd::test::OutputOf;
 
 class PrintText : public testing::Test {
-  protected:
+  public:
     PrintText() { krvcmd::GetProgramNames() = {"krvcmd", "Carvoline"}; }
     ~PrintText() override { krvcmd::GetProgramNames() = {}; }
+    PrintText(const PrintText&) = delete;
+    PrintText& operator=(const PrintText&) = delete;
 
+  protected:
     // What PrintText writes in lines of `maxWidth`.
     static std::string Printed(std::uint32_t maxWidth, std::string_view text) {
         COutputObject writer;

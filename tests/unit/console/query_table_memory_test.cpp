@@ -16,7 +16,7 @@ krvcmd::VolumeInfo LongNamedVolume() {
     volume.volumeId = 33;
     std::string_view("a label that does not fit into a cell").copy(volume.record.label, 255);
     std::string_view("a file system of that kind").copy(volume.record.fileSystem, 29);
-    volume.aspects = {"\\a\\directory\\with\\a\\long\\name"};
+    volume.aspects = {R"(\a\directory\with\a\long\name)"};
     return volume;
 }
 

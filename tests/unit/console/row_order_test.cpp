@@ -193,6 +193,7 @@ class RandomRows {
 
 std::vector<std::int64_t> NumbersOf(const auto& rows) {
     std::vector<std::int64_t> numbers;
+    numbers.reserve(rows.size());
     for (const CTableRow* row : rows)
         numbers.push_back(row->FindItem(RandomRows::kNumber)->GetValue());
     return numbers;
