@@ -1,6 +1,8 @@
-# tomlplusplus::tomlplusplus for the target: headers only, taken from the building machine's package.
-include("${CMAKE_CURRENT_LIST_DIR}/HostHeaders.cmake")
-krvcmd_copy_host_headers(tomlplusplus::tomlplusplus toml++)
+# Headers only, see HostHeaders.cmake.
+if(NOT TARGET tomlplusplus::tomlplusplus)
+  add_library(tomlplusplus::tomlplusplus INTERFACE IMPORTED GLOBAL)
+  target_include_directories(tomlplusplus::tomlplusplus SYSTEM INTERFACE "${KRVCMD_HOST_HEADERS}")
+endif()
 
 include(FindPackageHandleStandardArgs)
-find_package_handle_standard_args(tomlplusplus REQUIRED_VARS KRVCMD_HOST_tomlplusplus__tomlplusplus)
+find_package_handle_standard_args(tomlplusplus REQUIRED_VARS KRVCMD_HOST_HEADERS)

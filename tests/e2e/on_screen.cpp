@@ -11,14 +11,14 @@ class Screen {
     explicit Screen(std::size_t columns) : m_columns(columns) {}
 
     void Put(char byte) {
-        m_row += byte;
         if (m_row.size() == m_columns) EndRow();
+        m_row += byte;
     }
 
     void Tab() {
         do {
             Put(' ');
-        } while (m_row.size() % kTabStop != 0);
+        } while (m_row.size() % kTabStop != 0 && m_row.size() < m_columns);
     }
 
     void EndRow() {

@@ -13,12 +13,13 @@ TEST(OnScreen, BreaksWhereTheRowIsFull) {
     EXPECT_EQ(AsOnScreen("abcdefgh\n", 5), "abcde\nfgh\n");
 }
 
-TEST(OnScreen, ALineThatFillsItsRowIsFollowedByAnEmptyOne) {
-    EXPECT_EQ(AsOnScreen("abcde\nf\n", 5), "abcde\n\nf\n");
+TEST(OnScreen, ALineThatJustFillsItsRowNeedsNoOther) {
+    EXPECT_EQ(AsOnScreen("abcde\nf\n", 5), "abcde\nf\n");
 }
 
 TEST(OnScreen, TabsAreBlanksUpToTheNextStop) {
     EXPECT_EQ(AsOnScreen("\ta\nabc\td\n12345678\t9\n", 40), "        a\nabc     d\n12345678        9\n");
+    EXPECT_EQ(AsOnScreen("12345678\t9\n", 10), "12345678\n9\n");
 }
 
 TEST(OnScreen, BlanksAtTheEndOfARowAreNotSeen) {
