@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+namespace krvcmd {
+
+// What stands for a mark in a template:
+//
+//   table SHELL NAME   a table for a completion script, see shell_tables.h
+//
+// Throws std::runtime_error for a mark that there is not.
+std::string BlockOf(const std::string& mark);
+
+}  // namespace krvcmd

@@ -1,0 +1,101 @@
+#include "packaging/generate/shell_tables.h"
+
+#include <stdexcept>
+#include <vector>
+
+#include "krvcmd/console/column_catalogue.h"
+#include "packaging/generate/completion_rows.h"
+
+namespace krvcmd {
+
+namespace {
+
+using std::string_view;
+
+std::string Join(const std::vector<string_view>& words, char divider) {
+    std::string joined;
+    for (const string_view word : words) {
+        if (!joined.empty()) joined += divider;
+        joined += word;
+    }
+    return joined;
+}
+
+std::string Fields(const std::vector<std::string>& fields) {
+    std::string line;
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        if (fields[i].find('|') != std::string::npos)
+            throw std::runtime_error("divider within: " + fields[i]);
+        if (i > 0) line += '|';
+        line += fields[i];
+    }
+    return line;
+}
+
+std::vector<std::string> GrammarLines() {
+    std::vector<std::string> lines;
+    for (const CompletionRow& row : MakeCompletionRows()) {
+        lines.push_back(
+            Fields({std::string(row.level), std::string(row.keyword), row.isCommand ? "command" : "",
+                    row.dashAllowed ? "dash" : "", std::string(row.value), Join(row.excluded, ' '),
+                    Join(row.excludedByList, ' '), row.help}));
+    }
+    return lines;
+}
+
+std::vector<std::string> ColumnLines() {
+    std::vector<std::string> lines;
+    for (const Ostrel::UI::Console::ColumnInfo& column : Ostrel::UI::Console::GetColumnCatalogue()) {
+        lines.push_back(Fields({std::string(column.letter), std::string(column.description)}));
+    }
+    return lines;
+}
+
+std::vector<std::string> TopicLines() {
+    const std::vector<string_view> topics = HelpTopics();
+    return {topics.begin(), topics.end()};
+}
+
+// A single quote within single quotes, as each shell wants it.
+string_view QuoteWithinQuotes(string_view shell) {
+    if (shell == "bash" || shell == "zsh") return "'\\''";
+    if (shell == "fish") return "\\'";
+    if (shell == "powershell") return "''";
+    throw std::runtime_error("no such shell: " + std::string(shell));
+}
+
+std::string Quoted(string_view shell, string_view text) {
+    std::string quoted = "'";
+    for (const char character : text) {
+        if (character == '\'') {
+            quoted += QuoteWithinQuotes(shell);
+        } else if (character == '\\' && shell == "fish") {
+            quoted += "\\\\";
+        } else {
+            quoted += character;
+        }
+    }
+    return quoted + "'";
+}
+
+std::vector<std::string> LinesOf(string_view table) {
+    if (table == "grammar") return GrammarLines();
+    if (table == "columns") return ColumnLines();
+    if (table == "topics") return TopicLines();
+    throw std::runtime_error("no such table: " + std::string(table));
+}
+
+}  // namespace
+
+std::string ShellTable(string_view shell, string_view table) {
+    // A list that goes over several lines has to say so in fish.
+    const string_view betweenLines = shell == "fish" ? " \\\n" : "\n";
+    std::string text;
+    for (const std::string& line : LinesOf(table)) {
+        if (!text.empty()) text += betweenLines;
+        text += Quoted(shell, line);
+    }
+    return text + "\n";
+}
+
+}  // namespace krvcmd

@@ -1,0 +1,40 @@
+#!/usr/bin/env python3
+"""krvcmd's completion in fish, on a terminal."""
+import os
+import unittest
+
+import completion_cases
+import terminal
+
+
+class Fish(terminal.Shell):
+    def __init__(self, environment):
+        script = os.path.join(os.environ["KRVCMD_COMPLETION_DIR"], "krvcmd.fish")
+        super().__init__(["fish", "--no-config"], environment, [
+            f"function fish_prompt; echo -n '{terminal.PROMPT}'; end; set -g fish_greeting; set -g fish_autosuggestion_enabled 0",
+            f"source {script}",
+        ])
+
+    def offered(self, typed):
+        """fish tells by itself what it would offer behind a line."""
+        self.clear()
+        quoted = typed.replace("\\", "\\\\").replace("'", "\\'")
+        self.terminal.type(f"complete -C '{quoted}' | string replace \\t ' -- '; echo end of list")
+        self.terminal.press("Enter")
+        lines, _ = self.terminal.wait_for(lambda lines, at: "end of list" in lines and
+                                          lines[at].rstrip() == terminal.PROMPT.rstrip(), f"completion of '{typed}'")
+        listed = (line.partition(" -- ") for line in lines[1:lines.index("end of list")])
+        return {word: text for word, _, text in listed}
+
+
+class FishCompletion(completion_cases.CompletionCases, unittest.TestCase):
+    start = Fish
+
+    @staticmethod
+    def can_offer(typed, word):
+        # fish hides what begins with a dot, be it a file or not, until a dot is typed.
+        return not word.startswith(".") or typed.split(" ")[-1].startswith(".")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""krvcmd's completion for PowerShell, which is no package of this system: what can be seen without it.
+
+The script is taken apart into tokens by PowerShell's rules for quotes, comments and brackets, so that
+nothing is left open, and its tables are compared with those of the bash script, which is tested on a
+terminal.
+"""
+import os
+import pathlib
+import re
+import unittest
+
+PAIRS = {"(": ")", "{": "}", "[": "]"}
+
+
+class Unreadable(Exception):
+    pass
+
+
+def strings_of(text):
+    """The single-quoted strings of a script; Unreadable when a quote or a bracket is open or out of place."""
+    strings, brackets, at = [], [], 0
+    while at < len(text):
+        char = text[at]
+        if char == "#":
+            at = text.find("\n", at)
+            if at < 0:
+                break
+        elif char == "`":
+            at += 1
+        elif char == "'":
+            match = re.compile(r"'((?:[^'\n]|'')*)'").match(text, at)
+            if not match:
+                raise Unreadable(f"open quote at {text[at:at + 40]!r}")
+            strings.append(match.group(1).replace("''", "'"))
+            at = match.end() - 1
+        elif char == '"':
+            match = re.compile(r'"(?:[^"`\n]|`.|"")*"').match(text, at)
+            if not match:
+                raise Unreadable(f"open quote at {text[at:at + 40]!r}")
+            at = match.end() - 1
+        elif char in PAIRS:
+            brackets.append(PAIRS[char])
+        elif char in PAIRS.values() and (not brackets or brackets.pop() != char):
+            raise Unreadable(f"bracket out of place at {text[at:at + 40]!r}")
+        at += 1
+    if brackets:
+        raise Unreadable("open bracket at the end")
+    return strings
+
+
+def table(text, name):
+    """The quoted lines of a table in the bash or the PowerShell script."""
+    body = re.search(rf"^ *\$?{name} ?= ?@?\(\n(.*?)^ *\)$", text, re.MULTILINE | re.DOTALL).group(1)
+    return [line.strip()[1:-1] for line in body.splitlines()]
+
+
+class PowerShellCompletion(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = pathlib.Path(os.environ["KRVCMD_COMPLETION_DIR"])
+        cls.script = (folder / "krvcmd.ps1").read_text(encoding="ascii")
+        cls.bash = (folder / "krvcmd.bash").read_text(encoding="ascii")
+
+    def test_leaves_no_quote_and_no_bracket_open(self):
+        self.assertGreater(len(strings_of(self.script)), 100)
+
+    def test_the_reader_of_this_test_notices_what_is_open(self):
+        for broken in ("'a", '"a', "f(", "f)", "({)}", "'it's'", "@('a'\n"):
+            with self.subTest(broken=broken), self.assertRaises(Unreadable):
+                strings_of(broken)
+        self.assertEqual(strings_of("'it''s' # isn't\n\"`\" '\" ('b')"), ["it's", "b"])
+
+    def test_has_the_tables_of_the_other_shells(self):
+        for name, bash_name in (("grammarLines", "_krvcmd_grammar"), ("columnLines", "_krvcmd_columns"),
+                                ("topics", "_krvcmd_topics")):
+            with self.subTest(table=name):
+                lines = table(self.script, name)
+                self.assertGreater(len(lines), 8)
+                self.assertEqual(lines, table(self.bash, bash_name))
+
+    def test_compares_keywords_and_letters_with_regard_to_case(self):
+        # -eq, -contains, -like, -match and hash tables disregard it; they are used where case cannot matter.
+        code = re.sub(r"#[^\n]*", "", self.script)
+        for operator in re.findall(r"-(?:not)?(?:contains|like|in)\b", code):
+            self.fail(f"{operator} disregards case")
+        self.assertIn("-ccontains", code)
+        self.assertEqual(re.findall(r"(\$row\.Level|\$row\.Keyword|\$letters) -(?:eq|ne) (?!'')", code), [])
+
+
+if __name__ == "__main__":
+    unittest.main()
