@@ -104,7 +104,10 @@ Status ReadVolumeLocations(std::int32_t volumeId, std::vector<SideKey>& location
     std::uint32_t count = 0;
     Status status = CallVolumeLocations(volumeId, locations.data(), count);
     if (status.IsOk() && count >= 2) {
-        if (count > kLargestLocationList / sizeof(SideKey)) return OutOfMemory();
+        if (count > kLargestLocationList / sizeof(SideKey)) {
+            locations.clear();
+            return OutOfMemory();
+        }
         locations.assign(count, UnsetSideKey());
         status = CallVolumeLocations(volumeId, locations.data(), count);
     }
