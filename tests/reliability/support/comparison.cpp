@@ -1,6 +1,7 @@
 #include "tests/reliability/support/comparison.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "tests/reliability/support/general_rules.h"
 #include "tests/reliability/support/model.h"
@@ -17,6 +18,19 @@ std::string DifferentCalls(const std::vector<std::string>& made, const std::vect
            text(second, expected.end());
 }
 
+void ReplaceAll(std::string& text, std::string_view what, std::string_view by) {
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+        text.replace(at, what.size(), by);
+}
+
+// As the console writer shows a text on a line without end.
+std::string Shown(std::string text) {
+    ReplaceAll(text, "[CmdLine]", "krvcmd");
+    ReplaceAll(text, "[ProductName]", "Carvoline");
+    ReplaceAll(text, "%%", "%");
+    return text;
+}
+
 // Rows of unformatted output; -1 where the output cannot be counted.
 std::ptrdiff_t CountRows(const Order& order, const ProgramRun& run) {
     if (order.verb != Verb::Query || !order.notable || order.columns.value_or("?").empty()) return -1;
@@ -27,7 +41,7 @@ std::string Difference(const Order& order, const ProgramRun& run, const Expected
                        const std::vector<std::string>& expectedCalls) {
     if (std::string broken = BrokenRules(run); !broken.empty()) return broken;
     if (std::string calls = DifferentCalls(run.calls, expectedCalls); !calls.empty()) return calls;
-    const std::string line = expected.result.ResultLine(expected.quiet);
+    const std::string line = Shown(expected.result.ResultLine(expected.quiet));
     if (run.errorOutput != line) return "it says: " + run.errorOutput + " instead of: " + line;
     if (run.exitStatus != expected.result.ExitStatus())
         return "exit status " + std::to_string(run.exitStatus);
