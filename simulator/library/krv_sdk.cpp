@@ -214,8 +214,8 @@ KrvBool KrvVolumeFormat(KrvCallContext* context, const SideKey* key, const Forma
         CheckRecord(key, function, "key");
         CheckRecord(options, function, "options record");
         const void* end = std::memchr(options->label, '\0', sizeof(options->label));
-        CheckConstant(end != nullptr, function, "label without an end");
-        CheckConstant(options->alwaysZero == 0, function, "options' field at 268");
+        CheckConstant(end != nullptr, function, "label");
+        CheckConstant(options->alwaysZero == 0, function, "field at 268");
         krvsim::FormatSide(database, *key, options->label, options->sequential != 0);
     });
 }

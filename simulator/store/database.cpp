@@ -1,6 +1,7 @@
 #include "simulator/store/database.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
 #include <system_error>
 #include <thread>
@@ -11,18 +12,35 @@
 namespace krvsim {
 namespace {
 
+// No name of the standard library stands for it.
+#ifdef EDQUOT
+constexpr int kQuotaExceeded = EDQUOT;
+#else
+constexpr int kQuotaExceeded = -1;
+#endif
+
 std::string Reason(int systemError, const char* otherwise) {
     if (systemError == 0) return otherwise;
     return std::system_category().message(systemError);
+}
+
+// A full disk, a full share of it, or a file as large as this process may make it.
+bool MeansNoRoom(int systemError) {
+    const std::error_code code(systemError, std::system_category());
+    return code == std::errc::no_space_on_device || code == std::errc::file_too_large ||
+           systemError == kQuotaExceeded;
 }
 
 }  // namespace
 
 Database::Database(std::filesystem::path file) : m_file(std::move(file)) {
     StartWaiting();
+    // The database takes paths as UTF-8 on every platform.
+    const std::u8string path = m_file.u8string();
+    const std::string utf8(path.begin(), path.end());
     sqlite3* connection = nullptr;
-    const int result = sqlite3_open_v2(m_file.string().c_str(), &connection,
-                                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int result =
+        sqlite3_open_v2(utf8.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
     m_connection.reset(connection);
     if (connection == nullptr) throw std::bad_alloc();
     sqlite3_extended_result_codes(connection, 1);
@@ -87,8 +105,8 @@ void Database::Fail(int result) const {
     const char* text = sqlite3_errstr(result);
     const int kind = result & 0xFF;
     const bool fromSystem = kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN;
-    if (fromSystem && systemError == static_cast<int>(std::errc::no_space_on_device)) {
-        throw Refuse(Code::DiskFull, {file});
+    if (kind == SQLITE_FULL || (fromSystem && MeansNoRoom(systemError))) {
+        throw Refuse(Code::DiskFull, {file, Reason(systemError, text)});
     }
     switch (kind) {
         case SQLITE_NOMEM:
@@ -97,8 +115,6 @@ void Database::Fail(int result) const {
         case SQLITE_LOCKED:
         case SQLITE_PROTOCOL:
             throw Refuse(Code::FarmLocked, {file});
-        case SQLITE_FULL:
-            throw Refuse(Code::DiskFull, {file});
         case SQLITE_READONLY:
             throw Refuse(Code::FarmReadOnly, {file, Reason(systemError, text)});
         case SQLITE_CANTOPEN:

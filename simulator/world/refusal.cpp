@@ -50,7 +50,7 @@ constexpr CodeInfo kCodes[] = {
      "A farm of a later release; it is never rewritten."},
     {Code::FarmLocked, "The farm file \"<file>\" has been locked by another process for 10 seconds.",
      "Another process holds a lock and does not go on."},
-    {Code::DiskFull, "The farm file \"<file>\" cannot grow: the disk is full.",
+    {Code::DiskFull, "The farm file \"<file>\" cannot grow: <reason>.",
      "No room for a change; nothing of the change remains."},
     {Code::FarmReadOnly, "The farm file \"<file>\" cannot be written: <reason>.",
      "A read-only file, folder or disk."},
