@@ -1,0 +1,90 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <vector>
+
+#include "krvcmd/frontend/item_address.h"
+
+namespace krvcmd {
+namespace {
+
+constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
+
+ItemAddressList SlotsOf(std::vector<NumberRange> numbers) {
+    ItemAddress common;
+    common.jukeboxId = 8;
+    return {common, &ItemAddress::slot, std::move(numbers)};
+}
+
+// The slots of the first entries, `atMost` of them.
+std::vector<std::int32_t> Slots(const ItemAddressList& list, std::size_t atMost = 100) {
+    std::vector<std::int32_t> slots;
+    for (const ItemAddress& entry : list) {
+        EXPECT_EQ(entry.jukeboxId, 8);
+        slots.push_back(entry.slot);
+        if (slots.size() == atMost) break;
+    }
+    return slots;
+}
+
+using Numbers = std::vector<std::int32_t>;
+
+TEST(ItemAddressList, IsEmptyByDefault) {
+    const ItemAddressList list;
+    EXPECT_TRUE(list.IsEmpty());
+    EXPECT_TRUE(list.begin() == ItemAddressList::end());
+}
+
+TEST(ItemAddressList, RunsThroughNumbersAndRangesInTheOrderWritten) {
+    EXPECT_EQ(Slots(SlotsOf({{7, 7, false}, {3, 5, true}, {1, 1, false}})), (Numbers{7, 3, 4, 5, 1}));
+}
+
+TEST(ItemAddressList, GivesEveryEntryTheCommonPart) {
+    ItemAddress common;
+    common.jukeboxName = "MyBox";
+    common.magazine = 2;
+    common.side = 1;
+    const ItemAddressList list(common, &ItemAddress::slot, {{4, 5, true}});
+    std::int32_t slot = 4;
+    for (const ItemAddress& entry : list) {
+        EXPECT_EQ(entry.jukeboxName, "MyBox");
+        EXPECT_EQ(entry.magazine, 2);
+        EXPECT_EQ(entry.side, 1);
+        EXPECT_EQ(entry.slot, slot++);
+        EXPECT_EQ(entry.drive, -1);
+        EXPECT_EQ(entry.volumeId, -1);
+    }
+    EXPECT_EQ(slot, 6);
+}
+
+TEST(ItemAddressList, HasNoEntryForAReversedRange) {
+    EXPECT_TRUE(SlotsOf({{5, 3, true}}).IsEmpty());
+    EXPECT_TRUE(SlotsOf({{5, 3, true}, {2, 1, true}}).IsEmpty());
+    EXPECT_EQ(Slots(SlotsOf({{5, 3, true}, {7, 7, false}})), (Numbers{7}));
+    EXPECT_EQ(Slots(SlotsOf({{7, 7, false}, {5, 3, true}})), (Numbers{7}));
+}
+
+TEST(ItemAddressList, GivesTheFirstEntryBehindReversedRanges) {
+    EXPECT_EQ(SlotsOf({{5, 3, true}, {9, 8, true}, {2, 4, true}}).Front().slot, 2);
+}
+
+TEST(ItemAddressList, MakesEntriesOneAtATimeSoThatAHugeRangeCostsNothing) {
+    const ItemAddressList list = SlotsOf({{1, 2'000'000'000, true}});
+    EXPECT_FALSE(list.IsEmpty());
+    EXPECT_EQ(list.Front().slot, 1);
+    EXPECT_EQ(Slots(list, 3), (Numbers{1, 2, 3}));
+}
+
+TEST(ItemAddressList, EndsBehindTheLargestNumber) {
+    EXPECT_EQ(Slots(SlotsOf({{kLargest - 1, kLargest, true}})), (Numbers{kLargest - 1, kLargest}));
+    EXPECT_EQ(Slots(SlotsOf({{kLargest, kLargest, false}, {1, 1, false}})), (Numbers{kLargest, 1}));
+}
+
+TEST(ItemAddressList, CanBeWalkedAgain) {
+    const ItemAddressList list = SlotsOf({{1, 2, true}});
+    EXPECT_EQ(Slots(list), (Numbers{1, 2}));
+    EXPECT_EQ(Slots(list), (Numbers{1, 2}));
+}
+
+}  // namespace
+}  // namespace krvcmd
