@@ -52,10 +52,15 @@ KrvBool Step(KrvCallContext* context, const char* function, std::uint32_t previo
         });
 }
 
+std::string NoArguments() {
+    return {};
+}
+
 // A call with nothing but the context, perhaps a server name.
-KrvBool ControlService(KrvCallContext* context, const char* function, const std::string& arguments) {
+template <typename Describe>
+KrvBool ControlService(KrvCallContext* context, const char* function, Describe describe) {
     return Fake().Perform(
-        context, function, [&] { return arguments; }, [](Complaints&) {}, [] { return Answer{}; });
+        context, function, describe, [](Complaints&) {}, [] { return Answer{}; });
 }
 
 }  // namespace
@@ -81,7 +86,7 @@ KrvBool KrvSessionCreate(KrvCallContext* context, const char* serverName, KrvSes
 }
 
 KrvBool KrvSessionClose(KrvCallContext* context) {
-    const KrvBool result = krvfake::ControlService(context, "KrvSessionClose", "");
+    const KrvBool result = krvfake::ControlService(context, "KrvSessionClose", krvfake::NoArguments);
     Fake().CloseSession();
     return result;
 }
@@ -229,15 +234,16 @@ KrvBool KrvJukeboxSetName(KrvCallContext* context, const JukeboxKey* key, const 
 }
 
 KrvBool KrvServiceStart(KrvCallContext* context, const char* serverName) {
-    return krvfake::ControlService(context, "KrvServiceStart", TextArgument("server", serverName));
+    return krvfake::ControlService(context, "KrvServiceStart",
+                                   [&] { return TextArgument("server", serverName); });
 }
 
 KrvBool KrvServiceStop(KrvCallContext* context) {
-    return krvfake::ControlService(context, "KrvServiceStop", "");
+    return krvfake::ControlService(context, "KrvServiceStop", krvfake::NoArguments);
 }
 
 KrvBool KrvServiceRestart(KrvCallContext* context) {
-    return krvfake::ControlService(context, "KrvServiceRestart", "");
+    return krvfake::ControlService(context, "KrvServiceRestart", krvfake::NoArguments);
 }
 
 }  // extern "C"

@@ -89,12 +89,17 @@ class FakeLibrary {
     using Sink = std::function<void(const std::string& line)>;
     void RecordTo(Sink sink) { m_sink = std::move(sink); }
 
+    // True while a library call is in progress: for tests that tell the caller's own doings from the
+    // library's.
+    static bool IsAtWork() { return s_callsInProgress > 0; }
+
     // ---- For the exported functions.
     // One call: `describe` gives its arguments as text, `check` complains about them, `act` does
     // the work and yields the outcome.
     template <typename Describe, typename Check, typename Act>
     KrvBool Perform(KrvCallContext* context, std::string_view function, Describe describe, Check check,
                     Act act) {
+        const AtWork atWork;
         if (!m_sink && m_entries.empty()) return Finish(context, act());
         const Intervention intervention = Begin(context, std::string(function), describe(), check);
         if (!intervention.fails) return Finish(context, act());
@@ -107,6 +112,12 @@ class FakeLibrary {
     void CloseSession() { m_sessionIsOpen = false; }
 
   private:
+    struct AtWork {
+        AtWork() { ++s_callsInProgress; }
+        ~AtWork() { --s_callsInProgress; }
+        AtWork(const AtWork&) = delete;
+        AtWork& operator=(const AtWork&) = delete;
+    };
     struct Entry {
         std::string function;
         Occurrence occurrence;
@@ -128,6 +139,8 @@ class FakeLibrary {
     Intervention NextIntervention(const std::string& function, const std::string& line);
     KrvSession ExpectedSession(const KrvCallContext& context) const;
     static KrvBool Finish(KrvCallContext* context, const Answer& answer);
+
+    static inline int s_callsInProgress = 0;
 
     Farm m_farm;
     std::unique_ptr<Answers> m_answers;
