@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <csignal>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -172,6 +173,12 @@ class CaseReader {
             m_case.run.columns = ParseInt(value);
         } else if (key == "locale") {
             m_case.run.locale = value;
+        } else if (key == "interrupt" || key == "terminate") {
+            AddSignal(key == "interrupt" ? Interruption::Interrupt : Interruption::Terminate, value);
+        } else if (key == "killed by") {
+            m_case.exitStatus = -1;
+            m_case.killedBy = value == "interrupt" ? SIGINT : SIGTERM;
+            m_hasResult = true;
         } else if (key == "merged" && value == "yes") {
             m_case.run.merged = true;
         } else if (key == "output") {
@@ -191,11 +198,26 @@ class CaseReader {
         } else if (key == "exit") {
             m_case.exitStatus = ParseInt(value);
             m_hasResult = true;
+        } else if (key == "not on windows") {
+            m_case.notOnWindows = value;
         } else if (key == "calls" && value == "none") {
             m_case.comparesCalls = true;
         } else {
             throw std::runtime_error("unknown setting: " + std::string(key));
         }
+    }
+
+    // "after 6 calls". A second signal waits until the first one has been taken notice of.
+    void AddSignal(Interruption interruption, std::string_view value) {
+        constexpr std::string_view kAfter = "after ";
+        constexpr std::string_view kCalls = " calls";
+        if (!value.starts_with(kAfter) || !value.ends_with(kCalls)) {
+            throw std::runtime_error("a signal comes \"after N calls\"");
+        }
+        value.remove_prefix(kAfter.size());
+        value.remove_suffix(kCalls.size());
+        const int pause = m_case.run.signals.empty() ? 0 : 100;
+        m_case.run.signals.push_back({static_cast<std::size_t>(ParseInt(value)), interruption, pause});
     }
 
     // "one farm + another farm": their scripts one after the other.

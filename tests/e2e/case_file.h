@@ -17,8 +17,10 @@ struct Case {
     std::string standardOutput;
     std::string standardError;
     int exitStatus = 0;
+    int killedBy = 0;  // the signal that ends the program, 0 when it ends by itself
     bool comparesCalls = false;
     std::vector<std::string> calls;
+    std::string notOnWindows;  // why the case says nothing about the Windows program; empty: it does
 };
 
 // The cases of a file (README.md describes the format). Throws std::runtime_error with the line's

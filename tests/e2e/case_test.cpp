@@ -15,6 +15,7 @@
 #include "tests/e2e/expect_outcome.h"
 #include "tests/e2e/program.h"
 #include "tests/e2e/shell_words.h"
+#include "tests/e2e/windows_program.h"
 
 namespace e2e {
 namespace {
@@ -24,6 +25,9 @@ class CaseTest : public testing::Test {
     explicit CaseTest(Case expected) : m_case(std::move(expected)) {}
 
     void TestBody() override {
+        if (IsWindowsProgram() && !m_case.notOnWindows.empty()) {
+            GTEST_SKIP() << "Not on Windows: " << m_case.notOnWindows;
+        }
         for (const std::string& commandLine : m_case.commandLines) {
             SCOPED_TRACE("krvcmd " + commandLine);
             e2e::Run run = m_case.run;
