@@ -53,7 +53,7 @@ Status CCommand::Execute() {
     // After the session attempt, whatever its outcome: the banner stands above the command's own
     // output and above any error message.
     const Status banner = StartOutput();
-    if (status.IsOk()) status = RunGuarded();
+    if (status.IsOk()) status = RunGuarded(banner);
     CloseSession();
     return FirstError(status, banner);
 }
@@ -68,7 +68,8 @@ Status CCommand::StartOutput() const {
     return GuardMemory([&flags] { return PrintBanner(flags); });
 }
 
-Status CCommand::RunGuarded() {
+Status CCommand::RunGuarded(const Status& banner) {
+    if (banner.Code() == os_code::kOutOfMemory) return banner;
     Status status = GuardMemory([this] { return Run(); });
     if (InterruptRequested()) return Status::SystemError(os_code::kInterrupted);
     return status;

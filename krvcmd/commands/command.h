@@ -72,8 +72,9 @@ class CCommand {
     Status ResolveAddressedJukebox(std::int32_t& jukeboxId) const;
 
     // Calls Run, with memory that runs out turned into a Status and an interruption into system
-    // error 4.
-    Status RunGuarded();
+    // error 4. `banner` is the result of StartOutput: a banner that cannot be written does not keep the
+    // command from its work, one for which there is no memory does.
+    Status RunGuarded(const Status& banner);
 
     // True when the line addresses nothing, or only with reversed ranges.
     bool AddressesNothing() const { return m_addressKind == AddressKind::None || m_addresses.IsEmpty(); }

@@ -16,7 +16,7 @@ Status CService::Execute() {
     Status status;
     if (!m_start) status = StartSession();
     const Status banner = StartOutput();
-    if (status.IsOk()) status = RunGuarded();
+    if (status.IsOk()) status = RunGuarded(banner);
     // Also for "start", which has no session to close.
     CloseSession();
     return FirstError(status, banner);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <limits>
 #include <memory>
+#include <new>
 
 #include "krvcmd/service/keys.h"
 #include "krvcmd/service/library_call.h"
@@ -48,9 +49,12 @@ struct FreeBuffer {
     void operator()(char* buffer) const { std::free(buffer); }
 };
 
-// Zeroed memory that costs nothing until it is touched: the size is the library's word.
+// Zeroed memory that costs nothing until it is touched: the size is the library's word. Throws when there
+// is none, as every other request for memory.
 std::unique_ptr<char, FreeBuffer> AllocateZeroed(std::size_t size) {
-    return std::unique_ptr<char, FreeBuffer>(static_cast<char*>(std::calloc(size, 1)));
+    std::unique_ptr<char, FreeBuffer> buffer(static_cast<char*>(std::calloc(size, 1)));
+    if (buffer == nullptr) throw std::bad_alloc();
+    return buffer;
 }
 
 }  // namespace
@@ -73,7 +77,6 @@ Status ReadVolumeAspects(std::int32_t volumeId, std::vector<std::string>& aspect
 
     const std::uint32_t bufferSize = requiredSize;
     const auto buffer = AllocateZeroed(bufferSize);
-    if (buffer == nullptr) return OutOfMemory();
     status = CallLibrary(KrvVolumeAspects, id, buffer.get(), bufferSize, &requiredSize);
     if (!status.IsOk()) return status;
     SplitAspects({buffer.get(), bufferSize}, requiredSize, aspects);

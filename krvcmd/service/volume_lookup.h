@@ -15,8 +15,8 @@ namespace krvcmd {
 // The volume's record and its aspects.
 Status GetVolume(std::int32_t volumeId, VolumeInfo& volume);
 
-// The volume's aspects (its directory names), appended to `aspects`. System error 12 when the
-// library asks for a buffer that cannot be obtained.
+// The volume's aspects (its directory names), appended to `aspects`. A buffer that cannot be obtained in
+// the size that the library names is like any other memory that runs out: it throws, and ends the command.
 Status ReadVolumeAspects(std::int32_t volumeId, std::vector<std::string>& aspects);
 
 // Splits a list of NUL-terminated strings that an empty string ends. A string that begins beyond
