@@ -15,6 +15,10 @@ void BeginAsFreshProcess() {
 }
 
 ProgramRun ProgramRunner::Run(const std::vector<std::string>& words) {
+    return Run(words, RunProgram);
+}
+
+ProgramRun ProgramRunner::Run(const std::vector<std::string>& words, const Main& main) {
     std::vector<const char*> arguments;
     arguments.reserve(words.size());
     for (const std::string& word : words)
@@ -26,7 +30,7 @@ ProgramRun ProgramRunner::Run(const std::vector<std::string>& words) {
     ProgramRun run;
     m_output.Begin();
     m_errorOutput.Begin();
-    run.exitStatus = RunProgram(arguments);
+    run.exitStatus = main(arguments);
     run.output = m_output.End();
     run.errorOutput = m_errorOutput.End();
     run.calls = library.Calls();

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,13 @@ struct ProgramRun {
 // Make one and use it for many runs. Standard output and standard error are caught while a run lasts.
 class ProgramRunner {
   public:
+    using Arguments = std::span<const char* const>;
+    using Main = std::function<int(Arguments)>;
+
     ProgramRun Run(const std::vector<std::string>& words);
+
+    // With `main` in place of the program's own way from the words to the exit status.
+    ProgramRun Run(const std::vector<std::string>& words, const Main& main);
 
   private:
     CapturedStream m_output{stdout};

@@ -1,0 +1,138 @@
+#include "tests/reliability/memory/short_memory.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <new>
+
+#include "tests/fake_library/fake_library.h"
+
+// The linker gives calls of calloc to the first and lets the second reach the real one (--wrap).
+extern "C" {
+void* __wrap_calloc(std::size_t count, std::size_t size);  // NOLINT(bugprone-reserved-identifier): ld's name
+void* __real_calloc(std::size_t count, std::size_t size);  // NOLINT(bugprone-reserved-identifier): ld's name
+}
+
+namespace krvcmd::reliability {
+
+namespace {
+
+constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+
+struct Watch {
+    bool isOn = false;
+    std::size_t firstRefused = kNone;
+    std::size_t lastRefused = kNone;
+    std::size_t requests = 0;
+    std::size_t bytes = 0;
+    std::ptrdiff_t blocksHeld = 0;
+};
+
+constinit Watch watch;
+
+bool IsWatched() {
+    return watch.isOn && !krvfake::FakeLibrary::IsAtWork();
+}
+
+// Counts a request; true when it is to be refused.
+bool Refuses(std::size_t size) {
+    ++watch.requests;
+    watch.bytes += size;
+    return watch.requests >= watch.firstRefused && watch.requests <= watch.lastRefused;
+}
+
+// In front of every block: whether it was handed out to the program.
+struct alignas(std::max_align_t) BlockHead {
+    std::uint64_t isWatched;
+};
+
+void* Allocate(std::size_t size) noexcept {
+    const bool isWatched = IsWatched();
+    if (isWatched && Refuses(size)) return nullptr;
+    void* const memory = std::malloc(sizeof(BlockHead) + size);
+    if (memory == nullptr) return nullptr;
+    auto* const head = new (memory) BlockHead{isWatched ? 1U : 0U};
+    if (isWatched) ++watch.blocksHeld;
+    return head + 1;
+}
+
+void* AllocateOrThrow(std::size_t size) {
+    void* const memory = Allocate(size);
+    if (memory == nullptr) throw std::bad_alloc();
+    return memory;
+}
+
+void Release(void* memory) noexcept {
+    if (memory == nullptr) return;
+    BlockHead* const head = static_cast<BlockHead*>(memory) - 1;
+    if (head->isWatched != 0) --watch.blocksHeld;
+    std::free(head);
+}
+
+}  // namespace
+
+ShortMemory::ShortMemory(std::size_t number, Refuse refuse) {
+    watch.firstRefused = number;
+    watch.lastRefused = refuse == Refuse::Once ? number : kNone;
+    watch.requests = 0;
+    watch.bytes = 0;
+    watch.isOn = true;
+}
+
+ShortMemory::~ShortMemory() {
+    watch.isOn = false;
+}
+
+std::size_t ShortMemory::Requests() {
+    return watch.requests;
+}
+
+std::size_t ShortMemory::Bytes() {
+    return watch.bytes;
+}
+
+std::ptrdiff_t ShortMemory::BlocksHeld() {
+    return watch.blocksHeld;
+}
+
+}  // namespace krvcmd::reliability
+
+using krvcmd::reliability::Allocate;
+using krvcmd::reliability::AllocateOrThrow;
+using krvcmd::reliability::Release;
+
+void* operator new(std::size_t size) {
+    return AllocateOrThrow(size);
+}
+void* operator new[](std::size_t size) {
+    return AllocateOrThrow(size);
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
+}
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return Allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    Release(memory);
+}
+void operator delete[](void* memory) noexcept {
+    Release(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    Release(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    Release(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+    Release(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t&) noexcept {
+    Release(memory);
+}
+
+void* __wrap_calloc(std::size_t count, std::size_t size) {
+    if (krvcmd::reliability::IsWatched() && krvcmd::reliability::Refuses(count * size)) return nullptr;
+    return __real_calloc(count, size);
+}
