@@ -97,8 +97,8 @@ std::filesystem::path StateFolder() {
 
 std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
     OwnerOnly ownerOnly;
-    std::filesystem::path made;
-    for (const std::filesystem::path& part : folder) {
+    std::filesystem::path made = folder.root_path();  // "C:\\" is not a folder to make
+    for (const std::filesystem::path& part : folder.relative_path()) {
         made /= part;
         std::error_code ignored;
         if (std::filesystem::is_directory(made, ignored)) continue;
