@@ -1,15 +1,13 @@
 // Every single request for memory that a command makes is refused, alone and together with all after it.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <string>
 
 #include "krvcmd/frontend/driver.h"
 #include "tests/fake_library/fake_library.h"
-#include "tests/reliability/memory/missing_cells.h"
 #include "tests/reliability/memory/short_memory.h"
-#include "tests/reliability/support/general_rules.h"
+#include "tests/reliability/memory/verdict.h"
 #include "tests/reliability/support/program_run.h"
 #include "tests/reliability/support/representative_orders.h"
 #include "tests/reliability/support/small_farm.h"
@@ -111,29 +109,6 @@ class OutOfMemory : public testing::Test {
     }
 
   private:
-    static std::string WhatIsWrong(const ProgramRun& run, const ProgramRun& whole) {
-        if (std::string broken = BrokenRules(run); !broken.empty()) return broken;
-        if (run.exitStatus != 12) return WhatElseDiffers(run, whole);
-        if (run.errorOutput != "OS error 12: Cannot allocate memory\n") return "it says: " + run.errorOutput;
-        return MakesFirstCallsOf(whole, run) ? "" : "other calls than without the want of memory";
-    }
-
-    // A run that could do without the memory leaves nothing out but cells of a table.
-    static std::string WhatElseDiffers(const ProgramRun& run, const ProgramRun& whole) {
-        if (run.exitStatus != whole.exitStatus) return "exit status " + std::to_string(run.exitStatus);
-        if (run.errorOutput != whole.errorOutput) return "it says: " + run.errorOutput;
-        if (run.calls != whole.calls) return "other calls than without the want of memory";
-        if (run.output == whole.output || LacksOneCell(run.output, whole.output)) return {};
-        return "it shows:\n" + run.output + "instead of:\n" + whole.output;
-    }
-
-    static bool MakesFirstCallsOf(const ProgramRun& whole, const ProgramRun& run) {
-        if (run.calls.empty()) return true;
-        const auto before = run.calls.end() - 1;
-        return run.calls.size() <= whole.calls.size() &&
-               std::equal(run.calls.begin(), before, whole.calls.begin());
-    }
-
     ProgramRunner m_program;
 };
 

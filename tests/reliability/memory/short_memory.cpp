@@ -9,8 +9,8 @@
 
 // The linker gives calls of calloc to the first and lets the second reach the real one (--wrap).
 extern "C" {
-void* __wrap_calloc(std::size_t count, std::size_t size);  // NOLINT(bugprone-reserved-identifier): ld's name
-void* __real_calloc(std::size_t count, std::size_t size);  // NOLINT(bugprone-reserved-identifier): ld's name
+void* WrappedCalloc(std::size_t count, std::size_t size) asm("__wrap_calloc");
+void* RealCalloc(std::size_t count, std::size_t size) asm("__real_calloc");
 }
 
 namespace krvcmd::reliability {
@@ -132,7 +132,7 @@ void operator delete[](void* memory, const std::nothrow_t&) noexcept {
     Release(memory);
 }
 
-void* __wrap_calloc(std::size_t count, std::size_t size) {
+void* WrappedCalloc(std::size_t count, std::size_t size) {
     if (krvcmd::reliability::IsWatched() && krvcmd::reliability::Refuses(count * size)) return nullptr;
-    return __real_calloc(count, size);
+    return RealCalloc(count, size);
 }
