@@ -1,0 +1,36 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+
+#include "krvcmd/commands/worker.h"
+
+namespace krvcmd::test {
+
+// A worker that notes where it works and answers as it was told, with success by default.
+class ScriptedWorker : public CWorker {
+  public:
+    // The answer for a position, zero-based, as "magazine/slot".
+    void Answers(const std::string& position, Status status) { m_answers[position] = std::move(status); }
+
+    Status Work(const SlotPosition& position) override {
+        const std::string where = std::to_string(position.magazine) + "/" + std::to_string(position.slot);
+        m_visited += where + " ";
+        m_last = position;
+        const auto answer = m_answers.find(where);
+        return answer == m_answers.end() ? Status() : answer->second;
+    }
+
+    // The positions so far, in the order of the work, each followed by a blank.
+    const std::string& Visited() const { return m_visited; }
+
+    const SlotPosition& Last() const { return m_last; }
+
+  private:
+    std::map<std::string, Status> m_answers;
+    std::string m_visited;
+    SlotPosition m_last;
+};
+
+}  // namespace krvcmd::test
