@@ -100,13 +100,18 @@ std::string Database::ReadText(const std::string& text) {
 }
 
 void Database::Fail(int result) const {
+    const int lastError = errno;
     const std::string file = m_file.string();
-    const int systemError = sqlite3_system_errno(m_connection.get());
+    int systemError = sqlite3_system_errno(m_connection.get());
+    // A commit that fails does not leave the system's own reason with the connection.
+    if (systemError == 0 && result == SQLITE_IOERR_WRITE) systemError = lastError;
     const char* text = sqlite3_errstr(result);
     const int kind = result & 0xFF;
     const bool fromSystem = kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN;
-    if (kind == SQLITE_FULL || (fromSystem && MeansNoRoom(systemError))) {
+    if (fromSystem && MeansNoRoom(systemError))
         throw Refuse(Code::DiskFull, {file, Reason(systemError, text)});
+    if (kind == SQLITE_FULL) {
+        throw Refuse(Code::DiskFull, {file, std::make_error_code(std::errc::no_space_on_device).message()});
     }
     switch (kind) {
         case SQLITE_NOMEM:
