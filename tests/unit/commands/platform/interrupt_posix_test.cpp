@@ -1,0 +1,134 @@
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+
+#include "krvcmd/service/interrupt.h"
+#include "tests/unit/commands/support/command_test.h"
+
+namespace krvcmd {
+namespace {
+
+using test::Calls;
+using test::Words;
+
+// Interrupted processes. Each test runs in a child process, because a request to end cannot be taken back.
+class InterruptTest : public test::CommandTest {
+  protected:
+    InterruptTest() {
+        Farm().AddJukebox(8, "Tower").WithMagazine(3).WithMagazine(3);
+        for (const std::int32_t id : {33, 34, 35})
+            Farm().AddVolume(id, "x").At(8, 0, id - 33, krvfake::kSideA);
+    }
+
+    // Runs the words, raises `signal` while the library is in the call that `where` names, and prints status
+    // and output, then, one a line, the calls from that one on. Ends the process.
+    [[noreturn]] void RunInterrupted(const Words& words, const std::string& where, int signal) {
+        InstallInterruptHandler();
+        GetBannerFlags() = {false, true};
+        std::vector<std::string> calls;
+        Fake().RecordTo([&](const std::string& line) {
+            if (calls.empty() && line != where) return;
+            if (calls.empty()) std::raise(signal);
+            calls.push_back(line);
+        });
+        const test::Outcome outcome = Run(words);
+        std::cerr << outcome.status << "\n" << outcome.output;
+        for (const std::string& call : calls)
+            std::cerr << call << "\n";
+        std::exit(0);
+    }
+
+    // What a child process of RunInterrupted prints: these lines and nothing else.
+    static testing::Matcher<const std::string&> Prints(const std::string& lines) {
+        return testing::Eq(lines);
+    }
+};
+
+using InterruptDeathTest = InterruptTest;
+
+TEST_F(InterruptDeathTest, LetsTheCallInProgressFinishAndClosesTheSession) {
+    for (const int signal : {SIGINT, SIGTERM}) {
+        EXPECT_EXIT(RunInterrupted({"export", "J@8"}, "KrvMediaExport J=8 M=0 S=1", signal),
+                    testing::ExitedWithCode(0),
+                    Prints("error 4\n"
+                           "KrvMediaExport J=8 M=0 S=1\n"
+                           "KrvSessionClose\n"));
+    }
+}
+
+TEST_F(InterruptDeathTest, EndsWithTheInterruptionEvenWhenTheLastCallWasTheLastOfAll) {
+    EXPECT_EXIT(RunInterrupted({"export", "J@8", "S1"}, "KrvMediaExport J=8 M=0 S=0", SIGINT),
+                testing::ExitedWithCode(0),
+                Prints("error 4\n"
+                       "KrvMediaExport J=8 M=0 S=0\n"
+                       "KrvSessionClose\n"));
+}
+
+TEST_F(InterruptDeathTest, DoesNotBeginItsWorkWhenTheSessionWasInterrupted) {
+    EXPECT_EXIT(RunInterrupted({"export", "J@8"}, "KrvSessionCreate server=\".\"", SIGINT),
+                testing::ExitedWithCode(0),
+                Prints("error 4\n"
+                       "KrvSessionCreate server=\".\"\n"
+                       "KrvSessionClose\n"));
+}
+
+TEST_F(InterruptDeathTest, PrintsTheRowsGatheredSoFar) {
+    EXPECT_EXIT(RunInterrupted({"query", "volumes", "columns=I"}, "KrvVolumeDetail V=34", SIGINT),
+                testing::ExitedWithCode(0),
+                Prints("error 4\n"
+                       " Vol ID \n"
+                       "--------\n"
+                       "     33 \n"
+                       "\n"
+                       "KrvVolumeDetail V=34\n"
+                       "KrvSessionClose\n"));
+}
+
+TEST_F(InterruptDeathTest, EndsEveryWalkAndList) {
+    struct Row {
+        Words words;
+        std::string where;
+        std::string output;
+    };
+    const Row rows[] = {
+        {{"query", "magazines", "J@8", "columns=m", "notable"}, "KrvGetMagazine J=8 M=0", "1\n"},
+        {{"query", "slots", "J@8", "S1-2000000000", "columns=I", "notable"},
+         "KrvGetSlot J=8 M=0 S=1",
+         "33\n"},
+        {{"scan", "J@8", "S1-2000000000"}, "KrvMediaScan J=8 M=0 S=1 side=2", ""},
+        {{"enable", "V@1-2000000000"}, "KrvVolumeActivate V=1", ""},
+        {{"name", "V@1-2000000000", "x"}, "KrvVolumeSetAspects V=1 text=\"x\"", ""},
+        {{"format", "J@8", "S1"}, "KrvVolumeFormat J=8 M=0 S=0 side=0 label=\"\" certify=0 sequential=0", ""},
+        {{"service", "stop"}, "KrvServiceStop", ""},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EXIT(RunInterrupted(row.words, row.where, SIGINT), testing::ExitedWithCode(0),
+                    Prints("error 4\n" + row.output + row.where + "\nKrvSessionClose\n"));
+    }
+}
+
+TEST_F(InterruptDeathTest, EndsTheProcessAtOnceTheSecondTime) {
+    const auto interruptTwice = [] {
+        InstallInterruptHandler();
+        std::raise(SIGINT);
+        std::raise(SIGTERM);
+    };
+    EXPECT_EXIT(interruptTwice(), testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST_F(InterruptDeathTest, LeavesASignalOffThatTheCallerHasSwitchedOff) {
+    const auto interruptIgnored = [] {
+        (void)std::signal(SIGINT, SIG_IGN);
+        InstallInterruptHandler();
+        std::raise(SIGINT);
+        std::exit(InterruptRequested() ? 1 : 0);
+    };
+    EXPECT_EXIT(interruptIgnored(), testing::ExitedWithCode(0), "");
+}
+
+TEST(Interrupt, IsNotRequestedAtFirst) {
+    EXPECT_FALSE(InterruptRequested());
+}
+
+}  // namespace
+}  // namespace krvcmd
