@@ -1,7 +1,6 @@
 #include "simulator/world/records.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "simulator/world/media_types.h"
 
@@ -16,7 +15,7 @@ constexpr auto kSideBad = static_cast<uint32_t>(Content::Bad);
 // Fills a text field of a record that is all zero; it is cut to leave room for the NUL.
 template <size_t Size>
 void FillText(char (&field)[Size], std::string_view text) {
-    std::memcpy(field, text.data(), std::min(text.size(), Size - 1));
+    text.copy(field, Size - 1);
 }
 
 // Vendor, product, revision and the SCSI address stand in this order from `column` on.
