@@ -47,6 +47,38 @@ constexpr std::array<Result, 6> kResults = {{
     {"invalid", kInvalid, 22},
 }};
 
+enum class Block : std::uint8_t { None, Farm, Script, StandardOutput, StandardError, Calls };
+
+struct NamedBlock {
+    std::string_view name;
+    Block block;
+};
+
+constexpr std::array<NamedBlock, 4> kBlocks = {{
+    {"script", Block::Script},
+    {"stdout", Block::StandardOutput},
+    {"stderr", Block::StandardError},
+    {"calls", Block::Calls},
+}};
+
+struct NamedOutput {
+    std::string_view name;
+    OutputTo output;
+};
+
+constexpr std::array<NamedOutput, 3> kOutputs = {{
+    {"full disk", OutputTo::FullDisk},
+    {"closed", OutputTo::Closed},
+    {"no reader", OutputTo::NoReader},
+}};
+
+struct NamedSignal {
+    std::string_view name;
+    int number;
+};
+
+constexpr std::array<NamedSignal, 2> kSignals = {{{"interrupt", SIGINT}, {"terminate", SIGTERM}}};
+
 template <typename Table>
 const auto& Find(const Table& table, std::string_view name) {
     const auto* const found =
@@ -94,8 +126,6 @@ class CaseReader {
     }
 
   private:
-    enum class Block { None, Farm, Script, StandardOutput, StandardError, Calls };
-
     void ReadLine(std::string_view line) {
         if (line.ends_with(' ')) throw std::runtime_error("the line ends in a blank; \"$\" shows its end");
         if (line.starts_with(kIndent)) {
@@ -155,16 +185,18 @@ class CaseReader {
     }
 
     void BeginBlock(std::string_view key) {
-        static const std::map<std::string_view, Block> kBlocks = {{"script", Block::Script},
-                                                                  {"stdout", Block::StandardOutput},
-                                                                  {"stderr", Block::StandardError},
-                                                                  {"calls", Block::Calls}};
-        m_block = kBlocks.at(key);
+        m_block = Find(kBlocks, key).block;
         if (m_block == Block::StandardOutput) m_hasOutput = true;
         if (m_block == Block::Calls) m_case.comparesCalls = true;
     }
 
     void ReadSetting(std::string_view key, std::string_view value) {
+        if (ReadStart(key, value) || ReadExpectation(key, value)) return;
+        throw std::runtime_error("unknown setting: " + std::string(key));
+    }
+
+    // How the program is started. False: the key is none of these.
+    bool ReadStart(std::string_view key, std::string_view value) {
         if (key == "words") {
             m_case.commandLines.emplace_back(value);
         } else if (key == "farm") {
@@ -173,38 +205,48 @@ class CaseReader {
             m_case.run.columns = ParseInt(value);
         } else if (key == "locale") {
             m_case.run.locale = value;
-        } else if (key == "interrupt" || key == "terminate") {
-            AddSignal(key == "interrupt" ? Interruption::Interrupt : Interruption::Terminate, value);
-        } else if (key == "killed by") {
-            m_case.exitStatus = -1;
-            m_case.killedBy = value == "interrupt" ? SIGINT : SIGTERM;
-            m_hasResult = true;
         } else if (key == "merged" && value == "yes") {
             m_case.run.merged = true;
         } else if (key == "output") {
-            static const std::map<std::string_view, OutputTo> kOutputs = {{"full disk", OutputTo::FullDisk},
-                                                                          {"closed", OutputTo::Closed},
-                                                                          {"no reader", OutputTo::NoReader}};
-            m_case.run.output = kOutputs.at(value);
+            m_case.run.output = Find(kOutputs, value).output;
             m_hasOutput = true;
-        } else if (key == "stdout") {
+        } else if (key == "interrupt") {
+            AddSignal(Interruption::Interrupt, value);
+        } else if (key == "terminate") {
+            AddSignal(Interruption::Terminate, value);
+        } else if (key == "not on windows") {
+            m_case.notOnWindows = value;
+        } else {
+            return false;
+        }
+        return true;
+    }
+
+    // What must come of it. False: the key is none of these.
+    bool ReadExpectation(std::string_view key, std::string_view value) {
+        if (key == "stdout") {
             if (value != "nothing") m_case.standardOutput = OutputLine(value);
             m_hasOutput = true;
         } else if (key == "result") {
             const Result& result = Find(kResults, value);
             m_case.standardError = result.standardError;
-            m_case.exitStatus = result.exitStatus;
-            m_hasResult = true;
+            ExpectExit(result.exitStatus);
         } else if (key == "exit") {
-            m_case.exitStatus = ParseInt(value);
-            m_hasResult = true;
-        } else if (key == "not on windows") {
-            m_case.notOnWindows = value;
+            ExpectExit(ParseInt(value));
+        } else if (key == "killed by") {
+            ExpectExit(-1);
+            m_case.killedBy = Find(kSignals, value).number;
         } else if (key == "calls" && value == "none") {
             m_case.comparesCalls = true;
         } else {
-            throw std::runtime_error("unknown setting: " + std::string(key));
+            return false;
         }
+        return true;
+    }
+
+    void ExpectExit(int status) {
+        m_case.exitStatus = status;
+        m_hasResult = true;
     }
 
     // "after 6 calls". A second signal waits until the first one has been taken notice of.

@@ -73,8 +73,9 @@ FakeLibrary::Intervention FakeLibrary::Begin(const KrvCallContext* context, cons
         Complaints complaints;
         CheckContext(*context, ExpectedSession(*context), complaints);
         check(complaints);
+        const std::string prefix = "ERROR " + function + ": ";
         for (const std::string& complaint : complaints)
-            m_sink("ERROR " + function + ": " + complaint);
+            m_sink(std::string(prefix).append(complaint));
     }
     Intervention intervention = NextIntervention(function, line);
     if (intervention.delayMilliseconds > 0) {
