@@ -1,37 +1,25 @@
-// Random command lines on random farms with random nonsense in the answers.
-//
-//   KRVCMD_RELIABILITY_SEED   where the seeds begin ("time" for the clock), 1 when not given
-//   KRVCMD_RELIABILITY_RUNS   how many runs
+// Random command lines on random farms with random nonsense in the answers. support/seeds.h tells how to try
+// others than the ordinary ones.
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <cstdlib>
 #include <string>
 
+#include "krvcmd/frontend/parser.h"
 #include "tests/reliability/support/comparison.h"
+#include "tests/reliability/support/general_rules.h"
+#include "tests/reliability/support/interrupt_switch.h"
+#include "tests/reliability/support/random_words.h"
 #include "tests/reliability/support/random_world.h"
+#include "tests/reliability/support/seeds.h"
 
 namespace krvcmd::reliability {
 
 namespace {
 
-std::uint64_t FirstSeed() {
-    const char* const wanted = std::getenv("KRVCMD_RELIABILITY_SEED");
-    if (wanted == nullptr) return 1;
-    if (std::string(wanted) != "time") return std::strtoull(wanted, nullptr, 10);
-    return static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
-}
-
-std::uint64_t RunCount(std::uint64_t ordinarily) {
-    const char* const wanted = std::getenv("KRVCMD_RELIABILITY_RUNS");
-    return wanted == nullptr ? ordinarily : std::strtoull(wanted, nullptr, 10);
-}
-
 TEST(RandomRuns, CallAndEndAsDocumented) {
     ProgramRunner program;
-    const std::uint64_t first = FirstSeed();
-    const std::uint64_t count = RunCount(10'000);
-    for (std::uint64_t seed = first; seed < first + count; ++seed) {
+    const Seeds seeds = SeedsToTry(10'000);
+    for (std::uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
         Dice dice(seed);
         const Order order = RandomOrder(dice);
         const std::vector<std::string> words = Words(order, dice);
@@ -39,6 +27,42 @@ TEST(RandomRuns, CallAndEndAsDocumented) {
         ASSERT_EQ(DifferenceFromModel(program, order, words, script), "")
             << Spelt(words) << "\nwith the seed " << seed;
     }
+}
+
+bool CanBeParsed(const std::vector<std::string>& words) {
+    std::vector<const char*> arguments;
+    arguments.reserve(words.size());
+    for (const std::string& word : words)
+        arguments.push_back(word.c_str());
+    ParameterList line;
+    return ParseCommandLine(arguments, line).IsOk() && line.command != nullptr;
+}
+
+TEST(RandomRuns, NeverCallTheLibraryForACommandLineThatIsNone) {
+    ProgramRunner program;
+    const Seeds seeds = SeedsToTry(10'000);
+    std::size_t refused = 0;
+    for (std::uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
+        Dice dice(seed);
+        const std::vector<std::string> words = RandomWords(dice);
+        krvfake::FakeLibrary& library = krvfake::FakeLibrary::Instance();
+        library.Reset();
+        ScriptRandomWorld(library, seed);
+        // Ranges may be long.
+        InterruptAfterQuestions(500);
+        const ProgramRun run = program.Run(words);
+        ForgetInterrupt();
+        ASSERT_EQ(BrokenRules(run), "") << Spelt(words) << "\nwith the seed " << seed;
+        if (CanBeParsed(words)) continue;
+        ++refused;
+        ASSERT_TRUE(run.calls.empty()) << Spelt(words) << "\nwith the seed " << seed;
+        ASSERT_EQ(run.errorOutput,
+                  "Error: Invalid command line parameter. Specify help to get further information.\n");
+        ASSERT_FALSE(run.output.empty()) << "without a command there is no quiet";
+    }
+    // Both kinds are tried.
+    EXPECT_GT(refused, (seeds.end - seeds.first) / 10);
+    EXPECT_LT(refused, (seeds.end - seeds.first) / 10 * 9);
 }
 
 }  // namespace
