@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Runs the command lines that documents show: run_documents.py [--write] PROGRAM-DIRECTORY DOCUMENT-OR-FOLDER ...
 
-A fenced block marked `console` is a session at a prompt:
+A fenced block marked `console` is a session at a prompt. Its output goes into a pipe; after `console 100`
+it goes to a terminal of 100 columns:
 
     $ command            a command line; lines that follow with "> " belong to it
     what it prints       standard output and standard error, as a terminal shows them together
@@ -11,21 +12,25 @@ The blocks of one document are one session of bash, in an empty folder with a fr
 are found by name; scripts/run stands for krvcmd. With --write the outputs in the document are replaced
 by what was printed (outputs with "..." stay as they are); the difference is then to be read line by line.
 """
+import fcntl
 import os
 import pathlib
 import re
+import struct
 import subprocess
 import sys
 import tempfile
-
-MARK = "\x01"
+import termios
+import threading
+import tty
 
 
 class Step:
     """One command line and what the document shows below it; `first` to `last` are the shown lines' places."""
 
-    def __init__(self, number, command, first):
-        self.number, self.command, self.first, self.last = number, command, first, first
+    def __init__(self, number, command, columns):
+        self.number, self.command, self.columns = number, command, columns
+        self.first = self.last = number
         self.shown, self.printed = [], None
 
     def matches(self):
@@ -34,14 +39,15 @@ class Step:
 
 
 def read_steps(lines):
-    steps, in_block = [], False
+    steps, in_block, columns = [], False, 0
     for number, line in enumerate(lines):
         if not in_block:
-            in_block = line.strip() == "```console"
+            opening = re.fullmatch(r"```console(?: (\d+))?", line.strip())
+            in_block, columns = opening is not None, int(opening[1] or 0) if opening else 0
         elif line.strip() == "```":
             in_block = False
         elif line.startswith("$ "):
-            steps.append(Step(number + 1, line[2:], number + 1))
+            steps.append(Step(number + 1, line[2:], columns))
         elif line.startswith("> ") and steps and not steps[-1].shown:
             steps[-1].command += "\n" + line[2:]
             steps[-1].first = steps[-1].last = number + 1
@@ -53,6 +59,32 @@ def read_steps(lines):
     return steps
 
 
+class Terminal:
+    """A terminal whose output is gathered."""
+
+    def __init__(self, columns):
+        self._reading, self._writing = os.openpty()
+        fcntl.ioctl(self._writing, termios.TIOCSWINSZ, struct.pack("HHHH", 50, columns, 0, 0))
+        tty.setraw(self._writing)
+        self.path = os.ttyname(self._writing)
+        self._printed = b""
+        self._thread = threading.Thread(target=self._gather)
+        self._thread.start()
+
+    def _gather(self):
+        while True:
+            try:
+                self._printed += os.read(self._reading, 65536)
+            except OSError:  # the last writer has gone
+                return
+
+    def finish(self):
+        os.close(self._writing)
+        self._thread.join(timeout=300)
+        os.close(self._reading)
+        return self._printed
+
+
 def run(steps, program_dir, folder):
     """Runs all steps in one shell and files what each printed."""
     home = pathlib.Path(folder)
@@ -60,16 +92,25 @@ def run(steps, program_dir, folder):
     shim = home / "work" / "scripts" / "run"
     shim.write_text('#!/bin/sh\nexec krvcmd "$@"\n')
     shim.chmod(0o755)
-    script = "".join(
-        f"_status=$?; printf '{MARK}%d{MARK}' {at}; (exit $_status)\n{step.command}\n" for at, step in enumerate(steps))
+
+    script, terminals = "", {}
+    for at, step in enumerate(steps):
+        output = home / f"output.{at}"
+        if step.columns:
+            terminals[at] = Terminal(step.columns)
+            output = terminals[at].path
+        script += f"_status=$?; : >{home}/reached.{at}; (exit $_status)\n{{ {step.command}\n}} >{output} 2>&1\n"
     environment = dict(os.environ, KRVSIM_HOME=str(home / "farm"), HOME=str(home),
                        PATH=f"{program_dir}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
-    done = subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,
-                          stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=300, check=False)
-    parts = done.stdout.decode("utf-8", "replace").split(MARK)
-    # before the first mark, then number and output of each step that was reached
-    for at, text in zip(parts[1::2], parts[2::2]):
-        steps[int(at)].printed = text.removesuffix("\n").split("\n") if text else []
+    subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,
+                   timeout=300, check=False)
+    for at, step in enumerate(steps):
+        printed = terminals[at].finish() if at in terminals else b""
+        if (home / f"output.{at}").exists():
+            printed = (home / f"output.{at}").read_bytes()
+        if (home / f"reached.{at}").exists():
+            text = printed.decode("utf-8", "replace")
+            step.printed = text.removesuffix("\n").split("\n") if text else []
 
 
 def check(path, program_dir, write):

@@ -52,6 +52,11 @@ class RunDocuments(unittest.TestCase):
     def test_a_document_without_a_block_is_an_error(self):
         self.assertEqual(self.outcome()[0], 1)
 
+    def test_a_block_may_show_a_terminal(self):
+        width = "$ stty size <&2 | cut -d ' ' -f 2"
+        self.assertEqual(self.outcome("```", "```console 72", width, "72", "$ test -t 1 && test -t 2 && echo yes", "yes")[0], 0)
+        self.assertEqual(self.outcome("$ test -t 1 || echo no", "no")[0], 0)
+
     def test_all_documents_of_a_folder_count(self):
         with tempfile.TemporaryDirectory() as folder:
             for name, shown in (("a.md", "a"), ("b.md", "c")):
