@@ -5,7 +5,8 @@ A fenced block marked `console` is a session at a prompt. Its output goes into a
 it goes to a terminal of 100 columns:
 
     $ command            a command line; lines that follow with "> " belong to it
-    what it prints       standard output and standard error, as a terminal shows them together
+    what it prints       standard output and standard error, as a terminal shows them together;
+                         blanks at a line's end do not count
     ...                  any number of lines
 
 The blocks of one document are one session of bash, in an empty folder with a fresh farm. The programs
@@ -34,7 +35,8 @@ class Step:
         self.shown, self.printed = [], None
 
     def matches(self):
-        pattern = "".join(r"(?:.*\n)*" if line == "..." else re.escape(line) + "\n" for line in self.shown)
+        shown = [line.rstrip(" ") for line in self.shown]
+        pattern = "".join(r"(?:.*\n)*" if line == "..." else re.escape(line) + "\n" for line in shown)
         return re.fullmatch(pattern, "".join(line + "\n" for line in self.printed)) is not None
 
 
@@ -110,7 +112,7 @@ def run(steps, program_dir, folder):
             printed = (home / f"output.{at}").read_bytes()
         if (home / f"reached.{at}").exists():
             text = printed.decode("utf-8", "replace")
-            step.printed = text.removesuffix("\n").split("\n") if text else []
+            step.printed = [line.rstrip(" ") for line in text.removesuffix("\n").split("\n")] if text else []
 
 
 def check(path, program_dir, write):
