@@ -1,10 +1,14 @@
 #include "tests/fake_library/farm.h"
 
+#include <algorithm>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
 namespace krvfake {
 namespace {
+
+constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
 
 template <typename Items>
 std::uint32_t NextOf(const Items& items, const std::map<std::int32_t, std::size_t>& index,
@@ -50,7 +54,8 @@ Jukebox& Jukebox::WithDrive(Device device, bool driveEnabled) {
 Jukebox& Jukebox::WithMagazine(std::int32_t slotCount, Slot otherSlots) {
     magazines.push_back({slotCount, true, otherSlots, {}});
     ++claimedMagazines;
-    if (slotCount > 0) claimedSlots += slotCount;
+    const std::int64_t slots = std::int64_t{claimedSlots} + std::max(slotCount, 0);
+    claimedSlots = static_cast<std::int32_t>(std::min<std::int64_t>(slots, kMost));
     return *this;
 }
 
