@@ -22,6 +22,11 @@ target_compile_options(krvcmd_options INTERFACE
 if(KRVCMD_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+  # clang's fuzzer finds its way by counters in the code.
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    set(KRVCMD_FUZZ ON)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+  endif()
 endif()
 
 # What is shipped meets foreign data: volume labels, names and error texts of the service. A mistake

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+// The one function of a fuzz target: feeds the bytes to the code under test and ends the process when
+// something is not as it must be. Called by the fuzzer, or by replay.cpp for the files of a folder.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+namespace krvcmd::fuzz {
+
+// Ends the process, with the sentence on standard error, unless `holds`.
+inline void Require(bool holds, const std::string& sentence) {
+    if (holds) return;
+    (void)std::fprintf(stderr, "does not hold: %s\n", sentence.c_str());
+    std::abort();
+}
+
+inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
+    return {reinterpret_cast<const char*>(data), size};
+}
+
+}  // namespace krvcmd::fuzz
