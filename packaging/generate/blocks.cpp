@@ -3,6 +3,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "packaging/generate/manual_blocks.h"
 #include "packaging/generate/shell_tables.h"
 
 namespace krvcmd {
@@ -13,6 +14,7 @@ std::string BlockOf(const std::string& mark) {
     std::string first;
     std::string second;
     words >> kind >> first >> second;
+    if (kind == "manual") return ManualBlock(first, second);
     if (kind == "table") return ShellTable(first, second);
     throw std::runtime_error("no such mark: @" + mark + "@");
 }

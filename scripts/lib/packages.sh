@@ -24,6 +24,13 @@ command clang-tidy            clang-tidy
 package libclang-rt-dev       libclang-rt-dev
 command python3               python3
 command readelf               binutils
+command bash                  bash
+command zsh                   zsh
+command fish                  fish
+command tmux                  tmux
+command mandoc                mandoc
+command groff                 groff-base
+command doxygen               doxygen
 '
 
 # What building for Windows needs beyond kBuildNeeds.

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace krvcmd {
+
+// Parts of the manual pages:
+//
+//   options               the options before the command, with their help
+//   commands              every command with its help
+//   addressing            the keywords that address items, with their help
+//   syntax COMMAND        the lines of syntax of the command's help
+//   addresses COMMAND     one sentence: which of the addressing keywords the command knows
+//   parameters COMMAND    its other parameters, with their help
+//   columns               every column: letter, title, description
+//   defaults              what each query shows, and in what order, if nothing is said
+//   file PATH             a file of the project, as an example
+//   prototypes            the client library's functions, as in C
+//   functions             the same, section by section, with their descriptions
+//   records               its records, field by field
+//
+// `argument` is empty where nothing stands behind the part. Throws std::runtime_error for a part, a
+// command or a file that there is not.
+std::string ManualBlock(std::string_view part, std::string_view argument);
+
+}  // namespace krvcmd

@@ -1,0 +1,93 @@
+#!/usr/bin/env python3
+"""The manual pages are well formed and say everything: page_test.py PAGE ... (as they are installed)"""
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import unittest
+
+PAGES = []
+HEADER = pathlib.Path(__file__).resolve().parent.parent.parent / "krvcmd/service/krv_sdk.h"
+
+
+def run(program, *arguments):
+    """What a formatter prints and complains of."""
+    if not shutil.which(program):
+        raise AssertionError(f"{program} is missing; it comes with the package of that name")
+    done = subprocess.run([program, *arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,
+                          env=dict(os.environ, LC_ALL="C.UTF-8"), check=False)
+    return done.stdout, done.stderr
+
+
+def rendered(name):
+    page = next(page for page in PAGES if page.name == name)
+    text, _ = run("mandoc", "-Tutf8", str(page))
+    return re.sub(".\b", "", text).replace("\xa0", " ")
+
+
+class ManualPages(unittest.TestCase):
+    def assertShows(self, text, pattern):
+        self.assertTrue(re.search(pattern, text, re.MULTILINE), f"nothing like {pattern!r} on the page")
+
+    def test_satisfy_mandoc(self):
+        for page in PAGES:
+            with self.subTest(page=page.name):
+                # What it says of the operating system that a page is for concerns BSD only; pages that are not
+                # installed here cannot be found.
+                report, errors = run("mandoc", "-Tlint", "-Wall", str(page))
+                self.assertEqual(report + errors, "")
+
+    def test_render_with_groff_without_a_warning(self):
+        for page in PAGES:
+            with self.subTest(page=page.name):
+                text, warnings = run("groff", "-man", "-ww", "-Tutf8", str(page))
+                self.assertEqual(warnings, "")
+                self.assertIn("SEE ALSO", re.sub(r"\x1b\[[0-9;]*m|.\x08", "", text))
+
+    def test_have_no_mark_left(self):
+        for page in PAGES:
+            with self.subTest(page=page.name):
+                self.assertEqual(re.findall(r"^@.*@$|@version@", page.read_text(), re.MULTILINE), [])
+
+    def test_refer_to_pages_that_exist(self):
+        names = {page.name for page in PAGES}
+        for page in PAGES:
+            references = re.findall(r"^\.BR (\S+) \((\d)\)", page.read_text(), re.MULTILINE)
+            for name, section in references:
+                with self.subTest(page=page.name, reference=name):
+                    self.assertIn(name.replace("\\-", "-") + "." + section, names)
+
+    def test_krvcmd_explains_every_command_and_letter(self):
+        text = rendered("krvcmd.1")
+        for command in "help query import export scan format name service".split():
+            self.assertShows(text, rf"^   {command}$")
+        self.assertShows(text, r"^   enable, disable$")
+        for letter in "SDMIJNLmdsaCRPFnlvftxXzyYo":
+            self.assertShows(text, rf"^       {letter}  [A-Z]")
+        for status in ("0", "2", "4", "6", "12", "22"):
+            self.assertShows(text, rf"^       {status} +\w")
+
+    def test_krv_sdk_describes_every_function_and_record(self):
+        text = rendered("krv-sdk.3")
+        header = HEADER.read_text()
+        functions = re.findall(r"^KRV_API KrvBool (Krv\w+)\(", header, re.MULTILINE)
+        self.assertEqual(len(functions), 31)
+        for function in functions:
+            with self.subTest(function=function):
+                # Once with its parameters, once with its description.
+                self.assertShows(text, rf"^       KrvBool {function}\(KrvCallContext\* context")
+                self.assertShows(text, rf"^       {function}\n? +[A-Z]")
+        for record, size in re.findall(r"^static_assert\(sizeof\((\w+)\) == (\d+)", header, re.MULTILINE):
+            self.assertShows(text, rf"^   {record}, {size} bytes$")
+        fields = re.findall(r"^static_assert\(offsetof\(\w+, (\w+)\) == (\d+)", header, re.MULTILINE)
+        self.assertGreater(len(fields), 60)
+        for field, offset in fields:
+            self.assertShows(text, rf"^       {offset}: .*\b{field}\b")
+
+
+if __name__ == "__main__":
+    while len(sys.argv) > 1:
+        PAGES.append(pathlib.Path(sys.argv.pop()))
+    unittest.main()
