@@ -9,25 +9,19 @@ CellText::CellText(std::string_view text) {
 }
 
 void CellText::Assign(std::string_view text) {
-    if (text.size() <= kInlineCapacity) {
-        Release();
-        text.copy(m_bytes.data(), kInlineCapacity);
-        m_bytes[kInlineCapacity] = static_cast<char>(text.size());
-        return;
-    }
     // The new text is complete before the old one goes: it may be a part of it.
-    const HeapText heapText{new char[text.size()], static_cast<std::uint32_t>(text.size())};
-    text.copy(heapText.data, text.size());
-    Release();
-    std::memcpy(m_bytes.data(), &heapText, sizeof heapText.data + sizeof heapText.size);
-    m_bytes[kInlineCapacity] = kOnHeap;
-}
-
-std::string_view CellText::View() const {
-    const char length = m_bytes[kInlineCapacity];
-    if (length != kOnHeap) return {m_bytes.data(), static_cast<std::size_t>(length)};
-    const HeapText heapText = GetHeapText();
-    return {heapText.data, heapText.size};
+    std::array<char, kInlineCapacity + 1> bytes{};
+    if (text.size() <= kInlineCapacity) {
+        text.copy(bytes.data(), kInlineCapacity);
+        bytes[kInlineCapacity] = static_cast<char>(text.size());
+    } else {
+        const HeapText heapText{new char[text.size()], static_cast<std::uint32_t>(text.size())};
+        text.copy(heapText.data, text.size());
+        std::memcpy(bytes.data(), &heapText, sizeof heapText.data + sizeof heapText.size);
+        bytes[kInlineCapacity] = kOnHeap;
+    }
+    if (IsOnHeap()) FreeHeapText();
+    m_bytes = bytes;
 }
 
 CellText::HeapText CellText::GetHeapText() const {
@@ -36,9 +30,8 @@ CellText::HeapText CellText::GetHeapText() const {
     return heapText;
 }
 
-void CellText::Release() {
-    if (m_bytes[kInlineCapacity] == kOnHeap) delete[] GetHeapText().data;
-    m_bytes[kInlineCapacity] = 0;
+void CellText::FreeHeapText() {
+    delete[] GetHeapText().data;
 }
 
 }  // namespace Ostrel::UI::Console

@@ -13,14 +13,23 @@ class CellText {
   public:
     CellText() = default;
     explicit CellText(std::string_view text);
-    ~CellText() { Release(); }
+    ~CellText() {
+        if (IsOnHeap()) FreeHeapText();
+    }
     CellText(const CellText&) = delete;
     CellText& operator=(const CellText&) = delete;
 
     // Replaces the text. When memory is short std::bad_alloc leaves the old text in place.
     void Assign(std::string_view text);
 
-    std::string_view View() const;
+    // Whether the text has memory of its own.
+    bool IsOnHeap() const { return m_bytes[kInlineCapacity] == kOnHeap; }
+
+    std::string_view View() const {
+        if (!IsOnHeap()) return {m_bytes.data(), static_cast<std::size_t>(m_bytes[kInlineCapacity])};
+        const HeapText heapText = GetHeapText();
+        return {heapText.data, heapText.size};
+    }
 
   private:
     static constexpr std::size_t kInlineCapacity = 15;
@@ -33,7 +42,7 @@ class CellText {
     };
 
     HeapText GetHeapText() const;
-    void Release();
+    void FreeHeapText();
 
     // The last byte is the length of a text that lies here, or kOnHeap.
     alignas(HeapText) std::array<char, kInlineCapacity + 1> m_bytes{};

@@ -39,7 +39,7 @@ void COutputObject::Print() {
         return;
     }
     WriteFormat(Stream::StandardOutput, HeaderText(layout));
-    WriteFormat(Stream::StandardOutput, FormattedBodyText(layout, rows).append(1, '\n'));
+    WriteFormat(Stream::StandardOutput, FormattedBodyText(layout, rows));
 }
 
 void COutputObject::MeasureColumns() {

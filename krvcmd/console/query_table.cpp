@@ -1,6 +1,7 @@
 #include "krvcmd/console/query_table.h"
 
 #include <utility>
+#include <vector>
 
 #include "krvcmd/console/column_catalogue.h"
 #include "krvcmd/console/platform/console_width.h"
@@ -31,7 +32,7 @@ std::uint32_t ConsoleLineWidth() {
 
 }  // namespace
 
-CKrvQueryTable::CKrvQueryTable() {
+CKrvQueryTable::CKrvQueryTable() : m_cells(GetMemory()) {
     SetSeparator("|");
     SetMaxWidth(ConsoleLineWidth());
 }

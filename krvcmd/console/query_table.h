@@ -1,16 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string_view>
-#include <vector>
 
+#include "krvcmd/console/cell_store.h"
 #include "krvcmd/console/output_object.h"
-#include "krvcmd/console/table_dir_item.h"
-#include "krvcmd/console/table_int_item.h"
-#include "krvcmd/console/table_one_based_int_item.h"
-#include "krvcmd/console/table_percent_int_item.h"
-#include "krvcmd/console/table_string_item.h"
 #include "krvcmd/service/item_info.h"
 
 namespace Ostrel::UI::Console {
@@ -43,27 +37,7 @@ class CKrvQueryTable : public COutputObject {
     void AddVolumeRow(const krvcmd::VolumeInfo& volume);
 
   private:
-    void AddJukeboxIdentity(CTableRow& row, const krvcmd::JukeboxInfo& jukebox);
-    void AddDevice(CTableRow& row, const DeviceIdentity& device);
-    void AddMediaType(CTableRow& row, std::uint32_t mediumCode);
-    void AddVolumeCells(CTableRow& row, const krvcmd::VolumeInfo& volume);
-
-    void AddNumber(CTableRow& row, std::uint32_t columnId, std::int64_t value);
-    void AddCapacity(CTableRow& row, std::uint32_t columnId, std::int64_t bytes);
-    void AddOneBased(CTableRow& row, std::uint32_t columnId, std::int32_t zeroBasedNumber);
-    void AddPercent(CTableRow& row, std::uint32_t columnId, std::int64_t free, std::int64_t total);
-    void AddText(CTableRow& row, std::uint32_t columnId, std::string_view text);
-    void AddDirectory(CTableRow& row, std::uint32_t columnId, std::string_view path);
-    // A text out of a fixed set; all rows that show it share one cell.
-    void AddFixedText(CTableRow& row, std::uint32_t columnId, std::string_view text);
-
-    // Every cell that the table created; rows refer to them.
-    std::deque<CTableIntItem> m_numbers;
-    std::deque<CTableOneBasedIntItem> m_oneBasedNumbers;
-    std::deque<CTablePercentIntItem> m_percents;
-    std::deque<CTableStringItem> m_texts;
-    std::deque<CTableDirItem> m_directories;
-    std::deque<CTableStringItem> m_fixedTexts;
+    CellStore m_cells;
 };
 
 }  // namespace Ostrel::UI::Console

@@ -8,47 +8,79 @@ namespace Ostrel::UI::Console {
 
 namespace {
 
-// A row on its way to its place, with its cell for the key that is being looked at.
+// A row on its way to its place, with what it is ordered by for the key that is being looked at.
 struct RowToOrder {
-    const CTableRow* row;
-    const CTableItem* cell;
+    NumberedText value;
+    std::uint32_t index;  // in the order of arrival
+    bool hasCell;
 };
 
-std::int32_t CompareCells(const CTableItem* left, const CTableItem* right) {
-    if (left == right) return 0;
-    if (left == nullptr) return -1;
-    if (right == nullptr) return 1;
-    return left->Compare(*right);
+std::int32_t Compare(const RowToOrder& left, const RowToOrder& right) {
+    if (left.hasCell != right.hasCell) return left.hasCell ? 1 : -1;
+    return CompareNumberedTexts(left.value, right.value);
 }
 
-// Orders by the first key, then every run of rows that are equal in it by the other keys.
-void OrderByKeys(std::span<RowToOrder> rows, std::span<const SortKey> keys) {
-    if (keys.empty() || rows.size() < 2) return;
-    const SortKey& key = keys.front();
-    for (RowToOrder& row : rows)
-        row.cell = row.row->FindItem(key.columnId);
-    std::stable_sort(rows.begin(), rows.end(), [&key](const RowToOrder& left, const RowToOrder& right) {
-        return CompareCells(left.cell, right.cell) == key.direction;
-    });
-
-    std::size_t begin = 0;
-    for (std::size_t end = 1; end <= rows.size(); ++end) {
-        if (end < rows.size() && CompareCells(rows[begin].cell, rows[end].cell) == 0) continue;
-        OrderByKeys(rows.subspan(begin, end - begin), keys.subspan(1));
-        begin = end;
+class RowOrder {
+  public:
+    RowOrder(std::span<const CTableRow* const> rows, std::span<const SortKey> keys) : m_keys(keys) {
+        // Looked up for all keys at once, while a row is at hand.
+        m_keyCells.reserve(rows.size() * keys.size());
+        for (const CTableRow* row : rows) {
+            for (const SortKey& key : keys)
+                m_keyCells.push_back(row->FindItem(key.columnId));
+        }
+        m_rows.resize(rows.size());
+        for (std::uint32_t index = 0; index < m_rows.size(); ++index)
+            m_rows[index].index = index;
+        OrderFrom(0, m_rows);
     }
-}
+
+    std::span<const RowToOrder> GetRows() const { return m_rows; }
+
+  private:
+    // Orders rows that are equal in all keys before the one at `keyIndex`: by that key, then every run of
+    // rows that are equal in it by the next keys.
+    void OrderFrom(std::size_t keyIndex, std::span<RowToOrder> rows) {
+        if (keyIndex == m_keys.size() || rows.size() < 2) return;
+        for (RowToOrder& row : rows)
+            LookAtKey(keyIndex, row);
+        const auto isInFront = [direction = m_keys[keyIndex].direction](const RowToOrder& left,
+                                                                        const RowToOrder& right) {
+            return Compare(left, right) == direction;
+        };
+        // Rows often arrive in order, or all have the same value.
+        if (!std::is_sorted(rows.begin(), rows.end(), isInFront)) {
+            std::stable_sort(rows.begin(), rows.end(), isInFront);
+        }
+        std::size_t begin = 0;
+        for (std::size_t end = 1; end <= rows.size(); ++end) {
+            if (end < rows.size() && Compare(rows[begin], rows[end]) == 0) continue;
+            OrderFrom(keyIndex + 1, rows.subspan(begin, end - begin));
+            begin = end;
+        }
+    }
+
+    void LookAtKey(std::size_t keyIndex, RowToOrder& row) const {
+        const CTableItem* cell = m_keyCells[row.index * m_keys.size() + keyIndex];
+        row.hasCell = cell != nullptr;
+        row.value = cell == nullptr ? NumberedText{} : cell->GetOrderValue();
+    }
+
+    std::span<const SortKey> m_keys;
+    std::vector<const CTableItem*> m_keyCells;  // of each row in the order of arrival, one for each key
+    std::vector<RowToOrder> m_rows;
+};
 
 }  // namespace
 
-void OrderRows(std::vector<const CTableRow*>& rows, std::span<const SortKey> keys) {
-    std::vector<RowToOrder> rowsToOrder;
-    rowsToOrder.reserve(rows.size());
-    for (const CTableRow* row : rows)
-        rowsToOrder.push_back({row, nullptr});
-    OrderByKeys(rowsToOrder, keys);
-    std::transform(rowsToOrder.begin(), rowsToOrder.end(), rows.begin(),
-                   [](const RowToOrder& row) { return row.row; });
+std::vector<const CTableRow*> OrderRows(std::span<const CTableRow* const> rows,
+                                        std::span<const SortKey> keys) {
+    const RowOrder order(rows, keys);
+    std::vector<const CTableRow*> ordered;
+    ordered.reserve(rows.size());
+    for (const RowToOrder& row : order.GetRows())
+        ordered.push_back(rows[row.index]);
+    return ordered;
 }
 
 }  // namespace Ostrel::UI::Console

@@ -8,7 +8,7 @@
 
 namespace Ostrel::UI::Console {
 
-// Puts rows, given in the order in which they arrived, into the order of the keys.
+// The rows, given in the order in which they arrived, in the order of the keys.
 //
 // The order is that of an insertion: each arriving row goes in front of the first row that it comes before,
 // else to the end. It comes before another row when the first key in which the two differ says so; a missing
@@ -17,6 +17,7 @@ namespace Ostrel::UI::Console {
 // rank the rows with ties (a total preorder). For such a ranking the rows in front of the insertion point are
 // exactly those that do not come after the new row; inserting so one by one is a stable sort, and a stable
 // sort is what is done here.
-void OrderRows(std::vector<const CTableRow*>& rows, std::span<const SortKey> keys);
+std::vector<const CTableRow*> OrderRows(std::span<const CTableRow* const> rows,
+                                        std::span<const SortKey> keys);
 
 }  // namespace Ostrel::UI::Console

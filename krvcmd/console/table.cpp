@@ -28,30 +28,25 @@ const ColumnUsage* CTable::FindUsage(std::uint32_t columnId) const {
 
 void CTable::AddRow(CTableRow row) {
     if (m_columns.empty() || row.GetItems().empty()) return;
-    // Rows mostly have the same cells in the same order as the rows before them: the entry of a cell is
-    // looked for behind that of the cell before it first.
     std::size_t expected = 0;
-    for (const CTableItem* item : row.GetItems())
-        expected = CountCell(*item, expected) + 1;
+    for (const CTableItem* item : row.GetItems()) {
+        const std::size_t index = EnterUsage(item->GetColumnId(), expected);
+        ColumnUsage& usage = m_columnUsage[index];
+        usage.maxTextLength =
+            std::max(usage.maxTextLength, static_cast<std::int32_t>(DisplayLength(item->GetText())));
+        ++usage.count;
+        expected = index + 1;
+    }
     m_contentWidth = 0;
     m_rows.push_back(std::move(row));
 }
 
-std::size_t CTable::CountCell(const CTableItem& item, std::size_t expected) {
-    const auto length = static_cast<std::int32_t>(DisplayLength(item.GetText()));
-    const auto belongs = [&item](const ColumnUsage& usage) { return usage.columnId == item.GetColumnId(); };
-    auto usage =
-        m_columnUsage.begin() + static_cast<std::ptrdiff_t>(std::min(expected, m_columnUsage.size()));
-    usage = std::find_if(usage, m_columnUsage.end(), belongs);
-    if (usage == m_columnUsage.end())
-        usage = std::find_if(m_columnUsage.begin(), m_columnUsage.end(), belongs);
-    if (usage == m_columnUsage.end()) {
-        m_columnUsage.push_back({length, item.GetColumnId(), 1});
-        return m_columnUsage.size() - 1;
-    }
-    usage->maxTextLength = std::max(usage->maxTextLength, length);
-    ++usage->count;
-    return static_cast<std::size_t>(usage - m_columnUsage.begin());
+std::size_t CTable::EnterUsage(std::uint32_t columnId, std::size_t expected) {
+    if (expected < m_columnUsage.size() && m_columnUsage[expected].columnId == columnId) return expected;
+    const ColumnUsage* usage = FindUsage(columnId);
+    if (usage != nullptr) return static_cast<std::size_t>(usage - m_columnUsage.data());
+    m_columnUsage.push_back({0, columnId, 0});
+    return m_columnUsage.size() - 1;
 }
 
 std::vector<const CTableRow*> CTable::GetRowsInOrder() const {
@@ -59,8 +54,8 @@ std::vector<const CTableRow*> CTable::GetRowsInOrder() const {
     rows.reserve(m_rows.size());
     for (const CTableRow& row : m_rows)
         rows.push_back(&row);
-    OrderRows(rows, GetDecisiveSortKeys());
-    return rows;
+    const std::vector<SortKey> keys = GetDecisiveSortKeys();
+    return keys.empty() ? rows : OrderRows(rows, keys);
 }
 
 std::vector<SortKey> CTable::GetDecisiveSortKeys() const {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -57,22 +58,26 @@ class CTable {
     std::vector<CTableColumn>& Columns() { return m_columns; }
     bool ShowsEmptyColumns() const { return m_showEmptyColumns; }
     void SetContentWidth(std::uint32_t width) { m_contentWidth = width; }
+    // Where rows and their cells may lie: given back as a whole with the table, never before.
+    std::pmr::memory_resource* GetMemory() { return &m_memory; }
     // The column's entry in the usage list, null when no row has a cell for it.
     const ColumnUsage* FindUsage(std::uint32_t columnId) const;
 
   private:
-    // Enters the cell into the usage list and gives the index of its entry; `expected` is the index to begin
-    // the search with.
-    std::size_t CountCell(const CTableItem& item, std::size_t expected);
+    // The index of the column's entry in the usage list, which is made if there is none. Rows mostly have the
+    // same cells in the same order as the rows before them, so `expected`, the index behind that of the cell
+    // before, is looked at first.
+    std::size_t EnterUsage(std::uint32_t columnId, std::size_t expected);
 
     // The sort keys that can tell rows apart: a key whose column no row fills, or whose column an earlier key
     // has already compared, finds all rows equal.
     std::vector<SortKey> GetDecisiveSortKeys() const;
 
+    std::pmr::monotonic_buffer_resource m_memory;  // the first member: the others lie in it
     bool m_showEmptyColumns = false;
     std::vector<ColumnUsage> m_columnUsage;  // in the order in which columns were first seen
     std::vector<CTableColumn> m_columns;
-    std::deque<CTableRow> m_rows;  // in the order in which they were added
+    std::pmr::deque<CTableRow> m_rows{&m_memory};  // in the order in which they were added
     // A new table's key matches no cell: rows keep the order in which they were added.
     std::vector<SortKey> m_sortKeys{{0, kAscending}};
     std::string m_separator;

@@ -11,7 +11,7 @@ constexpr std::string_view kDoesNotFit = "...";
 }  // namespace
 
 CTableIntItem::CTableIntItem(std::uint32_t columnId, std::int64_t value, NumberStyle style)
-    : CTableItem(columnId, Alignment::Right), m_value(value), m_style(style) {
+    : CTableItem(columnId, Alignment::Right), m_style(style), m_value(value) {
     CTableIntItem::FormatValue(CapacityPrecision::Whole);
 }
 

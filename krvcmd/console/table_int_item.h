@@ -21,6 +21,7 @@ class CTableIntItem : public CTableItem {
     void RenderInto(std::string& out, std::uint32_t width) const override;
     std::int64_t GetValue() const override { return m_value; }
     std::int32_t Compare(const CTableItem& other) const override;
+    NumberedText GetOrderValue() const override { return {{}, m_value}; }
 
     // Rewrites the text from the value; `precision` concerns values with a unit only.
     virtual void FormatValue(CapacityPrecision precision);
@@ -32,8 +33,8 @@ class CTableIntItem : public CTableItem {
     explicit CTableIntItem(std::uint32_t columnId) : CTableItem(columnId, Alignment::Right) {}
 
   private:
-    std::int64_t m_value = 0;
     NumberStyle m_style = NumberStyle::Plain;
+    std::int64_t m_value = 0;
 };
 
 }  // namespace Ostrel::UI::Console

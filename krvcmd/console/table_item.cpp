@@ -36,9 +36,9 @@ bool CTableItem::RenderFitting(std::string& out, std::uint32_t width) const {
     if (length > width) return false;
     const std::size_t blanks = width - length;
     const std::size_t inFront = BlanksInFront(m_alignment, blanks);
-    out.append(inFront, ' ');
-    out += text;
-    out.append(blanks - inFront, ' ');
+    const std::size_t start = out.size();
+    out.append(text.size() + blanks, ' ');
+    text.copy(&out[start + inFront], text.size());
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "krvcmd/console/cell_text.h"
+#include "krvcmd/console/numbered_text.h"
 
 namespace Ostrel::UI::Console {
 
@@ -29,6 +30,10 @@ class CTableItem {
     // Exactly -1, 0 or +1: this cell comes before, with or after `other`.
     virtual std::int32_t Compare(const CTableItem& other) const = 0;
 
+    // What Compare compares: for two cells of one column Compare gives what comparing these gives. Refers to
+    // the cell's text. Ordering many rows takes it out of every cell once.
+    virtual NumberedText GetOrderValue() const = 0;
+
     // The result of RenderInto by itself.
     std::string Render(std::uint32_t width) const;
 
@@ -39,11 +44,14 @@ class CTableItem {
 
     void SetAlignment(Alignment alignment) { m_alignment = alignment; }
 
+    // Whether the cell holds memory that only its destructor gives back.
+    bool HoldsMemory() const { return m_text.IsOnHeap(); }
+
     // Whether a text cell compares a number at its end by value.
     void SetNaturalCompare(bool natural) { m_naturalCompare = natural; }
 
   protected:
-    CTableItem(std::uint32_t columnId, Alignment alignment) : m_alignment(alignment), m_columnId(columnId) {}
+    CTableItem(std::uint32_t columnId, Alignment alignment) : m_columnId(columnId), m_alignment(alignment) {}
 
     // Appends the text when it needs no shortening: as it is for width 0, aligned and filled with blanks
     // when it is not longer than `width`. False, and nothing appended, when it is longer.
@@ -53,10 +61,11 @@ class CTableItem {
     void AssignText(std::string_view text) { m_text.Assign(text); }
 
   private:
-    bool m_naturalCompare = true;
-    Alignment m_alignment;
-    std::uint32_t m_columnId;
+    // From the largest to the smallest, which leaves derived classes room for small fields of their own.
     CellText m_text;
+    std::uint32_t m_columnId;
+    Alignment m_alignment;
+    bool m_naturalCompare = true;
 };
 
 }  // namespace Ostrel::UI::Console

@@ -2,6 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
+#include <span>
 #include <vector>
 
 #include "krvcmd/console/table_item.h"
@@ -14,18 +16,20 @@ class CTableRow {
   public:
     CTableRow() = default;
 
-    // Makes room for `cellCount` cells.
-    explicit CTableRow(std::size_t cellCount) { m_cells.reserve(cellCount); }
+    // Makes room for `cellCount` cells in `memory`, which must outlive the row.
+    CTableRow(std::size_t cellCount, std::pmr::memory_resource* memory) : m_cells(memory) {
+        m_cells.reserve(cellCount);
+    }
 
     void AddItem(const CTableItem& item) { m_cells.push_back(&item); }
 
     // The first cell of that column, null when the row has none.
     const CTableItem* FindItem(std::uint32_t columnId) const;
 
-    const std::vector<const CTableItem*>& GetItems() const { return m_cells; }
+    std::span<const CTableItem* const> GetItems() const { return m_cells; }
 
   private:
-    std::vector<const CTableItem*> m_cells;
+    std::pmr::vector<const CTableItem*> m_cells;
 };
 
 }  // namespace Ostrel::UI::Console

@@ -1,24 +1,8 @@
 #include "krvcmd/console/table_string_item.h"
 
 #include "krvcmd/console/shortened_text.h"
-#include "krvcmd/console/trailing_number.h"
 
 namespace Ostrel::UI::Console {
-
-namespace {
-
-std::int32_t Sign(std::int32_t number) {
-    return (number > 0) - (number < 0);
-}
-
-std::int32_t CompareNaturally(std::string_view left, std::string_view right) {
-    const NumberedText a = SplitTrailingNumber(left);
-    const NumberedText b = SplitTrailingNumber(right);
-    const std::int32_t prefixes = a.prefix.compare(b.prefix);
-    return prefixes != 0 ? Sign(prefixes) : (a.number > b.number) - (a.number < b.number);
-}
-
-}  // namespace
 
 CTableStringItem::CTableStringItem(std::uint32_t columnId, std::string_view text)
     : CTableItem(columnId, Alignment::Left) {
@@ -31,8 +15,11 @@ void CTableStringItem::RenderInto(std::string& out, std::uint32_t width) const {
 }
 
 std::int32_t CTableStringItem::Compare(const CTableItem& other) const {
-    return IsNaturalCompare() ? CompareNaturally(GetText(), other.GetText())
-                              : Sign(GetText().compare(other.GetText()));
+    return CompareNumberedTexts(GetOrderValue(), OrderValueOf(other.GetText()));
+}
+
+NumberedText CTableStringItem::OrderValueOf(std::string_view text) const {
+    return IsNaturalCompare() ? SplitTrailingNumber(text) : NumberedText{text, 0};
 }
 
 }  // namespace Ostrel::UI::Console

@@ -16,8 +16,12 @@ class CTableStringItem : public CTableItem {
     // A text that does not fit loses its beginning; "..." stands for it when there is room for more.
     void RenderInto(std::string& out, std::uint32_t width) const override;
     std::int32_t Compare(const CTableItem& other) const override;
+    NumberedText GetOrderValue() const override { return OrderValueOf(GetText()); }
 
     void SetText(std::string_view text) { AssignText(text); }
+
+  private:
+    NumberedText OrderValueOf(std::string_view text) const;
 };
 
 }  // namespace Ostrel::UI::Console

@@ -24,31 +24,32 @@ const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
     return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
 }
 
-// Appends one row's line. `cell` is working space.
-void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTableRow& row,
-                        std::string& cell) {
+void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTableRow& row) {
     const std::size_t lineStart = body.size();
+    const std::size_t separatorLength = DisplayLength(layout.separator);
     std::size_t lineLength = 0;
     std::size_t limit = layout.lineWidth;
     for (const LaidOutColumn& column : layout.columns) {
-        cell.clear();
+        const std::size_t columnStart = body.size();
+        if (!column.isFirst) body += layout.separator;
+        body += ' ';
+        const std::size_t cellStart = body.size();
         if (const CTableItem* item = FindCell(row, column)) {
-            item->RenderInto(cell, column.width);
+            item->RenderInto(body, column.width);
             // Room for the second per cent sign, which does not show.
             if (item->GetColumnId() == kPercentColumnId) ++limit;
         } else {
-            cell.append(column.width, ' ');
+            body.append(column.width, ' ');
         }
-        const std::size_t cellLength = DisplayLength(cell);
-        const std::string_view blankBehind = lineLength + cellLength == limit ? "" : " ";
-        const std::size_t paddedLength = 1 + cellLength + blankBehind.size();
-        if (lineLength + paddedLength > limit) break;
-        if (!column.isFirst) {
-            body += layout.separator;
-            lineLength += DisplayLength(layout.separator);
+        const std::size_t cellLength = DisplayLength(std::string_view(body).substr(cellStart));
+        const std::size_t blanks = lineLength + cellLength == limit ? 1 : 2;
+        // The separator in front does not count here.
+        if (lineLength + cellLength + blanks > limit) {
+            body.resize(columnStart);
+            break;
         }
-        body.append(1, ' ').append(cell).append(blankBehind);
-        lineLength += paddedLength;
+        if (blanks == 2) body += ' ';
+        lineLength += cellLength + blanks + (column.isFirst ? 0 : separatorLength);
     }
     if (!EndsInPercentCell(std::string_view(body).substr(lineStart)))
         FitLine(body, lineStart, layout.lineWidth);
@@ -79,11 +80,14 @@ std::string HeaderText(const TableLayout& layout) {
 }
 
 std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
+    const auto percentColumns = static_cast<std::size_t>(std::count_if(
+        layout.columns.begin(), layout.columns.end(),
+        [](const LaidOutColumn& column) { return column.column->GetColumnId() == kPercentColumnId; }));
     std::string body;
-    body.reserve(rows.size() * (layout.lineWidth + 1));
-    std::string cell;
+    body.reserve(rows.size() * (layout.lineWidth + percentColumns + 1) + 1);
     for (const CTableRow* row : rows)
-        AppendFormattedRow(body, layout, *row, cell);
+        AppendFormattedRow(body, layout, *row);
+    body += '\n';
     return body;
 }
 

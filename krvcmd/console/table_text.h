@@ -14,7 +14,7 @@ namespace Ostrel::UI::Console {
 // The line of titles and the underline.
 std::string HeaderText(const TableLayout& layout);
 
-// The rows with aligned cells, in lines of the layout's width.
+// The rows with aligned cells, in lines of the layout's width, and an empty line behind them.
 std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows);
 
 // Whether the line looks like one whose last cell is a percent cell. Such a line is left as long as it is:

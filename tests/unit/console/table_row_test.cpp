@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <memory_resource>
+
 #include "krvcmd/console/table_string_item.h"
 
 namespace {
@@ -23,7 +25,8 @@ TEST(TableRow, FindsTheFirstCellOfAColumn) {
     const CTableStringItem other(1, "other");
     const CTableStringItem first(3, "first");
     const CTableStringItem second(3, "second");
-    CTableRow row(3);
+    std::pmr::monotonic_buffer_resource memory;
+    CTableRow row(3, &memory);
     row.AddItem(other);
     row.AddItem(first);
     row.AddItem(second);

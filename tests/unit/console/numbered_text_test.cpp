@@ -1,4 +1,4 @@
-#include "krvcmd/console/trailing_number.h"
+#include "krvcmd/console/numbered_text.h"
 
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ TEST(SplitTrailingNumber, SplitsANumberOffBehindASeparator) {
     };
     for (const SplitCase& c : cases) {
         const NumberedText split = SplitTrailingNumber(c.text);
-        EXPECT_EQ(split.prefix, c.prefix) << c.text;
+        EXPECT_EQ(split.text, c.prefix) << c.text;
         EXPECT_EQ(split.number, c.number) << c.text;
     }
 }
@@ -45,16 +45,16 @@ TEST(SplitTrailingNumber, LeavesOtherTextsWhole) {
           // a per cent sign counts in the last place only
           "a-5%%", "a-5%x", "a-%5"}) {
         const NumberedText split = SplitTrailingNumber(text);
-        EXPECT_EQ(split.prefix, text);
+        EXPECT_EQ(split.text, text);
         EXPECT_EQ(split.number, 0) << text;
     }
 }
 
 TEST(SplitTrailingNumber, StepsOverAPercentSignInTheLastPlace) {
-    EXPECT_EQ(SplitTrailingNumber("full 50%").prefix, "full");
+    EXPECT_EQ(SplitTrailingNumber("full 50%").text, "full");
     EXPECT_EQ(SplitTrailingNumber("full 50%").number, 50);
     // No digit between separator and sign.
-    EXPECT_EQ(SplitTrailingNumber("full-%").prefix, "full");
+    EXPECT_EQ(SplitTrailingNumber("full-%").text, "full");
     EXPECT_EQ(SplitTrailingNumber("full-%").number, 0);
 }
 
@@ -63,6 +63,16 @@ TEST(SplitTrailingNumber, EndsAtTheLargestNumber) {
     EXPECT_EQ(SplitTrailingNumber("a-2147483648").number, 2147483647);
     EXPECT_EQ(SplitTrailingNumber("a-99999999999999999999999999").number, 2147483647);
     EXPECT_EQ(SplitTrailingNumber("a-00000000000000000000000012").number, 12);
+}
+
+TEST(CompareNumberedTexts, ComparesTextsFirstAndThenNumbers) {
+    EXPECT_EQ(CompareNumberedTexts({"a", 9}, {"b", 1}), -1);
+    EXPECT_EQ(CompareNumberedTexts({"b", 1}, {"a", 9}), 1);
+    EXPECT_EQ(CompareNumberedTexts({"a", 1}, {"a", 9}), -1);
+    EXPECT_EQ(CompareNumberedTexts({"a", 9}, {"a", 1}), 1);
+    EXPECT_EQ(CompareNumberedTexts({"a", 9}, {"a", 9}), 0);
+    EXPECT_EQ(CompareNumberedTexts({"", -1}, {"", 1}), -1);
+    EXPECT_EQ(CompareNumberedTexts({"", 5}, {"a", 1}), -1);
 }
 
 }  // namespace
