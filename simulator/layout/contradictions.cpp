@@ -7,6 +7,7 @@
 #include <unordered_map>
 
 #include "simulator/layout/farm_names.h"
+#include "simulator/store/joined.h"
 
 namespace krvsim {
 namespace {
@@ -16,10 +17,14 @@ class Search {
     explicit Search(const Farm& farm) : m_farm(farm) {}
 
     std::vector<Problem> Run() {
-        for (const FarmVolume& volume : m_farm.volumes) CheckVolume(volume);
-        for (const FarmJukebox& jukebox : m_farm.jukeboxes) CheckJukebox(jukebox);
-        for (const FarmMedium& medium : m_farm.shelf) CheckMedium(medium, Place::Shelf, "the shelf");
-        for (const FarmVolume& volume : m_farm.volumes) CheckSides(volume);
+        for (const FarmVolume& volume : m_farm.volumes)
+            CheckVolume(volume);
+        for (const FarmJukebox& jukebox : m_farm.jukeboxes)
+            CheckJukebox(jukebox);
+        for (const FarmMedium& medium : m_farm.shelf)
+            CheckMedium(medium, Place::Shelf, "the shelf");
+        for (const FarmVolume& volume : m_farm.volumes)
+            CheckSides(volume);
         return std::move(m_problems);
     }
 
@@ -42,7 +47,8 @@ class Search {
         for (const std::string& directory : volume.directories) {
             if (directory.empty()) Complain(volume.line, name + " has an empty directory name");
             if (!m_directories.insert(directory).second) {
-                Complain(volume.line, name + " has the directory name \"" + directory + "\", which is there twice");
+                Complain(volume.line,
+                         Joined({name, " has the directory name \"", directory, "\", which is there twice"}));
             }
         }
     }
@@ -71,7 +77,8 @@ class Search {
         for (const FarmSlot& slot : magazine.oddSlots) {
             const std::string place = "slot " + std::to_string(slot.number) + " of " + name;
             if (slot.number > magazine.slotCount) Complain(magazine.line, place + " does not exist");
-            if (!odd.emplace(slot.number, slot.state).second) Complain(magazine.line, place + " has two states");
+            if (!odd.emplace(slot.number, slot.state).second)
+                Complain(magazine.line, place + " has two states");
         }
         std::set<int32_t> full;
         for (const FarmMedium& medium : magazine.media) {
@@ -91,12 +98,15 @@ class Search {
             if (side.volume == 0) continue;
             const std::string volume = "volume " + std::to_string(side.volume);
             ++m_sides[side.volume];
-            if (!m_volumes.contains(side.volume)) Complain(medium.line, volume + " in " + name + " is not declared");
+            if (!m_volumes.contains(side.volume))
+                Complain(medium.line, Joined({volume, " in ", name, " is not declared"}));
             if (side.content == Content::Blank || side.content == Content::NoFileSystem) {
-                Complain(medium.line, volume + " in " + name + " lies on a side without a file system");
+                Complain(medium.line,
+                         Joined({volume, " in ", name, " lies on a side without a file system"}));
             }
             if (side.volume < 0 && (place == Place::Slot || place == Place::ExportStation)) {
-                Complain(medium.line, volume + " in " + name + " needs an ID above 0: the service has seen it");
+                Complain(medium.line,
+                         Joined({volume, " in ", name, " needs an ID above 0: the service has seen it"}));
             }
         }
     }
@@ -105,7 +115,8 @@ class Search {
         const auto found = m_sides.find(volume.id);
         const int sides = found == m_sides.end() ? 0 : found->second;
         if (volume.type == VolumeType::Disc && sides > 1) {
-            Complain(volume.line, Name(volume) + " is a disc, but lies on " + std::to_string(sides) + " sides");
+            Complain(volume.line,
+                     Name(volume) + " is a disc, but lies on " + std::to_string(sides) + " sides");
         }
         if (volume.id < 0 && sides == 0) {
             Complain(volume.line, Name(volume) + " lies on no medium, but the service has never seen it");
@@ -122,6 +133,8 @@ class Search {
 
 }  // namespace
 
-std::vector<Problem> FindContradictions(const Farm& farm) { return Search(farm).Run(); }
+std::vector<Problem> FindContradictions(const Farm& farm) {
+    return Search(farm).Run();
+}
 
 }  // namespace krvsim

@@ -33,7 +33,7 @@ uint32_t ReadType(TableReader& reader) {
 FarmSide ReadSideTable(TableReader& reader, uint32_t type) {
     int32_t volume = 0;
     reader.Number("volume", kLowest, kHighest, volume);
-    int32_t content = static_cast<int32_t>(volume == 0 ? Content::Blank : Content::FileSystem);
+    auto content = static_cast<int32_t>(volume == 0 ? Content::Blank : Content::FileSystem);
     reader.Choice("content", ContentWords(), content);
     FarmSide side = UsualSide(type, static_cast<Content>(content), volume);
     auto finalization = static_cast<int32_t>(side.finalization);

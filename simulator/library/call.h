@@ -37,14 +37,15 @@ KrvBool SessionCall(KrvCallContext* context, const char* function, const Work& w
     return Call(context, function, [&] { work(*SessionTable::Instance().Find(context->session)); });
 }
 
-template <typename Look>
-KrvBool LookCall(KrvCallContext* context, const char* function, const Look& look) noexcept {
-    return SessionCall(context, function, [&](Session& session) { session.Read(look); });
+template <typename LookFunction>
+KrvBool LookCall(KrvCallContext* context, const CallInfo& call, const LookFunction& look) noexcept {
+    return SessionCall(context, call.function, [&](Session& session) { session.Read(call, look); });
 }
 
-template <typename Change>
-KrvBool ChangeCall(KrvCallContext* context, const char* function, const Change& change) noexcept {
-    return SessionCall(context, function, [&](Session& session) { session.Write(change); });
+// The change returns what it has changed, in words.
+template <typename ChangeFunction>
+KrvBool ChangeCall(KrvCallContext* context, const CallInfo& call, const ChangeFunction& change) noexcept {
+    return SessionCall(context, call.function, [&](Session& session) { session.Write(call, change); });
 }
 
 [[noreturn]] void RefuseCall(const char* function, const std::string& reason);

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
-#include <span>
 #include <string>
+#include <vector>
 
 #include "simulator/library/call.h"
 #include "simulator/library/session.h"
@@ -23,11 +23,14 @@ using krvsim::CheckConstant;
 using krvsim::CheckPointer;
 using krvsim::CheckRecord;
 using krvsim::Database;
+using krvsim::ItemOf;
 using krvsim::LookCall;
 using krvsim::Session;
 using krvsim::SessionTable;
 using krvsim::Switch;
 using krvsim::View;
+using krvsim::VolumeItem;
+using krvsim::WithText;
 
 // ---- Sessions
 
@@ -36,19 +39,24 @@ KrvBool KrvSessionCreate(KrvCallContext* context, const char* serverName, KrvSes
     return Call(context, function, [&] {
         CheckPointer(serverName, function, "server name");
         CheckPointer(session, function, "session handle");
-        *session = SessionTable::Instance().Add(std::make_shared<Session>(serverName));
+        const KrvSession handle = SessionTable::Instance().Reserve();
+        SessionTable::Instance().Add(handle, std::make_shared<Session>(serverName, handle));
+        *session = handle;
     });
 }
 
 KrvBool KrvSessionClose(KrvCallContext* context) {
-    return Call(context, __func__, [&] { SessionTable::Instance().Remove(context->session); });
+    const char* function = __func__;
+    return Call(context, function, [&] {
+        SessionTable::Instance().Remove(context->session)->Close({function, {}});
+    });
 }
 
 // ---- Looking
 
 KrvBool KrvGetNextJukebox(KrvCallContext* context, uint32_t previousId, uint32_t* nextId) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, {}}, [&](const View& view) {
         CheckPointer(nextId, function, "next ID");
         *nextId = krvsim::NextJukebox(view.database, previousId);
     });
@@ -56,7 +64,7 @@ KrvBool KrvGetNextJukebox(KrvCallContext* context, uint32_t previousId, uint32_t
 
 KrvBool KrvGetJukebox(KrvCallContext* context, const JukeboxKey* key, JukeboxRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
         if (const JukeboxRecord* known = view.ahead.FindJukebox(key->jukeboxId)) {
@@ -70,7 +78,7 @@ KrvBool KrvGetJukebox(KrvCallContext* context, const JukeboxKey* key, JukeboxRec
 
 KrvBool KrvGetMagazine(KrvCallContext* context, const MagazineKey* key, MagazineRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
         krvsim::LookAtMagazine(view.database, *key, *record);
@@ -79,7 +87,7 @@ KrvBool KrvGetMagazine(KrvCallContext* context, const MagazineKey* key, Magazine
 
 KrvBool KrvGetDrive(KrvCallContext* context, const DriveKey* key, DriveRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
         krvsim::LookAtDrive(view.database, *key, *record);
@@ -88,7 +96,7 @@ KrvBool KrvGetDrive(KrvCallContext* context, const DriveKey* key, DriveRecord* r
 
 KrvBool KrvGetSlot(KrvCallContext* context, const SlotKey* key, SlotRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
         krvsim::LookAtSlot(view.database, *key, *record);
@@ -97,7 +105,7 @@ KrvBool KrvGetSlot(KrvCallContext* context, const SlotKey* key, SlotRecord* reco
 
 KrvBool KrvGetSide(KrvCallContext* context, const SideKey* key, SideRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
         if (const SideRecord* known = view.ahead.FindSide(*key)) {
@@ -110,7 +118,7 @@ KrvBool KrvGetSide(KrvCallContext* context, const SideKey* key, SideRecord* reco
 
 KrvBool KrvGetNextVolume(KrvCallContext* context, uint32_t previousId, uint32_t* nextId) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, {}}, [&](const View& view) {
         CheckPointer(nextId, function, "next ID");
         *nextId = view.ahead.NextVolume(view.database, previousId);
     });
@@ -118,7 +126,7 @@ KrvBool KrvGetNextVolume(KrvCallContext* context, uint32_t previousId, uint32_t*
 
 KrvBool KrvVolumeDetail(KrvCallContext* context, uint32_t volumeId, VolumeRecord* record) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, VolumeItem(volumeId)}, [&](const View& view) {
         CheckRecord(record, function, "record");
         if (const auto* known = view.ahead.FindVolume(volumeId)) {
             *record = known->record;
@@ -131,7 +139,7 @@ KrvBool KrvVolumeDetail(KrvCallContext* context, uint32_t volumeId, VolumeRecord
 KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t volumeId, char* buffer, uint32_t bufferSize,
                          uint32_t* requiredSize) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, VolumeItem(volumeId)}, [&](const View& view) {
         CheckPointer(requiredSize, function, "required size");
         if (bufferSize > 0) CheckPointer(buffer, function, "buffer");
         const auto* known = view.ahead.FindVolume(volumeId);
@@ -139,32 +147,33 @@ KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t volumeId, char* buffe
             known == nullptr ? krvsim::AspectsOf(view.database, volumeId) : std::string();
         const std::string& list = known == nullptr ? found : known->aspects;
         *requiredSize = static_cast<uint32_t>(list.size());
-        if (!list.empty() && list.size() <= bufferSize) std::memcpy(buffer, list.data(), list.size());
+        if (list.size() <= bufferSize) std::ranges::copy(list, buffer);
     });
 }
 
 KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t volumeId, SideKey* locations, uint32_t always1,
                            uint32_t* count) {
     const char* function = __func__;
-    return LookCall(context, function, [&](const View& view) {
+    return LookCall(context, {function, VolumeItem(volumeId)}, [&](const View& view) {
         CheckPointer(count, function, "count");
         CheckPointer(locations, function, "location array");
         CheckConstant(always1 == 1, function, "fourth argument");
+        CheckRecord(locations, function, "location");
+        const auto* known = view.ahead.FindVolume(volumeId);
+        const bool isKnown = known != nullptr && !known->places.empty();
+        const std::vector<SideKey> found =
+            isKnown ? std::vector<SideKey>() : krvsim::LocationsOf(view.database, volumeId);
+        const auto total = static_cast<uint32_t>(isKnown ? known->places.size() : found.size());
         // A caller that asks for the first time passes one element and count 0; for the second time,
         // as many elements as the count of the first call says.
-        const uint32_t room = *count == 0 ? 1 : *count;
-        const std::span<SideKey> elements(locations, room);
-        for (const SideKey& element : elements)
-            CheckRecord(&element, function, "location");
-        const auto* known = view.ahead.FindVolume(volumeId);
-        if (known == nullptr || known->places.empty()) {
-            *count = krvsim::LocationsOf(view.database, volumeId, elements);
-            return;
+        const uint32_t room = std::min(std::max(*count, 1U), total);
+        for (uint32_t place = 0; place < room; ++place) {
+            CheckRecord(&locations[place], function, "location");
         }
-        *count = static_cast<uint32_t>(known->places.size());
-        for (size_t place = 0; place < std::min<size_t>(room, *count); ++place) {
-            elements[place] = known->places[place].place;
+        for (uint32_t place = 0; place < room; ++place) {
+            locations[place] = isKnown ? known->places[place].place : found[place];
         }
+        *count = total;
     });
 }
 
@@ -172,51 +181,52 @@ KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t volumeId, SideKey* 
 
 KrvBool KrvVolumeSetAspects(KrvCallContext* context, uint32_t volumeId, const char* text, uint32_t always1) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, WithText(VolumeItem(volumeId), text)}, [&](Database& database) {
         CheckPointer(text, function, "text");
         CheckConstant(always1 == 1, function, "fourth argument");
-        krvsim::SetDirectory(database, volumeId, text);
+        return krvsim::SetDirectory(database, volumeId, text);
     });
 }
 
 KrvBool KrvVolumeActivate(KrvCallContext* context, uint32_t volumeId, const void* alwaysNull) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, VolumeItem(volumeId)}, [&](Database& database) {
         CheckConstant(alwaysNull == nullptr, function, "third argument");
-        krvsim::SwitchVolume(database, volumeId, Switch::On);
+        return krvsim::SwitchVolume(database, volumeId, Switch::On);
     });
 }
 
 KrvBool KrvVolumeDeactivate(KrvCallContext* context, uint32_t volumeId) {
-    return ChangeCall(context, __func__,
-                      [&](Database& database) { krvsim::SwitchVolume(database, volumeId, Switch::Off); });
+    return ChangeCall(context, {__func__, VolumeItem(volumeId)}, [&](Database& database) {
+        return krvsim::SwitchVolume(database, volumeId, Switch::Off);
+    });
 }
 
 KrvBool KrvVolumeErase(KrvCallContext* context, const SideKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::EraseSide(database, *key);
+        return krvsim::EraseSide(database, *key);
     });
 }
 
 KrvBool KrvVolumeFinalize(KrvCallContext* context, const SideKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::FinalizeMedium(database, *key);
+        return krvsim::FinalizeMedium(database, *key);
     });
 }
 
 KrvBool KrvVolumeFormat(KrvCallContext* context, const SideKey* key, const FormatOptions* options) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
         CheckRecord(options, function, "options record");
         const void* end = std::memchr(options->label, '\0', sizeof(options->label));
         CheckConstant(end != nullptr, function, "label");
         CheckConstant(options->alwaysZero == 0, function, "field at 268");
-        krvsim::FormatSide(database, *key, options->label, options->sequential != 0);
+        return krvsim::FormatSide(database, *key, options->label, options->sequential != 0);
     });
 }
 
@@ -224,27 +234,30 @@ KrvBool KrvVolumeFormat(KrvCallContext* context, const SideKey* key, const Forma
 
 KrvBool KrvMediaImport(KrvCallContext* context, const SlotKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::ImportMedium(database, *key);
+        return krvsim::ImportMedium(database, *key);
     });
 }
 
 KrvBool KrvMediaExport(KrvCallContext* context, const SlotKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::ExportMedium(database, *key);
+        return krvsim::ExportMedium(database, *key);
     });
 }
 
 KrvBool KrvMediaScan(KrvCallContext* context, const SideKey* key) {
     const char* function = __func__;
     return krvsim::SessionCall(context, function, [&](Session& session) {
-        CheckRecord(key, function, "key");
         krvsim::ScanResult result;
-        session.Write([&](Database& database) { result = krvsim::ScanMedium(database, *key); });
-        if (result.refusal.has_value()) throw *result.refusal;
+        session.Write({function, ItemOf(key)}, [&](Database& database) {
+            CheckRecord(key, function, "key");
+            result = krvsim::ScanMedium(database, *key);
+            return result.change;
+        });
+        if (result.refusal.has_value()) throw krvsim::Refusal(*result.refusal);
     });
 }
 
@@ -252,58 +265,58 @@ KrvBool KrvMediaScan(KrvCallContext* context, const SideKey* key) {
 
 KrvBool KrvActivateJukebox(KrvCallContext* context, const JukeboxKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::SwitchJukebox(database, *key, Switch::On);
+        return krvsim::SwitchJukebox(database, *key, Switch::On);
     });
 }
 
 KrvBool KrvDeactivateJukebox(KrvCallContext* context, const JukeboxKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::SwitchJukebox(database, *key, Switch::Off);
+        return krvsim::SwitchJukebox(database, *key, Switch::Off);
     });
 }
 
 KrvBool KrvActivateMagazine(KrvCallContext* context, const MagazineKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::SwitchMagazine(database, *key, Switch::On);
+        return krvsim::SwitchMagazine(database, *key, Switch::On);
     });
 }
 
 KrvBool KrvDeactivateMagazine(KrvCallContext* context, const MagazineKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::SwitchMagazine(database, *key, Switch::Off);
+        return krvsim::SwitchMagazine(database, *key, Switch::Off);
     });
 }
 
 KrvBool KrvActivateDrive(KrvCallContext* context, const DriveKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::SwitchDrive(database, *key, Switch::On);
+        return krvsim::SwitchDrive(database, *key, Switch::On);
     });
 }
 
 KrvBool KrvDeactivateDrive(KrvCallContext* context, const DriveKey* key) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        krvsim::SwitchDrive(database, *key, Switch::Off);
+        return krvsim::SwitchDrive(database, *key, Switch::Off);
     });
 }
 
 KrvBool KrvJukeboxSetName(KrvCallContext* context, const JukeboxKey* key, const char* newName) {
     const char* function = __func__;
-    return ChangeCall(context, function, [&](Database& database) {
+    return ChangeCall(context, {function, WithText(ItemOf(key), newName)}, [&](Database& database) {
         CheckRecord(key, function, "key");
         CheckPointer(newName, function, "new name");
-        krvsim::RenameJukebox(database, *key, newName);
+        return krvsim::RenameJukebox(database, *key, newName);
     });
 }
 
@@ -313,14 +326,14 @@ KrvBool KrvServiceStart(KrvCallContext* context, const char* serverName) {
     const char* function = __func__;
     return Call(context, function, [&] {
         CheckPointer(serverName, function, "server name");
-        krvsim::StartServer(serverName);
+        krvsim::StartServer(serverName, {function, WithText({}, serverName)});
     });
 }
 
 KrvBool KrvServiceStop(KrvCallContext* context) {
-    return ChangeCall(context, __func__, [&](Database& database) { krvsim::StopService(database); });
+    return ChangeCall(context, {__func__, {}}, krvsim::StopService);
 }
 
 KrvBool KrvServiceRestart(KrvCallContext* context) {
-    return ChangeCall(context, __func__, [&](Database& database) { krvsim::RestartService(database); });
+    return ChangeCall(context, {__func__, {}}, krvsim::RestartService);
 }

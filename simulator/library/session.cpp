@@ -1,10 +1,10 @@
 #include "simulator/library/session.h"
 
 #include <filesystem>
+#include <memory>
 
 #include "simulator/farms/demonstration.h"
 #include "simulator/store/farm_file.h"
-#include "simulator/store/rows.h"
 #include "simulator/world/refusal.h"
 #include "simulator/world/switching.h"
 
@@ -12,83 +12,58 @@ namespace krvsim {
 namespace {
 
 std::unique_ptr<Database> OpenServer(const std::string& server) {
-    if (!IsDemonstrationServer(server)) return OpenFarm(server, nullptr);
-    return OpenFarm(server, [&](Database& database) { FillDemonstrationFarm(database, server); });
+    std::unique_ptr<Database> database;
+    if (IsDemonstrationServer(server)) {
+        database = OpenFarm(server, [&](Database& empty) { FillDemonstrationFarm(empty, server); });
+    } else {
+        database = OpenFarm(server, nullptr);
+    }
+    // The file's time tells when the server was last used; looks leave no other trace.
+    std::error_code ignored;
+    std::filesystem::last_write_time(database->GetFile(), std::filesystem::file_time_type::clock::now(),
+                                     ignored);
+    return database;
 }
 
 }  // namespace
 
-Session::Session(std::string server)
-    : m_server(std::move(server)), m_database(OpenServer(m_server)), m_watch(m_database->GetConnection()) {
-    Rows state(*m_database, Sql::ServerState);
-    state.Next();
-    if (!state.Flag(0)) throw Refuse(Code::ServiceStopped, {m_server});
-    m_epoch = state.Integer(1);
-    // The file's time tells when the server was last used; looks leave no other trace.
-    std::error_code ignored;
-    std::filesystem::last_write_time(m_database->GetFile(), std::filesystem::file_time_type::clock::now(),
-                                     ignored);
+Session::Session(const std::string& server, uint64_t handle)
+    : m_server(server), m_handle(handle), m_connection(OpenServer(server)) {
+    m_epoch = m_connection.Refresh().epoch;
+    Read({"KrvSessionCreate", WithText({}, m_server.c_str())}, [](const View&) {});
 }
 
-void Session::RequireRunning() {
-    Rows state(*m_database, Sql::ServerState);
-    state.Next();
-    if (!state.Flag(0)) throw Refuse(Code::ServiceStopped, {m_server});
-    if (state.Integer(1) != m_epoch) throw Refuse(Code::SessionEnded, {m_server});
+void Session::RequireRunning() const {
+    const ServerState& state = m_connection.GetState();
+    if (!state.isRunning) throw Refuse(Code::ServiceStopped, {m_server});
+    if (state.epoch != m_epoch) throw Refuse(Code::SessionEnded, {m_server});
 }
 
-void Session::EndView() {
-    if (!m_isViewOpen) return;
-    m_isViewOpen = false;
-    m_ahead.Forget();
-    Run(*m_database, Sql::Commit);
-}
-
-void Session::PrepareRead() {
-    if (m_isViewOpen && !m_watch.HasChanged()) return;
-    m_database->StartWaiting();
-    EndView();
-    m_watch.Remember();
-    Run(*m_database, Sql::BeginRead);
-    m_isViewOpen = true;
-    try {
+void Session::Write(const CallInfo& call, const Change& change) {
+    const std::scoped_lock lock(m_mutex);
+    const auto work = [&](Database& database) {
         RequireRunning();
-    } catch (...) {
-        // The next call looks again: the service may be running by then.
-        UndoChange();
-        throw;
+        return change(database);
+    };
+    if (IsObserved(m_connection.Refresh())) {
+        ObserveChange(m_connection, m_handle, call, work);
+    } else {
+        m_connection.Change([&](Database& database) { (void)work(database); });
     }
 }
 
-void Session::BeginChange() {
-    m_database->StartWaiting();
-    EndView();
-    Run(*m_database, Sql::BeginChange);
-    try {
-        RequireRunning();
-    } catch (...) {
-        UndoChange();
-        throw;
+void Session::Close(const CallInfo& call) {
+    const std::scoped_lock lock(m_mutex);
+    if (IsObserved(m_connection.Refresh())) ObserveLook(m_connection, m_handle, call, [](const View&) {});
+}
+
+void StartServer(const std::string& server, const CallInfo& call) {
+    Connection connection(OpenServer(server));
+    if (IsObserved(connection.Refresh())) {
+        ObserveChange(connection, 0, call, StartService);
+    } else {
+        connection.Change([](Database& database) { (void)StartService(database); });
     }
-}
-
-void Session::CommitChange() {
-    Run(*m_database, Sql::Commit);
-}
-
-void Session::UndoChange() {
-    m_isViewOpen = false;
-    m_ahead.Forget();
-    if (sqlite3_get_autocommit(m_database->GetConnection()) == 0) {
-        sqlite3_exec(m_database->GetConnection(), "ROLLBACK", nullptr, nullptr, nullptr);
-    }
-}
-
-void StartServer(const std::string& server) {
-    const std::unique_ptr<Database> database = OpenServer(server);
-    Run(*database, Sql::BeginChange);
-    StartService(*database);
-    Run(*database, Sql::Commit);
 }
 
 }  // namespace krvsim

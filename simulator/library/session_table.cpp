@@ -10,12 +10,15 @@ SessionTable& SessionTable::Instance() {
     return table;
 }
 
-KrvSession SessionTable::Add(std::shared_ptr<Session> session) {
+KrvSession SessionTable::Reserve() {
     const std::scoped_lock lock(m_mutex);
     // The process stands in the upper half, so that a journal can tell the sessions of all apart.
-    const KrvSession handle = KrvSession{ProcessId()} << 32U | ++m_last;
+    return KrvSession{ProcessId()} << 32U | ++m_last;
+}
+
+void SessionTable::Add(KrvSession handle, std::shared_ptr<Session> session) {
+    const std::scoped_lock lock(m_mutex);
     m_sessions.emplace(handle, std::move(session));
-    return handle;
 }
 
 std::shared_ptr<Session> SessionTable::Find(KrvSession handle) {
@@ -25,13 +28,13 @@ std::shared_ptr<Session> SessionTable::Find(KrvSession handle) {
     return found->second;
 }
 
-void SessionTable::Remove(KrvSession handle) {
-    std::shared_ptr<Session> last;  // ends after the lock is gone
+std::shared_ptr<Session> SessionTable::Remove(KrvSession handle) {
     const std::scoped_lock lock(m_mutex);
     const auto found = m_sessions.find(handle);
     if (found == m_sessions.end()) throw Refuse(Code::NoSession, {std::to_string(handle)});
-    last = std::move(found->second);
+    std::shared_ptr<Session> session = std::move(found->second);
     m_sessions.erase(found);
+    return session;
 }
 
 }  // namespace krvsim

@@ -15,13 +15,14 @@ class SessionTable {
     // The process's own table.
     static SessionTable& Instance();
 
-    // Handles are never 0 and never given out twice.
-    KrvSession Add(std::shared_ptr<Session> session);
+    // A handle for a session that is about to be opened; never 0 and never given out twice.
+    KrvSession Reserve();
+    void Add(KrvSession handle, std::shared_ptr<Session> session);
 
     // Refuses a handle that is not open. A session that is closed by another thread meanwhile lives
     // on until its last call is over.
     std::shared_ptr<Session> Find(KrvSession handle);
-    void Remove(KrvSession handle);
+    std::shared_ptr<Session> Remove(KrvSession handle);
 
   private:
     std::mutex m_mutex;

@@ -53,8 +53,9 @@ Database::Database(std::filesystem::path file) : m_file(std::move(file)) {
 int Database::WaitForOthers(void* database, int attempt) {
     const auto* self = static_cast<const Database*>(database);
     if (!self->MayStillWait()) return 0;
-    const int64_t spread = static_cast<int64_t>(ProcessId() % 7);
-    std::this_thread::sleep_for(std::chrono::microseconds(500 * std::min(attempt + 1, 20) + 100 * spread));
+    const auto spread = static_cast<int64_t>(ProcessId() % 7);
+    std::this_thread::sleep_for(
+        std::chrono::microseconds(500 * std::min<int64_t>(attempt + 1, 20) + 100 * spread));
     return 1;
 }
 

@@ -4,6 +4,7 @@
 
 #include "simulator/platform/platform.h"
 #include "simulator/store/schema.h"
+#include "simulator/store/transaction.h"
 #include "simulator/world/refusal.h"
 
 namespace krvsim {
@@ -60,18 +61,6 @@ void Prepare(Database& database) {
     // A commit reaches the operating system before it is acknowledged, which a killed process
     // cannot undo. Waiting for the disk too would guard the simulated world from power cuts.
     database.Execute("PRAGMA synchronous = NORMAL; PRAGMA cache_size = -16384;");
-}
-
-// Runs `change` in a transaction that no other process can write beside.
-void InTransaction(Database& database, const std::function<void()>& change) {
-    database.Execute("BEGIN IMMEDIATE");
-    try {
-        change();
-        database.Execute("COMMIT");
-    } catch (...) {
-        sqlite3_exec(database.GetConnection(), "ROLLBACK", nullptr, nullptr, nullptr);
-        throw;
-    }
 }
 
 void BringForward(Database& database) {

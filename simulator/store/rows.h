@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <type_traits>
 
@@ -33,6 +34,7 @@ class Rows {
     int64_t Integer(int column) const { return sqlite3_column_int64(m_statement, column); }
     int32_t Number(int column) const { return static_cast<int32_t>(Integer(column)); }
     uint32_t Unsigned(int column) const { return static_cast<uint32_t>(Integer(column)); }
+    double Real(int column) const { return sqlite3_column_double(m_statement, column); }
     bool Flag(int column) const { return Integer(column) != 0; }
 
     // Valid until the next row.
@@ -50,6 +52,9 @@ class Rows {
             const std::string_view text = value;
             result = sqlite3_bind_text64(m_statement, position, text.data() == nullptr ? "" : text.data(),
                                          text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+        } else if constexpr (std::is_same_v<Value, std::optional<int64_t>>) {
+            result = value.has_value() ? sqlite3_bind_int64(m_statement, position, value.value_or(0))
+                                       : sqlite3_bind_null(m_statement, position);
         } else {
             static_assert(std::is_integral_v<Value> || std::is_enum_v<Value>);
             result = sqlite3_bind_int64(m_statement, position, static_cast<int64_t>(value));

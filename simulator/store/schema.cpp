@@ -21,6 +21,12 @@ namespace {
 //   date with `enabled` and the places of its media by every change.
 // magazine.first_slot: the absolute number of its first slot.
 // jukebox.slot_count: the slots of its present magazines.
+// server.epoch: grows with every start of the service; sessions of an older one are over.
+// server.fault_count: the rows of `fault`. server.journal_limit: the rows that `journal` keeps, 0 while
+//   it is switched off; journal_start: the last row from before it was switched on.
+// fault.function: the name of a function, or "*" for every one. The numbers of its item are null
+//   where any will do; `times` null: for ever; `code` null: only a delay (in milliseconds).
+// journal.time and duration: microseconds; argument: the text that came with the call.
 constexpr const char* kVersion1 = R"sql(
 CREATE TABLE server (
   id INTEGER PRIMARY KEY CHECK (id = 1),
@@ -29,7 +35,8 @@ CREATE TABLE server (
   epoch INTEGER NOT NULL,
   next_volume INTEGER NOT NULL CHECK (next_volume > 0),
   fault_count INTEGER NOT NULL DEFAULT 0,
-  journal_limit INTEGER NOT NULL DEFAULT 0
+  journal_limit INTEGER NOT NULL DEFAULT 0,
+  journal_start INTEGER NOT NULL DEFAULT 0
 ) STRICT;
 
 CREATE TABLE jukebox (
@@ -141,7 +148,8 @@ CREATE TABLE journal (
   process INTEGER NOT NULL,
   session INTEGER NOT NULL,
   function TEXT NOT NULL,
-  item TEXT NOT NULL,
+  jukebox INTEGER, magazine INTEGER, slot INTEGER, side INTEGER, drive INTEGER, volume INTEGER,
+  argument TEXT NOT NULL,
   succeeded INTEGER NOT NULL,
   code INTEGER NOT NULL,
   text TEXT NOT NULL,

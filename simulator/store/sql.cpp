@@ -56,6 +56,8 @@ constexpr std::array<const char*, kSqlCount> kTexts = {
     " CROSS JOIN slot s ON s.jukebox = d.jukebox AND s.magazine = d.magazine AND s.number = d.slot"
     " WHERE i.volume BETWEEN ?1 AND ?2 AND i.volume IS NOT NULL AND d.place = 1 AND g.present = 1"
     " ORDER BY i.volume, i.part",
+    "SELECT id, jukebox, magazine, slot, side, drive, volume, skip, times, probability, seed, code, text,"
+    " delay, matched, fired FROM fault WHERE function IN (?1, '*')",
     "SELECT id FROM medium WHERE place = 2 AND jukebox = ?1 AND magazine = 0 ORDER BY slot LIMIT 1",
     "SELECT slot FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0 ORDER BY slot DESC LIMIT 1",
     "SELECT s.magazine, s.number FROM slot s CROSS JOIN magazine g"
@@ -93,6 +95,11 @@ constexpr std::array<const char*, kSqlCount> kTexts = {
     "UPDATE jukebox SET slot_count = slot_count + ?2 WHERE id = ?1",
     "UPDATE drive SET enabled = ?3 WHERE jukebox = ?1 AND number = ?2",
     "UPDATE server SET running = ?1, epoch = epoch + ?2 WHERE id = 1",
+    "UPDATE fault SET matched = ?2, fired = ?3 WHERE id = ?1",
+    "INSERT INTO journal (time, duration, process, session, function, jukebox, magazine, slot, side, drive,"
+    " volume, argument, succeeded, code, text, change)"
+    " VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16) RETURNING id",
+    "DELETE FROM journal WHERE id <= ?1",
 };
 
 }  // namespace

@@ -34,6 +34,7 @@ enum class Sql {
     VolumesAhead,
     DirectoriesAhead,
     PlacesAhead,
+    FaultsOfFunction,
     NextWaiting,
     LastInStation,
     FirstEmptySlot,
@@ -62,6 +63,9 @@ enum class Sql {
     AddToSlotCount,
     SetDriveEnabled,
     SetRunning,
+    CountFault,
+    AddJournalEntry,
+    TrimJournal,
     Count
 };
 

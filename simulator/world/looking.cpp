@@ -93,16 +93,14 @@ std::string AspectsOf(Database& database, uint32_t volume) {
     return list;
 }
 
-uint32_t LocationsOf(Database& database, uint32_t volume, std::span<SideKey> room) {
-    uint32_t count = 0;
+std::vector<SideKey> LocationsOf(Database& database, uint32_t volume) {
+    std::vector<SideKey> locations;
     Rows rows(database, Sql::Locations, volume);
     while (rows.Next()) {
-        if (count < room.size()) {
-            room[count] = {sizeof(SideKey), rows.Number(0), rows.Number(1), rows.Number(2), rows.Number(3)};
-        }
-        ++count;
+        locations.push_back(
+            {sizeof(SideKey), rows.Number(0), rows.Number(1), rows.Number(2), rows.Number(3)});
     }
-    if (count > 0) return count;
+    if (!locations.empty()) return locations;
     Rows owner(database, Sql::Volume, volume);
     if (volume == 0 || !owner.Next()) throw Refuse(Code::NoVolume, {std::to_string(volume)});
     throw Refuse(Code::NoLocation, {std::to_string(volume)});

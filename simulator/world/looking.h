@@ -3,8 +3,8 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
+#include <vector>
 
 #include "krvcmd/service/krv_sdk.h"
 #include "simulator/store/database.h"
@@ -28,7 +28,7 @@ void LookAtVolume(Database& database, uint32_t volume, VolumeRecord& record);
 // The volume's directory names, each ended by a NUL, and one more NUL; empty when it has none.
 std::string AspectsOf(Database& database, uint32_t volume);
 
-// Writes as many locations as there is room for and returns how many there are; code 500 for none.
-uint32_t LocationsOf(Database& database, uint32_t volume, std::span<SideKey> room);
+// Where the volume lies, in the order of its parts; code 500 when it lies nowhere.
+std::vector<SideKey> LocationsOf(Database& database, uint32_t volume);
 
 }  // namespace krvsim

@@ -56,13 +56,13 @@ void RequireVolume(Database& database, int32_t volume) {
 SlotPlace ResolveSlot(Database& database, int32_t jukebox, int32_t magazine, int32_t slot) {
     if (magazine != -1) return {jukebox, magazine, slot};
     const std::string name = JukeboxName(database, jukebox);
-    const Refusal beyond = Refuse(Code::NoAbsoluteSlot, {Shown(slot), name});
+    const auto beyond = [&] { return Refuse(Code::NoAbsoluteSlot, {Shown(slot), name}); };
     Rows rows(database, Sql::AbsoluteSlot, jukebox, slot);
-    if (slot < 0 || !rows.Next()) throw beyond;
+    if (slot < 0 || !rows.Next()) throw beyond();
     const SlotPlace place{jukebox, rows.Number(0), slot - rows.Number(1)};
-    if (place.slot >= rows.Number(2)) throw beyond;
+    if (place.slot >= rows.Number(2)) throw beyond();
     Rows gap(database, Sql::FirstGap, jukebox);
-    if (gap.Next() && gap.Number(0) <= place.magazine) throw beyond;
+    if (gap.Next() && gap.Number(0) <= place.magazine) throw beyond();
     return place;
 }
 

@@ -38,9 +38,8 @@ uint32_t ReadAhead::NextVolume(Database& database, uint32_t previous) {
         m_lastAnswer = krvsim::NextVolume(database, previous);
         return m_lastAnswer;
     }
-    if (m_current >= m_count || m_batch[m_current].id != previous) {
-        ReadBatch(database, previous);
-    } else if (m_current + 1 < m_count) {
+    const bool isAhead = m_current + 1 < m_count && m_batch[m_current].id == previous;
+    if (isAhead) {
         ++m_current;
     } else {
         ReadBatch(database, previous);

@@ -65,8 +65,8 @@ KrvBool CallAct(KrvCallContext* context) {
     return Function(context, &key);
 }
 
-const std::vector<FunctionCall>& SessionCalls() {
-    static const std::vector<FunctionCall> calls = {
+std::vector<FunctionCall> LookCalls() {
+    return {
         {"KrvGetNextJukebox",
          [](KrvCallContext* context) {
              uint32_t next = 0;
@@ -98,6 +98,11 @@ const std::vector<FunctionCall>& SessionCalls() {
              uint32_t count = 0;
              return KrvVolumeLocations(context, 33, &location, 1, &count);
          }},
+    };
+}
+
+std::vector<FunctionCall> ActCalls() {
+    return {
         {"KrvVolumeSetAspects",
          [](KrvCallContext* context) { return KrvVolumeSetAspects(context, 33, "new\\name", 1); }},
         {"KrvVolumeActivate",
@@ -140,6 +145,12 @@ const std::vector<FunctionCall>& SessionCalls() {
         {"KrvServiceStop", &KrvServiceStop},
         {"KrvServiceRestart", &KrvServiceRestart},
     };
+}
+
+std::vector<FunctionCall> SessionCalls() {
+    std::vector<FunctionCall> calls = LookCalls();
+    const std::vector<FunctionCall> acting = ActCalls();
+    calls.insert(calls.end(), acting.begin(), acting.end());
     return calls;
 }
 

@@ -1,4 +1,4 @@
-#include <stdlib.h>
+#include <cstdlib>
 
 #include "tests/unit/simulator/support/farm_home.h"
 

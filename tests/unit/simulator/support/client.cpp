@@ -45,7 +45,7 @@ Client::~Client() {
 
 Outcome Client::Close() {
     Context context(m_session);
-    const Outcome outcome = context.Result(KrvSessionClose(context.Get()));
+    Outcome outcome = context.Result(KrvSessionClose(context.Get()));
     m_session = 0;
     return outcome;
 }
@@ -127,12 +127,12 @@ Outcome Client::Aspects(uint32_t volume, std::vector<std::string>& aspects) {
     Context first(m_session);
     char small = '\x7F';
     uint32_t required = 0;
-    const Outcome outcome = first.Result(KrvVolumeAspects(first.Get(), volume, &small, 1, &required));
+    Outcome outcome = first.Result(KrvVolumeAspects(first.Get(), volume, &small, 1, &required));
     EXPECT_EQ(small, '\x7F') << "a buffer that is too small is left alone";
     if (!outcome.ok || required == 0) return outcome;
     std::string buffer(required, '\x7F');
     Context second(m_session);
-    const Outcome result =
+    Outcome result =
         second.Result(KrvVolumeAspects(second.Get(), volume, buffer.data(), required, &required));
     for (size_t start = 0; start < buffer.size() && buffer[start] != '\0';) {
         aspects.emplace_back(buffer.data() + start);
@@ -146,8 +146,7 @@ Outcome Client::Locations(uint32_t volume, std::vector<SideKey>& locations) {
     locations.assign(1, unset);
     uint32_t count = 0;
     Context first(m_session);
-    const Outcome outcome =
-        first.Result(KrvVolumeLocations(first.Get(), volume, locations.data(), 1, &count));
+    Outcome outcome = first.Result(KrvVolumeLocations(first.Get(), volume, locations.data(), 1, &count));
     if (!outcome.ok || count < 2) return outcome;
     locations.assign(count, unset);
     Context second(m_session);
@@ -263,21 +262,21 @@ Outcome Client::RestartService() {
 
 uint32_t Client::SlotState(const Slot& slot) {
     SlotRecord record{};
-    const Outcome outcome = GetSlot(slot, record);
+    Outcome outcome = GetSlot(slot, record);
     EXPECT_TRUE(outcome.ok) << Describe(outcome);
     return record.state;
 }
 
 SideRecord Client::SideOf(const Slot& slot, int32_t side) {
     SideRecord record{};
-    const Outcome outcome = Side(slot, side, record);
+    Outcome outcome = Side(slot, side, record);
     EXPECT_TRUE(outcome.ok) << Describe(outcome);
     return record;
 }
 
 VolumeRecord Client::VolumeOf(uint32_t volume) {
     VolumeRecord record{};
-    const Outcome outcome = Volume(volume, record);
+    Outcome outcome = Volume(volume, record);
     EXPECT_TRUE(outcome.ok) << Describe(outcome);
     return record;
 }

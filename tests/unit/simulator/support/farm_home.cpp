@@ -10,7 +10,7 @@ namespace {
 std::filesystem::path NewFolder() {
     std::random_device random;
     while (true) {
-        const std::filesystem::path folder =
+        std::filesystem::path folder =
             std::filesystem::temp_directory_path() / ("krvsim-test-" + std::to_string(random()));
         if (std::filesystem::create_directory(folder)) return folder;
     }
