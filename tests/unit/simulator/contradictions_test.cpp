@@ -32,45 +32,41 @@ TEST(Contradictions, EachIsFoundAndNothingElse) {
         {"volume = [ { id = 1 }, { id = 1 } ]", "2: volume 1 is there twice"},
         {"volume = [ { id = 1, total = 5, free = 6 } ]", "2: volume 1 has more free bytes than bytes"},
         {"next_volume = 9\nvolume = [ { id = 9 } ]", "3: volume 9 is not below next_volume, 9"},
-        {"volume = [ { id = 1, directories = [\"\"] } ]", "2: volume 1 has an empty directory name"},
-        {"volume = [ { id = 1, directories = [\"d\"] },\n { id = 2, directories = [\"d\"] } ]",
-         "3: volume 2 has the directory name \"d\", which is there twice"},
+        {R"(volume = [ { id = 1, directories = [""] } ])", "2: volume 1 has an empty directory name"},
+        {R"(volume = [ { id = 1, directories = ["d"] },
+ { id = 2, directories = ["d"] } ])",
+         R"(3: volume 2 has the directory name "d", which is there twice)"},
         {"volume = [ { id = -1 } ]", "2: volume -1 lies on no medium, but the service has never seen it"},
-        {"volume = [ { id = -1, directories = [\"d\"] } ]\nshelf = [ { type = \"CD-R\", a = -1 } ]",
+        {R"(volume = [ { id = -1, directories = ["d"] } ]
+shelf = [ { type = "CD-R", a = -1 } ])",
          "2: volume -1 has a directory name, but the service has never seen it"},
-        {"shelf = [ { type = \"CD-R\", a = 4 } ]", "2: volume 4 in the shelf is not declared"},
-        {"volume = [ { id = 4 } ]\nshelf = [ { type = \"CD-R\", a = { volume = 4, content = \"blank\" } } ]",
+        {R"(shelf = [ { type = "CD-R", a = 4 } ])", "2: volume 4 in the shelf is not declared"},
+        {R"(volume = [ { id = 4 } ]
+shelf = [ { type = "CD-R", a = { volume = 4, content = "blank" } } ])",
          "3: volume 4 in the shelf lies on a side without a file system"},
-        {"volume = [ { id = 4 } ]\nshelf = [ { type = \"CD-R\", a = 4 }, { type = \"CD-R\", a = 4 } ]",
+        {R"(volume = [ { id = 4 } ]
+shelf = [ { type = "CD-R", a = 4 }, { type = "CD-R", a = 4 } ])",
          "2: volume 4 is a disc, but lies on 2 sides"},
-        {"volume = [ { id = 4, type = \"mirror\" } ]\nshelf = [ { type = \"CD-R\", a = 4 }, { type = "
-         "\"CD-R\", a = 4 } "
-         "]",
+        {R"(volume = [ { id = 4, type = "mirror" } ]
+shelf = [ { type = "CD-R", a = 4 }, { type = "CD-R", a = 4 } ])",
          ""},
-        {"jukebox = [ { id = 1, name = \"\" } ]", "2: jukebox 1 has an empty name"},
-        {"jukebox = [ { id = 1, name = \"x\" }, { id = 1, name = \"y\" } ]", "2: jukebox 1 is there twice"},
-        {"jukebox = [ { id = 1, name = \"x\", magazine = [ { slots = 2, media = [ { slot = 3, type = "
-         "\"CD-R\", a = "
-         "\"blank\" } ] } ] } ]",
+        {R"(jukebox = [ { id = 1, name = "" } ])", "2: jukebox 1 has an empty name"},
+        {R"(jukebox = [ { id = 1, name = "x" }, { id = 1, name = "y" } ])", "2: jukebox 1 is there twice"},
+        {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 2, media = [ { slot = 3, type = "CD-R", a = "blank" } ] } ] } ])",
          "2: slot 3 of magazine 1 of jukebox 1 does not exist"},
-        {"jukebox = [ { id = 1, name = \"x\", magazine = [ { slots = 2, unknown = [3] } ] } ]",
+        {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 2, unknown = [3] } ] } ])",
          "2: slot 3 of magazine 1 of jukebox 1 does not exist"},
-        {"jukebox = [ { id = 1, name = \"x\", magazine = [ { slots = 2, unknown = [1], scan_failed = [1] } ] "
-         "} ]",
+        {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 2, unknown = [1], scan_failed = [1] } ] } ])",
          "2: slot 1 of magazine 1 of jukebox 1 has two states"},
-        {"jukebox = [ { id = 1, name = \"x\", magazine = [ { slots = 2, media = [ { slot = 1, type = "
-         "\"CD-R\", a = "
-         "\"blank\" }, { slot = 1, type = \"CD-R\", a = \"blank\" } ] } ] } ]",
+        {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 2, media = [ { slot = 1, type = "CD-R", a = "blank" }, { slot = 1, type = "CD-R", a = "blank" } ] } ] } ])",
          "2: slot 1 of magazine 1 of jukebox 1 holds two media"},
-        {"jukebox = [ { id = 1, name = \"x\", magazine = [ { slots = 2, not_present = [1], media = [ { slot "
-         "= 1, type "
-         "= \"CD-R\", a = \"blank\" } ] } ] } ]",
+        {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 2, not_present = [1], media = [ { slot = 1, type = "CD-R", a = "blank" } ] } ] } ])",
          "2: slot 1 of magazine 1 of jukebox 1 is not present, but holds a medium"},
-        {"volume = [ { id = -1 } ]\njukebox = [ { id = 1, name = \"x\", exported = [ { type = \"CD-R\", a = "
-         "-1 } ] } ]",
+        {R"(volume = [ { id = -1 } ]
+jukebox = [ { id = 1, name = "x", exported = [ { type = "CD-R", a = -1 } ] } ])",
          "3: volume -1 in the export station of jukebox 1 needs an ID above 0: the service has seen it"},
-        {"volume = [ { id = -1 } ]\njukebox = [ { id = 1, name = \"x\", waiting = [ { type = \"CD-R\", a = "
-         "-1 } ] } ]",
+        {R"(volume = [ { id = -1 } ]
+jukebox = [ { id = 1, name = "x", waiting = [ { type = "CD-R", a = -1 } ] } ])",
          ""},
     };
     for (const ContradictionCase& expected : cases) {
@@ -84,8 +80,8 @@ TEST(Contradictions, EachIsFoundAndNothingElse) {
 }
 
 TEST(Contradictions, AllOfThemAreListed) {
-    EXPECT_EQ(ContradictionsIn("volume = [ { id = 1 }, { id = 1, total = 1, free = 2 } ]\n"
-                               "shelf = [ { type = \"CD-R\", a = 3 } ]")
+    EXPECT_EQ(ContradictionsIn(R"(volume = [ { id = 1 }, { id = 1, total = 1, free = 2 } ]
+shelf = [ { type = "CD-R", a = 3 } ])")
                   .size(),
               3U);
 }

@@ -159,7 +159,7 @@ TEST(LayoutReader, EveryFaultIsListedWithLineAndField) {
     const std::vector<std::string> expected = {
         "farm.toml:1: format: is not 1",
         "farm.toml:2: running: is neither true nor false",
-        "farm.toml:8: volume[1].type: is none of \"disc\", \"mirror\", \"volume set\"",
+        R"(farm.toml:8: volume[1].type: is none of "disc", "mirror", "volume set")",
         "farm.toml:8: volume[1].total: is not a whole number from 0 to 18446744073709551615",
         "farm.toml:9: volume[2]: is not a table",
         "farm.toml:10: volume[3].id: is missing",

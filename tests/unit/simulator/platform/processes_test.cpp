@@ -32,6 +32,7 @@ TEST_F(Processes, FirstContactOfManyAtOnceWorksForAll) {
         FarmHome fresh;
         Signals go;
         std::vector<std::unique_ptr<ChildProcess>> children;
+        children.reserve(8);
         for (int process = 0; process < 8; ++process) {
             children.push_back(std::make_unique<ChildProcess>([&] {
                 go.ListenOnly();
@@ -68,6 +69,7 @@ TEST_F(Processes, EightThatMoveMediaLoseAndDoubleNone) {
         "SELECT group_concat(id || ':' || type) FROM (SELECT id, type FROM medium ORDER BY id)";
     const std::string before = ReadText(m_home.LocalFarm(), media);
     std::vector<std::unique_ptr<ChildProcess>> children;
+    children.reserve(8);
     for (unsigned process = 0; process < 8; ++process) {
         children.push_back(std::make_unique<ChildProcess>([process] { return MoveAtRandom(process); }));
     }
