@@ -110,6 +110,24 @@ TEST_F(QueryOptionsTest, ReplacesDefaultColumnsAndSortOrderWhole) {
     EXPECT_EQ(Output({"query", "jukeboxes", "col=J", "sort=", "notable"}), "8\n11\n");
 }
 
+TEST_F(QueryOptionsTest, SortsByLabelThenMagazineThenSlot) {
+    Farm().AddJukebox(29, "Rack").WithMagazine(3).WithMagazine(3);
+    Farm().AddVolume(41, "disc").At(29, 1, 0, krvfake::kSideA);
+    Farm().AddVolume(42, "disc").At(29, 0, 2, krvfake::kSideA);
+    Farm().AddVolume(43, "disc").At(29, 0, 1, krvfake::kSideA);
+    Farm().AddVolume(44, "card").At(29, 1, 2, krvfake::kSideB);
+    EXPECT_EQ(Output({"query", "volumes", "J@29", "col=ILl", "sort=lms", "notable", "sep=,"}),
+              "44,Rack\\2\\3.B,card\n"
+              "43,Rack\\1\\2.A,disc\n"
+              "42,Rack\\1\\3.A,disc\n"
+              "41,Rack\\2\\1.A,disc\n");
+    EXPECT_EQ(Output({"query", "volumes", "J@29", "col=ILl", "sort=-lms", "notable", "sep=,"}),
+              "41,Rack\\2\\1.A,disc\n"
+              "42,Rack\\1\\3.A,disc\n"
+              "43,Rack\\1\\2.A,disc\n"
+              "44,Rack\\2\\3.B,card\n");
+}
+
 TEST_F(QueryOptionsTest, PrintsNothingWithoutColumns) {
     EXPECT_EQ(Output({"query", "volumes", "col="}), "");
     EXPECT_EQ(Output({"query", "volumes", "col=", "notable"}), "");
