@@ -30,7 +30,7 @@ JukeboxInfo TakeJukebox(BytesReader& reader) {
     FillField(reader, jukebox.record.name);
     jukebox.record.enabled = reader.Take<std::uint8_t>();
     jukebox.record.magazineCount = reader.Take<std::int32_t>();
-    jukebox.record.driveCount = reader.Take<std::int8_t>();
+    jukebox.record.driveCount = reader.Take<std::uint8_t>() - 1;
     jukebox.record.slotCount = reader.Take<std::int32_t>();
     return jukebox;
 }
@@ -49,7 +49,7 @@ VolumeInfo TakeVolume(BytesReader& reader) {
 }
 
 void AddRow(BytesReader& reader, CKrvQueryTable& table) {
-    const std::uint8_t kind = reader.Take<std::uint8_t>();
+    const auto kind = reader.Take<std::uint8_t>();
     if (kind % 6 == 5) {
         table.AddVolumeRow(TakeVolume(reader));
         return;

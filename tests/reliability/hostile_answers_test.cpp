@@ -81,6 +81,7 @@ TEST_F(HostileAnswers, AnEnumerationInCirclesIsEndedAfterAFewRounds) {
         for (const std::int32_t leadIn : {0, 1, 6}) {
             m_library.Reset();
             std::vector<std::int32_t> ids;
+            ids.reserve(2100);
             for (std::int32_t i = 0; i < 20 * length + leadIn; ++i)
                 ids.push_back(i < leadIn ? 1000 + i : 1 + (i - leadIn) % length);
             for (std::int32_t id = 1; id <= length; ++id)
@@ -224,8 +225,8 @@ TEST_F(HostileAnswers, AnyCountsAreShownAsTheyStand) {
         jukebox.claimedMagazines = count;
         jukebox.claimedSlots = count;
         const std::string number = std::to_string(count);
-        EXPECT_EQ(Run({"query", "jukeboxes", "notable", "col=DMS"}).output,
-                  number + "|" + number + "|" + number + "\n");
+        EXPECT_EQ(Run({"query", "jukeboxes", "notable", "col=DMS", "sep=,"}).output,
+                  std::string(number).append(",").append(number).append(",").append(number).append("\n"));
         jukebox.claimedMagazines = 1;
         // A magazine without slots has no cell for their number.
         EXPECT_EQ(Run({"query", "magazines", "notable", "col=mS"}).output,

@@ -74,15 +74,15 @@ std::vector<Cells> RowsOf(const std::string& output) {
 // The columns that are asked for, in this order, and how each is compared. The capacities with units are
 // compared by their bytes, which stand in columns of their own.
 struct SortLetter {
-    char letter;
     std::size_t column;
+    char letter;
     bool isNumber;
 };
 constexpr const char* kColumns = "ILlmsatvofnXYz";
-constexpr SortLetter kSortLetters[] = {{'I', 0, true},  {'L', 1, false}, {'l', 2, false},  {'m', 3, true},
-                                       {'s', 4, true},  {'a', 5, false}, {'t', 6, false},  {'v', 7, false},
-                                       {'o', 8, false}, {'f', 9, false}, {'n', 10, false}, {'X', 11, true},
-                                       {'Y', 12, true}, {'z', 13, true}, {'x', 11, true},  {'y', 12, true}};
+constexpr SortLetter kSortLetters[] = {{0, 'I', true},  {1, 'L', false}, {2, 'l', false},  {3, 'm', true},
+                                       {4, 's', true},  {5, 'a', false}, {6, 't', false},  {7, 'v', false},
+                                       {8, 'o', false}, {9, 'f', false}, {10, 'n', false}, {11, 'X', true},
+                                       {12, 'Y', true}, {13, 'z', true}, {11, 'x', true},  {12, 'y', true}};
 
 class TableProperties : public testing::Test {
   protected:

@@ -18,6 +18,11 @@ extern "C" {
 void* RealMalloc(std::size_t size) asm("__libc_malloc");
 void* RealCalloc(std::size_t count, std::size_t size) asm("__libc_calloc");
 void* RealRealloc(void* memory, std::size_t size) asm("__libc_realloc");
+
+// What takes the place of the usual ones: all of the process's memory comes through these.
+void* GrudgingMalloc(std::size_t size) asm("malloc");
+void* GrudgingCalloc(std::size_t count, std::size_t size) asm("calloc");
+void* GrudgingRealloc(void* memory, std::size_t size) asm("realloc");
 }
 
 namespace krvcmd::reliability {
@@ -128,19 +133,14 @@ StarvedRun RunStarved(const std::vector<std::string>& words, std::size_t firstRe
 
 }  // namespace krvcmd::reliability
 
-// All of the process's memory comes through these.
-extern "C" {
-
-void* malloc(std::size_t size) {
+void* GrudgingMalloc(std::size_t size) {
     return krvcmd::reliability::Refuses() ? nullptr : RealMalloc(size);
 }
 
-void* calloc(std::size_t count, std::size_t size) {
+void* GrudgingCalloc(std::size_t count, std::size_t size) {
     return krvcmd::reliability::Refuses() ? nullptr : RealCalloc(count, size);
 }
 
-void* realloc(void* memory, std::size_t size) {
+void* GrudgingRealloc(void* memory, std::size_t size) {
     return krvcmd::reliability::Refuses() ? nullptr : RealRealloc(memory, size);
 }
-
-}  // extern "C"

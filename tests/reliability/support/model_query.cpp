@@ -28,6 +28,17 @@ Result ForEach(const ModelLibrary& library, Next next, Handle handle) {
     return result;
 }
 
+// Handles each number of a list; the last one's result counts.
+template <class Handle>
+Result EachOf(const std::vector<Numbers>& list, Handle handle) {
+    Result result;
+    for (const Numbers& numbers : list) {
+        for (std::int64_t number = numbers.from; number <= numbers.to; ++number)
+            result = handle(static_cast<std::int32_t>(number));
+    }
+    return result;
+}
+
 }  // namespace
 
 Result ModelQuery::Gather(std::int32_t jukebox) {
@@ -93,47 +104,39 @@ Result ModelQuery::ListDrive(std::int32_t jukebox, std::int32_t drive) {
     return result;
 }
 
+Result ModelQuery::Walk(const Place& address) {
+    return WalkSlots(m_library, {}, address, [this](const Place& place) { return ListSlot(place); });
+}
+
 Result ModelQuery::ListSlotsOrVolumes(std::int32_t jukebox) {
-    const SlotWork list = [this](const Place& place) { return ListSlot(place); };
-    const auto walk = [&](const Place& address) { return WalkSlots(m_library, {}, address, list); };
-    Result result;
     if (!m_order.volumes.empty()) {
-        for (const Numbers& numbers : m_order.volumes) {
-            for (std::int64_t id = numbers.from; id <= numbers.to; ++id)
-                result = ListVolume(-1, static_cast<std::int32_t>(id));
-        }
-        return result;
+        return EachOf(m_order.volumes, [this](std::int32_t id) { return ListVolume(-1, id); });
     }
     if (NamesNoJukebox()) {
         if (m_order.object == Object::Volumes) {
-            return ForEach(m_library, KrvGetNextVolume, [&](std::int32_t id) { return ListVolume(-1, id); });
+            return ForEach(m_library, KrvGetNextVolume,
+                           [this](std::int32_t id) { return ListVolume(-1, id); });
         }
-        return ForEach(m_library, KrvGetNextJukebox, [&](std::int32_t id) { return walk({id, -1, -1, -1}); });
+        return ForEach(m_library, KrvGetNextJukebox, [this](std::int32_t id) {
+            return Walk({id, -1, -1, -1});
+        });
     }
     if (m_order.drive) return Result::System(22);
-    if (m_order.slots.empty()) {
-        if (m_order.magazines.empty()) return walk({jukebox, -1, -1, -1});
-        for (const Numbers& numbers : m_order.magazines) {
-            for (std::int64_t m = numbers.from; m <= numbers.to; ++m)
-                result = walk({jukebox, static_cast<std::int32_t>(m), -1, -1});
-        }
-        return result;
-    }
+    if (!m_order.slots.empty()) return ListAddressedSlots(jukebox);
+    if (m_order.magazines.empty()) return Walk({jukebox, -1, -1, -1});
+    return EachOf(m_order.magazines, [&](std::int32_t m) { return Walk({jukebox, m, -1, -1}); });
+}
+
+Result ModelQuery::ListAddressedSlots(std::int32_t jukebox) {
     const std::int32_t magazine = m_order.magazines.empty() ? -1 : m_order.magazines.front().from;
-    const bool oneSide = m_order.sideA != m_order.sideB;
-    for (const Numbers& numbers : m_order.slots) {
-        for (std::int64_t s = numbers.from; s <= numbers.to; ++s) {
-            const auto slot = static_cast<std::int32_t>(s);
-            if (!oneSide) {
-                result = walk({jukebox, magazine, slot, -1});
-                continue;
-            }
-            // No walk: the numbers go to the library as they stand, only counted from 0.
-            result = ListSlot({jukebox, magazine >= 1 ? magazine - 1 : magazine, slot >= 1 ? slot - 1 : slot,
-                               m_order.sideA ? 0 : 1});
-        }
+    if (m_order.sideA == m_order.sideB) {
+        return EachOf(m_order.slots, [&](std::int32_t slot) { return Walk({jukebox, magazine, slot, -1}); });
     }
-    return result;
+    // No walk: the numbers go to the library as they stand, only counted from 0.
+    const auto fromZero = [](std::int32_t number) { return number >= 1 ? number - 1 : number; };
+    return EachOf(m_order.slots, [&](std::int32_t slot) {
+        return ListSlot({jukebox, fromZero(magazine), fromZero(slot), m_order.sideA ? 0 : 1});
+    });
 }
 
 Result ModelQuery::ListSlot(const Place& place) {

@@ -25,6 +25,9 @@ class ModelQuery {
     Result ListDrives(std::int32_t jukebox);
     Result ListDrive(std::int32_t jukebox, std::int32_t drive);
     Result ListSlotsOrVolumes(std::int32_t jukebox);
+    Result ListAddressedSlots(std::int32_t jukebox);
+    // `address` as the user counts.
+    Result Walk(const Place& address);
     Result ListSlot(const Place& place);
     Result ListVolume(std::int32_t jukebox, std::int32_t volume);
     Result ReadDirectories(std::int32_t volume);
