@@ -55,6 +55,10 @@ bool LacksOneOf(const Row& shown, const Row& whole) {
 
 }  // namespace
 
+bool HasAsManyLines(std::string_view shown, std::string_view whole) {
+    return std::count(shown.begin(), shown.end(), '\n') == std::count(whole.begin(), whole.end(), '\n');
+}
+
 bool LacksOneCell(std::string_view shown, std::string_view whole) {
     std::vector<Row> shownRows = RowsOf(shown);
     std::vector<Row> wholeRows = RowsOf(whole);

@@ -9,4 +9,8 @@ namespace krvcmd::reliability {
 // widths of columns and the order of rows may differ: all of them depend on the cells.
 bool LacksOneCell(std::string_view shown, std::string_view whole);
 
+// Whether both have as many rows. Where the width is limited a missing cell can make room for a column that
+// is left out otherwise, so that no more can be said.
+bool HasAsManyLines(std::string_view shown, std::string_view whole);
+
 }  // namespace krvcmd::reliability

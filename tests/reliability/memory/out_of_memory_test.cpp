@@ -96,7 +96,7 @@ class OutOfMemory : public testing::Test {
             for (std::size_t number = 1; number <= requests; ++number) {
                 const ProgramRun run = Run(line, number, refuse);
                 ASSERT_GE(ShortMemory::Requests(), number);
-                EXPECT_EQ(WhatIsWrong(run, whole), "")
+                EXPECT_EQ(WhatIsWrong(line.words, run, whole), "")
                     << Spelt(line.words) << "\nrequest " << number << " of " << requests << " refused"
                     << (refuse == Refuse::Once ? "" : " and all after it");
                 EXPECT_EQ(ShortMemory::BlocksHeld(), 0) << Spelt(line.words) << ", request " << number;

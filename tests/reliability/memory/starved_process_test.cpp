@@ -45,7 +45,8 @@ class StarvedProcess : public testing::Test {
             for (std::size_t number = 1; number <= whole.requests; ++number) {
                 const StarvedRun starved = RunStarved(words, number, onlyOnce ? number : kNever);
                 ASSERT_TRUE(starved.endedByItself) << Spelt(words) << ", request " << number;
-                EXPECT_EQ(WhatIsWrong(starved.run, whole.run), "") << Spelt(words) << ", request " << number;
+                EXPECT_EQ(WhatIsWrong(words, starved.run, whole.run), "")
+                    << Spelt(words) << ", request " << number;
             }
             points += whole.requests;
         }
