@@ -1,0 +1,74 @@
+# Where everything goes with `cmake --install`, in three components:
+#   krvcmd        the program, its manual page, completion and guides
+#   simulator     the client library with the simulated farm and its tool
+#   development   what is needed to write another client library, or a program that calls one
+include(GNUInstallDirs)
+
+if(WIN32)
+  # A folder that can be unpacked anywhere; krvcmd finds the library beside itself.
+  set(program_dir .)
+  set(library_dir .)
+  set(header_dir sdk)
+  set(completion_dir completion)
+  foreach(component krvcmd krvcmd-simulator krvcmd-dev)
+    set(doc_dir_${component} docs)
+  endforeach()
+else()
+  # krvcmd looks for the client library in ../lib beside its own folder, whatever the system calls its
+  # folder of libraries; a distribution whose loader searches another one may say so.
+  set(KRVCMD_LIBRARY_DIR lib CACHE STRING "Folder of the client library, below the prefix")
+  set(KRVCMD_ZSH_COMPLETION_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" CACHE STRING
+    "Folder of zsh's completion functions, below the prefix")
+  set(program_dir "${CMAKE_INSTALL_BINDIR}")
+  set(library_dir "${KRVCMD_LIBRARY_DIR}")
+  set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}")
+  set(completion_dir "${CMAKE_INSTALL_DATADIR}/krvcmd/completion")
+  foreach(component krvcmd krvcmd-simulator krvcmd-dev)
+    set(doc_dir_${component} "${CMAKE_INSTALL_DATADIR}/doc/${component}")
+  endforeach()
+endif()
+
+install(TARGETS krvcmd RUNTIME DESTINATION "${program_dir}" COMPONENT krvcmd)
+install(TARGETS krvSdk64
+  RUNTIME DESTINATION "${program_dir}" COMPONENT simulator
+  LIBRARY DESTINATION "${library_dir}" COMPONENT simulator)
+if(TARGET krvsim)
+  install(TARGETS krvsim RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
+endif()
+
+install(FILES "${CMAKE_SOURCE_DIR}/docs/guide.md" "${CMAKE_SOURCE_DIR}/docs/fleet.md"
+  DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
+install(FILES "${CMAKE_SOURCE_DIR}/docs/simulated-service.md"
+  DESTINATION "${doc_dir_krvcmd-simulator}" COMPONENT simulator)
+install(FILES "${CMAKE_SOURCE_DIR}/simulator/farms/demonstration.toml"
+  DESTINATION "${doc_dir_krvcmd-simulator}/examples" COMPONENT simulator)
+install(FILES "${CMAKE_SOURCE_DIR}/krvcmd/service/krv_sdk.h" DESTINATION "${header_dir}" COMPONENT development)
+install(FILES "${CMAKE_SOURCE_DIR}/docs/man/krv-sdk-example.c"
+  DESTINATION "${doc_dir_krvcmd-dev}/examples" COMPONENT development)
+
+set(completion "${CMAKE_BINARY_DIR}/packaging/completion")
+install(FILES "${completion}/krvcmd.ps1" DESTINATION "${completion_dir}" COMPONENT krvcmd)
+if(WIN32)
+  install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . COMPONENT krvcmd)
+  install(FILES "${CMAKE_SOURCE_DIR}/simulator/library/krvSdk64.def" DESTINATION "${header_dir}" COMPONENT development)
+  return()
+endif()
+
+install(FILES "${completion}/krvcmd.bash" RENAME krvcmd
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT krvcmd)
+install(FILES "${completion}/_krvcmd" DESTINATION "${KRVCMD_ZSH_COMPLETION_DIR}" COMPONENT krvcmd)
+install(FILES "${completion}/krvcmd.fish"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT krvcmd)
+
+get_property(pages GLOBAL PROPERTY KRVCMD_MANUAL_PAGES)
+foreach(page IN LISTS pages)
+  cmake_path(GET page EXTENSION LAST_ONLY section)
+  string(REPLACE "." "man" section "${section}")
+  set(component krvcmd)
+  if(page MATCHES "/krvsim")
+    set(component simulator)
+  elseif(section STREQUAL "man3")
+    set(component development)
+  endif()
+  install(FILES "${page}" DESTINATION "${CMAKE_INSTALL_MANDIR}/${section}" COMPONENT ${component})
+endforeach()

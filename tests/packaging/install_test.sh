@@ -1,0 +1,146 @@
+#!/usr/bin/env bash
+# Installs the Debian packages on a machine that has nothing but the base system, works with them as an
+# ordinary user, and removes them again: install_test.sh FOLDER-OF-PACKAGES
+#
+# The machine is a folder made by debootstrap (once; it is kept as build/clean-root.tar and unpacked anew
+# for each run). Needs root.
+set -u -o pipefail
+
+kProject=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd -P)
+readonly kProject kImage=$kProject/build/clean-root.tar
+readonly kPatience=60 # seconds from the package to the first table
+
+fail() {
+    printf 'FAILED: %s\n' "$*" >&2
+    exit 1
+}
+
+passed=0
+expect() { # WHAT CONDITION ...
+    local what=$1
+    shift
+    "$@" || fail "$what"
+    passed=$((passed + 1))
+}
+
+# ---- The machine ---------------------------------------------------------------------------------
+
+# Mounts are seen by this process only and are gone when it ends.
+if [ "${1-}" != --inside ]; then
+    [ $# = 1 ] || fail "usage: install_test.sh FOLDER-OF-PACKAGES"
+    [ "$(id -u)" = 0 ] || fail "this test needs root"
+    packages=$(cd -- "$1" && pwd -P) || exit 1
+    compgen -G "$packages/*.deb" >/dev/null || fail "no packages in $1; scripts/package deb builds them"
+    exec unshare --mount --pid --fork -- bash "${BASH_SOURCE[0]}" --inside "$packages"
+fi
+packages=$2
+
+root=$(mktemp -d) || exit 1
+trap 'umount -l "$root/proc" "$root" 2>/dev/null; rmdir "$root"' EXIT
+mount -t tmpfs -o mode=755 tmpfs "$root" || fail "this test must be allowed to mount; run it outside of a container, or in a privileged one"
+
+make_machine() {
+    # shellcheck source=/dev/null
+    local codename mirror
+    codename=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME-stable}")
+    local log=$kProject/build/debootstrap.log
+    debootstrap --variant=minbase "$codename" "$root" >"$log" 2>&1 || {
+        tail -n 20 "$log" >&2
+        fail "debootstrap could not make a base system of $codename"
+    }
+    tar -C "$root" --one-file-system -cf "$kImage.new" . && mv -f "$kImage.new" "$kImage"
+}
+
+if [ -e "$kImage" ]; then
+    tar -C "$root" -xf "$kImage" || fail "cannot unpack $kImage; remove it and try again"
+else
+    make_machine
+fi
+mount -t proc proc "$root/proc" || fail "cannot mount /proc for the machine"
+cp /etc/resolv.conf "$root/etc/resolv.conf"
+cp /etc/hosts "$root/etc/hosts"
+mkdir "$root/packages"
+for name in krvcmd krvcmd-simulator krvcmd-dev; do
+    cp "$packages/${name}"_*.deb "$root/packages/$name.deb" || fail "the package $name is not there"
+done
+
+on_machine() { # COMMAND ...
+    chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"
+}
+apt() { on_machine apt-get -qq -o DPkg::Use-Pty=0 "$@" </dev/null >"$root/apt.log" 2>&1 || {
+    cat "$root/apt.log" >&2
+    fail "apt-get $*"
+}; }
+as_user() { # SHELL-COMMAND
+    on_machine runuser -u tester -- env HOME=/home/tester sh -c "cd && $1"
+}
+# Everything that a package may bring; what apt and dpkg keep for themselves is left out.
+all_files() {
+    (cd "$root" && find . -xdev \( -path ./proc -o -path ./dev -o -path ./tmp -o -path ./home -o -path ./packages \
+        -o -path ./var/lib/apt -o -path ./var/lib/dpkg -o -path ./var/cache -o -path ./var/log \
+        -o -path ./apt.log \) -prune -o -print | LC_ALL=C sort)
+}
+
+apt update
+on_machine useradd --create-home tester
+before=$(all_files)
+
+# ---- Installed -----------------------------------------------------------------------------------
+
+start=$SECONDS
+apt install --no-install-recommends /packages/krvcmd.deb /packages/krvcmd-simulator.deb
+table=$(as_user 'krvcmd query volumes 2>&1') || fail "krvcmd query volumes ends with $?: $table"
+taken=$((SECONDS - start))
+expect "the first table after $taken seconds, which is too long" [ "$taken" -lt "$kPatience" ]
+expect "no banner in: $table" grep -q '^Carvoline - command line interface$' <<<"$table"
+expect "no header in: $table" grep -q '^ Vol ID | *Location *| *Status' <<<"$table"
+expect "no volume 33 in: $table" grep -Eq '^ +33 \| MyBox\\3\.A +\| active +\| DVD-RAM' <<<"$table"
+expect "no success in: $table" [ "$(tail -n 1 <<<"$table")" = "Operation completed successfully." ]
+expect "the farm is not private" [ "$(as_user 'stat -c %a .local/state/krvsim')" = 700 ]
+expect "a change does not last" [ "$(as_user 'krvcmd quiet name J @31 "New Lab" && krvcmd query jukeboxes J @31 columns=N notable')" = "New Lab" ]
+as_user 'krvcmd quiet query jukeboxes J Nowhere' 2>/dev/null
+expect "status of a jukebox that there is not: $?" [ $? = 6 ]
+
+# apt-get installs what is recommended unless it is told not to.
+expect "krvcmd does not recommend the simulator" \
+    grep -Eq '^ *Recommends: krvcmd-simulator \| libkrvsdk64$' <(on_machine dpkg-deb --info /packages/krvcmd.deb)
+
+library_used() { on_machine env "${@}" ldd /usr/bin/krvcmd | sed -n 's/.*libkrvSdk64\.so => \([^ ]*\) .*/\1/p'; }
+installed=$(library_used)
+expect "the library is $installed" grep -q '^/\(usr/\)\?lib/[^/]*/libkrvSdk64\.so$' <<<"$installed"
+for folder in /usr/local/lib /usr/lib /opt; do
+    mkdir -p "$root$folder"
+    cp "$root/$installed" "$root$folder/libkrvSdk64.so"
+    on_machine ldconfig
+    setting=LD_LIBRARY_PATH=
+    [ "$folder" != /opt ] || setting=LD_LIBRARY_PATH=/opt
+    used=$(library_used "$setting")
+    rm "$root$folder/libkrvSdk64.so"
+    expect "a library in $folder is not used, but $used" [ "$(readlink -m "/$used")" = "$folder/libkrvSdk64.so" ]
+done
+on_machine ldconfig
+
+for file in share/man/man1/krvcmd.1.gz share/bash-completion/completions/krvcmd share/zsh/vendor-completions/_krvcmd \
+    share/fish/vendor_completions.d/krvcmd.fish share/doc/krvcmd/copyright share/doc/krvcmd/guide.md; do
+    # A base system may be told not to unpack documents; none that debootstrap makes is.
+    expect "/usr/$file is not there" [ -s "$root/usr/$file" ]
+done
+expect "bash cannot read its completion" on_machine bash -n /usr/share/bash-completion/completions/krvcmd
+
+if [ -e "$root/usr/bin/krvsim" ]; then
+    expect "krvsim does not run" as_user 'krvsim check >/dev/null'
+fi
+
+# ---- Over again, and removed -----------------------------------------------------------------------
+
+apt install --reinstall /packages/krvcmd.deb /packages/krvcmd-simulator.deb /packages/krvcmd-dev.deb
+expect "the header is not there" [ -s "$root/usr/include/krv_sdk.h" ]
+expect "the user's farm is gone after installing again" [ "$(as_user 'krvcmd query jukeboxes J @31 columns=N notable')" = "New Lab" ]
+
+apt purge --autoremove krvcmd krvcmd-simulator krvcmd-dev
+rest=$(diff <(printf '%s\n' "$before") <(all_files))
+expect "removing leaves a trace: $rest" [ -z "$rest" ]
+expect "dpkg remembers a package" [ -z "$(grep '^Package: krv' "$root/var/lib/dpkg/status")" ]
+expect "the user's farm must stay" [ -d "$root/home/tester/.local/state/krvsim" ]
+
+printf '%d checks passed; from the package to the first table in %d s\n' "$passed" "$taken"
