@@ -31,6 +31,7 @@ command tmux                  tmux
 command mandoc                mandoc
 command groff                 groff-base
 command doxygen               doxygen
+command parallel              parallel
 '
 
 # What building for Windows needs beyond kBuildNeeds.
