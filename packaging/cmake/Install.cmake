@@ -62,6 +62,9 @@ install(FILES "${completion}/krvcmd.fish"
 
 get_property(pages GLOBAL PROPERTY KRVCMD_MANUAL_PAGES)
 foreach(page IN LISTS pages)
+  if(page MATCHES "/krvsim" AND NOT TARGET krvsim)
+    continue()  # layout files are read by the tool only
+  endif()
   cmake_path(GET page EXTENSION LAST_ONLY section)
   string(REPLACE "." "man" section "${section}")
   set(component krvcmd)

@@ -14,6 +14,8 @@
 #include "packaging/generate/client_interface.h"
 #include "packaging/generate/manual_text.h"
 #include "packaging/generate/program_text.h"
+#include "simulator/layout/farm_names.h"
+#include "simulator/world/media_types.h"
 
 namespace krvcmd {
 
@@ -208,6 +210,42 @@ std::string Records() {
     return text;
 }
 
+// The words of a layout file for one field, in one sentence.
+std::string Words(string_view field) {
+    std::span<const krvsim::Word> words;
+    if (field == "content") words = krvsim::ContentWords();
+    if (field == "finalization") words = krvsim::FinalizationWords();
+    if (field == "volume") words = krvsim::VolumeTypeWords();
+    if (words.empty()) throw std::runtime_error("no words for: " + std::string(field));
+    std::string text;
+    for (const krvsim::Word& word : words) {
+        text += (text.empty() ? "" : ", ") + ("\\fB" + std::string(word.word) + "\\fR");
+    }
+    return FilledManualText(text) + "\n";
+}
+
+string_view WritingWord(krvsim::Writing writing) {
+    switch (writing) {
+        case krvsim::Writing::ReadOnly:
+            return "read-only";
+        case krvsim::Writing::WriteOnce:
+            return "write-once";
+        case krvsim::Writing::Rewritable:
+            break;
+    }
+    return "rewritable";
+}
+
+std::string MediaTypes() {
+    std::string text;
+    for (const krvsim::MediaType& type : krvsim::AllMediaTypes()) {
+        text += Item("\\fB" + ManualText(type.name) + "\\fR",
+                     std::to_string(type.code) + ", " + std::string(WritingWord(type.writing)) + ", " +
+                         std::to_string(type.capacity) + " bytes");
+    }
+    return text;
+}
+
 }  // namespace
 
 std::string ManualBlock(string_view part, string_view argument) {
@@ -219,6 +257,8 @@ std::string ManualBlock(string_view part, string_view argument) {
     if (part == "parameters") return Parameters(argument);
     if (part == "columns") return Columns();
     if (part == "defaults") return Defaults();
+    if (part == "words") return Words(argument);
+    if (part == "media") return MediaTypes();
     if (part == "file") return ProjectFile(argument);
     if (part == "prototypes") return Prototypes();
     if (part == "functions") return Functions();

@@ -15,6 +15,8 @@ namespace krvcmd {
 //   parameters COMMAND    its other parameters, with their help
 //   columns               every column: letter, title, description
 //   defaults              what each query shows, and in what order, if nothing is said
+//   words FIELD           the words of a layout file for content, finalization or (type of) volume
+//   media                 the media types of a layout file: number, what they allow, capacity
 //   file PATH             a file of the project, as an example
 //   prototypes            the client library's functions, as in C
 //   functions             the same, section by section, with their descriptions

@@ -9,7 +9,9 @@ import sys
 import unittest
 
 PAGES = []
-HEADER = pathlib.Path(__file__).resolve().parent.parent.parent / "krvcmd/service/krv_sdk.h"
+PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
+HEADER = PROJECT / "krvcmd/service/krv_sdk.h"
+LAYOUT_READER = PROJECT / "simulator/layout/layout_reader.cpp"
 
 
 def run(program, *arguments):
@@ -85,6 +87,15 @@ class ManualPages(unittest.TestCase):
         self.assertGreater(len(fields), 60)
         for field, offset in fields:
             self.assertShows(text, rf"^       {offset}: .*\b{field}\b")
+
+    def test_krvsim_layout_explains_every_field_that_is_read(self):
+        explained = rendered("krvsim-layout.5").partition("\nFIELDS\n")[2].partition("\nWORDS\n")[0]
+        fields = set(re.findall(r'\breader[^;"]*"([a-z][a-z_0-9]*)"', LAYOUT_READER.read_text()))
+        self.assertGreater(len(fields), 40)
+        self.assertIn("next_volume", fields)
+        for field in fields:
+            with self.subTest(field=field):
+                self.assertShows(explained, rf"^       (\w+, )*{field}\b")
 
 
 if __name__ == "__main__":
