@@ -65,10 +65,12 @@ string_view QuoteWithinQuotes(string_view shell) {
 }
 
 std::string Quoted(string_view shell, string_view text) {
+    // Asked for in any case, so that an unknown shell is refused.
+    const string_view innerQuote = QuoteWithinQuotes(shell);
     std::string quoted = "'";
     for (const char character : text) {
         if (character == '\'') {
-            quoted += QuoteWithinQuotes(shell);
+            quoted += innerQuote;
         } else if (character == '\\' && shell == "fish") {
             quoted += "\\\\";
         } else {
