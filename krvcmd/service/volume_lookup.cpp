@@ -5,6 +5,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <string_view>
 
 #include "krvcmd/service/keys.h"
 #include "krvcmd/service/library_call.h"
@@ -84,12 +85,13 @@ Status ReadVolumeAspects(std::int32_t volumeId, std::vector<std::string>& aspect
 }
 
 void SplitAspects(std::span<const char> buffer, std::size_t requiredSize, std::vector<std::string>& aspects) {
+    const std::string_view list(buffer.data(), buffer.size());
     std::size_t offset = 0;
-    while (offset < buffer.size() && offset <= requiredSize) {
-        const auto start = buffer.begin() + static_cast<std::ptrdiff_t>(offset);
-        const std::string aspect(start, std::find(start, buffer.end(), '\0'));
+    while (offset < list.size() && offset <= requiredSize) {
+        const std::string_view rest = list.substr(offset);
+        const std::string_view aspect = rest.substr(0, rest.find('\0'));
         if (aspect.empty()) return;
-        aspects.push_back(aspect);
+        aspects.emplace_back(aspect);
         offset += aspect.size() + 1;
     }
 }

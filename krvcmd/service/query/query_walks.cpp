@@ -1,7 +1,5 @@
 #include "krvcmd/service/query/query_walks.h"
 
-#include <vector>
-
 #include "krvcmd/service/enumeration.h"
 #include "krvcmd/service/interrupt.h"
 #include "krvcmd/service/item_lookup.h"
@@ -99,19 +97,17 @@ Status QueryWalks::ListSide(const SideKey& key) {
 }
 
 Status QueryWalks::ListVolume(std::int32_t jukeboxId, std::int32_t volumeId) {
-    VolumeInfo volume;
-    Status status = GetVolume(volumeId, volume);
+    Status status = GetVolume(volumeId, m_volume);
     if (!status.IsOk()) return status;
-    std::vector<SideKey> locations;
-    status = ReadVolumeLocations(volumeId, locations);
+    status = ReadVolumeLocations(volumeId, m_locations);
     if (!status.IsOk()) return status;
-    if (locations.empty()) {
-        m_table.AddVolumeRow(volume);
+    if (m_locations.empty()) {
+        m_table.AddVolumeRow(m_volume);
         return status;
     }
-    if (jukeboxId < 1) jukeboxId = locations.front().jukeboxId;
-    for (const SideKey& location : locations)
-        status = ListVolumeAt(jukeboxId, location, volume);
+    if (jukeboxId < 1) jukeboxId = m_locations.front().jukeboxId;
+    for (const SideKey& location : m_locations)
+        status = ListVolumeAt(jukeboxId, location, m_volume);
     return status;
 }
 

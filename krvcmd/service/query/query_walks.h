@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "krvcmd/console/query_table.h"
 #include "krvcmd/frontend/status.h"
@@ -50,6 +51,10 @@ class QueryWalks {
 
     Ostrel::UI::Console::CKrvQueryTable& m_table;
     SlotRows m_slotRows = SlotRows::Add;
+    // What is known of the volume at hand. They stay from one volume to the next, so that each finds the
+    // memory of the one before.
+    VolumeInfo m_volume;
+    std::vector<SideKey> m_locations;
 };
 
 }  // namespace krvcmd
