@@ -3,6 +3,8 @@
 #include <optional>
 #include <vector>
 
+#include "simulator/store/joined.h"
+
 namespace krvsim {
 namespace {
 
@@ -155,6 +157,20 @@ void WriteFarm(Database& database, std::string_view server, const Farm& farm) {
     for (const FarmMedium& medium : farm.shelf)
         writer.AddToShelf(medium);
     writer.Finish(farm.running, farm.nextVolume);
+}
+
+void ReplaceFarm(Database& database, std::string_view server, const std::function<void(Database&)>& fill) {
+    const int64_t epoch = database.ReadNumber("SELECT epoch FROM server");
+    for (const char* table : {"server", "jukebox", "magazine", "drive", "slot", "medium", "volume", "side",
+                              "directory", "fault", "journal"}) {
+        database.Execute(Joined({"DELETE FROM ", table}));
+    }
+    fill(database);
+    const StatementHandle next = database.Prepare("UPDATE server SET name = ?1, epoch = ?2");
+    Bind(next.get(), 1, server);
+    Bind(next.get(), 2, epoch + 1);
+    const int result = sqlite3_step(next.get());
+    if (result != SQLITE_DONE) database.Fail(result);
 }
 
 }  // namespace krvsim

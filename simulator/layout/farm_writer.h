@@ -2,6 +2,7 @@
 // so that a large farm need not be in memory whole.
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 #include "simulator/layout/farm.h"
@@ -46,5 +47,9 @@ class FarmWriter {
 };
 
 void WriteFarm(Database& database, std::string_view server, const Farm& farm);
+
+// Empties the tables of a farm, its faults and its journal too, and puts another farm into them; sessions
+// with the old one are over. The caller has opened a transaction.
+void ReplaceFarm(Database& database, std::string_view server, const std::function<void(Database&)>& fill);
 
 }  // namespace krvsim

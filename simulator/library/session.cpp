@@ -3,21 +3,15 @@
 #include <filesystem>
 #include <memory>
 
-#include "simulator/farms/demonstration.h"
-#include "simulator/store/farm_file.h"
+#include "simulator/farms/servers.h"
 #include "simulator/world/refusal.h"
 #include "simulator/world/switching.h"
 
 namespace krvsim {
 namespace {
 
-std::unique_ptr<Database> OpenServer(const std::string& server) {
-    std::unique_ptr<Database> database;
-    if (IsDemonstrationServer(server)) {
-        database = OpenFarm(server, [&](Database& empty) { FillDemonstrationFarm(empty, server); });
-    } else {
-        database = OpenFarm(server, nullptr);
-    }
+std::unique_ptr<Database> Open(const std::string& server) {
+    std::unique_ptr<Database> database = OpenServer(server);
     // The file's time tells when the server was last used; looks leave no other trace.
     std::error_code ignored;
     std::filesystem::last_write_time(database->GetFile(), std::filesystem::file_time_type::clock::now(),
@@ -28,7 +22,7 @@ std::unique_ptr<Database> OpenServer(const std::string& server) {
 }  // namespace
 
 Session::Session(const std::string& server, uint64_t handle)
-    : m_server(server), m_handle(handle), m_connection(OpenServer(server)) {
+    : m_server(server), m_handle(handle), m_connection(Open(server)) {
     m_epoch = m_connection.Refresh().epoch;
     Read({"KrvSessionCreate", WithText({}, m_server.c_str())}, [](const View&) {});
 }
@@ -58,7 +52,7 @@ void Session::Close(const CallInfo& call) {
 }
 
 void StartServer(const std::string& server, const CallInfo& call) {
-    Connection connection(OpenServer(server));
+    Connection connection(Open(server));
     if (IsObserved(connection.Refresh())) {
         ObserveChange(connection, 0, call, StartService);
     } else {

@@ -1,0 +1,8 @@
+// Whether somebody watches.
+#pragma once
+
+namespace krvsim {
+
+bool IsStandardErrorATerminal();
+
+}  // namespace krvsim
