@@ -72,7 +72,7 @@ std::size_t COutputObject::FitIntoLine() {
 }
 
 TableLayout COutputObject::MakeLayout(std::size_t lineWidth) const {
-    TableLayout layout{{}, GetSeparator(), lineWidth};
+    TableLayout layout{{}, GetSeparator(), lineWidth, SinkOf(Stream::StandardOutput)};
     for (std::size_t index = 0; index < GetColumnCount(); ++index) {
         const CTableColumn& column = GetColumns()[index];
         const std::uint32_t width = ShowsEmptyColumns() ? column.GetWidthOrTitle() : column.GetWidth();

@@ -28,21 +28,22 @@ const ColumnUsage* CTable::FindUsage(std::uint32_t columnId) const {
 
 void CTable::AddRow(CTableRow row) {
     if (m_columns.empty() || row.GetItems().empty()) return;
-    std::size_t expected = 0;
+    // Rows mostly have the same cells in the same order as the rows before them, so the entry of a cell is
+    // mostly the one behind that of the cell before.
+    std::size_t index = 0;
     for (const CTableItem* item : row.GetItems()) {
-        const std::size_t index = EnterUsage(item->GetColumnId(), expected);
-        ColumnUsage& usage = m_columnUsage[index];
-        usage.maxTextLength =
-            std::max(usage.maxTextLength, static_cast<std::int32_t>(DisplayLength(item->GetText())));
+        const std::uint32_t columnId = item->GetColumnId();
+        if (index >= m_columnUsage.size() || m_columnUsage[index].columnId != columnId)
+            index = EnterUsage(columnId);
+        ColumnUsage& usage = m_columnUsage[index++];
+        usage.maxTextLength = std::max(usage.maxTextLength, static_cast<std::int32_t>(item->GetTextLength()));
         ++usage.count;
-        expected = index + 1;
     }
     m_contentWidth = 0;
     m_rows.push_back(std::move(row));
 }
 
-std::size_t CTable::EnterUsage(std::uint32_t columnId, std::size_t expected) {
-    if (expected < m_columnUsage.size() && m_columnUsage[expected].columnId == columnId) return expected;
+std::size_t CTable::EnterUsage(std::uint32_t columnId) {
     const ColumnUsage* usage = FindUsage(columnId);
     if (usage != nullptr) return static_cast<std::size_t>(usage - m_columnUsage.data());
     m_columnUsage.push_back({0, columnId, 0});

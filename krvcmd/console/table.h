@@ -64,10 +64,8 @@ class CTable {
     const ColumnUsage* FindUsage(std::uint32_t columnId) const;
 
   private:
-    // The index of the column's entry in the usage list, which is made if there is none. Rows mostly have the
-    // same cells in the same order as the rows before them, so `expected`, the index behind that of the cell
-    // before, is looked at first.
-    std::size_t EnterUsage(std::uint32_t columnId, std::size_t expected);
+    // The index of the column's entry in the usage list, which is made if there is none.
+    std::size_t EnterUsage(std::uint32_t columnId);
 
     // The sort keys that can tell rows apart: a key whose column no row fills, or whose column an earlier key
     // has already compared, finds all rows equal.

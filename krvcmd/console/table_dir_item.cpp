@@ -8,25 +8,24 @@
 
 namespace Ostrel::UI::Console {
 
-void CTableDirItem::RenderInto(std::string& out, std::uint32_t width) const {
-    if (RenderFitting(out, width)) return;
+std::size_t CTableDirItem::RenderInto(std::string& out, std::uint32_t width) const {
+    if (Fits(width)) return RenderFitting(out, width);
 
     const std::string_view text = GetText();
     // Positions are unsigned and wrap around: without a backslash `first` is 0 and `last` the largest
     // position, and with a single one `last - first` is the largest position.
     const std::size_t first = text.find('\\') + 1;
     const std::size_t last = text.rfind('\\');
-    if (first == last) {
-        AppendBeginning(out, text, width);
-        return;
-    }
+    if (first == last) return AppendBeginning(out, text, width);
     const std::size_t middle = last - first;
     if (middle > kEllipsis.size() && text.size() < middle + kEllipsis.size()) {
-        // Only a path that begins and ends with its only two backslashes gets here.
-        out.append(text.substr(0, first)).append(kEllipsis).append(text.substr(last));
-        return;
+        // The middle goes. Only a path that begins and ends with a backslash gets here, so nothing else is
+        // left.
+        constexpr std::string_view kElided = "\\...\\";
+        out += kElided;
+        return kElided.size();
     }
-    AppendEnd(out, text, width);
+    return AppendEnd(out, text, width);
 }
 
 }  // namespace Ostrel::UI::Console

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -12,7 +13,7 @@ class CTableDirItem final : public CTableStringItem {
   public:
     using CTableStringItem::CTableStringItem;
 
-    void RenderInto(std::string& out, std::uint32_t width) const override;
+    std::size_t RenderInto(std::string& out, std::uint32_t width) const override;
 };
 
 }  // namespace Ostrel::UI::Console

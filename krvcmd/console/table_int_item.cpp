@@ -22,15 +22,17 @@ void CTableIntItem::SetValue(std::int64_t value) {
 
 void CTableIntItem::FormatValue(CapacityPrecision precision) {
     if (m_style == NumberStyle::WithUnit) {
-        AssignText(CapacityText(m_value, precision));
+        AssignNumber(CapacityText(m_value, precision));
     } else {
-        AssignText(DecimalText(m_value).View());
+        AssignNumber(DecimalText(m_value).View());
     }
 }
 
-void CTableIntItem::RenderInto(std::string& out, std::uint32_t width) const {
-    if (RenderFitting(out, width)) return;
-    out += width < kDoesNotFit.size() ? kDoesNotFit.substr(0, width) : kDoesNotFit;
+std::size_t CTableIntItem::RenderInto(std::string& out, std::uint32_t width) const {
+    if (Fits(width)) return RenderFitting(out, width);
+    const std::string_view shown = kDoesNotFit.substr(0, width);
+    out += shown;
+    return shown.size();
 }
 
 std::int32_t CTableIntItem::Compare(const CTableItem& other) const {

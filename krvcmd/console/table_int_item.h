@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -18,7 +19,7 @@ class CTableIntItem : public CTableItem {
 
     // A number that does not fit is shown as "..." (not filled up), or as full stops in a field of one or
     // two.
-    void RenderInto(std::string& out, std::uint32_t width) const override;
+    std::size_t RenderInto(std::string& out, std::uint32_t width) const override;
     std::int64_t GetValue() const override { return m_value; }
     std::int32_t Compare(const CTableItem& other) const override;
     NumberedText GetOrderValue() const override { return {{}, m_value}; }

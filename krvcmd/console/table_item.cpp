@@ -1,7 +1,5 @@
 #include "krvcmd/console/table_item.h"
 
-#include "krvcmd/console/display_text.h"
-
 namespace Ostrel::UI::Console {
 
 namespace {
@@ -26,20 +24,18 @@ std::string CTableItem::Render(std::uint32_t width) const {
     return result;
 }
 
-bool CTableItem::RenderFitting(std::string& out, std::uint32_t width) const {
+std::size_t CTableItem::RenderFitting(std::string& out, std::uint32_t width) const {
     const std::string_view text = GetText();
+    const std::size_t length = GetTextLength();
     if (width == 0) {
         out += text;
-        return true;
+        return length;
     }
-    const std::size_t length = DisplayLength(text);
-    if (length > width) return false;
     const std::size_t blanks = width - length;
-    const std::size_t inFront = BlanksInFront(m_alignment, blanks);
     const std::size_t start = out.size();
     out.append(text.size() + blanks, ' ');
-    text.copy(&out[start + inFront], text.size());
-    return true;
+    text.copy(&out[start + BlanksInFront(m_alignment, blanks)], text.size());
+    return width;
 }
 
 }  // namespace Ostrel::UI::Console

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "krvcmd/console/control_characters.h"
 #include "krvcmd/console/table_column.h"
 
 namespace Ostrel::UI::Console {
@@ -22,6 +23,7 @@ struct TableLayout {
     std::vector<LaidOutColumn> columns;
     std::string_view separator;
     std::size_t lineWidth;
+    Sink sink;
 };
 
 }  // namespace Ostrel::UI::Console

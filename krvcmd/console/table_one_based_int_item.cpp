@@ -10,7 +10,7 @@ CTableOneBasedIntItem::CTableOneBasedIntItem(std::uint32_t columnId, std::int32_
 }
 
 void CTableOneBasedIntItem::FormatValue(CapacityPrecision /*precision*/) {
-    AssignText(DecimalText(GetValue()).View());
+    AssignNumber(DecimalText(GetValue()).View());
 }
 
 }  // namespace Ostrel::UI::Console

@@ -11,11 +11,11 @@ CTablePercentIntItem::CTablePercentIntItem(std::uint32_t columnId, std::int64_t 
 }
 
 void CTablePercentIntItem::FormatValue(CapacityPrecision /*precision*/) {
-    AssignText(std::string(DecimalText(GetValue()).View()).append("%%"));
+    AssignNumber(std::string(DecimalText(GetValue()).View()).append("%%"));
 }
 
-void CTablePercentIntItem::RenderInto(std::string& out, std::uint32_t width) const {
-    CTableIntItem::RenderInto(out, width == 0 ? 0 : width + 1);
+std::size_t CTablePercentIntItem::RenderInto(std::string& out, std::uint32_t width) const {
+    return CTableIntItem::RenderInto(out, width == 0 ? 0 : width + 1);
 }
 
 }  // namespace Ostrel::UI::Console

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -17,7 +18,7 @@ class CTablePercentIntItem final : public CTableIntItem {
     // `free` and `total` in bytes; a total below 1 counts as 0 per cent used.
     CTablePercentIntItem(std::uint32_t columnId, std::int64_t free, std::int64_t total);
 
-    void RenderInto(std::string& out, std::uint32_t width) const override;
+    std::size_t RenderInto(std::string& out, std::uint32_t width) const override;
     void FormatValue(CapacityPrecision precision) override;
 };
 

@@ -9,9 +9,8 @@ CTableStringItem::CTableStringItem(std::uint32_t columnId, std::string_view text
     AssignText(text);
 }
 
-void CTableStringItem::RenderInto(std::string& out, std::uint32_t width) const {
-    if (RenderFitting(out, width)) return;
-    AppendEnd(out, GetText(), width);
+std::size_t CTableStringItem::RenderInto(std::string& out, std::uint32_t width) const {
+    return Fits(width) ? RenderFitting(out, width) : AppendEnd(out, GetText(), width);
 }
 
 std::int32_t CTableStringItem::Compare(const CTableItem& other) const {

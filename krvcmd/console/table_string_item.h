@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -14,7 +15,7 @@ class CTableStringItem : public CTableItem {
     CTableStringItem(std::uint32_t columnId, std::string_view text);
 
     // A text that does not fit loses its beginning; "..." stands for it when there is room for more.
-    void RenderInto(std::string& out, std::uint32_t width) const override;
+    std::size_t RenderInto(std::string& out, std::uint32_t width) const override;
     std::int32_t Compare(const CTableItem& other) const override;
     NumberedText GetOrderValue() const override { return OrderValueOf(GetText()); }
 

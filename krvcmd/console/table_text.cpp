@@ -10,38 +10,50 @@ namespace Ostrel::UI::Console {
 namespace {
 
 // Fills the line that begins at `lineStart`, the last one of `text`, with blanks, or cuts it, to `width`.
-void FitLine(std::string& text, std::size_t lineStart, std::size_t width) {
-    const std::string_view line = std::string_view(text).substr(lineStart);
-    const std::size_t length = DisplayLength(line);
-    if (length > width) {
-        text.resize(lineStart + LeadingPart(line, width).size());
-    } else {
-        text.append(width - length, ' ');
+// `length` is its length so far.
+void FitLine(std::string& text, std::size_t lineStart, std::size_t length, std::size_t width) {
+    // Mostly the blank behind the last cell is all that is too much.
+    while (length > width && text.back() == ' ') {
+        text.pop_back();
+        --length;
     }
+    if (length > width) {
+        const std::string_view rest = LeadingPart(std::string_view(text).substr(lineStart), width);
+        length = DisplayLength(rest);
+        text.resize(lineStart + rest.size());
+    }
+    text.append(width - length, ' ');
 }
 
 const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
     return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
 }
 
+// Appends a cell, fit to be shown, and gives the positions that it takes.
+std::size_t AppendCell(std::string& body, const CTableItem& item, std::uint32_t width, Sink sink) {
+    const std::size_t start = body.size();
+    const std::size_t length = item.RenderInto(body, width);
+    if (!item.IsPlain()) TameCellText(body, start, sink);
+    return length;
+}
+
 void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTableRow& row) {
-    const std::size_t lineStart = body.size();
     const std::size_t separatorLength = DisplayLength(layout.separator);
+    const std::size_t lineStart = body.size();
     std::size_t lineLength = 0;
     std::size_t limit = layout.lineWidth;
     for (const LaidOutColumn& column : layout.columns) {
         const std::size_t columnStart = body.size();
         if (!column.isFirst) body += layout.separator;
         body += ' ';
-        const std::size_t cellStart = body.size();
+        std::size_t cellLength = column.width;
         if (const CTableItem* item = FindCell(row, column)) {
-            item->RenderInto(body, column.width);
+            cellLength = AppendCell(body, *item, column.width, layout.sink);
             // Room for the second per cent sign, which does not show.
             if (item->GetColumnId() == kPercentColumnId) ++limit;
         } else {
             body.append(column.width, ' ');
         }
-        const std::size_t cellLength = DisplayLength(std::string_view(body).substr(cellStart));
         const std::size_t blanks = lineLength + cellLength == limit ? 1 : 2;
         // The separator in front does not count here.
         if (lineLength + cellLength + blanks > limit) {
@@ -51,8 +63,9 @@ void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTab
         if (blanks == 2) body += ' ';
         lineLength += cellLength + blanks + (column.isFirst ? 0 : separatorLength);
     }
-    if (!EndsInPercentCell(std::string_view(body).substr(lineStart)))
-        FitLine(body, lineStart, layout.lineWidth);
+    if (!EndsInPercentCell(std::string_view(body).substr(lineStart))) {
+        FitLine(body, lineStart, lineLength, layout.lineWidth);
+    }
     body += '\n';
 }
 
@@ -74,8 +87,9 @@ std::string HeaderText(const TableLayout& layout) {
         if (!text.empty()) text += layout.separator;
         text.append(1, ' ').append(title).append(blankBehind);
     }
-    const std::size_t underlineLength = std::min(DisplayLength(text), layout.lineWidth);
-    FitLine(text, 0, layout.lineWidth);
+    const std::size_t lineLength = DisplayLength(text);
+    const std::size_t underlineLength = std::min(lineLength, layout.lineWidth);
+    FitLine(text, 0, lineLength, layout.lineWidth);
     return text.append(1, '\n').append(underlineLength, '-').append(1, '\n');
 }
 
@@ -97,7 +111,8 @@ std::string PlainBodyText(const TableLayout& layout, std::span<const CTableRow* 
     for (const CTableRow* row : rows) {
         for (const LaidOutColumn& column : layout.columns) {
             if (!column.isFirst) body += layout.separator;
-            if (const CTableItem* item = FindCell(*row, column)) item->RenderInto(body, kFullText);
+            if (const CTableItem* item = FindCell(*row, column))
+                AppendCell(body, *item, kFullText, layout.sink);
         }
         body += '\n';
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 namespace krvcmd::test {
 
@@ -14,6 +15,9 @@ class PseudoTerminal {
 
     // Whether the terminal could be had.
     bool IsReady() const { return m_isReady; }
+
+    // What has been written to the terminal since it was last read, as it was written.
+    std::string ReadText() const;
 
   private:
     int m_controller = -1;

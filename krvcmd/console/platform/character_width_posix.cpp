@@ -1,0 +1,57 @@
+#include <langinfo.h>
+#include <locale.h>
+#include <wchar.h>
+
+#include <cstring>
+
+#include "krvcmd/console/platform/character_width.h"
+
+namespace Ostrel::UI::Console::Platform {
+
+namespace {
+
+// The characters of the user's locale. The process itself stays in the "C" locale, whose number formats and
+// comparisons everything else relies on.
+class UserLocale {
+  public:
+    UserLocale() : m_locale(newlocale(LC_CTYPE_MASK, "", nullptr)) {}
+    ~UserLocale() {
+        if (m_locale != nullptr) freelocale(m_locale);
+    }
+    UserLocale(const UserLocale&) = delete;
+    UserLocale& operator=(const UserLocale&) = delete;
+
+    bool IsUtf8() const {
+        return m_locale != nullptr && std::strcmp(nl_langinfo_l(CODESET, m_locale), "UTF-8") == 0;
+    }
+
+    int WidthOf(wchar_t character) const {
+        const locale_t previous = uselocale(m_locale);
+        const int width = wcwidth(character);
+        uselocale(previous);
+        return width;
+    }
+
+  private:
+    locale_t m_locale;
+};
+
+// Made when the first text with other characters than ASCII comes along.
+const UserLocale& GetUserLocale() {
+    static const UserLocale locale;
+    return locale;
+}
+
+}  // namespace
+
+bool ReadsUtf8() {
+    static const bool isUtf8 = GetUserLocale().IsUtf8();
+    return isUtf8;
+}
+
+int CharacterWidth(char32_t codePoint) {
+    const int width = GetUserLocale().WidthOf(static_cast<wchar_t>(codePoint));
+    return width < 0 ? 1 : width;
+}
+
+}  // namespace Ostrel::UI::Console::Platform

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace Ostrel::UI::Console {
+
+// Whether `text` has bytes from 0x20 to 0x7E only. Almost every text has; each of its bytes takes one
+// position and none needs care, so this is asked first, often, and of eight bytes at a time.
+inline bool IsPrintableAscii(std::string_view text) {
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    const auto arePrintable = [](std::uint64_t bytes) {
+        // The top bit of a byte is set in `bytes` from 0x80 on, in the sum for 0x7F and in the difference for
+        // bytes below 0x20. Carries begin at such bytes only.
+        return ((bytes | (bytes + kOnes) | (bytes - 0x20 * kOnes)) & (0x80 * kOnes)) == 0;
+    };
+    std::uint64_t bytes = 0;
+    while (text.size() >= sizeof bytes) {
+        std::memcpy(&bytes, text.data(), sizeof bytes);
+        if (!arePrintable(bytes)) return false;
+        text.remove_prefix(sizeof bytes);
+    }
+    if (text.empty()) return true;
+    bytes = 0x20 * kOnes;
+    std::memcpy(&bytes, text.data(), text.size());
+    return arePrintable(bytes);
+}
+
+}  // namespace Ostrel::UI::Console

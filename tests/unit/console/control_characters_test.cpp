@@ -1,0 +1,111 @@
+#include "krvcmd/console/control_characters.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/unit/console/support/captured_output.h"
+#include "tests/unit/console/support/pseudo_terminal.h"
+#include "tests/unit/console/support/text_table.h"
+
+namespace {
+
+using namespace Ostrel::UI::Console;
+using krvcmd::test::Lines;
+using krvcmd::test::OutputOf;
+using krvcmd::test::PseudoTerminal;
+using krvcmd::test::TextTable;
+
+std::string Tamed(std::string text, Sink sink) {
+    TameCellText(text, 0, sink);
+    return text;
+}
+
+TEST(TameCellText, ReplacesEveryByteOfAControlCharacterOnATerminal) {
+    for (int byte = 1; byte <= 0x7F; ++byte) {
+        const bool isControl = byte <= 0x1F || byte == 0x7F;
+        const std::string text = std::string("a") + static_cast<char>(byte) + "b";
+        EXPECT_EQ(Tamed(text, Sink::Terminal), isControl ? "a?b" : text) << byte;
+    }
+    EXPECT_EQ(Tamed("\x1b[31mred\x1b[0m", Sink::Terminal), "?[31mred?[0m");
+    EXPECT_EQ(Tamed("\x1b]0;title\x07", Sink::Terminal), "?]0;title?");
+    EXPECT_EQ(Tamed("one\r\ntwo\tthree", Sink::Terminal), "one??two?three");
+}
+
+TEST(TameCellText, ReplacesTheSecondRangeOfControlCharactersOnATerminal) {
+    // U+0080 and U+009F in UTF-8; U+00A0 is a blank.
+    EXPECT_EQ(Tamed("a\xc2\x80z", Sink::Terminal), "a??z");
+    EXPECT_EQ(Tamed("a\xc2\x9b"
+                    "31m",
+                    Sink::Terminal),
+              "a??31m");
+    EXPECT_EQ(Tamed("a\xc2\x9fz", Sink::Terminal), "a??z");
+    EXPECT_EQ(Tamed("a\xc2\xa0z", Sink::Terminal), "a\xc2\xa0z");
+    // As single bytes, which some terminals obey.
+    EXPECT_EQ(Tamed("a\x9b"
+                    "31m",
+                    Sink::Terminal),
+              "a?31m");
+    EXPECT_EQ(Tamed("a\x80z\x9f", Sink::Terminal), "a?z?");
+}
+
+TEST(TameCellText, LeavesOtherCharactersAlone) {
+    for (const Sink sink : {Sink::Terminal, Sink::File}) {
+        EXPECT_EQ(Tamed("M\xc3\xbcller", sink), "M\xc3\xbcller");
+        // The bytes 0x9B and 0x85 are parts of characters here.
+        EXPECT_EQ(Tamed("\xc3\x9b \xe2\x80\x85", sink), "\xc3\x9b \xe2\x80\x85");
+        EXPECT_EQ(Tamed("\xe4\xf6\xfc", sink), "\xe4\xf6\xfc");
+    }
+}
+
+TEST(TameCellText, ReplacesOnlyLineBreaksInAFile) {
+    for (int byte = 1; byte <= 255; ++byte) {
+        const std::string text = std::string("a") + static_cast<char>(byte) + "b";
+        EXPECT_EQ(Tamed(text, Sink::File), byte == '\n' ? "a?b" : text) << byte;
+    }
+}
+
+TEST(TameCellText, BeginsWhereTheCellBegins) {
+    std::string text = "row\nnext\n";
+    TameCellText(text, 4, Sink::Terminal);
+    EXPECT_EQ(text, "row\nnext?");
+    TameCellText(text, 9, Sink::File);
+    EXPECT_EQ(text, "row\nnext?");
+}
+
+TEST(ControlCharacters, AreShownAsQuestionMarksInATableOnATerminal) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    TextTable table(79, {{1, "Name"}, {2, "Text"}});
+    table.AddTexts({{1, "a\x1b[2Jb"}, {2, "x\ny"}});
+    table.Print();
+    EXPECT_EQ(terminal.ReadText(), Lines({"  Name  | Text ", "---------------", " a?[2Jb | x?y  ", ""}));
+}
+
+TEST(ControlCharacters, StandInARedirectedTableAsTheyAre) {
+    TextTable table(79, {{1, "Name"}, {2, "Text"}});
+    table.AddTexts({{1, "a\x1b[2Jb"}, {2, "x\ny\r\t"}});
+    EXPECT_EQ(table.Printed(), Lines({"  Name  | Text  ", "----------------", " a\x1b[2Jb | x?y\r\t ", ""}));
+    EXPECT_EQ(table.PrintedPlain(), "a\x1b[2Jb|x?y\r\t\n");
+}
+
+TEST(ControlCharacters, DoNotSplitAnUnformattedRow) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    TextTable table(79, {{1, "Name"}, {2, "Text"}});
+    table.SetFormatted(false);
+    // The separator is the user's own.
+    table.SetSeparator("\t");
+    table.AddTexts({{1, "a\nb"}, {2, "\x1b"}});
+    table.Print();
+    EXPECT_EQ(terminal.ReadText(), "a?b\t?\n");
+}
+
+TEST(ControlCharacters, OfServiceTextsAreShownAsQuestionMarksOnATerminalOnly) {
+    {
+        const PseudoTerminal terminal(80);
+        ASSERT_TRUE(terminal.IsReady());
+        EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad?[31m?text");
+    }
+    OutputOf([] { EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad\x1b[31m\ntext"); });
+}
+
+}  // namespace

@@ -1,0 +1,4 @@
+#include <cstdlib>
+
+// This program's texts are bytes, whatever the locale of the person who runs it.
+[[maybe_unused]] static const int g_locale = setenv("LC_ALL", "C", 1);
