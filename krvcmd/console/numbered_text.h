@@ -12,12 +12,17 @@ struct NumberedText {
     std::int64_t number = 0;
 };
 
+// Exactly -1, 0 or +1: the number of `left` comes before, with or after that of `right`.
+inline std::int32_t CompareNumbers(const NumberedText& left, const NumberedText& right) {
+    if (left.number == right.number) return 0;
+    return left.number < right.number ? -1 : 1;
+}
+
 // Exactly -1, 0 or +1: `left` comes before, with or after `right`. Texts compare byte by byte.
 inline std::int32_t CompareNumberedTexts(const NumberedText& left, const NumberedText& right) {
     const std::int32_t texts = left.text.compare(right.text);
     if (texts != 0) return texts < 0 ? -1 : 1;
-    if (left.number == right.number) return 0;
-    return left.number < right.number ? -1 : 1;
+    return CompareNumbers(left, right);
 }
 
 // Splits off a number at the end of `text` (a last "%" behind its digits does not matter) that follows one of

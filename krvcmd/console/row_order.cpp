@@ -3,13 +3,28 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace Ostrel::UI::Console {
 
 namespace {
 
-// A row on its way to its place, with what it is ordered by for the key that is being looked at.
+constexpr std::size_t kBeginningSize = sizeof(std::uint64_t);
+
+// A text's first bytes as a number that orders as they do; a shorter text ends in zeros.
+std::uint64_t BeginningOf(std::string_view text) {
+    std::uint64_t beginning = 0;
+    for (std::size_t i = 0; i < kBeginningSize; ++i) {
+        const auto byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
+        beginning = beginning << 8U | byte;
+    }
+    return beginning;
+}
+
+// A row on its way to its place, with what it is ordered by for the key that is being looked at. Texts lie
+// scattered with their cells; the beginning at hand decides between most of them.
 struct RowToOrder {
+    std::uint64_t beginning;
     NumberedText value;
     std::uint32_t index;  // in the order of arrival
     bool hasCell;
@@ -17,6 +32,11 @@ struct RowToOrder {
 
 std::int32_t Compare(const RowToOrder& left, const RowToOrder& right) {
     if (left.hasCell != right.hasCell) return left.hasCell ? 1 : -1;
+    if (left.beginning != right.beginning) return left.beginning < right.beginning ? -1 : 1;
+    const std::size_t size = left.value.text.size();
+    if (size <= kBeginningSize && size == right.value.text.size()) {
+        return CompareNumbers(left.value, right.value);
+    }
     return CompareNumberedTexts(left.value, right.value);
 }
 
@@ -64,6 +84,7 @@ class RowOrder {
         const CTableItem* cell = m_keyCells[row.index * m_keys.size() + keyIndex];
         row.hasCell = cell != nullptr;
         row.value = cell == nullptr ? NumberedText{} : cell->GetOrderValue();
+        row.beginning = BeginningOf(row.value.text);
     }
 
     std::span<const SortKey> m_keys;
