@@ -5,7 +5,6 @@
 namespace krvcmd {
 namespace {
 
-using krvfake::kSideA;
 using krvfake::kSideB;
 using krvfake::Occurrence;
 using test::Calls;

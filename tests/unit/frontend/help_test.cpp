@@ -16,6 +16,31 @@ namespace {
 using Ostrel::UI::Console::CKrvQueryTable;
 using test::Lines;
 
+// Paragraphs of the texts, each one line until the console wraps it.
+constexpr std::string_view kNameDescription =
+    "The name of jukeboxes or volumes may be renamed. Renaming a volume causes the file system to "
+    "modify the path the volume is visible under.";
+constexpr std::string_view kPurpose =
+    "This is the command line interface to the Carvoline service. It can be used to import, export "
+    "and format media and to query information about media managed by Carvoline.";
+constexpr std::string_view kIds =
+    "Jukeboxes and volumes can be addressed using their unique ID. When specifying an ID it must "
+    "be prepended using the @-sign. Additionally, jukeboxes can be addressed using their name and "
+    "volumes can be addressed by their location (jukebox, magazine, slot, side).";
+constexpr std::string_view kNumbers =
+    "Magazines, slots and drives will be addressed by their number starting with 1. Slots can be "
+    "specified using either the number within the jukebox or in the magazine, by specifying or "
+    "omitting the magazine number.";
+constexpr std::string_view kLists =
+    "You can address multiple slots with one command by separating them with a comma or by "
+    "specifying a range of slots: S1,5,7 or S1-5. You can omit the slot number to perform an "
+    "operation for all slots in a magazine. Also, an operation will be performed for all slots in "
+    "a jukebox, if you omit both, the magazine and the slot number.";
+constexpr std::string_view kAbbreviations =
+    "All key words can be abbreviated as long as they remain unique. For example, you can specify "
+    "'juke' rather than 'jukebox', but you cannot use 'qu' for 'query' because it cannot be "
+    "distinguished from 'quiet'.";
+
 class HelpTest : public testing::Test {
   protected:
     HelpTest() { GetProgramNames() = {"krvcmd", "Carvoline"}; }
@@ -163,25 +188,22 @@ TEST_F(HelpTest, PrintsTheDetailedHelpOfACommand) {
 }
 
 TEST_F(HelpTest, NeverPrintsTheLegendOfTheSyntax) {
-    EXPECT_EQ(
-        HelpFor("name"),
-        Lines({
-            "The name of jukeboxes or volumes may be renamed. Renaming a volume causes the file system to "
-            "modify the path the volume is visible under.",
-            "",
-            "syntax:",
-            "    krvcmd name J <jukebox> <new_name>",
-            "    krvcmd name V <volume> <new_name>",
-            "",
-            "parameter:",
-            "    J         : jukebox ID or jukebox name, eg. J @17 or J MyBox",
-            "    V         : volume ID, eg. V @273",
-            "    <new name>: the new name",
-            "",
-            "example:",
-            "    krvcmd name J @31 \"My New Jukebox Name\"",
-            "    krvcmd name V @273 \"dir1/volume273\"",
-        }));
+    EXPECT_EQ(HelpFor("name"), Lines({
+                                   kNameDescription,
+                                   "",
+                                   "syntax:",
+                                   "    krvcmd name J <jukebox> <new_name>",
+                                   "    krvcmd name V <volume> <new_name>",
+                                   "",
+                                   "parameter:",
+                                   "    J         : jukebox ID or jukebox name, eg. J @17 or J MyBox",
+                                   "    V         : volume ID, eg. V @273",
+                                   "    <new name>: the new name",
+                                   "",
+                                   "example:",
+                                   "    krvcmd name J @31 \"My New Jukebox Name\"",
+                                   "    krvcmd name V @273 \"dir1/volume273\"",
+                               }));
 }
 
 TEST_F(HelpTest, DescribesTheColumnLettersBetweenParametersAndExampleOfQuery) {
@@ -240,25 +262,11 @@ TEST_F(HelpTest, PrintsTheGeneralHelpFromUsageToTheLastCommand) {
         Lines({
             "krvcmd [<common options>] [<command> [<parameter>]]",
             "",
-            "This is the command line interface to the Carvoline service. It can be used to import, export "
-            "and "
-            "format media and to query information about media managed by Carvoline.",
+            kPurpose,
             "",
-            "Jukeboxes and volumes can be addressed using their unique ID. When specifying an ID it must be "
-            "prepended using the @-sign. Additionally, jukeboxes can be addressed using their name and "
-            "volumes "
-            "can be addressed by their location (jukebox, magazine, slot, side).",
-            "Magazines, slots and drives will be addressed by their number starting with 1. Slots can be "
-            "specified using either the number within the jukebox or in the magazine, by specifying or "
-            "omitting "
-            "the magazine number.",
-            "You can address multiple slots with one command by separating them with a comma or by "
-            "specifying a "
-            "range of slots: S1,5,7 or S1-5. You can omit the slot number to perform an operation for all "
-            "slots "
-            "in a magazine. Also, an operation will be performed for all slots in a jukebox, if you omit "
-            "both, "
-            "the magazine and the slot number.",
+            kIds,
+            kNumbers,
+            kLists,
             "",
             "Examples:",
             "J @11 M 3 S3-5",
@@ -266,11 +274,7 @@ TEST_F(HelpTest, PrintsTheGeneralHelpFromUsageToTheLastCommand) {
             "J @11 S 33",
             "V @517",
             "",
-            "All key words can be abbreviated as long as they remain unique. For example, you can specify "
-            "'juke' "
-            "rather than 'jukebox', but you cannot use 'qu' for 'query' because it cannot be distinguished "
-            "from "
-            "'quiet'.",
+            kAbbreviations,
             "",
             "common options:",
             "    quiet: quiet mode (suppress banner and success message)",

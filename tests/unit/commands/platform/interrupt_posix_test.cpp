@@ -21,8 +21,8 @@ class InterruptTest : public test::CommandTest {
     }
 
     // Runs the words, raises `signal` while the library is in the call that `where` names, and prints status
-    // and output, then, one a line, the calls from that one on. Ends the process.
-    [[noreturn]] void RunInterrupted(const Words& words, const std::string& where, int signal) {
+    // and output, then, one a line, the calls from that one on.
+    void RunInterrupted(const Words& words, const std::string& where, int signal) {
         InstallInterruptHandler();
         GetBannerFlags() = {false, true};
         std::vector<std::string> calls;
@@ -35,12 +35,19 @@ class InterruptTest : public test::CommandTest {
         std::cerr << outcome.status << "\n" << outcome.output;
         for (const std::string& call : calls)
             std::cerr << call << "\n";
-        std::exit(0);
     }
 
-    // What a child process of RunInterrupted prints: these lines and nothing else.
-    static testing::Matcher<const std::string&> Prints(const std::string& lines) {
-        return testing::Eq(lines);
+    // A child process of RunInterrupted prints "error 4", `output`, the interrupted call and the closing of
+    // the session, and nothing else.
+    void ExpectInterrupted(const Words& words, const std::string& where, const std::string& output = "",
+                           int signal = SIGINT) {
+        const auto runAndExit = [&] {
+            RunInterrupted(words, where, signal);
+            std::exit(0);
+        };
+        EXPECT_EXIT(runAndExit(), testing::ExitedWithCode(0),
+                    testing::Matcher<const std::string&>(
+                        testing::Eq("error 4\n" + output + where + "\nKrvSessionClose\n")));
     }
 };
 
@@ -48,63 +55,36 @@ using InterruptDeathTest = InterruptTest;
 
 TEST_F(InterruptDeathTest, LetsTheCallInProgressFinishAndClosesTheSession) {
     for (const int signal : {SIGINT, SIGTERM}) {
-        EXPECT_EXIT(RunInterrupted({"export", "J@8"}, "KrvMediaExport J=8 M=0 S=1", signal),
-                    testing::ExitedWithCode(0),
-                    Prints("error 4\n"
-                           "KrvMediaExport J=8 M=0 S=1\n"
-                           "KrvSessionClose\n"));
+        ExpectInterrupted({"export", "J@8"}, "KrvMediaExport J=8 M=0 S=1", "", signal);
     }
 }
 
 TEST_F(InterruptDeathTest, EndsWithTheInterruptionEvenWhenTheLastCallWasTheLastOfAll) {
-    EXPECT_EXIT(RunInterrupted({"export", "J@8", "S1"}, "KrvMediaExport J=8 M=0 S=0", SIGINT),
-                testing::ExitedWithCode(0),
-                Prints("error 4\n"
-                       "KrvMediaExport J=8 M=0 S=0\n"
-                       "KrvSessionClose\n"));
+    ExpectInterrupted({"export", "J@8", "S1"}, "KrvMediaExport J=8 M=0 S=0");
 }
 
 TEST_F(InterruptDeathTest, DoesNotBeginItsWorkWhenTheSessionWasInterrupted) {
-    EXPECT_EXIT(RunInterrupted({"export", "J@8"}, "KrvSessionCreate server=\".\"", SIGINT),
-                testing::ExitedWithCode(0),
-                Prints("error 4\n"
-                       "KrvSessionCreate server=\".\"\n"
-                       "KrvSessionClose\n"));
+    ExpectInterrupted({"export", "J@8"}, R"(KrvSessionCreate server=".")");
 }
 
 TEST_F(InterruptDeathTest, PrintsTheRowsGatheredSoFar) {
-    EXPECT_EXIT(RunInterrupted({"query", "volumes", "columns=I"}, "KrvVolumeDetail V=34", SIGINT),
-                testing::ExitedWithCode(0),
-                Prints("error 4\n"
-                       " Vol ID \n"
-                       "--------\n"
-                       "     33 \n"
-                       "\n"
-                       "KrvVolumeDetail V=34\n"
-                       "KrvSessionClose\n"));
+    ExpectInterrupted({"query", "volumes", "columns=I"}, "KrvVolumeDetail V=34",
+                      " Vol ID \n"
+                      "--------\n"
+                      "     33 \n"
+                      "\n");
 }
 
 TEST_F(InterruptDeathTest, EndsEveryWalkAndList) {
-    struct Row {
-        Words words;
-        std::string where;
-        std::string output;
-    };
-    const Row rows[] = {
-        {{"query", "magazines", "J@8", "columns=m", "notable"}, "KrvGetMagazine J=8 M=0", "1\n"},
-        {{"query", "slots", "J@8", "S1-2000000000", "columns=I", "notable"},
-         "KrvGetSlot J=8 M=0 S=1",
-         "33\n"},
-        {{"scan", "J@8", "S1-2000000000"}, "KrvMediaScan J=8 M=0 S=1 side=2", ""},
-        {{"enable", "V@1-2000000000"}, "KrvVolumeActivate V=1", ""},
-        {{"name", "V@1-2000000000", "x"}, "KrvVolumeSetAspects V=1 text=\"x\"", ""},
-        {{"format", "J@8", "S1"}, "KrvVolumeFormat J=8 M=0 S=0 side=0 label=\"\" certify=0 sequential=0", ""},
-        {{"service", "stop"}, "KrvServiceStop", ""},
-    };
-    for (const Row& row : rows) {
-        EXPECT_EXIT(RunInterrupted(row.words, row.where, SIGINT), testing::ExitedWithCode(0),
-                    Prints("error 4\n" + row.output + row.where + "\nKrvSessionClose\n"));
-    }
+    ExpectInterrupted({"query", "magazines", "J@8", "columns=m", "notable"}, "KrvGetMagazine J=8 M=0", "1\n");
+    ExpectInterrupted({"query", "slots", "J@8", "S1-2000000000", "columns=I", "notable"},
+                      "KrvGetSlot J=8 M=0 S=1", "33\n");
+    ExpectInterrupted({"scan", "J@8", "S1-2000000000"}, "KrvMediaScan J=8 M=0 S=1 side=2");
+    ExpectInterrupted({"enable", "V@1-2000000000"}, "KrvVolumeActivate V=1");
+    ExpectInterrupted({"name", "V@1-2000000000", "x"}, R"(KrvVolumeSetAspects V=1 text="x")");
+    ExpectInterrupted({"format", "J@8", "S1"},
+                      R"(KrvVolumeFormat J=8 M=0 S=0 side=0 label="" certify=0 sequential=0)");
+    ExpectInterrupted({"service", "stop"}, "KrvServiceStop");
 }
 
 TEST_F(InterruptDeathTest, EndsTheProcessAtOnceTheSecondTime) {
