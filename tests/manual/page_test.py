@@ -9,6 +9,7 @@ import sys
 import unittest
 
 PAGES = []
+KRVSIM = os.environ.get("KRVSIM_PROGRAM", "krvsim")
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
 HEADER = PROJECT / "krvcmd/service/krv_sdk.h"
 LAYOUT_READER = PROJECT / "simulator/layout/layout_reader.cpp"
@@ -96,6 +97,19 @@ class ManualPages(unittest.TestCase):
         for field in fields:
             with self.subTest(field=field):
                 self.assertShows(explained, rf"^       (\w+, )*{field}\b")
+
+    def test_krvsim_explains_every_option_of_every_command(self):
+        text = rendered("krvsim.1")
+        commands = re.findall(r"(?m)^  ([a-z]+) ", run(KRVSIM, "--help")[0].partition("Subcommands:")[2])
+        self.assertGreater(len(commands), 8)
+        commands.remove("fault")
+        for command in [*commands, "fault add", "fault list", "fault clear"]:
+            section = re.search(rf"\n   {command}\n(.*?)\n   ?[A-Za-z]|\n   {command}\n(.*?)\n[A-Z]", text, re.DOTALL)
+            self.assertTrue(section, f"{command} is not explained")
+            options = set(re.findall(r"--[a-z][-a-z]+", run(KRVSIM, *command.split(), "--help")[0]))
+            for option in options - {"--help", "--server"}:
+                with self.subTest(command=command, option=option):
+                    self.assertIn(option, section.group(1) or section.group(2))
 
 
 if __name__ == "__main__":
