@@ -94,18 +94,6 @@ constexpr Rule kRules[] = {
     {"SELECT 'volume ' || r.volume || ', which is not there, has the directory name \"' || r.name || '\"' "
      "FROM directory r LEFT JOIN volume v ON v.id = r.volume WHERE v.id IS NULL"},
     {"SELECT 'volume ' || volume || ' has an empty directory name' FROM directory WHERE length(name) = 0"},
-    {"SELECT 'volume ' || v.id || ' is shown as ' || CASE v.state WHEN 0 THEN 'active' WHEN 1 THEN "
-     "'disabled' ELSE "
-     "'offline' END || ', but should be ' || CASE p.usual WHEN 0 THEN 'active' WHEN 1 THEN 'disabled' ELSE "
-     "'offline' "
-     "END FROM volume v JOIN (SELECT v.id AS id, CASE WHEN total(d.place = 1 AND g.present = 1) > 0 AND "
-     "(v.type = 1 "
-     "OR total(d.place = 1 AND g.present = 1) = count(i.side)) THEN 1 - v.enabled ELSE 2 END AS usual FROM "
-     "volume v "
-     "LEFT JOIN side i ON i.volume = v.id LEFT JOIN medium d ON d.id = i.medium LEFT JOIN magazine g ON "
-     "g.jukebox = "
-     "d.jukebox AND g.number = d.magazine GROUP BY v.id) p ON p.id = v.id WHERE v.state IN (0, 1, 2) AND "
-     "v.state <> p.usual"},
     {"SELECT 'the server counts ' || s.fault_count || ' faults, but has ' || count(f.id) FROM server s LEFT "
      "JOIN "
      "fault f GROUP BY s.id HAVING count(f.id) <> s.fault_count"},

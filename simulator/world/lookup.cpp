@@ -30,6 +30,13 @@ Refusal WhyNoSlot(Database& database, const SlotPlace& place) {
     return Refuse(Code::NoSlot, {Shown(place.magazine), name, Shown(place.slot)});
 }
 
+// The label of a volume, or its ID where it has none.
+std::string VolumeText(Database& database, int64_t volume) {
+    Rows rows(database, Sql::Volume, volume);
+    if (rows.Next() && !rows.Text(5).empty()) return std::string(rows.Text(5));
+    return "volume " + std::to_string(volume);
+}
+
 }  // namespace
 
 std::string JukeboxName(Database& database, int32_t jukebox) {
@@ -110,18 +117,19 @@ std::string LocationText(Database& database, const SlotPlace& place) {
 
 std::string MediumText(Database& database, const MediumView& medium) {
     std::string text;
-    bool hasVolume = false;
     Rows sides(database, Sql::SidesOfMedium, medium.id);
     while (sides.Next()) {
         if (sides.IsNull(4)) continue;
-        Rows volume(database, Sql::Volume, sides.Integer(4));
-        if (!volume.Next()) continue;
-        if (hasVolume) text += ", ";
-        text += volume.Text(5).empty() ? "volume " + std::to_string(sides.Integer(4))
-                                       : std::string(volume.Text(5));
-        hasVolume = true;
+        if (!text.empty()) text += ", ";
+        text += VolumeText(database, sides.Integer(4));
     }
-    return hasVolume ? text : "blank " + std::string(MediaTypeName(medium.type));
+    return text.empty() ? "blank " + std::string(MediaTypeName(medium.type)) : text;
+}
+
+std::string SideContentText(Database& database, const MediumView& medium, int32_t side) {
+    const auto view = FindSide(database, medium, side);
+    if (!view.has_value() || view->volume == 0) return "blank " + std::string(MediaTypeName(medium.type));
+    return VolumeText(database, view->volume);
 }
 
 }  // namespace krvsim

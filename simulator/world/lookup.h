@@ -66,5 +66,6 @@ std::string LocationText(Database& database, const SlotPlace& place);
 
 // What is on a medium, for the journal: "Disc-12, Disc-13", "blank DVD-RAM".
 std::string MediumText(Database& database, const MediumView& medium);
+std::string SideContentText(Database& database, const MediumView& medium, int32_t side);
 
 }  // namespace krvsim

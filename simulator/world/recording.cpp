@@ -161,7 +161,8 @@ std::string EraseSide(Database& database, const SideKey& key) {
         RequireGoodSide(database, slot, side);
         RequireOwnVolume(database, slot, side);
     }
-    const std::string erased = MediumText(database, *slot.medium);
+    const std::string erased = key.side == kBothSides ? MediumText(database, *slot.medium)
+                                                      : SideContentText(database, *slot.medium, key.side);
     for (const SideView& side : sides)
         EraseOne(database, slot, side);
     SetSlotState(database, slot.place, SlotState::Full);
