@@ -56,7 +56,8 @@ std::vector<const CTableRow*> CTable::GetRowsInOrder() const {
     for (const CTableRow& row : m_rows)
         rows.push_back(&row);
     const std::vector<SortKey> keys = GetDecisiveSortKeys();
-    return keys.empty() ? rows : OrderRows(rows, keys);
+    if (keys.empty()) return rows;
+    return OrderRows(rows, keys);
 }
 
 std::vector<SortKey> CTable::GetDecisiveSortKeys() const {

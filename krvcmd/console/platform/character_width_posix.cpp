@@ -1,8 +1,8 @@
 #include <langinfo.h>
-#include <locale.h>
-#include <wchar.h>
 
+#include <clocale>
 #include <cstring>
+#include <cwchar>
 
 #include "krvcmd/console/platform/character_width.h"
 
