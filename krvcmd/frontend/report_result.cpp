@@ -3,9 +3,13 @@
 #include <cstring>
 #include <utility>
 
+#include "krvcmd/console/control_characters.h"
 #include "krvcmd/console/query_table.h"
 
 namespace krvcmd {
+
+using Ostrel::UI::Console::Stream;
+using Ostrel::UI::Console::TamedText;
 
 namespace {
 
@@ -24,7 +28,9 @@ std::string SystemErrorMessage(std::uint32_t code) {
 
 std::string ErrorMessage(const Status& status) {
     if (!status.IsServiceError()) return SystemErrorMessage(status.Code());
-    return "KRV error " + std::to_string(status.Code()) + ": " + status.Message() + "\n";
+    // The text comes from outside: a terminal must not act upon what it holds.
+    const std::string text = TamedText(status.Message(), Stream::StandardError);
+    return "KRV error " + std::to_string(status.Code()) + ": " + text + "\n";
 }
 
 Status ReportResult(BannerFlags& flags, const Status& status) {
@@ -32,7 +38,7 @@ Status ReportResult(BannerFlags& flags, const Status& status) {
     if (result.IsOk() && flags.quiet) return result;
 
     Ostrel::UI::Console::CKrvQueryTable writer;
-    writer.PrintText(Ostrel::UI::Console::Stream::StandardError,
+    writer.PrintText(Stream::StandardError,
                      result.IsOk() ? "Operation completed successfully.\n" : ErrorMessage(result));
     // Nothing below needs memory: once the line is out, the report cannot fail and be made again.
     Status written = writer.Finish();
