@@ -112,6 +112,7 @@ TEST(ReportResult, ExecutesNoConversionOfAServiceText) {
 }
 
 TEST(ReportResult, MarksTheBannerAsShown) {
+    GetProgramNames() = {"krvcmd", "Carvoline"};
     BannerFlags flags;
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
