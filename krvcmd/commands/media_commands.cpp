@@ -13,7 +13,7 @@ constexpr std::int32_t kBothSides = 2;
 
 // A slot that is already as wanted counts as done. Only the service's own answer does: the system
 // error of the same number is an interruption.
-Status TreatAlreadyDoneAsSuccess(Status status) {
+Status TreatAlreadyDoneAsSuccess(const Status& status) {
     return status.IsServiceError() && status.Code() == kAlreadyDone ? Status() : status;
 }
 

@@ -65,7 +65,7 @@ Status ReadValue(Parameter& parameter, std::string_view text) {
         }
     }
     if (numberForm != nullptr) {
-        const Status status = ReadNumberList(parameter, *numberForm, text);
+        Status status = ReadNumberList(parameter, *numberForm, text);
         if (status.IsOk() || textForm == nullptr) return status;
     }
     if (text.starts_with('=')) text.remove_prefix(1);

@@ -6,7 +6,7 @@ namespace krvcmd {
 
 Status SlotFromAbsolute(std::int32_t jukeboxId, std::int32_t absoluteSlot, std::int32_t side,
                         SlotPosition& position) {
-    const Status noSuchSlot = Status::SystemError(os_code::kInvalidCommandLine);
+    Status noSuchSlot = Status::SystemError(os_code::kInvalidCommandLine);
     JukeboxInfo jukebox;
     if (Status status = GetJukebox(jukeboxId, jukebox); !status.IsOk()) return status;
 

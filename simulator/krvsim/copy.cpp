@@ -117,7 +117,7 @@ class Copier {
             if (m_directories.insert(directory).second) {
                 volume.directories.push_back(std::move(directory));
             } else {
-                Report("the directory name \"" + directory + "\" of " + name,
+                Report(std::string("the directory name \"").append(directory).append("\" of ").append(name),
                        "another volume has it already");
             }
         }

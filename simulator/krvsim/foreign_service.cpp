@@ -48,7 +48,7 @@ std::string FailureText(const CallFailure& failure) {
 
 template <typename Function>
 Function* ForeignService::Require(const char* name) const {
-    Function* function = m_library.Find<Function>(name);
+    auto* const function = m_library.Find<Function>(name);
     if (function == nullptr) throw ToolFailure(m_path + ": has no function " + name);
     return function;
 }

@@ -97,8 +97,8 @@ int64_t FindMediumOf(Database& database, int32_t volume) {
     const std::string name = "volume " + std::to_string(volume);
     if (!place.has_value()) throw ToolFailure(name + " is on no medium");
     if (place == kImport) throw ToolFailure(name + " waits in an import station already");
-    if (place != kExport && place != kShelf)
-        throw ToolFailure(name + " is in a slot; export its medium first");
+    const bool isOutside = *place == kExport || *place == kShelf;
+    if (!isOutside) throw ToolFailure(name + " is in a slot; export its medium first");
     return *FindNumber(database, "SELECT medium FROM side WHERE volume = ?1 ORDER BY part",
                        {int64_t{volume}});
 }

@@ -10,9 +10,8 @@
 namespace krvsim {
 namespace {
 
-ToolFailure HasFarm(const std::string& server, const std::filesystem::path& file) {
-    return ToolFailure("server \"" + server + "\" has a farm already, in " + file.string() +
-                       " (--force replaces it)");
+std::string HasFarm(const std::string& server, const std::filesystem::path& file) {
+    return "server \"" + server + "\" has a farm already, in " + file.string() + " (--force replaces it)";
 }
 
 }  // namespace
@@ -21,7 +20,8 @@ void RequireRoom(const std::string& server, Existing existing) {
     if (existing == Existing::Replace) return;
     const std::filesystem::path path = FarmPath(server);
     std::error_code ignored;
-    if (std::filesystem::exists(path, ignored) && OpenFarmAt(path) != nullptr) throw HasFarm(server, path);
+    if (std::filesystem::exists(path, ignored) && OpenFarmAt(path) != nullptr)
+        throw ToolFailure(HasFarm(server, path));
 }
 
 void MakeFarm(const std::string& server, Existing existing, const std::function<void(Database&)>& fill) {
@@ -31,7 +31,7 @@ void MakeFarm(const std::string& server, Existing existing, const std::function<
         isNew = true;
     });
     if (isNew) return;
-    if (existing == Existing::Keep) throw HasFarm(server, database->GetFile());
+    if (existing == Existing::Keep) throw ToolFailure(HasFarm(server, database->GetFile()));
     database->StartWaiting();
     InTransaction(*database, [&] { ReplaceFarm(*database, server, fill); });
 }

@@ -77,8 +77,7 @@ std::string Side(uint32_t type, const FarmSide& side) {
     const FarmSide usual = UsualSide(type, side.content, side.volume);
     const bool isUsual =
         side.finalization == usual.finalization && side.sequential == usual.sequential && side.part == 0;
-    const std::string content =
-        Joined({"\"", WordOf(ContentWords(), static_cast<int32_t>(side.content)), "\""});
+    std::string content = Joined({"\"", WordOf(ContentWords(), static_cast<int32_t>(side.content)), "\""});
     if (isUsual && side.volume == 0) return content;
     if (isUsual && side.content == Content::FileSystem) return std::to_string(side.volume);
     Fields fields;

@@ -24,7 +24,7 @@ class SharedLibrary {
     using Address = void (*)();
     Address FindAddress(const char* name) const;
 
-    void* m_handle;
+    void* m_handle = nullptr;
 };
 
 }  // namespace krvsim

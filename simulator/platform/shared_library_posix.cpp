@@ -6,7 +6,7 @@
 
 namespace krvsim {
 
-SharedLibrary::SharedLibrary(const std::filesystem::path& file) : m_handle(nullptr) {
+SharedLibrary::SharedLibrary(const std::filesystem::path& file) {
     // A name without a folder would be looked for in the system's folders, not in this one.
     const std::filesystem::path path = file.has_parent_path() ? file : "." / file;
     m_handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

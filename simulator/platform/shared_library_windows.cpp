@@ -7,7 +7,7 @@
 
 namespace krvsim {
 
-SharedLibrary::SharedLibrary(const std::filesystem::path& file) : m_handle(nullptr) {
+SharedLibrary::SharedLibrary(const std::filesystem::path& file) {
     m_handle = LoadLibraryW(std::filesystem::absolute(file).c_str());
     if (m_handle != nullptr) return;
     const std::error_code reason(static_cast<int>(GetLastError()), std::system_category());
