@@ -1,7 +1,9 @@
 #include "simulator/layout/layout_reader.h"
 
 #include <limits>
+#include <optional>
 
+#include "simulator/layout/stray_characters.h"
 #include "simulator/layout/table_reader.h"
 #include "simulator/world/media_types.h"
 
@@ -224,6 +226,10 @@ std::string ProblemText(std::string_view file, const Problem& problem) {
 
 LayoutResult ReadLayout(std::string_view text) {
     LayoutResult result;
+    if (const std::optional<Problem> stray = FindStrayCharacter(text)) {
+        result.problems.push_back(*stray);
+        return result;
+    }
     try {
         const toml::table table = toml::parse(text);
         TableReader reader(table, "", result.problems);
