@@ -55,12 +55,14 @@ class Bench:
         command = [self.program("measure"), str(runs), "DISCARD", str(self.data / "output")]
         for _, words in contestants:
             command += ["--", *words]
-        lines = subprocess.run(command, stdout=subprocess.PIPE, text=True, check=True).stdout.splitlines()
+        ran = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+        if ran.returncode != 0:
+            sys.exit(f"bench: nothing could be measured: {ran.stderr}")
         costs = [[] for _ in contestants]
-        for line in lines:
+        for line in ran.stdout.splitlines():
             index, cpu, peak, status = map(int, line.split())
             if status != 0:
-                sys.exit(f"bench: {' '.join(contestants[index][1])} ended with status {status}")
+                sys.exit(f"bench: {' '.join(contestants[index][1])} ended with status {status}: {ran.stderr}")
             costs[index].append((cpu / 1000, peak))
         group = {}
         for (name, _), runs_of_one in zip(contestants, costs):

@@ -31,11 +31,19 @@ const CTableItem& CellStore::Make(Arguments... arguments) {
 }
 
 const CTableItem& CellStore::Number(std::uint32_t columnId, std::int64_t value) {
-    return Make<CTableIntItem>(columnId, value, NumberStyle::Plain);
+    const CTableItem*& last = m_shared.Last(columnId);
+    if (last == nullptr || last->GetValue() != value) {
+        last = &Make<CTableIntItem>(columnId, value, NumberStyle::Plain);
+    }
+    return *last;
 }
 
 const CTableItem& CellStore::Capacity(std::uint32_t columnId, std::int64_t bytes) {
-    return Make<CTableIntItem>(columnId, bytes, NumberStyle::WithUnit);
+    const CTableItem*& last = m_shared.Last(columnId);
+    if (last == nullptr || last->GetValue() != bytes) {
+        last = &Make<CTableIntItem>(columnId, bytes, NumberStyle::WithUnit);
+    }
+    return *last;
 }
 
 const CTableItem& CellStore::OneBasedNumber(std::uint32_t columnId, std::int32_t zeroBasedNumber) {
@@ -55,7 +63,9 @@ const CTableItem& CellStore::Percent(std::uint32_t columnId, std::int64_t free, 
 }
 
 const CTableItem& CellStore::Text(std::uint32_t columnId, std::string_view text) {
-    return Make<CTableStringItem>(columnId, text);
+    const CTableItem*& last = m_shared.Last(columnId);
+    if (last == nullptr || last->GetText() != text) last = &Make<CTableStringItem>(columnId, text);
+    return *last;
 }
 
 const CTableItem& CellStore::Directory(std::uint32_t columnId, std::string_view path) {

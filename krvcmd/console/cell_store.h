@@ -12,7 +12,8 @@ namespace Ostrel::UI::Console {
 
 // Makes the cells of a table and keeps them alive. The cells of one row lie side by side. Cells that look the
 // same in many rows (words out of a fixed set, per cents, numbers of magazines and slots) are made once and
-// shared. Every function throws std::bad_alloc when there is no memory for the cell.
+// shared; other numbers and texts are shared by rows in succession that show the same. Every function throws
+// std::bad_alloc when there is no memory for the cell.
 class CellStore {
   public:
     // Cells lie in `memory`, which must outlive the store.

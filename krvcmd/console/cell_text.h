@@ -7,14 +7,14 @@
 
 namespace Ostrel::UI::Console {
 
-// The text of one cell, in 16 bytes. A table of a whole farm holds millions of cells whose texts are
-// mostly numbers and short names: up to 15 bytes lie in the object itself, longer ones on the heap.
+// The text of one cell, in 24 bytes. A table of a whole farm holds millions of cells whose texts are mostly
+// numbers, locations and short names: up to 23 bytes lie in the object itself, longer ones on the heap.
 class CellText {
   public:
     CellText() = default;
     explicit CellText(std::string_view text);
     ~CellText() {
-        if (IsOnHeap()) FreeHeapText();
+        if (IsOnHeap()) delete[] GetHeapText().data;
     }
     CellText(const CellText&) = delete;
     CellText& operator=(const CellText&) = delete;
@@ -32,7 +32,7 @@ class CellText {
     }
 
   private:
-    static constexpr std::size_t kInlineCapacity = 15;
+    static constexpr std::size_t kInlineCapacity = 23;
     static constexpr char kOnHeap = -1;
 
     // How a text that lies on the heap is noted in the object's own bytes.
@@ -42,12 +42,11 @@ class CellText {
     };
 
     HeapText GetHeapText() const;
-    void FreeHeapText();
 
     // The last byte is the length of a text that lies here, or kOnHeap.
     alignas(HeapText) std::array<char, kInlineCapacity + 1> m_bytes{};
 };
 
-static_assert(sizeof(CellText) == 16);
+static_assert(sizeof(CellText) == 24);
 
 }  // namespace Ostrel::UI::Console

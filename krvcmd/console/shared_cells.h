@@ -9,7 +9,8 @@
 
 namespace Ostrel::UI::Console {
 
-// Which cells of a table have been made for sharing: those of words out of a fixed set and of small numbers.
+// Which cells of a table have been made for sharing: those of words out of a fixed set and of small numbers,
+// and of each column the one that was made last, since rows in succession often show the same.
 class SharedCells {
   public:
     // Numbers from 0 to below this are shared; larger ones are too rare to be worth a place.
@@ -21,6 +22,7 @@ class SharedCells {
     // constant, told apart from others by its address.
     const CTableItem*& OfNumber(std::uint32_t columnId, std::int64_t number);
     const CTableItem*& OfWord(std::uint32_t columnId, std::string_view word);
+    const CTableItem*& Last(std::uint32_t columnId) { return ColumnOf(columnId).last; }
 
   private:
     struct WordCell {
@@ -30,6 +32,7 @@ class SharedCells {
     struct Column {
         std::vector<const CTableItem*> numbers;
         std::vector<WordCell> words;
+        const CTableItem* last = nullptr;
     };
 
     Column& ColumnOf(std::uint32_t columnId);

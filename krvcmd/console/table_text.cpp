@@ -69,6 +69,19 @@ void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTab
     body += '\n';
 }
 
+// Calls `append` for every row. Ordered rows lie in memory in any order, and to wait for each of them would
+// take longer than to show it, so they are asked for in time: a row, then the list of its cells, then these.
+template <typename Append>
+void ForEachRow(std::span<const CTableRow* const> rows, Append append) {
+    constexpr std::size_t kStep = 6;  // rows between two askings
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        if (index + 3 * kStep < rows.size()) __builtin_prefetch(rows[index + 3 * kStep]);
+        if (index + 2 * kStep < rows.size()) rows[index + 2 * kStep]->FetchList();
+        if (index + kStep < rows.size()) rows[index + kStep]->FetchCells();
+        append(*rows[index]);
+    }
+}
+
 }  // namespace
 
 bool EndsInPercentCell(std::string_view line) {
@@ -99,8 +112,7 @@ std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableR
         [](const LaidOutColumn& column) { return column.column->GetColumnId() == kPercentColumnId; }));
     std::string body;
     body.reserve(rows.size() * (layout.lineWidth + percentColumns + 1) + 1);
-    for (const CTableRow* row : rows)
-        AppendFormattedRow(body, layout, *row);
+    ForEachRow(rows, [&](const CTableRow& row) { AppendFormattedRow(body, layout, row); });
     body += '\n';
     return body;
 }
@@ -108,14 +120,14 @@ std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableR
 std::string PlainBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
     constexpr std::uint32_t kFullText = 0;
     std::string body;
-    for (const CTableRow* row : rows) {
+    ForEachRow(rows, [&](const CTableRow& row) {
         for (const LaidOutColumn& column : layout.columns) {
             if (!column.isFirst) body += layout.separator;
-            if (const CTableItem* item = FindCell(*row, column))
+            if (const CTableItem* item = FindCell(row, column))
                 AppendCell(body, *item, kFullText, layout.sink);
         }
         body += '\n';
-    }
+    });
     return body;
 }
 

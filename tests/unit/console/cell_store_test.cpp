@@ -39,12 +39,30 @@ TEST_F(CellStoreTest, SharesWordsSmallNumbersAndPerCents) {
 }
 
 TEST_F(CellStoreTest, MakesACellOfItsOwnForOtherNumbersAndTexts) {
-    EXPECT_NE(&m_cells.Number(2, 33), &m_cells.Number(2, 33));
-    EXPECT_NE(&m_cells.Text(15, "label"), &m_cells.Text(15, "label"));
+    EXPECT_NE(&m_cells.Number(2, 33), &m_cells.Number(2, 34));
+    EXPECT_NE(&m_cells.Text(15, "label"), &m_cells.Text(15, "Label"));
     EXPECT_EQ(m_cells.OneBasedNumber(7, -1).Render(0), "0");
     EXPECT_EQ(m_cells.OneBasedNumber(7, 2147483647).Render(0), "2147483648");
     EXPECT_EQ(m_cells.Percent(12, 150, 100).Render(0), "-50%%");
     EXPECT_EQ(m_cells.Percent(12, -2000, 100).Render(0), "2100%%");
+}
+
+TEST_F(CellStoreTest, SharesNumbersAndTextsThatFollowOneAnotherInAColumn) {
+    const CTableItem& number = m_cells.Number(2, 33);
+    EXPECT_EQ(&m_cells.Number(2, 33), &number);
+    EXPECT_NE(&m_cells.Number(25, 33), &number);
+    EXPECT_EQ(&m_cells.Number(2, 33), &number);
+    EXPECT_EQ(m_cells.Number(2, 34).GetValue(), 34);
+    EXPECT_EQ(m_cells.Number(2, 33).GetValue(), 33);
+
+    const CTableItem& capacity = m_cells.Capacity(13, 681'574'400);
+    EXPECT_EQ(&m_cells.Capacity(13, 681'574'400), &capacity);
+    EXPECT_EQ(m_cells.Capacity(13, 681'574'401).GetValue(), 681'574'401);
+
+    const CTableItem& text = m_cells.Text(10, "UDF");
+    EXPECT_EQ(&m_cells.Text(10, "UDF"), &text);
+    EXPECT_EQ(m_cells.Text(10, "UDF 2").GetText(), "UDF 2");
+    EXPECT_EQ(m_cells.Text(10, "UDF").GetText(), "UDF");
 }
 
 TEST_F(CellStoreTest, CopiesTheTextsOfItsCells) {
