@@ -9,8 +9,10 @@ namespace krvcmd {
 
 namespace {
 
+constexpr std::int32_t kNoSideGiven = -1;
 constexpr std::int32_t kSideA = 0;
 constexpr std::int32_t kSideB = 1;
+constexpr std::int32_t kBothSides = 2;
 
 }  // namespace
 
@@ -53,6 +55,8 @@ Status CAble::SetSlotVolumesActive(const ItemAddress& entry) const {
     if (!status.IsOk()) return status;
 
     const SlotPosition& position = slots.Position();
+    if (entry.side < kNoSideGiven || entry.side > kBothSides)
+        return Status::SystemError(os_code::kInvalidCommandLine);
     const bool oneSide = entry.side == kSideA || entry.side == kSideB;
     const std::int32_t first = oneSide ? entry.side : kSideA;
     const std::int32_t last = oneSide ? entry.side : kSideB;

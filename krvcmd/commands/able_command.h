@@ -11,14 +11,15 @@ class CAble : public CCommand {
   public:
     Status Run() override;
 
+    // Switches the volumes on the addressed sides of a slot (-1 or 2: both sides); a side without a volume is
+    // passed over. The jukebox of the entry is resolved. System error 22 for a side that there is not.
+    Status SetSlotVolumesActive(const ItemAddress& entry) const;
+
   protected:
     explicit CAble(Activity activity) : m_activity(activity) {}
 
   private:
     Status SetItemActive(const ItemAddress& entry) const;
-
-    // The volumes on the addressed sides of a slot; a side without one is passed over.
-    Status SetSlotVolumesActive(const ItemAddress& entry) const;
 
     Activity m_activity;
 };

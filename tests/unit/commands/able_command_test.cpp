@@ -1,5 +1,6 @@
 #include <array>
 
+#include "krvcmd/commands/able_command.h"
 #include "tests/unit/commands/support/command_test.h"
 
 namespace krvcmd {
@@ -71,6 +72,32 @@ TEST_F(AbleTest, SwitchesTheVolumesOnBothSidesOfASlot) {
     ExpectBoth({"J@31", "M2", "S3"}, "OK",
                {m_resolve, m_resolve, "KrvGetMagazine J=31 M=1", "KrvGetSide J=31 M=1 S=2 side=0",
                 "KrvVolumeActivate V=33", "KrvGetSide J=31 M=1 S=2 side=1", "KrvVolumeActivate V=34"});
+}
+
+// A command line can only name side A or B, or none.
+TEST_F(AbleTest, RefusesASideThatThereIsNotOnceTheSlotIsFound) {
+    struct Row {
+        std::int32_t side;
+        const char* status;
+        Calls sides;
+    };
+    const std::string a = "KrvGetSide J=31 M=0 S=1 side=0";
+    const std::string b = "KrvGetSide J=31 M=0 S=1 side=1";
+    const std::string volume = "KrvVolumeActivate V=35";
+    const Row rows[] = {{-2, "error 22", {}},   {-1, "OK", {a, b, volume}}, {0, "OK", {a}},
+                        {1, "OK", {b, volume}}, {2, "OK", {a, b, volume}},  {3, "error 22", {}}};
+    const CEnable enable;
+    for (const Row& row : rows) {
+        ItemAddress slot;
+        slot.jukeboxId = 31;
+        slot.magazine = 1;
+        slot.slot = 2;
+        slot.side = row.side;
+        EXPECT_EQ(test::Text(enable.SetSlotVolumesActive(slot)), row.status) << row.side;
+        Calls expected = {m_resolve, "KrvGetMagazine J=31 M=0"};
+        expected.insert(expected.end(), row.sides.begin(), row.sides.end());
+        EXPECT_EQ(TakeCalls(), expected) << row.side;
+    }
 }
 
 TEST_F(AbleTest, PassesOverASideWithoutAVolume) {
