@@ -36,10 +36,10 @@ if(TARGET krvsim)
   install(TARGETS krvsim RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
 endif()
 
-install(FILES "${CMAKE_SOURCE_DIR}/docs/guide.md" "${CMAKE_SOURCE_DIR}/docs/fleet.md"
-  DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
-install(FILES "${CMAKE_SOURCE_DIR}/docs/simulated-service.md"
-  DESTINATION "${doc_dir_krvcmd-simulator}" COMPONENT simulator)
+# The guides lead to each other, so they stay together.
+foreach(guide guide fleet rehearse-a-script krvsim layout simulated-service)
+  install(FILES "${CMAKE_SOURCE_DIR}/docs/${guide}.md" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
+endforeach()
 install(FILES "${CMAKE_SOURCE_DIR}/simulator/farms/demonstration.toml"
   DESTINATION "${doc_dir_krvcmd-simulator}/examples" COMPONENT simulator)
 install(FILES "${CMAKE_SOURCE_DIR}/krvcmd/service/krv_sdk.h" DESTINATION "${header_dir}" COMPONENT development)

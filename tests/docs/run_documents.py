@@ -12,6 +12,11 @@ it goes to a terminal of 100 columns:
 The blocks of one document are one session of bash, in an empty folder with a fresh farm. The programs
 are found by name; scripts/run stands for krvcmd. With --write the outputs in the document are replaced
 by what was printed (outputs with "..." stay as they are); the difference is then to be read line by line.
+
+Command lines within the text (`krvcmd help query`) and in blocks marked `sh` have no output to compare. Each one
+runs on a fresh farm of its own and has to succeed. Words in capitals stand for something (`--layout FILE`), so a
+line with one is no command line, and neither is the name of one of krvsim's commands. What builds, installs or
+tests is run by the tests that OTHERS names.
 """
 import fcntl
 import os
@@ -24,6 +29,15 @@ import tempfile
 import termios
 import threading
 import tty
+
+# The beginning of a command line in a document, and the test that runs it.
+OTHERS = {
+    "scripts/test": "the run of all tests",
+    "apt install ": "tests/packaging/install_test.sh",
+    "scripts/package": "tests/packaging/install_test.sh and zip_test.sh",
+    "cmake --build build/release && cmake --install ": "tests/packaging/install_tree_test.py",
+}
+PROGRAMS = ("krvcmd ", "krvsim ", "scripts/run ", "LD_LIBRARY_PATH=")
 
 
 class Step:
@@ -59,6 +73,37 @@ def read_steps(lines):
         else:
             sys.exit(f"line {number + 1}: a console block must begin with a command line")
     return steps
+
+
+def read_mentions(lines):
+    """Line numbers and command lines of which no output is shown."""
+    mentions, fence = [], None
+    for number, line in enumerate(lines, start=1):
+        opening = re.match(r"\s*```(\w*)", line)
+        if opening:
+            fence = None if fence is not None else opening[1]
+        elif fence == "sh":
+            command = re.sub(r"\s+#.*", "", line).strip()
+            if command and not command.startswith(tuple(OTHERS)):
+                mentions.append((number, command))
+        elif fence is None:
+            for command in re.findall(r"`([^`]+)`", line):
+                # scripts/run can be told to use the Windows program instead, which prints the same.
+                command = command.replace("scripts/run --windows ", "scripts/run ")
+                is_name = re.fullmatch(r"krvsim [a-z]+", command) or re.search(r"\b[A-Z]{4,}\b", command)
+                if command.startswith(PROGRAMS) and not is_name:
+                    mentions.append((number, command))
+    return mentions
+
+
+def wrong_mentions(lines, program_dir):
+    """Those that cannot be typed, or that fail: the number of the line, the command line, what it printed."""
+    for number, command in read_mentions(lines):
+        step = Step(number, f"{command}\n_ended=$?; [ $_ended = 0 ] || echo \"ends with status $_ended\"", 0)
+        with tempfile.TemporaryDirectory() as folder:
+            run([step], program_dir, folder)
+        if step.printed is None or (step.printed and step.printed[-1].startswith("ends with status ")):
+            yield number, command, step.printed or ["(not reached)"]
 
 
 class Terminal:
@@ -131,7 +176,10 @@ def check(path, program_dir, write):
     for step in wrong:
         print(f"{path.name}, line {step.number}: {step.command}")
         print("--- shown", *step.shown, "--- printed", *(step.printed or ["(not reached)"]), sep="\n")
-    return len(steps), len(wrong)
+    failing = list(wrong_mentions(lines, program_dir))
+    for number, command, printed in failing:
+        print(f"{path.name}, line {number}: {command}", *printed, sep="\n")
+    return len(steps) + len(read_mentions(lines)), len(wrong) + len(failing)
 
 
 def main(arguments):
@@ -142,7 +190,7 @@ def main(arguments):
         for path in sorted(place.rglob("*.md")) if place.is_dir() else [place]:
             count, wrong = check(path, program_dir, write)
             total, all_wrong = total + count, all_wrong + wrong
-    print(f"{total} command lines, {all_wrong} print something else than shown")
+    print(f"{total} command lines, {all_wrong} do something else than the documents say")
     return 0 if total and not all_wrong else 1
 
 

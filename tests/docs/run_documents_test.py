@@ -70,6 +70,18 @@ class RunDocuments(unittest.TestCase):
         self.assertEqual(self.outcome("$ echo a; echo; echo b; echo", "a", "", "b", "")[0], 0)
         self.assertEqual(self.outcome("$ echo a; echo; echo b; echo", "a", "b", "")[0], 1)
 
+    def test_command_lines_within_the_text_must_succeed(self):
+        self.assertEqual(self.outcome("```", "Type `krvcmd a b`.", "```console", "$ echo a", "a")[0], 1)  # status 7
+        self.assertEqual(self.outcome("```", "`krvcmd a || true`", "```console", "$ echo a", "a")[0], 0)
+        self.assertEqual(self.outcome("```", "`krvsim`, `krvcmd --to FILE`", "```console", "$ echo a", "a")[0], 0)
+
+    def test_command_lines_in_blocks_of_shell_must_succeed(self):
+        fails = ("```", "```sh", "scripts/run a b   # why", "```", "```console", "$ echo a", "a")
+        self.assertEqual(self.outcome(*fails)[0], 1)
+        self.assertEqual(self.outcome("```", "```sh", "nothing-like-this", "```", "```console", "$ echo a", "a")[0], 1)
+        passes = ("```", "```sh", "scripts/run a b || true # why", "", "```", "```console", "$ echo a", "a")
+        self.assertEqual(self.outcome(*passes)[0], 0)
+
     def test_a_block_without_a_command_is_an_error(self):
         with self.assertRaises(SystemExit):
             self.outcome("got a b")
