@@ -32,6 +32,7 @@ command mandoc                mandoc
 command groff                 groff-base
 command doxygen               doxygen
 command parallel              parallel
+command ansible-playbook      ansible-core
 '
 
 # What building for Windows needs beyond kBuildNeeds.
