@@ -30,8 +30,18 @@ const CTableItem& CellStore::Make(Arguments... arguments) {
     return *cell;
 }
 
+template <typename Find>
+const CTableItem*& CellStore::PlaceOf(Find find) {
+    try {
+        return find();
+    } catch (const std::bad_alloc&) {
+        m_unshared = nullptr;
+        return m_unshared;
+    }
+}
+
 const CTableItem& CellStore::Number(std::uint32_t columnId, std::int64_t value) {
-    const CTableItem*& last = m_shared.Last(columnId);
+    const CTableItem*& last = PlaceOf([&]() -> const CTableItem*& { return m_shared.Last(columnId); });
     if (last == nullptr || last->GetValue() != value) {
         last = &Make<CTableIntItem>(columnId, value, NumberStyle::Plain);
     }
@@ -39,7 +49,7 @@ const CTableItem& CellStore::Number(std::uint32_t columnId, std::int64_t value) 
 }
 
 const CTableItem& CellStore::Capacity(std::uint32_t columnId, std::int64_t bytes) {
-    const CTableItem*& last = m_shared.Last(columnId);
+    const CTableItem*& last = PlaceOf([&]() -> const CTableItem*& { return m_shared.Last(columnId); });
     if (last == nullptr || last->GetValue() != bytes) {
         last = &Make<CTableIntItem>(columnId, bytes, NumberStyle::WithUnit);
     }
@@ -49,7 +59,8 @@ const CTableItem& CellStore::Capacity(std::uint32_t columnId, std::int64_t bytes
 const CTableItem& CellStore::OneBasedNumber(std::uint32_t columnId, std::int32_t zeroBasedNumber) {
     if (!SharedCells::IsShared(zeroBasedNumber))
         return Make<CTableOneBasedIntItem>(columnId, zeroBasedNumber);
-    const CTableItem*& shared = m_shared.OfNumber(columnId, zeroBasedNumber);
+    const CTableItem*& shared =
+        PlaceOf([&]() -> const CTableItem*& { return m_shared.OfNumber(columnId, zeroBasedNumber); });
     if (shared == nullptr) shared = &Make<CTableOneBasedIntItem>(columnId, zeroBasedNumber);
     return *shared;
 }
@@ -57,13 +68,14 @@ const CTableItem& CellStore::OneBasedNumber(std::uint32_t columnId, std::int32_t
 const CTableItem& CellStore::Percent(std::uint32_t columnId, std::int64_t free, std::int64_t total) {
     const std::int64_t percent = UsedPercent(free, total);
     if (!SharedCells::IsShared(percent)) return Make<CTablePercentIntItem>(columnId, free, total);
-    const CTableItem*& shared = m_shared.OfNumber(columnId, percent);
+    const CTableItem*& shared =
+        PlaceOf([&]() -> const CTableItem*& { return m_shared.OfNumber(columnId, percent); });
     if (shared == nullptr) shared = &Make<CTablePercentIntItem>(columnId, free, total);
     return *shared;
 }
 
 const CTableItem& CellStore::Text(std::uint32_t columnId, std::string_view text) {
-    const CTableItem*& last = m_shared.Last(columnId);
+    const CTableItem*& last = PlaceOf([&]() -> const CTableItem*& { return m_shared.Last(columnId); });
     if (last == nullptr || last->GetText() != text) last = &Make<CTableStringItem>(columnId, text);
     return *last;
 }
@@ -73,7 +85,8 @@ const CTableItem& CellStore::Directory(std::uint32_t columnId, std::string_view 
 }
 
 const CTableItem& CellStore::Word(std::uint32_t columnId, std::string_view word) {
-    const CTableItem*& shared = m_shared.OfWord(columnId, word);
+    const CTableItem*& shared =
+        PlaceOf([&]() -> const CTableItem*& { return m_shared.OfWord(columnId, word); });
     if (shared == nullptr) shared = &Make<CTableStringItem>(columnId, word);
     return *shared;
 }

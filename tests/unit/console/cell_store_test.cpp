@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <utility>
 
 #include "tests/unit/console/support/failing_allocation.h"
 
@@ -72,18 +73,44 @@ TEST_F(CellStoreTest, CopiesTheTextsOfItsCells) {
     EXPECT_EQ(cell.Render(0), "a text that is longer than a cell itself");
 }
 
-TEST_F(CellStoreTest, MakesASharedCellLaterWhenThereWasNoMemoryForIt) {
-    bool hasFailed = false;
-    {
-        const krvcmd::test::FailingAllocation failure(1);
-        try {
-            static_cast<void>(m_cells.OneBasedNumber(7, 11));
-        } catch (const std::bad_alloc&) {
-            hasFailed = true;
-        }
+// Has no memory the first time that it is asked.
+class LateMemory : public std::pmr::memory_resource {
+  private:
+    void* do_allocate(std::size_t bytes, std::size_t alignment) override {
+        if (!std::exchange(m_hasFailed, true)) throw std::bad_alloc();
+        return m_memory.allocate(bytes, alignment);
     }
-    EXPECT_TRUE(hasFailed);
-    EXPECT_EQ(m_cells.OneBasedNumber(7, 11).Render(0), "12");
+    void do_deallocate(void*, std::size_t, std::size_t) override {}
+    bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override {
+        return this == &other;
+    }
+
+    bool m_hasFailed = false;
+    std::pmr::monotonic_buffer_resource m_memory;
+};
+
+TEST_F(CellStoreTest, MakesASharedCellLaterWhenThereWasNoMemoryForIt) {
+    LateMemory memory;
+    CellStore cells(&memory);
+    EXPECT_THROW(static_cast<void>(cells.OneBasedNumber(7, 11)), std::bad_alloc);
+    const CTableItem& cell = cells.OneBasedNumber(7, 11);
+    EXPECT_EQ(cell.Render(0), "12");
+    EXPECT_EQ(&cells.OneBasedNumber(7, 11), &cell);
+}
+
+TEST_F(CellStoreTest, MakesACellOfItsOwnWhenThereIsNoMemoryForSharingIt) {
+    for (const std::size_t refused : {1U, 2U}) {
+        CellStore cells(&m_memory);
+        const krvcmd::test::FailingAllocation failure(refused);
+        EXPECT_EQ(cells.OneBasedNumber(7, 11).Render(0), "12") << refused;
+        EXPECT_TRUE(failure.HasFailed()) << refused;
+        EXPECT_EQ(cells.OneBasedNumber(7, 12).Render(0), "13") << refused;
+    }
+    CellStore cells(&m_memory);
+    const krvcmd::test::FailingAllocation failure(1);
+    const CTableItem& first = cells.Number(3, 5);
+    EXPECT_TRUE(failure.HasFailed());
+    EXPECT_NE(&cells.Number(3, 5), &first);
 }
 
 }  // namespace
