@@ -20,6 +20,8 @@ void ConsoleStreams::Write(Stream stream, std::string_view text) {
     if (stream == Stream::StandardError) Flush(Stream::StandardOutput);
     if (HasFailed(stream) || text.empty()) return;
     if (std::fwrite(text.data(), 1, text.size(), FileOf(stream)) != text.size()) NoteFailure(stream, errno);
+    // Not every C runtime leaves standard error without a buffer.
+    if (stream == Stream::StandardError) Flush(stream);
 }
 
 krvcmd::Status ConsoleStreams::Finish() {

@@ -12,7 +12,8 @@ namespace Ostrel::UI::Console {
 class ConsoleStreams {
   public:
     // Writes `text` as it stands. Standard output is flushed before anything goes to standard error, so
-    // that both keep their order when they end in the same place. A stream that failed takes no more text.
+    // that both keep their order when they end in the same place, and standard error after it. A stream that
+    // failed takes no more text.
     void Write(Stream stream, std::string_view text);
 
     // Flushes standard output. The first error of any Write or flush as a system error with the platform's

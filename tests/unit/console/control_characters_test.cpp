@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/unit/console/support/captured_output.h"
-#include "tests/unit/console/support/pseudo_terminal.h"
 #include "tests/unit/console/support/text_table.h"
 
 namespace {
@@ -11,7 +10,6 @@ namespace {
 using namespace Ostrel::UI::Console;
 using krvcmd::test::Lines;
 using krvcmd::test::OutputOf;
-using krvcmd::test::PseudoTerminal;
 using krvcmd::test::TextTable;
 
 std::string Tamed(std::string text, Sink sink) {
@@ -39,12 +37,6 @@ TEST(TameCellText, ReplacesTheSecondRangeOfControlCharactersOnATerminal) {
               "a??31m");
     EXPECT_EQ(Tamed("a\xc2\x9fz", Sink::Terminal), "a??z");
     EXPECT_EQ(Tamed("a\xc2\xa0z", Sink::Terminal), "a\xc2\xa0z");
-    // As single bytes, which some terminals obey.
-    EXPECT_EQ(Tamed("a\x9b"
-                    "31m",
-                    Sink::Terminal),
-              "a?31m");
-    EXPECT_EQ(Tamed("a\x80z\x9f", Sink::Terminal), "a?z?");
 }
 
 TEST(TameCellText, LeavesOtherCharactersAlone) {
@@ -71,41 +63,11 @@ TEST(TameCellText, BeginsWhereTheCellBegins) {
     EXPECT_EQ(text, "row\nnext?");
 }
 
-TEST(ControlCharacters, AreShownAsQuestionMarksInATableOnATerminal) {
-    const PseudoTerminal terminal(80);
-    ASSERT_TRUE(terminal.IsReady());
-    TextTable table(79, {{1, "Name"}, {2, "Text"}});
-    table.AddTexts({{1, "a\x1b[2Jb"}, {2, "x\ny"}});
-    table.Print();
-    EXPECT_EQ(terminal.ReadText(), Lines({"  Name  | Text ", "---------------", " a?[2Jb | x?y  ", ""}));
-}
-
 TEST(ControlCharacters, StandInARedirectedTableAsTheyAre) {
     TextTable table(79, {{1, "Name"}, {2, "Text"}});
     table.AddTexts({{1, "a\x1b[2Jb"}, {2, "x\ny\r\t"}});
     EXPECT_EQ(table.Printed(), Lines({"  Name  | Text  ", "----------------", " a\x1b[2Jb | x?y\r\t ", ""}));
     EXPECT_EQ(table.PrintedPlain(), "a\x1b[2Jb|x?y\r\t\n");
-}
-
-TEST(ControlCharacters, DoNotSplitAnUnformattedRow) {
-    const PseudoTerminal terminal(80);
-    ASSERT_TRUE(terminal.IsReady());
-    TextTable table(79, {{1, "Name"}, {2, "Text"}});
-    table.SetFormatted(false);
-    // The separator is the user's own.
-    table.SetSeparator("\t");
-    table.AddTexts({{1, "a\nb"}, {2, "\x1b"}});
-    table.Print();
-    EXPECT_EQ(terminal.ReadText(), "a?b\t?\n");
-}
-
-TEST(ControlCharacters, OfServiceTextsAreShownAsQuestionMarksOnATerminalOnly) {
-    {
-        const PseudoTerminal terminal(80);
-        ASSERT_TRUE(terminal.IsReady());
-        EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad?[31m?text");
-    }
-    OutputOf([] { EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad\x1b[31m\ntext"); });
 }
 
 }  // namespace

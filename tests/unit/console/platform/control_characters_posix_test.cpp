@@ -1,0 +1,61 @@
+// Not on Windows: no Windows process makes itself a console, and single bytes are letters of the ANSI code
+// page there, as control_characters_windows_test.cpp says.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "krvcmd/console/control_characters.h"
+#include "tests/unit/console/support/captured_output.h"
+#include "tests/unit/console/support/pseudo_terminal.h"
+#include "tests/unit/console/support/text_table.h"
+
+namespace {
+
+using namespace Ostrel::UI::Console;
+using krvcmd::test::Lines;
+using krvcmd::test::OutputOf;
+using krvcmd::test::PseudoTerminal;
+using krvcmd::test::TextTable;
+
+TEST(TameCellText, ReplacesSingleBytesThatSomeTerminalsObey) {
+    std::string text =
+        "a\x9b"
+        "31m";
+    TameCellText(text, 0, Sink::Terminal);
+    EXPECT_EQ(text, "a?31m");
+    text = "a\x80z\x9f";
+    TameCellText(text, 0, Sink::Terminal);
+    EXPECT_EQ(text, "a?z?");
+}
+
+TEST(ControlCharacters, AreShownAsQuestionMarksInATableOnATerminal) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    TextTable table(79, {{1, "Name"}, {2, "Text"}});
+    table.AddTexts({{1, "a\x1b[2Jb"}, {2, "x\ny"}});
+    table.Print();
+    EXPECT_EQ(terminal.ReadText(), Lines({"  Name  | Text ", "---------------", " a?[2Jb | x?y  ", ""}));
+}
+
+TEST(ControlCharacters, DoNotSplitAnUnformattedRow) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    TextTable table(79, {{1, "Name"}, {2, "Text"}});
+    table.SetFormatted(false);
+    // The separator is the user's own.
+    table.SetSeparator("\t");
+    table.AddTexts({{1, "a\nb"}, {2, "\x1b"}});
+    table.Print();
+    EXPECT_EQ(terminal.ReadText(), "a?b\t?\n");
+}
+
+TEST(ControlCharacters, OfServiceTextsAreShownAsQuestionMarksOnATerminalOnly) {
+    {
+        const PseudoTerminal terminal(80);
+        ASSERT_TRUE(terminal.IsReady());
+        EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad?[31m?text");
+    }
+    OutputOf([] { EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad\x1b[31m\ntext"); });
+}
+
+}  // namespace
