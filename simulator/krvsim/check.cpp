@@ -94,6 +94,53 @@ constexpr Rule kRules[] = {
     {"SELECT 'volume ' || r.volume || ', which is not there, has the directory name \"' || r.name || '\"' "
      "FROM directory r LEFT JOIN volume v ON v.id = r.volume WHERE v.id IS NULL"},
     {"SELECT 'volume ' || volume || ' has an empty directory name' FROM directory WHERE length(name) = 0"},
+    {"SELECT 'medium ' || d.id || ' has a side ' || char(65 + max(i.side)) || ', but only ' || d.sides || ' "
+     "side' "
+     "FROM medium d JOIN side i ON i.medium = d.id GROUP BY d.id HAVING max(i.side) >= d.sides"},
+    {"SELECT 'medium ' || id || ' has type ' || type || ', which is not from 0 to 254' FROM medium "
+     "WHERE type NOT BETWEEN 0 AND 254"},
+    {"SELECT 'medium ' || id || ' is on the shelf, but names jukebox ' || jukebox FROM medium "
+     "WHERE place = 4 AND (jukebox <> 0 OR magazine <> 0)"},
+    {"SELECT 'medium ' || id || ' is in a station of jukebox ' || jukebox || ', but names magazine ' || "
+     "(magazine + 1) FROM medium WHERE place IN (2, 3) AND magazine <> 0"},
+    {"SELECT 'volume ' || id || ' has type ' || type || ', which is not from 0 to 2' FROM volume "
+     "WHERE type NOT BETWEEN 0 AND 2"},
+    // The same rule as where the state is worked out: a disc or a volume set is on-line when all of its sides
+    // are in slots of present magazines, a mirror when one is.
+    {"SELECT 'volume ' || id || ' is shown as ' || CASE shown WHEN 0 THEN 'active' WHEN 1 THEN 'disabled' "
+     "WHEN 2 THEN 'offline' ELSE 'state ' || shown END || ', but is ' || CASE due WHEN 0 THEN 'active' "
+     "WHEN 1 THEN 'disabled' WHEN 2 THEN 'offline' ELSE 'to be shown as state ' || due END FROM ("
+     "SELECT v.id, v.state AS shown, coalesce(o.state, CASE WHEN p.reached > 0 AND (p.reached = p.total "
+     "OR v.type = 1) THEN 1 - v.enabled ELSE 2 END) AS due FROM volume v LEFT JOIN odd_state o "
+     "ON o.volume = v.id LEFT JOIN (SELECT i.volume AS id, count(*) AS total, "
+     "sum(d.place = 1 AND g.present = 1) AS reached FROM side i CROSS JOIN medium d ON d.id = i.medium "
+     "LEFT JOIN magazine g ON g.jukebox = d.jukebox AND g.number = d.magazine "
+     "WHERE i.volume IS NOT NULL GROUP BY i.volume) p ON p.id = v.id) WHERE shown <> due"},
+    {"SELECT 'volume ' || o.volume || ', which is not there, is to be shown as state ' || o.state "
+     "FROM odd_state o LEFT JOIN volume v ON v.id = o.volume WHERE v.id IS NULL"},
+    {"SELECT 'volume ' || v.id || ' was never imported, but is on no medium' FROM volume v "
+     "LEFT JOIN side i ON i.volume = v.id WHERE v.id < 0 AND i.volume IS NULL"},
+    {"SELECT 'volume ' || volume || ' was never imported, but has the directory name \"' || name || '\"' "
+     "FROM directory WHERE volume < 0"},
+    {"SELECT 'the label of volume ' || id || ' is longer than 255 bytes' FROM volume "
+     "WHERE length(CAST(label AS BLOB)) > 255"},
+    {"SELECT 'the file system name of volume ' || id || ' is longer than 29 bytes' FROM volume "
+     "WHERE length(CAST(file_system AS BLOB)) > 29"},
+    {"SELECT 'the directory name of volume ' || volume || ' is longer than 1023 bytes' FROM directory "
+     "WHERE length(CAST(name AS BLOB)) > 1023"},
+    {"SELECT 'volumes ' || min(volume) || ' and ' || max(volume) || ' have the same directory name, \"' || "
+     "name "
+     "|| '\"' FROM directory GROUP BY name HAVING count(*) > 1"},
+    {"SELECT 'the device names of jukebox ' || id || ' do not fit' FROM jukebox WHERE "
+     "length(CAST(vendor AS BLOB)) > 8 OR length(CAST(product AS BLOB)) > 16 OR "
+     "length(CAST(revision AS BLOB)) > 4"},
+    {"SELECT 'the device names of drive ' || (number + 1) || ' of jukebox ' || jukebox || ' do not fit' "
+     "FROM drive WHERE length(CAST(vendor AS BLOB)) > 8 OR length(CAST(product AS BLOB)) > 16 OR "
+     "length(CAST(revision AS BLOB)) > 4"},
+    {"SELECT 'fault ' || id || ' has a chance of ' || probability || ', which is not from 0 to 1' FROM fault "
+     "WHERE probability NOT BETWEEN 0 AND 1"},
+    {"SELECT 'fault ' || id || ' neither fails nor waits' FROM fault WHERE code IS NULL AND delay <= 0"},
+    {"SELECT 'the journal keeps ' || journal_limit || ' calls' FROM server WHERE journal_limit < 0"},
     {"SELECT 'the server counts ' || s.fault_count || ' faults, but has ' || count(f.id) FROM server s LEFT "
      "JOIN "
      "fault f GROUP BY s.id HAVING count(f.id) <> s.fault_count"},

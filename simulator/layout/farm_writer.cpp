@@ -44,6 +44,8 @@ FarmWriter::FarmWriter(Database& database, std::string_view server)
       m_side(database.Prepare("INSERT INTO side VALUES (?, ?, ?, ?, ?, ?, ?)")),
       m_volume(database.Prepare("INSERT INTO volume VALUES (?, ?, 2, ?, ?, ?, ?, ?, ?, ?)")),
       m_directory(database.Prepare("INSERT INTO directory VALUES (?, ?, ?)")),
+      m_oddState(
+          database.Prepare("INSERT INTO odd_state SELECT id, ?2 FROM volume WHERE id = ?1 AND state <> ?2")),
       m_shownState(database.Prepare("UPDATE volume SET state = ?2 WHERE id = ?1")) {
     Insert(m_server, server);
 }
@@ -140,8 +142,10 @@ void FarmWriter::Finish(bool running, int32_t nextVolume) {
         " FROM side i CROSS JOIN medium d ON d.id = i.medium"
         " LEFT JOIN magazine g ON d.place = 1 AND g.jukebox = d.jukebox AND g.number = d.magazine"
         " WHERE i.volume IS NOT NULL GROUP BY i.volume) AS places WHERE places.id = volume.id");
-    for (const auto& [volume, state] : m_shownStates)
+    for (const auto& [volume, state] : m_shownStates) {
+        Insert(m_oddState, volume, state);
         Insert(m_shownState, volume, state);
+    }
     const StatementHandle server = m_database.Prepare(
         "UPDATE server SET running = ?1,"
         " next_volume = max(?2, 1 + coalesce((SELECT max(id) FROM volume WHERE id > 0), 0))");
@@ -162,7 +166,7 @@ void WriteFarm(Database& database, std::string_view server, const Farm& farm) {
 void ReplaceFarm(Database& database, std::string_view server, const std::function<void(Database&)>& fill) {
     const int64_t epoch = database.ReadNumber("SELECT epoch FROM server");
     for (const char* table : {"server", "jukebox", "magazine", "drive", "slot", "medium", "volume", "side",
-                              "directory", "fault", "journal"}) {
+                              "odd_state", "directory", "fault", "journal"}) {
         database.Execute(Joined({"DELETE FROM ", table}));
     }
     fill(database);

@@ -40,6 +40,7 @@ class FarmWriter {
     StatementHandle m_side;
     StatementHandle m_volume;
     StatementHandle m_directory;
+    StatementHandle m_oddState;
     StatementHandle m_shownState;
     int64_t m_lastMedium = 0;
     int32_t m_shelfLength = 0;

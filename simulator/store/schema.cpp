@@ -19,6 +19,7 @@ namespace {
 //   not imported yet and gets its number when it is. Searches for IDs above 0 pass it by.
 // volume.state: what is shown: 0 = active, 1 = disabled, 2 = offline, other = unknown. Kept up to
 //   date with `enabled` and the places of its media by every change.
+// odd_state.state: what is shown of a volume instead, until a change works its state out anew.
 // magazine.first_slot: the absolute number of its first slot.
 // jukebox.slot_count: the slots of its present magazines.
 // server.epoch: grows with every start of the service; sessions of an older one are over.
@@ -157,13 +158,28 @@ CREATE TABLE journal (
 ) STRICT;
 )sql";
 
+// Version 1 did not tell a state that was asked for from one that went wrong: each is taken for asked for.
+constexpr const char* kVersion2 = R"sql(
+CREATE TABLE odd_state (
+  volume INTEGER PRIMARY KEY,
+  state INTEGER NOT NULL
+) STRICT;
+INSERT INTO odd_state
+SELECT v.id, v.state FROM volume v LEFT JOIN (
+  SELECT i.volume AS id, count(*) AS total, sum(d.place = 1 AND g.present = 1) AS reached
+  FROM side i CROSS JOIN medium d ON d.id = i.medium
+  LEFT JOIN magazine g ON g.jukebox = d.jukebox AND g.number = d.magazine
+  WHERE i.volume IS NOT NULL GROUP BY i.volume) p ON p.id = v.id
+WHERE v.state <> CASE WHEN p.reached > 0 AND (p.reached = p.total OR v.type = 1) THEN 1 - v.enabled ELSE 2 END;
+)sql";
+
 struct Step {
     int32_t version;  // that the database has after it
     const char* script;
 };
 
 // A later release appends its step and never changes an earlier one.
-constexpr Step kSteps[] = {{1, kVersion1}};
+constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}};
 
 }  // namespace
 

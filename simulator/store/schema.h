@@ -11,7 +11,7 @@ class Database;
 inline constexpr int32_t kApplicationId = 0x4B525653;
 
 // The version that this release writes. A database of a later one is refused.
-inline constexpr int32_t kSchemaVersion = 1;
+inline constexpr int32_t kSchemaVersion = 2;
 
 // Brings a database from `version` (0 = an empty one) to kSchemaVersion; the caller has opened a
 // transaction, so that the whole way or none of it is gone.

@@ -84,6 +84,7 @@ constexpr std::array<const char*, kSqlCount> kTexts = {
     " VALUES (?1, 0, 0, 1, ?2, ?3, ?4, ?5, -1, 0)",
     "UPDATE volume SET file_system = ?2, label = ?3, total = ?4, free = ?5 WHERE id = ?1",
     "UPDATE volume SET state = ?2 WHERE id = ?1",
+    "DELETE FROM odd_state WHERE volume = ?1",
     "UPDATE volume SET enabled = ?2 WHERE id = ?1",
     "DELETE FROM volume WHERE id = ?1",
     "DELETE FROM directory WHERE volume = ?1",

@@ -53,6 +53,7 @@ enum class Sql {
     AddVolume,
     SetVolumeFormat,
     SetVolumeState,
+    ForgetOddState,
     SetVolumeEnabled,
     RemoveVolume,
     RemoveDirectories,

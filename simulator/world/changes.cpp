@@ -47,6 +47,7 @@ void RefreshVolumeState(Database& database, int32_t volume) {
     VolumeState state = VolumeState::Offline;
     if (isOnline) state = isEnabled ? VolumeState::Active : VolumeState::Disabled;
     Run(database, Sql::SetVolumeState, volume, state);
+    Run(database, Sql::ForgetOddState, volume);
 }
 
 void RefreshVolumesOf(Database& database, const MediumView& medium) {

@@ -50,6 +50,7 @@ void NumberNewVolumes(Database& database, int64_t medium) {
         Run(database, Sql::NumberSides, volume, number);
         Run(database, Sql::NumberVolume, volume, number);
         Run(database, Sql::NumberDirectories, volume, number);
+        Run(database, Sql::ForgetOddState, volume);
     }
 }
 

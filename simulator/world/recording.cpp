@@ -110,6 +110,7 @@ void EraseOne(Database& database, const SlotView& slot, SideView side) {
     if (side.volume != 0) {
         Run(database, Sql::RemoveVolume, side.volume);
         Run(database, Sql::RemoveDirectories, side.volume);
+        Run(database, Sql::ForgetOddState, side.volume);
     }
     side.content = Content::Blank;
     side.finalization = Finalization::NotFinalized;

@@ -65,6 +65,51 @@ TEST_F(KrvsimCheck, EveryBreachIsTold) {
         {"INSERT INTO directory VALUES (999, 0, 'lost')",
          "volume 999, which is not there, has the directory name \"lost\""},
         {"UPDATE server SET fault_count = 3", "the server counts 3 faults, but has 0"},
+        // MyBox holds volume 33 in a slot, volume 401 is on the shelf, and volume 108 is disabled.
+        {"UPDATE volume SET state = 2 WHERE id = 33", "volume 33 is shown as offline, but is active"},
+        {"UPDATE volume SET state = 0 WHERE id = 401", "volume 401 is shown as active, but is offline"},
+        {"UPDATE volume SET state = 0 WHERE id = 108", "volume 108 is shown as active, but is disabled"},
+        {"UPDATE volume SET enabled = 0 WHERE id = 33", "volume 33 is shown as active, but is disabled"},
+        {"UPDATE volume SET state = 9 WHERE id = 33", "volume 33 is shown as state 9, but is active"},
+        // Volume 116 is to be shown as state 3.
+        {"UPDATE volume SET state = 0 WHERE id = 116",
+         "volume 116 is shown as active, but is to be shown as state 3"},
+        {"INSERT INTO odd_state VALUES (999, 1)",
+         "volume 999, which is not there, is to be shown as state 1"},
+        {"UPDATE medium SET place = 4, jukebox = 0, magazine = 0, slot = 70 WHERE id = "
+         "(SELECT medium FROM side WHERE volume = 33)",
+         "volume 33 is shown as active, but is offline"},
+        {"UPDATE magazine SET present = 0 WHERE jukebox = 8", "volume 33 is shown as active, but is offline"},
+        {"UPDATE side SET side = 1 WHERE volume = 201", "has a side B, but only 1 side"},
+        {"UPDATE medium SET type = 255 WHERE place = 4", "has type 255, which is not from 0 to 254"},
+        {"UPDATE medium SET jukebox = 8 WHERE place = 4", "is on the shelf, but names jukebox 8"},
+        {"UPDATE medium SET magazine = 1 WHERE place = 3", "but names magazine 2"},
+        {"UPDATE volume SET type = 3 WHERE id = 33", "volume 33 has type 3, which is not from 0 to 2"},
+        {"INSERT INTO volume VALUES (-99, 0, 2, 1, '', '', 0, 0, -1, 0)",
+         "volume -99 was never imported, but is on no medium"},
+        {"INSERT INTO directory VALUES (-1, 0, 'early')",
+         "volume -1 was never imported, but has the directory name \"early\""},
+        {"UPDATE volume SET label = printf('%256s', 'x') WHERE id = 33",
+         "the label of volume 33 is longer than 255 bytes"},
+        {"UPDATE volume SET file_system = printf('%30s', 'x') WHERE id = 33",
+         "the file system name of volume 33 is longer than 29 bytes"},
+        {"UPDATE directory SET name = printf('%1024s', 'x') WHERE volume = 33",
+         "the directory name of volume 33 is longer than 1023 bytes"},
+        {"DROP INDEX directory_name; INSERT INTO directory SELECT 34, 7, name FROM directory WHERE volume = "
+         "33",
+         "volumes 33 and 34 have the same directory name, \""},
+        {"UPDATE jukebox SET vendor = '123456789' WHERE id = 8", "the device names of jukebox 8 do not fit"},
+        {"UPDATE drive SET revision = '12345' WHERE jukebox = 8 AND number = 1",
+         "the device names of drive 2 of jukebox 8 do not fit"},
+        {"INSERT INTO fault SELECT 1, '*', NULL, NULL, NULL, NULL, NULL, NULL, 0, NULL, 1.5, 1, 7, '', 0, 0, "
+         "0; "
+         "UPDATE server SET fault_count = 1",
+         "fault 1 has a chance of 1.5, which is not from 0 to 1"},
+        {"INSERT INTO fault SELECT 1, '*', NULL, NULL, NULL, NULL, NULL, NULL, 0, NULL, 1, 1, NULL, '', 0, "
+         "0, 0; "
+         "UPDATE server SET fault_count = 1",
+         "fault 1 neither fails nor waits"},
+        {"UPDATE server SET journal_limit = -1", "the journal keeps -1 calls"},
     };
     for (const BreachCase& expected : cases) {
         Done({"init", "--server", "broken", "--force"});
@@ -73,6 +118,24 @@ TEST_F(KrvsimCheck, EveryBreachIsTold) {
         EXPECT_NE(error.find(expected.breach), std::string::npos) << expected.script << "\n" << error;
         std::filesystem::remove(m_home.GetFolder() / "server-broken.db");
     }
+}
+
+TEST_F(KrvsimCheck, EveryActionLeavesASoundFarm) {
+    {
+        Client client;
+        ASSERT_TRUE(client.Import({29, 1, 4}).ok);
+        ASSERT_TRUE(client.Export({8, 0, 2}).ok);
+        ASSERT_TRUE(client.DisableMagazine(11, 0).ok);
+        ASSERT_TRUE(client.DisableVolume(33).ok);
+        ASSERT_TRUE(client.DisableVolume(116).ok);
+        ASSERT_TRUE(client.EnableMagazine(11, 0).ok);
+        ASSERT_TRUE(client.Format({11, 0, 9}, 0, "New").ok);
+    }
+    Done({"load", "--jukebox", "@29", "--type", "DVD-RAM", "--label", "Late", "--count", "3",
+          "--double-sided"});
+    Done({"load", "--jukebox", "@29", "--volume", "33"});
+    Done({"unload"});
+    EXPECT_EQ(Done({"check"}), "The farm of server \".\" is sound.\n");
 }
 
 class KrvsimServers : public ToolTest {};

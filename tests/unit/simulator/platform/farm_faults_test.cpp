@@ -98,11 +98,11 @@ TEST_F(FarmFaults, DatabaseOfAnotherProgramIsRefusedAndKept) {
 
 TEST_F(FarmFaults, FarmOfALaterReleaseIsRefusedAndKept) {
     CreateFarm();
-    ChangeFarm(m_home.LocalFarm(), "PRAGMA user_version = 2");
+    ChangeFarm(m_home.LocalFarm(), "PRAGMA user_version = 3");
     const std::string content = ReadFile(m_home.LocalFarm());
     const Client client;
     EXPECT_EQ(Describe(client.GetOpening()),
-              "1063: The farm file " + Farm() + " has version 2, this program knows versions up to 1.");
+              "1063: The farm file " + Farm() + " has version 3, this program knows versions up to 2.");
     EXPECT_EQ(ReadFile(m_home.LocalFarm()), content);
 }
 
