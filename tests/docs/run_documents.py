@@ -99,10 +99,10 @@ def read_mentions(lines):
 def wrong_mentions(lines, program_dir):
     """Those that cannot be typed, or that fail: the number of the line, the command line, what it printed."""
     for number, command in read_mentions(lines):
-        step = Step(number, f"{command}\n_ended=$?; [ $_ended = 0 ] || echo \"ends with status $_ended\"", 0)
+        step = Step(number, f"{command}\necho \"ends with status $?\"", 0)
         with tempfile.TemporaryDirectory() as folder:
             run([step], program_dir, folder)
-        if step.printed is None or (step.printed and step.printed[-1].startswith("ends with status ")):
+        if not step.printed or step.printed[-1] != "ends with status 0":
             yield number, command, step.printed or ["(not reached)"]
 
 
@@ -147,6 +147,7 @@ def run(steps, program_dir, folder):
             terminals[at] = Terminal(step.columns)
             output = terminals[at].path
         script += f"_status=$?; : >{home}/reached.{at}; (exit $_status)\n{{ {step.command}\n}} >{output} 2>&1\n"
+    script += f": >{home}/reached.{len(steps)}\n"
     environment = dict(os.environ, KRVSIM_HOME=str(home / "farm"), HOME=str(home),
                        PATH=f"{program_dir}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
     subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,
@@ -155,7 +156,8 @@ def run(steps, program_dir, folder):
         printed = terminals[at].finish() if at in terminals else b""
         if (home / f"output.{at}").exists():
             printed = (home / f"output.{at}").read_bytes()
-        if (home / f"reached.{at}").exists():
+        # Whatever ends the shell, such as an open quote, keeps it from reaching the next one.
+        if (home / f"reached.{at + 1}").exists():
             text = printed.decode("utf-8", "replace")
             step.printed = [line.rstrip(" ") for line in text.removesuffix("\n").split("\n")] if text else []
 

@@ -39,6 +39,11 @@ class RunDocuments(unittest.TestCase):
     def test_fails_on_commands_after_the_end_of_the_shell(self):
         self.assertEqual(self.outcome("$ exit", "$ true")[0], 1)
 
+    def test_fails_on_what_the_shell_cannot_read(self):
+        self.assertEqual(self.outcome("$ krvcmd (a)")[0], 1)
+        self.assertEqual(self.outcome("$ krvcmd 'a")[0], 1)
+        self.assertEqual(self.outcome("```", "`krvcmd (a)`", "```console", "$ echo a", "a")[0], 1)
+
     def test_three_dots_stand_for_any_lines(self):
         self.assertEqual(self.outcome("$ krvcmd a", "...", "said a")[0], 0)
         self.assertEqual(self.outcome("$ krvcmd a", "...", "said b")[0], 1)

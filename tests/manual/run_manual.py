@@ -2,9 +2,11 @@
 """Runs the command lines that manual pages show: run_manual.py [--write] PROGRAM-DIRECTORY PAGE ...
 
 What stands between .EX and .EE and begins with "$ " is a session at a prompt, as in the documents; see
-tests/docs/run_documents.py. Blocks without such a line are shown for reading only.
+tests/docs/run_documents.py. Blocks without such a line are shown for reading only. Command lines within the
+text (.B krvcmd que vol) have to succeed, each on a farm of its own.
 """
 import pathlib
+import re
 import sys
 import tempfile
 
@@ -51,8 +53,19 @@ def as_document(lines):
     return document
 
 
+def mentioned(lines):
+    """The page's text as a document whose code is what the page shows in bold: line for line."""
+    program = "(?:krvcmd|krvsim)"
+    shown = re.compile(rf'^\.B ({program} .+)$|^\.(?:BR|RB) .*?"({program} [^"]+)".*$')
+    return [shown.sub(lambda match: f"`{plain(match[1] or match[2])}`", line) for line in lines]
+
+
 def check(page, program_dir, write):
     lines = page.read_text(encoding="utf-8").splitlines()
+    mentions = run_documents.read_mentions(mentioned(lines))
+    failing = list(run_documents.wrong_mentions(mentioned(lines), program_dir))
+    for number, command, printed in failing:
+        print(f"{page.name}, line {number}: {command}", *printed, sep="\n")
     steps = run_documents.read_steps(as_document(lines))
     with tempfile.TemporaryDirectory() as folder:
         run_documents.run(steps, program_dir, folder)
@@ -64,7 +77,7 @@ def check(page, program_dir, write):
     for step in wrong:
         print(f"{page.name}, line {step.number}: {step.command}")
         print("--- shown", *step.shown, "--- printed", *(step.printed or ["(not reached)"]), sep="\n")
-    return len(steps), len(wrong)
+    return len(steps) + len(mentions), len(wrong) + len(failing)
 
 
 def main(arguments):
@@ -72,7 +85,7 @@ def main(arguments):
     program_dir, *pages = (pathlib.Path(argument).resolve() for argument in arguments[write:])
     counts = [check(page, program_dir, write) for page in pages]
     total, wrong = (sum(numbers) for numbers in zip(*counts))
-    print(f"{total} command lines, {wrong} print something else than shown")
+    print(f"{total} command lines, {wrong} do something else than the pages say")
     return 0 if total and not wrong else 1
 
 
