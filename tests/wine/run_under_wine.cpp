@@ -38,7 +38,8 @@ constexpr unsigned short kConsoleRows = 5000;
 
 volatile sig_atomic_t childToInterrupt = 0;
 
-// Windows knows no signals: whatever asks a program to end arrives as Ctrl-C, which wine makes of SIGINT.
+// Windows knows no signals: whatever asks a program to end arrives as Ctrl-C, which wine makes of SIGINT
+// for the handler that the program gave its console.
 void HandOnInterruption(int /*signal*/) {
     if (childToInterrupt > 0) kill(childToInterrupt, SIGINT);
 }
