@@ -3,7 +3,7 @@
 # ordinary user, and removes them again: install_test.sh FOLDER-OF-PACKAGES
 #
 # The machine is a folder made by debootstrap (once; it is kept as build/clean-root.tar and unpacked anew
-# for each run). Needs root.
+# for each run). Needs root. The packages are installed as README.md says.
 set -u -o pipefail
 
 kProject=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd -P)
@@ -61,7 +61,7 @@ cp /etc/resolv.conf "$root/etc/resolv.conf"
 cp /etc/hosts "$root/etc/hosts"
 mkdir "$root/packages"
 for name in krvcmd krvcmd-simulator krvcmd-dev; do
-    cp "$packages/${name}"_*.deb "$root/packages/$name.deb" || fail "the package $name is not there"
+    cp "$packages/${name}"_*.deb "$root/packages/" || fail "the package $name is not there"
 done
 
 on_machine() { # COMMAND ...
@@ -71,6 +71,7 @@ apt() { on_machine apt-get -qq -o DPkg::Use-Pty=0 "$@" </dev/null >"$root/apt.lo
     cat "$root/apt.log" >&2
     fail "apt-get $*"
 }; }
+packaged() { (cd "$root" && printf '/%s' "packages/$1"_*.deb); } # NAME
 as_user() { # SHELL-COMMAND
     on_machine runuser -u tester -- env HOME=/home/tester sh -c "cd && $1"
 }
@@ -81,6 +82,10 @@ all_files() {
         -o -path ./apt.log \) -prune -o -print | LC_ALL=C sort)
 }
 
+# The words of the line that the document shows, without "apt install".
+read -ra shown < <(sed -n 's/^apt install \(\.\/.*\)$/\1/p' "$kProject/README.md")
+expect "README.md shows no line that installs" [ "${#shown[@]}" = 2 ]
+
 apt update
 on_machine useradd --create-home tester
 before=$(all_files)
@@ -88,7 +93,7 @@ before=$(all_files)
 # ---- Installed -----------------------------------------------------------------------------------
 
 start=$SECONDS
-apt install --no-install-recommends /packages/krvcmd.deb /packages/krvcmd-simulator.deb
+apt install --no-install-recommends "${shown[@]/#.//packages}"
 table=$(as_user 'krvcmd query volumes 2>&1') || fail "krvcmd query volumes ends with $?: $table"
 taken=$((SECONDS - start))
 expect "the first table after $taken seconds, which is too long" [ "$taken" -lt "$kPatience" ]
@@ -96,6 +101,9 @@ expect "no banner in: $table" grep -q '^Carvoline - command line interface$' <<<
 expect "no header in: $table" grep -q '^ Vol ID | *Location *| *Status' <<<"$table"
 expect "no volume 33 in: $table" grep -Eq '^ +33 \| MyBox\\3\.A +\| active +\| DVD-RAM' <<<"$table"
 expect "no success in: $table" [ "$(tail -n 1 <<<"$table")" = "Operation completed successfully." ]
+for tool in gcc c++ cmake make python3; do
+    expect "$tool came along" [ ! -e "$root/usr/bin/$tool" ]
+done
 expect "the farm is not private" [ "$(as_user 'stat -c %a .local/state/krvsim')" = 700 ]
 expect "a change does not last" [ "$(as_user 'krvcmd quiet name J @31 "New Lab" && krvcmd query jukeboxes J @31 columns=N notable')" = "New Lab" ]
 as_user 'krvcmd quiet query jukeboxes J Nowhere' 2>/dev/null
@@ -103,7 +111,9 @@ expect "status of a jukebox that there is not: $?" [ $? = 6 ]
 
 # apt-get installs what is recommended unless it is told not to.
 expect "krvcmd does not recommend the simulator" \
-    grep -Eq '^ *Recommends: krvcmd-simulator \| libkrvsdk64$' <(on_machine dpkg-deb --info /packages/krvcmd.deb)
+    grep -Eq '^ *Recommends: krvcmd-simulator \| libkrvsdk64$' <(on_machine sh -c 'dpkg-deb --info /packages/krvcmd_*.deb')
+expect "krvcmd cannot be without the simulator" \
+    on_machine sh -c 'dpkg --remove krvcmd-simulator && dpkg --verify krvcmd && dpkg --install /packages/krvcmd-simulator_*.deb' >/dev/null
 
 library_used() { on_machine env "${@}" ldd /usr/bin/krvcmd | sed -n 's/.*libkrvSdk64\.so => \([^ ]*\) .*/\1/p'; }
 installed=$(library_used)
@@ -121,19 +131,42 @@ done
 on_machine ldconfig
 
 for file in share/man/man1/krvcmd.1.gz share/bash-completion/completions/krvcmd share/zsh/vendor-completions/_krvcmd \
-    share/fish/vendor_completions.d/krvcmd.fish share/doc/krvcmd/copyright share/doc/krvcmd/guide.md; do
+    share/fish/vendor_completions.d/krvcmd.fish share/doc/krvcmd/copyright share/doc/krvcmd/guide.md \
+    share/doc/krvcmd/rehearse-a-script.md share/man/man1/krvsim.1.gz share/man/man5/krvsim-layout.5.gz; do
     # A base system may be told not to unpack documents; none that debootstrap makes is.
     expect "/usr/$file is not there" [ -s "$root/usr/$file" ]
 done
 expect "bash cannot read its completion" on_machine bash -n /usr/share/bash-completion/completions/krvcmd
 
-if [ -e "$root/usr/bin/krvsim" ]; then
-    expect "krvsim does not run" as_user 'krvsim check >/dev/null'
-fi
+# The day's work: media in and out, a format, the service; and the same as a rehearsal on a copy of the farm.
+answers() { # SHELL-COMMAND ANSWER
+    local answer
+    answer=$(as_user "$1" 2>&1)
+    expect "$1 prints: $answer" [ "$answer" = "$2" ]
+}
+answers 'krvcmd quiet import J @29 M2 repeat=3' ''
+answers 'krvcmd query slots J @29 M2 columns=sl sort=s notable' '1|Invoices 01
+2|Invoices 02
+3|Sales 2006
+4|Price lists
+6|Backup March
+6|Backup April'
+answers 'krvcmd quiet format V @33 label="Sales 2005" && krvcmd query volumes V @33 columns=lz notable' 'Sales 2005|0%'
+answers 'krvcmd quiet export V @33 && krvcmd query volumes V @33 columns=o notable' 'offline'
+answers 'krvcmd quiet service stop; krvcmd quiet query jukeboxes; echo $?; krvcmd quiet service start' \
+    'KRV error 1011: The service on server "." is stopped.
+243'
+answers 'krvsim check' 'The farm of server "." is sound.'
+library=$(grep -o '^\$ LIBRARY=.*' "$kProject/docs/rehearse-a-script.md")
+answers "${library#\$ }; krvsim clone --library \"\$LIBRARY\" --from . --to rehearsal >clone.log 2>&1; krvsim check --server rehearsal" \
+    'The farm of server "rehearsal" is sound.'
+answers 'krvsim journal --server rehearsal --on >/dev/null; krvcmd quiet server=rehearsal export J @29 M2 S1; krvsim journal --server rehearsal --summary' \
+    'exported: Sales Tower\2\1 (Invoices 01)
+1 change: 1 exported; 6 calls, 0 of them failed.'
 
 # ---- Over again, and removed -----------------------------------------------------------------------
 
-apt install --reinstall /packages/krvcmd.deb /packages/krvcmd-simulator.deb /packages/krvcmd-dev.deb
+apt install --reinstall "$(packaged krvcmd)" "$(packaged krvcmd-simulator)" "$(packaged krvcmd-dev)"
 expect "the header is not there" [ -s "$root/usr/include/krv_sdk.h" ]
 expect "the user's farm is gone after installing again" [ "$(as_user 'krvcmd query jukeboxes J @31 columns=N notable')" = "New Lab" ]
 

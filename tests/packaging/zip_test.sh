@@ -15,11 +15,28 @@ folder=$(mktemp -d) || exit 1
 trap 'rm -rf -- "$folder"' EXIT
 unzip -q "$zip" -d "$folder" || fail "cannot unpack $zip"
 program=$(compgen -G "$folder/*/krvcmd.exe") || fail "no krvcmd.exe in the zip's folder"
-for file in krvSdk64.dll LICENSE docs/guide.md completion/krvcmd.ps1 sdk/krv_sdk.h sdk/krvSdk64.def; do
-    [ -s "${program%/*}/$file" ] || fail "no $file in the zip"
-done
+# All that is in it, and nothing else.
+expected='LICENSE
+completion/krvcmd.ps1
+docs/examples/demonstration.toml
+docs/examples/krv-sdk-example.c
+docs/fleet.md
+docs/guide.md
+docs/krvsim.md
+docs/layout.md
+docs/rehearse-a-script.md
+docs/simulated-service.md
+krvSdk64.dll
+krvcmd.exe
+krvsim.exe
+sdk/krvSdk64.def
+sdk/krv_sdk.h'
+difference=$(diff <(printf '%s\n' "$expected") <(cd "${program%/*}" && find . -type f -size +0 | cut -c 3- | LC_ALL=C sort)) ||
+    fail "the zip holds other files than it should: $difference"
 
 export KRVSIM_HOME=$folder/farm
 table=$("$kProject/scripts/lib/wine" "$program" quiet query volumes columns=Il notable sep=, V @33 2>&1 | tr -d '\r')
 [ "$table" = "33,Sales 2004" ] || fail "krvcmd.exe prints: $table"
+check=$("$kProject/scripts/lib/wine" "${program%/*}/krvsim.exe" check 2>&1 | tr -d '\r')
+[ "$check" = 'The farm of server "." is sound.' ] || fail "krvsim.exe prints: $check"
 printf 'the zip runs from its own folder\n'
