@@ -44,6 +44,16 @@ int64_t ReadNumber(const std::filesystem::path& farm, const std::string& stateme
     return std::stoll(ReadText(farm, statement));
 }
 
+FarmHold::FarmHold(const std::filesystem::path& farm) : m_connection(Open(farm).release()) {
+    if (sqlite3_exec(m_connection, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr) != SQLITE_OK) {
+        throw std::runtime_error(sqlite3_errmsg(m_connection));
+    }
+}
+
+FarmHold::~FarmHold() {
+    sqlite3_close(m_connection);
+}
+
 void HoldAndStop(const std::filesystem::path& farm, const std::string& script) {
     const Connection connection = Open(farm);
     if (sqlite3_exec(connection.get(), script.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {

@@ -1,6 +1,8 @@
 // Looks into a farm's database past the library.
 #pragma once
 
+#include <sqlite3.h>
+
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -12,6 +14,18 @@ std::string ReadText(const std::filesystem::path& farm, const std::string& state
 
 // Runs statements that change it.
 void ChangeFarm(const std::filesystem::path& farm, const std::string& script);
+
+// Keeps others from changing a farm while it lives.
+class FarmHold {
+  public:
+    explicit FarmHold(const std::filesystem::path& farm);
+    FarmHold(const FarmHold&) = delete;
+    FarmHold& operator=(const FarmHold&) = delete;
+    ~FarmHold();
+
+  private:
+    sqlite3* m_connection = nullptr;
+};
 
 // Runs the statements and stops this process while it holds what they lock.
 void HoldAndStop(const std::filesystem::path& farm, const std::string& script);
