@@ -109,9 +109,6 @@ expect "a change does not last" [ "$(as_user 'krvcmd quiet name J @31 "New Lab" 
 as_user 'krvcmd quiet query jukeboxes J Nowhere' 2>/dev/null
 expect "status of a jukebox that there is not: $?" [ $? = 6 ]
 
-# apt-get installs what is recommended unless it is told not to.
-expect "krvcmd does not recommend the simulator" \
-    grep -Eq '^ *Recommends: krvcmd-simulator \| libkrvsdk64$' <(on_machine sh -c 'dpkg-deb --info /packages/krvcmd_*.deb')
 on_machine dpkg --remove krvcmd-simulator >/dev/null
 expect "krvcmd cannot be without the simulator" on_machine dpkg --verify krvcmd
 alone=$(as_user 'krvcmd query volumes' 2>&1)
@@ -119,6 +116,7 @@ expect "without a library krvcmd ends with $?: $alone" [ $? = 127 ]
 expect "without a library krvcmd says: $alone" grep -q 'libkrvSdk64\.so' <<<"$alone"
 on_machine sh -c 'dpkg --install /packages/krvcmd-simulator_*.deb' >/dev/null || fail "the simulator cannot be installed after krvcmd"
 
+cp "$root"/usr/lib/*/libkrvSdk64.so "$root/packages/" || fail "no library in the folder of the machine's architecture"
 library_used() { on_machine env "${@}" ldd /usr/bin/krvcmd | sed -n 's/.*libkrvSdk64\.so => \([^ ]*\) .*/\1/p'; }
 installed=$(library_used)
 expect "the library is $installed" grep -q '^/\(usr/\)\?lib/[^/]*/libkrvSdk64\.so$' <<<"$installed"
@@ -179,5 +177,29 @@ rest=$(diff <(printf '%s\n' "$before") <(all_files))
 expect "removing leaves a trace: $rest" [ -z "$rest" ]
 expect "dpkg remembers a package" [ -z "$(grep '^Package: krv' "$root/var/lib/dpkg/status")" ]
 expect "the user's farm must stay" [ -d "$root/home/tester/.local/state/krvsim" ]
+
+# ---- By name, from an archive ----------------------------------------------------------------------
+
+# Another client library: a package that provides libkrvsdk64, with a library in /usr/lib.
+other=$root/packages/other
+mkdir -p "$other/DEBIAN" "$other/usr/lib"
+cp "$root/packages/libkrvSdk64.so" "$other/usr/lib/"
+printf '%s\n' 'Package: other-client' 'Version: 1' "Architecture: $(dpkg --print-architecture)" 'Provides: libkrvsdk64' 'Depends: libsqlite3-0' \
+    'Maintainer: Nobody <nobody@ostrel.example>' 'Description: Client library for a test' >"$other/DEBIAN/control"
+dpkg-deb --root-owner-group --build "$other" "$root/packages/other-client_1.deb" >/dev/null || fail "no package for the test"
+(cd "$root/packages" && dpkg-scanpackages . >Packages 2>/dev/null) || fail "no archive for the test"
+printf 'deb [trusted=yes] file:/packages ./\n' >"$root/etc/apt/sources.list.d/packages.list"
+apt update
+
+is_installed() { [ "$(on_machine dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+apt install krvcmd
+expect "krvcmd does not bring the simulator" is_installed krvcmd-simulator
+expect "krvcmd brings what it only suggests" [ ! -e "$root/usr/include/krv_sdk.h" ]
+apt purge --autoremove krvcmd krvcmd-simulator
+apt install krvcmd other-client
+expect "the simulator is installed beside another client library" [ ! -e "$root/usr/bin/krvsim" ]
+used=$(library_used "LD_LIBRARY_PATH=")
+expect "the other client library is not used, but $used" [ "$(readlink -m "/$used")" = /usr/lib/libkrvSdk64.so ]
+answers 'krvcmd query jukeboxes J @31 columns=N notable' 'New Lab'
 
 printf '%d checks passed; from the package to the first table in %d s\n' "$passed" "$taken"
