@@ -1,3 +1,5 @@
+// Not on Windows: rights, limits and stopped processes are as POSIX has them.
+
 // Farm files that cannot be used: one clear error that names the file, nothing lost, no endless waiting.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -218,7 +220,7 @@ double SecondsSince(std::chrono::steady_clock::time_point start) {
 TEST_F(FarmFaults, StoppedWriterHoldsUpWritersForTenSecondsAndReadersNotAtAll) {
     CreateFarm();
     ChildProcess stopped([&] {
-        HoldAndStop(m_home.LocalFarm(), "BEGIN IMMEDIATE");
+        Hold(m_home.LocalFarm(), "BEGIN IMMEDIATE", &StopMyself);
         return 0;
     });
     stopped.WaitUntilStopped();
@@ -240,7 +242,7 @@ TEST_F(FarmFaults, StoppedWriterHoldsUpWritersForTenSecondsAndReadersNotAtAll) {
 TEST_F(FarmFaults, FarmThatAnotherProcessHasForItselfIsReportedAfterTenSeconds) {
     CreateFarm();
     ChildProcess stopped([&] {
-        HoldAndStop(m_home.LocalFarm(), "PRAGMA locking_mode = EXCLUSIVE; BEGIN IMMEDIATE");
+        Hold(m_home.LocalFarm(), "PRAGMA locking_mode = EXCLUSIVE; BEGIN IMMEDIATE", &StopMyself);
         return 0;
     });
     stopped.WaitUntilStopped();

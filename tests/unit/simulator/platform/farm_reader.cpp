@@ -5,8 +5,6 @@
 #include <memory>
 #include <stdexcept>
 
-#include "tests/unit/simulator/platform/child_process.h"
-
 namespace simulator_test {
 namespace {
 
@@ -54,12 +52,13 @@ FarmHold::~FarmHold() {
     sqlite3_close(m_connection);
 }
 
-void HoldAndStop(const std::filesystem::path& farm, const std::string& script) {
+void Hold(const std::filesystem::path& farm, const std::string& script,
+          const std::function<void()>& meanwhile) {
     const Connection connection = Open(farm);
     if (sqlite3_exec(connection.get(), script.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         throw std::runtime_error(sqlite3_errmsg(connection.get()));
     }
-    StopMyself();
+    meanwhile();
 }
 
 void ChangeFarm(const std::filesystem::path& farm, const std::string& script) {

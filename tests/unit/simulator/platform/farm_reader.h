@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 
 namespace simulator_test {
@@ -27,7 +28,8 @@ class FarmHold {
     sqlite3* m_connection = nullptr;
 };
 
-// Runs the statements and stops this process while it holds what they lock.
-void HoldAndStop(const std::filesystem::path& farm, const std::string& script);
+// Runs the statements and calls `meanwhile` while this process holds what they lock.
+void Hold(const std::filesystem::path& farm, const std::string& script,
+          const std::function<void()>& meanwhile);
 
 }  // namespace simulator_test

@@ -1,3 +1,5 @@
+// Not on Windows: the processes are forks; processes_windows_test.cpp terminates processes there.
+
 // A farm under load: many processes that read and write, some of them killed, on clocks that jump and in a
 // folder that fills up. A run takes a few seconds; KRVSIM_LOAD_SECONDS=60 in the environment makes it longer.
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// Not on Windows: the second processes are forks; nothing in the way forward depends on the system.
+
 // Farms of earlier releases: what they hold is kept, and all of the way forward is gone or none.
 #include <gtest/gtest.h>
 
