@@ -14,6 +14,8 @@ add_library(krvcmd_options INTERFACE)
 target_include_directories(krvcmd_options INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(krvcmd_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+target_compile_options(krvcmd_options INTERFACE
+  "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wreserved-identifier;-Wnonnull;-Wempty-body>")
 # g++ 12 takes the standard library's own insertion into a std::string for an overlapping copy, and
 # members of an empty std::optional or std::variant for values that are read; its successors do not.
 target_compile_options(krvcmd_options INTERFACE

@@ -31,7 +31,7 @@ class CTableRow {
     // Ask for what showing the row will read, so that it is at hand by then: first the list of its cells,
     // some rows later the cells.
     void FetchList() const {
-        constexpr std::size_t kPerCacheLine = 64 / sizeof(const CTableItem*);
+        constexpr std::size_t kPerCacheLine = 64 / sizeof(void*);
         for (std::size_t index = 0; index < m_cells.size(); index += kPerCacheLine)
             __builtin_prefetch(&m_cells[index]);
     }

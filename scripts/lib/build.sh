@@ -7,7 +7,7 @@ readonly kOldestCMake=3.25
 use_compiler_cache() {
     command -v ccache >/dev/null 2>&1 || return 0
     export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
-    export CCACHE_BASEDIR="$kRoot" CCACHE_NOHASHDIR=1
+    export CCACHE_BASEDIR="$kRoot" CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros
 }
 
 check_cmake() {
