@@ -177,6 +177,8 @@ TEST(Parse, RefusesWordsThatNothingTakes) {
         {{"yes", "help"}, "error 22"},
         {{"quiet", "xyz"}, "error 22"},
         {{"=x"}, "error 22"},
+        {{"query", "Jz"}, "error 22"},  // a run of letters is one keyword: no J with the value "z"
+        {{"query", "JZ"}, "error 22"},
         {{"query", "s"}, "error 22"},
         {{"query", "sq"}, "error 22"},
         {{"query", "xyz"}, "error 22"},

@@ -54,6 +54,7 @@ TEST(ControlCharacters, OfServiceTextsAreShownAsQuestionMarksOnATerminalOnly) {
         const PseudoTerminal terminal(80);
         ASSERT_TRUE(terminal.IsReady());
         EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad?[31m?text");
+        EXPECT_EQ(TamedText("\x1b[2J", Stream::StandardOutput), "?[2J");
     }
     OutputOf([] { EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad\x1b[31m\ntext"); });
 }
