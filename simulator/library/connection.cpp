@@ -17,6 +17,7 @@ void Connection::ReadState() {
 void Connection::OpenView() {
     m_database->StartWaiting();
     CloseView();
+    RollBackWhatIsLeft(*m_database);
     m_watch.Remember();
     Run(*m_database, Sql::BeginRead);
     m_isViewOpen = true;
@@ -32,7 +33,8 @@ void Connection::CloseView() {
     if (!m_isViewOpen) return;
     m_isViewOpen = false;
     m_ahead.Forget();
-    Run(*m_database, Sql::Commit);
+    // Some failures have ended the transaction already.
+    if (sqlite3_get_autocommit(m_database->GetConnection()) == 0) Run(*m_database, Sql::Commit);
 }
 
 void Connection::Change(const std::function<void(Database&)>& change) {

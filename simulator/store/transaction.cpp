@@ -4,16 +4,19 @@
 
 namespace krvsim {
 
+void RollBackWhatIsLeft(Database& database) {
+    if (sqlite3_get_autocommit(database.GetConnection()) != 0) return;
+    sqlite3_exec(database.GetConnection(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
 void InTransaction(Database& database, const std::function<void()>& work) {
+    RollBackWhatIsLeft(database);
     Run(database, Sql::BeginChange);
     try {
         work();
         Run(database, Sql::Commit);
     } catch (...) {
-        // Some failures have ended the transaction already.
-        if (sqlite3_get_autocommit(database.GetConnection()) == 0) {
-            sqlite3_exec(database.GetConnection(), "ROLLBACK", nullptr, nullptr, nullptr);
-        }
+        RollBackWhatIsLeft(database);
         throw;
     }
 }
