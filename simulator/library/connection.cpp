@@ -15,7 +15,6 @@ void Connection::ReadState() {
 }
 
 void Connection::OpenView() {
-    m_database->StartWaiting();
     CloseView();
     RollBackWhatIsLeft(*m_database);
     m_watch.Remember();
@@ -38,7 +37,6 @@ void Connection::CloseView() {
 }
 
 void Connection::Change(const std::function<void(Database&)>& change) {
-    m_database->StartWaiting();
     CloseView();
     InTransaction(*m_database, [&] {
         ReadState();

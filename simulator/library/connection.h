@@ -35,21 +35,35 @@ class Connection {
 
     // Opens the view or renews it; the state is the one of that view.
     const ServerState& Refresh() {
-        if (!m_isViewOpen || m_watch.HasChanged()) OpenView();
+        if (IsViewOld()) {
+            StartWaiting();
+            OpenView();
+        }
         return m_state;
     }
+
+    // The same in the middle of a call, whose patience goes on.
+    const ServerState& RefreshAgain() {
+        if (IsViewOld()) OpenView();
+        return m_state;
+    }
+
+    // A call that may wait for others begins, or goes on after a pause.
+    void StartWaiting() { m_database->StartWaiting(); }
 
     const ServerState& GetState() const { return m_state; }
 
     // After Refresh.
     View GetView() { return {*m_database, m_ahead}; }
 
-    // Runs a change as one transaction; the state is the one that it finds.
+    // Runs a change as one transaction; the state is the one that it finds. Waits for others as long as the
+    // patience of the call lasts.
     void Change(const std::function<void(Database&)>& change);
 
     const Database& GetDatabase() const { return *m_database; }
 
   private:
+    bool IsViewOld() const { return !m_isViewOpen || (!m_database->IsFixed() && m_watch.HasChanged()); }
     void OpenView();
     void CloseView();
     void ReadState();

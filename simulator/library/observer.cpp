@@ -47,11 +47,14 @@ class Observation {
   private:
     void SufferFaults() {
         if (m_connection.GetState().faultCount == 0) return;
-        m_connection.Refresh();
+        m_connection.RefreshAgain();
         if (!HasFaults(m_connection.GetView().database, m_entry.call.function)) return;
         FaultEffect effect;
         m_connection.Change([&](Database& database) { effect = ApplyFaults(database, m_entry.call); });
-        std::this_thread::sleep_for(effect.delay);
+        if (effect.delay.count() > 0) {
+            std::this_thread::sleep_for(effect.delay);
+            m_connection.StartWaiting();
+        }
         if (effect.refusal.has_value()) throw Refusal(*effect.refusal);
     }
 
@@ -72,7 +75,7 @@ class Observation {
 void ObserveLook(Connection& connection, uint64_t session, const CallInfo& call, const Look& look) {
     Observation observation(connection, session, call);
     observation.Run([&] {
-        connection.Refresh();
+        connection.RefreshAgain();
         look(connection.GetView());
     });
 }

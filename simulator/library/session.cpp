@@ -39,7 +39,9 @@ void Session::Write(const CallInfo& call, const Change& change) {
         RequireRunning();
         return change(database);
     };
-    if (IsObserved(m_connection.Refresh())) {
+    const bool isObserved = IsObserved(m_connection.Refresh());
+    m_connection.StartWaiting();
+    if (isObserved) {
         ObserveChange(m_connection, m_handle, call, work);
     } else {
         m_connection.Change([&](Database& database) { (void)work(database); });
@@ -48,7 +50,11 @@ void Session::Write(const CallInfo& call, const Change& change) {
 
 void Session::Close(const CallInfo& call) {
     const std::scoped_lock lock(m_mutex);
-    if (IsObserved(m_connection.Refresh())) ObserveLook(m_connection, m_handle, call, [](const View&) {});
+    // Whoever has waited in vain for ten seconds is not made to wait for the journal too.
+    if (m_connection.GetDatabase().HasGivenUp()) return;
+    const bool isObserved = IsObserved(m_connection.Refresh());
+    m_connection.StartWaiting();
+    if (isObserved) ObserveLook(m_connection, m_handle, call, [](const View&) {});
 }
 
 void StartServer(const std::string& server, const CallInfo& call) {

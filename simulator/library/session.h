@@ -30,6 +30,7 @@ class Session {
             look(m_connection.GetView());
             return;
         }
+        m_connection.StartWaiting();
         ObserveLook(m_connection, m_handle, call, [&](const View& view) {
             RequireRunning();
             look(view);

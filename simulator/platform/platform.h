@@ -19,8 +19,8 @@ std::error_code CreatePrivateFolder(const std::filesystem::path& folder);
 // Creates an empty file that this user alone can read and write; one that exists is left as it is.
 std::error_code CreatePrivateFile(const std::filesystem::path& file);
 
-// Whether this process may read and write the file; the reason otherwise.
-std::error_code CheckAccess(const std::filesystem::path& file);
+// Whether this process may change the file and make others beside it, as a database needs to.
+bool MayChange(const std::filesystem::path& file);
 
 uint32_t ProcessId();
 

@@ -63,9 +63,10 @@ std::error_code CreatePrivateFile(const std::filesystem::path& file) {
     return {};
 }
 
-std::error_code CheckAccess(const std::filesystem::path& file) {
-    if (access(file.c_str(), R_OK | W_OK) != 0) return LastError();
-    return {};
+bool MayChange(const std::filesystem::path& file) {
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    return faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) == 0 &&
+           faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 uint32_t ProcessId() {

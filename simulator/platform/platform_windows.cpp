@@ -116,8 +116,8 @@ std::error_code CreatePrivateFile(const std::filesystem::path& file) {
     return OpenFor(file, OPEN_ALWAYS, ownerOnly.Attributes());
 }
 
-std::error_code CheckAccess(const std::filesystem::path& file) {
-    return OpenFor(file, OPEN_EXISTING, nullptr);
+bool MayChange(const std::filesystem::path& file) {
+    return !OpenFor(file, OPEN_EXISTING, nullptr);
 }
 
 uint32_t ProcessId() {

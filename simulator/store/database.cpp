@@ -31,16 +31,47 @@ bool MeansNoRoom(int systemError) {
            systemError == kQuotaExceeded;
 }
 
+// The database takes paths as UTF-8 on every platform.
+std::string Utf8(const std::u8string& text) {
+    return {text.begin(), text.end()};
+}
+
+// The file as an address that says that nobody changes it, so that no lock and no log is looked for.
+std::string FixedAddress(const std::filesystem::path& file) {
+    constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+    std::string address = "file://";
+    const std::string path = Utf8(std::filesystem::absolute(file).generic_u8string());
+    if (!path.starts_with('/')) address += '/';
+    for (const char character : path) {
+        if (character != '%' && character != '?' && character != '#') {
+            address += character;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(character);
+        address.append("%").append(1, kHexDigits[byte >> 4U]).append(1, kHexDigits[byte & 0xFU]);
+    }
+    return address + "?immutable=1";
+}
+
 }  // namespace
 
-Database::Database(std::filesystem::path file) : m_file(std::move(file)) {
+Database::Access Database::AccessTo(const std::filesystem::path& file) {
+    if (MayChange(file)) return Access::Full;
+    std::filesystem::path log = file;
+    log += "-wal";
+    std::error_code failure;
+    const auto size = std::filesystem::file_size(log, failure);
+    return failure || size == 0 ? Access::Fixed : Access::Looking;
+}
+
+Database::Database(std::filesystem::path file) : m_file(std::move(file)), m_access(AccessTo(m_file)) {
     StartWaiting();
-    // The database takes paths as UTF-8 on every platform.
-    const std::u8string path = m_file.u8string();
-    const std::string utf8(path.begin(), path.end());
+    const std::string address = IsFixed() ? FixedAddress(m_file) : Utf8(m_file.u8string());
+    const int access = m_access == Access::Full ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
     sqlite3* connection = nullptr;
     const int result =
-        sqlite3_open_v2(utf8.c_str(), &connection, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+        sqlite3_open_v2(address.c_str(), &connection,
+                        access | SQLITE_OPEN_NOMUTEX | (IsFixed() ? SQLITE_OPEN_URI : 0), nullptr);
     m_connection.reset(connection);
     if (connection == nullptr) throw std::bad_alloc();
     sqlite3_extended_result_codes(connection, 1);
@@ -51,8 +82,11 @@ Database::Database(std::filesystem::path file) : m_file(std::move(file)) {
 // Short waits at first, because a change takes a few milliseconds; different ones in each process,
 // so that many of them do not ask in step.
 int Database::WaitForOthers(void* database, int attempt) {
-    const auto* self = static_cast<const Database*>(database);
-    if (!self->MayStillWait()) return 0;
+    auto* self = static_cast<Database*>(database);
+    if (!self->MayStillWait()) {
+        self->m_hasGivenUp = true;
+        return 0;
+    }
     const auto spread = static_cast<int64_t>(ProcessId() % 7);
     std::this_thread::sleep_for(
         std::chrono::microseconds(500 * std::min<int64_t>(attempt + 1, 20) + 100 * spread));
@@ -122,6 +156,7 @@ void Database::Fail(int result) const {
         case SQLITE_PROTOCOL:
             throw Refuse(Code::FarmLocked, {file});
         case SQLITE_READONLY:
+            if (IsReadOnly()) text = "the file or its folder is read-only";
             throw Refuse(Code::FarmReadOnly, {file, Reason(systemError, text)});
         case SQLITE_CANTOPEN:
         case SQLITE_PERM:

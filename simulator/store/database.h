@@ -28,15 +28,25 @@ class Database {
     // How long a call waits for other processes, all its waits together.
     static constexpr std::chrono::milliseconds kPatience{9500};
 
-    // Opens an existing file. Nothing is read yet, so what the file holds is not known.
+    // Opens an existing file. Nothing is read yet, so what the file holds is not known. A file that this
+    // process may not change is opened for looking alone.
     explicit Database(std::filesystem::path file);
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
     ~Database() = default;
 
     // A new call begins: its patience is fresh.
-    void StartWaiting() { m_deadline = std::chrono::steady_clock::now() + kPatience; }
+    void StartWaiting() {
+        m_deadline = std::chrono::steady_clock::now() + kPatience;
+        m_hasGivenUp = false;
+    }
     bool MayStillWait() const { return std::chrono::steady_clock::now() < m_deadline; }
+    // Whether the call has waited for others in vain.
+    bool HasGivenUp() const { return m_hasGivenUp; }
+
+    bool IsReadOnly() const { return m_access != Access::Full; }
+    // Whether nobody changes the file while it is open.
+    bool IsFixed() const { return m_access == Access::Fixed; }
 
     // The cached statement, reset and without values.
     sqlite3_stmt* Prepared(Sql sql);
@@ -56,12 +66,18 @@ class Database {
     const std::filesystem::path& GetFile() const { return m_file; }
 
   private:
+    // Fixed: there is no log of changes beside the file, and none can be made.
+    enum class Access { Full, Looking, Fixed };
+
+    static Access AccessTo(const std::filesystem::path& file);
     static int WaitForOthers(void* database, int attempt);
 
     std::filesystem::path m_file;
+    Access m_access;
     std::unique_ptr<sqlite3, CloseConnection> m_connection;
     std::array<StatementHandle, kSqlCount> m_statements;
     std::chrono::steady_clock::time_point m_deadline;
+    bool m_hasGivenUp = false;
 };
 
 }  // namespace krvsim

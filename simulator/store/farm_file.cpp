@@ -57,7 +57,8 @@ void UseWriteAheadLog(Database& database) {
 }
 
 void Prepare(Database& database) {
-    if (database.ReadText("PRAGMA journal_mode") != "wal") UseWriteAheadLog(database);
+    if (!database.IsReadOnly() && database.ReadText("PRAGMA journal_mode") != "wal")
+        UseWriteAheadLog(database);
     // A commit reaches the operating system before it is acknowledged, which a killed process
     // cannot undo. Waiting for the disk too would guard the simulated world from power cuts.
     database.Execute("PRAGMA synchronous = NORMAL; PRAGMA cache_size = -16384;");

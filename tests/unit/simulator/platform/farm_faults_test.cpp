@@ -7,6 +7,7 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -58,7 +59,7 @@ TEST_F(FarmFaults, FolderAndFilesBelongToTheirUserAlone) {
         EXPECT_EQ(ModeOf(entry.path()), 0600U) << entry.path();
         ++files;
     }
-    EXPECT_GE(files, 1U);
+    EXPECT_EQ(files, 3U) << "the farm, its log and the log's index";
 }
 
 TEST_F(FarmFaults, StateFolderFollowsTheEnvironment) {
@@ -153,27 +154,92 @@ TEST_F(FarmFaults, DamagedFarmIsRefusedWithAReason) {
 }
 
 // Runs in a child, because the rights that it gives up do not come back.
-int InReadOnlyFolder(const std::string& farm) {
+int LookInReadOnlyFolder(const std::string& farm, const std::string& name) {
     if (!BecomeOrdinaryUser()) return 1;
-    const Client client;
-    if (client.GetOpening().ok) return 2;
-    return client.GetOpening().text.find(farm) != std::string::npos ? 0 : 3;
+    Client client;
+    if (!client.GetOpening().ok) return 2;
+    JukeboxRecord record{};
+    if (!client.Jukebox(8, record).ok || record.name != name) return 3;
+    if (client.Volumes().size() != 50) return 4;
+    const Outcome change = client.RenameJukebox(8, "x");
+    const std::string refusal =
+        "The farm file \"" + farm + "\" cannot be written: the file or its folder is read-only.";
+    return change.code == 1066 && change.text == refusal ? 0 : 5;
 }
 
-TEST_F(FarmFaults, ReadOnlyFolderIsReportedAndNothingIsLost) {
+TEST_F(FarmFaults, ReadOnlyFolderCanBeLookedAtAndChangesAreRefused) {
     CreateFarm();
     const std::string content = ReadFile(m_home.LocalFarm());
     std::filesystem::permissions(m_home.LocalFarm(), std::filesystem::perms(0644));
     std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0555));
-    ChildProcess child([&] { return InReadOnlyFolder(m_home.LocalFarm().string()); });
+    ChildProcess child([&] { return LookInReadOnlyFolder(m_home.LocalFarm().string(), "MyBox"); });
     EXPECT_EQ(child.Wait(), 0);
     std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0700));
     EXPECT_EQ(ReadFile(m_home.LocalFarm()), content);
 }
 
+TEST_F(FarmFaults, FolderWithLettersOfAnAddressCanBeLookedAt) {
+    const path folder = m_home.GetFolder() / "100% of it? #1";
+    std::filesystem::create_directory(folder);
+    SetEnvironment("KRVSIM_HOME", folder.c_str());
+    CreateFarm();
+    const path farm = folder / m_home.LocalFarm().filename();
+    std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0755));
+    std::filesystem::permissions(farm, std::filesystem::perms(0644));
+    std::filesystem::permissions(folder, std::filesystem::perms(0555));
+    ChildProcess child([&] { return LookInReadOnlyFolder(farm.string(), "MyBox"); });
+    EXPECT_EQ(child.Wait(), 0);
+    std::filesystem::permissions(folder, std::filesystem::perms(0700));
+}
+
+TEST_F(FarmFaults, ReadOnlyFolderShowsWhatAProcessWithMoreRightsHasChangedLast) {
+    CreateFarm();
+    // Forked before the session: its first signal lets it look.
+    Signals go;
+    ChildProcess child([&] {
+        go.ListenOnly();
+        if (!go.Receive()) return 90;
+        return LookInReadOnlyFolder(m_home.LocalFarm().string(), "After");
+    });
+    Client writer;
+    ASSERT_TRUE(writer.RenameJukebox(8, "After").ok);
+    for (const auto& entry : std::filesystem::directory_iterator(m_home.GetFolder())) {
+        std::filesystem::permissions(entry.path(), std::filesystem::perms(0644));
+    }
+    ASSERT_TRUE(std::filesystem::exists(m_home.LocalFarm().string() + "-wal"));
+    std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0555));
+    go.Send();
+    EXPECT_EQ(child.Wait(), 0);
+    std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0700));
+    EXPECT_TRUE(writer.RenameJukebox(8, "Later").ok);
+}
+
+TEST_F(FarmFaults, FileThatMayNotBeReadIsReported) {
+    CreateFarm();
+    std::filesystem::permissions(m_home.LocalFarm(), std::filesystem::perms(0));
+    std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0755));
+    ChildProcess child([&] {
+        if (!BecomeOrdinaryUser()) return 1;
+        const Client client;
+        if (client.GetOpening().code != 1061) return 2;
+        return client.GetOpening().text == "The farm file " + Farm() + " cannot be opened: Permission denied."
+                   ? 0
+                   : 3;
+    });
+    EXPECT_EQ(child.Wait(), 0);
+}
+
+int CreateInReadOnlyFolder(const std::string& farm) {
+    if (!BecomeOrdinaryUser()) return 1;
+    const Client client;
+    return client.GetOpening().text == "The farm file \"" + farm + "\" cannot be opened: Permission denied."
+               ? 0
+               : 2;
+}
+
 TEST_F(FarmFaults, NewFarmInAReadOnlyFolderIsReported) {
     std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0555));
-    ChildProcess child([&] { return InReadOnlyFolder(m_home.LocalFarm().string()); });
+    ChildProcess child([&] { return CreateInReadOnlyFolder(m_home.LocalFarm().string()); });
     EXPECT_EQ(child.Wait(), 0);
     std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0700));
 }
@@ -237,6 +303,27 @@ TEST_F(FarmFaults, StoppedWriterHoldsUpWritersForTenSecondsAndReadersNotAtAll) {
     stopped.Kill();
     (void)stopped.Wait();
     EXPECT_TRUE(client.RenameJukebox(8, "x").ok);
+}
+
+TEST_F(FarmFaults, JournalDoesNotMakeAStoppedWriterHoldUpACallTwice) {
+    CreateFarm();
+    ChangeFarm(m_home.LocalFarm(), "UPDATE server SET journal_limit = 100");
+    Signals go;  // the fork comes before the session
+    ChildProcess stopped([&] {
+        go.ListenOnly();
+        if (!go.Receive()) return 1;
+        Hold(m_home.LocalFarm(), "BEGIN IMMEDIATE", &StopMyself);
+        return 0;
+    });
+    auto client = std::make_unique<Client>();
+    ASSERT_TRUE(client->GetOpening().ok);
+    go.Send();
+    stopped.WaitUntilStopped();
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_EQ(client->RenameJukebox(8, "x").code, 1064);
+    client.reset();
+    EXPECT_GT(SecondsSince(start), 9.0);
+    EXPECT_LT(SecondsSince(start), 10.5);
 }
 
 TEST_F(FarmFaults, FarmThatAnotherProcessHasForItselfIsReportedAfterTenSeconds) {
