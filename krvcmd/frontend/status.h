@@ -13,7 +13,6 @@ inline constexpr std::uint32_t kInterrupted = 4;
 inline constexpr std::uint32_t kJukeboxUnresolved = 6;
 inline constexpr std::uint32_t kOutOfMemory = 12;
 inline constexpr std::uint32_t kInvalidCommandLine = 22;
-inline constexpr std::uint32_t kNotImplemented = 38;
 }  // namespace os_code
 
 // The result of every operation that can fail, passed by value. It is the only error channel.
