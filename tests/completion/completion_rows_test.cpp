@@ -1,3 +1,4 @@
+// Not on Windows: completion scripts are made on the building machine, and are the same for every system.
 #include "packaging/generate/completion_rows.h"
 
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
+
 // Each single call that a command makes is made to fail, with each code that means something to the
 // program and with some that do not.
 #include <gtest/gtest.h>

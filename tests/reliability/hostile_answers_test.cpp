@@ -1,3 +1,5 @@
+// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
+
 // A client library that answers, but with nonsense: enumerations without end, counts that no jukebox has,
 // texts without end, sizes that change.
 #include <gmock/gmock.h>

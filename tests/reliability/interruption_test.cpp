@@ -1,3 +1,5 @@
+// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
+
 // The operator ends a command, at every moment at which the program looks for that.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
+
 // Random command lines on random farms with random nonsense in the answers. support/seeds.h tells how to try
 // others than the ordinary ones.
 #include <gtest/gtest.h>

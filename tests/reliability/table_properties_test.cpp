@@ -1,3 +1,5 @@
+// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
+
 // What holds for every table, whatever is in it.
 #include <gtest/gtest.h>
 

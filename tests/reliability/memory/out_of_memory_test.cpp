@@ -1,3 +1,5 @@
+// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
+
 // Every single request for memory that a command makes is refused, alone and together with all after it.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
+
 // What parsing a command line costs in memory.
 #include <gtest/gtest.h>
 

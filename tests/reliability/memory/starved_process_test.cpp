@@ -1,3 +1,5 @@
+// Not on Windows: malloc is replaced as only the GNU C library lets programs do.
+
 // As out_of_memory_test.cpp, but each run is a process of its own and memory is refused at the level of
 // malloc: the standard library's needs, for throwing, sorting and printing, are refused too.
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// Not on Windows: texts are in the ANSI code page there, where every byte is a character.
 #include <gtest/gtest.h>
 
 #include "krvcmd/console/display_text.h"

@@ -1,3 +1,4 @@
+// Not on Windows: no process sends itself signals; the end-to-end tests press Ctrl-C.
 #include <csignal>
 #include <cstdlib>
 #include <iostream>

@@ -1,3 +1,4 @@
+// Not on Windows: the whole number is the exit status; exit_status_windows_test.cpp holds it.
 #include <gtest/gtest.h>
 
 #include "krvcmd/frontend/exit_status.h"

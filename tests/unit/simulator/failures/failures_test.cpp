@@ -1,3 +1,6 @@
+// Not on Windows: the processes whose files and memory fail are forks; what fails is refused by means of
+// POSIX.
+
 // Every function of the embedded service, with each of its requests for memory and each of its database's
 // file operations refused: the call ends with an error of the service or as if nothing had happened, and what
 // it was to change is either changed whole or not at all.
