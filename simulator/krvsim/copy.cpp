@@ -44,6 +44,10 @@ class Copier {
         m_err << "not read: " << item << ": " << reason << '\n';
         ++m_unread;
     }
+    // What the service has, but no call can show.
+    void ReportHidden(const std::string& item, const std::string& reason) {
+        m_err << "not shown: " << item << ": " << reason << '\n';
+    }
     bool IsRead(const Outcome& outcome, const std::string& item) {
         if (!outcome.has_value()) return true;
         Report(item, FailureText(*outcome));
@@ -128,6 +132,8 @@ class Copier {
     void ReadLocations(const std::string& name, uint32_t id) {
         std::vector<SideKey> locations;
         if (!IsRead(m_service.GetLocations(id, locations), "the locations of " + name)) return;
+        if (locations.empty())
+            ReportHidden("the medium of " + name, "it lies in no slot that can be looked at");
         if (locations.size() < 2) return;
         int32_t part = 0;
         for (const SideKey& location : locations) {
@@ -210,6 +216,7 @@ class Copier {
         if (IsRead(m_service.GetMagazine(jukebox.id, number, record), name)) {
             magazine.present = record.present != 0;
             magazine.slotCount = Sane(record.slotCount, kMostSlots, "the slots of " + name);
+            if (!magazine.present) ReportHidden("what is in " + name, "it is not present");
             m_progress.Extend(magazine.slotCount);
             for (int32_t slot = 0; magazine.present && slot < magazine.slotCount; ++slot) {
                 ReadSlot({jukebox.id, number, slot}, "slot " + std::to_string(slot + 1) + " of " + name,

@@ -1,4 +1,5 @@
 // krvsim journal: every call that any process made.
+#include <csignal>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
@@ -90,12 +91,40 @@ Json Object(const Row& row) {
             {"change", Text(row.Text(16))}};
 }
 
+volatile std::sig_atomic_t g_isInterrupted = 0;
+
+extern "C" void NoteInterruption(int /*signal*/) {
+    g_isInterrupted = 1;
+}
+
+// While it lives, Ctrl-C and a termination end the following instead of the process.
+class InterruptionNoted {
+  public:
+    InterruptionNoted() {
+        g_isInterrupted = 0;
+        m_interrupt = std::signal(SIGINT, &NoteInterruption);
+        m_terminate = std::signal(SIGTERM, &NoteInterruption);
+    }
+    InterruptionNoted(const InterruptionNoted&) = delete;
+    InterruptionNoted& operator=(const InterruptionNoted&) = delete;
+    ~InterruptionNoted() {
+        (void)std::signal(SIGINT, m_interrupt);
+        (void)std::signal(SIGTERM, m_terminate);
+    }
+
+  private:
+    void (*m_interrupt)(int);
+    void (*m_terminate)(int);
+};
+
 void Show(Database& database, const JournalOptions& options, const Streams& streams) {
     using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds kPause{200};
     const auto end =
         options.followFor.has_value() ? std::optional(Clock::now() + *options.followFor) : std::nullopt;
     int64_t last = options.since;
+    std::optional<InterruptionNoted> interruption;
+    if (options.follow) interruption.emplace();
     while (true) {
         database.StartWaiting();
         ForEachRow(database, kEntries, {last}, [&](const Row& row) {
@@ -104,7 +133,9 @@ void Show(Database& database, const JournalOptions& options, const Streams& stre
         });
         streams.out.flush();
         // A reader that has gone away ends it.
-        if (!options.follow || !streams.out.good() || (end.has_value() && Clock::now() >= *end)) return;
+        if (!options.follow || g_isInterrupted != 0 || !streams.out.good() ||
+            (end.has_value() && Clock::now() >= *end))
+            return;
         std::this_thread::sleep_for(kPause);
     }
 }

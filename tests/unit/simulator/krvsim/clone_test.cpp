@@ -18,20 +18,45 @@ class KrvsimClone : public ToolTest {
         EXPECT_EQ(result.status, 0) << result.err;
         return Body(result.out);
     }
+
+    // Clones and expects that every item which the library shows could be read.
+    static std::string Cloned(std::vector<std::string> words) {
+        words.insert(words.begin(), {"clone", "--library", kEmbedded});
+        const ToolResult result = RunKrvsim(words);
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.err.find("not read"), std::string::npos) << result.err;
+        return result.out;
+    }
 };
 
 TEST_F(KrvsimClone, CopyOfTheDemonstrationFarmShowsTheSame) {
-    EXPECT_EQ(Done({"clone", "--library", kEmbedded, "--from", ".", "--to", "copy"}),
+    EXPECT_EQ(Cloned({"--from", ".", "--to", "copy"}),
               "Server \"copy\" has a copy of 8 jukeboxes and 50 volumes of server \".\".\n");
     EXPECT_EQ(Shown("copy"), Shown("."));
     Done({"check", "--server", "copy"});
+}
+
+TEST_F(KrvsimClone, WhatNoCallShowsIsToldItemByItem) {
+    // Volumes 401 and 402 are on the shelf and in an import station, 117 is in a magazine that is not
+    // present.
+    const ToolResult result = RunKrvsim({"clone", "--library", kEmbedded, "--to", "copy"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    for (const char* volume : {"401", "402", "117"}) {
+        const std::string line = std::string("not shown: the medium of volume ") + volume +
+                                 ": it lies in no slot that can be looked at\n";
+        EXPECT_NE(result.err.find(line), std::string::npos) << line << result.err;
+    }
+    EXPECT_NE(result.err.find("not shown: what is in magazine "), std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find("not shown: the medium of volume 33:"), std::string::npos);
+    Client copy("copy");
+    EXPECT_EQ(copy.VolumeOf(401).state, 2U);
 }
 
 TEST_F(KrvsimClone, CopiesOfGeneratedFarmsShowTheSame) {
     for (const char* seed : {"1", "2", "3", "4", "5"}) {
         Done(
             {"generate", "--force", "--jukeboxes", "2", "--magazines", "2", "--slots", "30", "--seed", seed});
-        Done({"clone", "--library", kEmbedded, "--to", "copy", "--force"});
+        Cloned({"--to", "copy", "--force"});
         EXPECT_EQ(Shown("copy"), Shown(".")) << seed;
         Done({"check", "--server", "copy"});
     }
@@ -41,13 +66,13 @@ TEST_F(KrvsimClone, CopyOnlyReads) {
     Done({"init"});
     const std::string before = Done({"dump"});
     Done({"journal", "--on"});
-    Done({"clone", "--library", kEmbedded, "--to", "copy"});
+    Cloned({"--to", "copy"});
     EXPECT_EQ(Done({"dump"}), before);
     EXPECT_NE(Done({"journal", "--summary"}).find("0 changes; "), std::string::npos);
 }
 
 TEST_F(KrvsimClone, CopyCanBeActedOn) {
-    Done({"clone", "--library", kEmbedded, "--to", "copy"});
+    Cloned({"--to", "copy"});
     Client copy("copy");
     EXPECT_TRUE(copy.Export({8, 0, 2}).ok);
     EXPECT_TRUE(copy.Format({11, 0, 9}, 0, "New").ok);

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "simulator/krvsim/local_time.h"
 #include "tests/unit/simulator/krvsim/tool_test.h"
@@ -186,6 +188,37 @@ TEST_F(KrvsimJournal, FollowShowsWhatComesAndEndsInTime) {
     std::stringstream err;
     krvsim::Journal(options, {out, err});
     EXPECT_NE(out.str().find("KrvSessionClose"), std::string::npos);
+}
+
+// Ctrl-C is pressed as soon as something is shown.
+class InterruptingBuffer : public std::stringbuf {
+  public:
+    explicit InterruptingBuffer(int signal) : m_signal(signal) {}
+
+  private:
+    int sync() override {
+        // Once: the end of the program flushes again, when Ctrl-C means the end of the process.
+        if (!std::exchange(m_isPressed, true)) (void)std::raise(m_signal);
+        return 0;
+    }
+
+    int m_signal;
+    bool m_isPressed = false;
+};
+
+TEST_F(KrvsimJournal, FollowEndsWellWhenItIsInterrupted) {
+    Done({"journal", "--on"});
+    { Client client; }
+    for (const int signal : {SIGINT, SIGTERM}) {
+        InterruptingBuffer buffer(signal);
+        std::ostream out(&buffer);
+        std::stringstream err;
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(krvsim::RunTool({"journal", "--follow"}, {out, err}), 0);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
+        EXPECT_NE(buffer.str().find("KrvSessionClose"), std::string::npos);
+        EXPECT_EQ(err.str(), "");
+    }
 }
 
 TEST(TimeText, IsUniversalTime) {
