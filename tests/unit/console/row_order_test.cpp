@@ -50,6 +50,15 @@ TEST_F(RowOrder, IsThatOfArrivalWithoutKeys) {
     EXPECT_EQ(Names(), "c a b");
 }
 
+// Equal in the first eight bytes, and longer.
+TEST_F(RowOrder, IsDecidedBehindALongBeginningThatIsTheSame) {
+    m_table.SetSortKeys({{kName, kAscending}});
+    for (const char* name :
+         {"Archive-of-sales-b", "Archive-of-sales-a", "Archive-of-sales", "Archive-of-sales-c"})
+        m_table.AddTexts({{kName, name}});
+    EXPECT_EQ(Names(), "Archive-of-sales Archive-of-sales-a Archive-of-sales-b Archive-of-sales-c");
+}
+
 TEST_F(RowOrder, HoldsAfterEveryRow) {
     m_table.SetSortKeys({{kName, kAscending}});
     m_table.AddTexts({{kName, "b"}});
