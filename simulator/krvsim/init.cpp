@@ -1,7 +1,9 @@
 // krvsim init: a server gets a farm.
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <sstream>
 
 #include "simulator/farms/demonstration.h"
@@ -36,7 +38,9 @@ Farm ReadFarmOf(const InitOptions& options) {
     const std::string text = isDemonstration ? std::string(DemonstrationLayout()) : ReadText(options.layout);
     LayoutResult layout = ReadLayout(text);
     // Contradictions of what could not be read whole would be made-up ones.
-    if (layout.problems.empty()) layout.problems = FindContradictions(layout.farm);
+    if (std::ranges::all_of(layout.problems, &Problem::isOfCount)) {
+        std::ranges::move(FindContradictions(layout.farm), std::back_inserter(layout.problems));
+    }
     if (layout.problems.empty()) return std::move(layout.farm);
     std::string message;
     for (const Problem& problem : layout.problems) {

@@ -293,7 +293,8 @@ int RunTool(const std::vector<std::string>& words, const Streams& streams) {
         line.Parse(words);
         line.Run(streams);
         streams.out.flush();
-        return kDone;
+        if (streams.out.good()) return kDone;
+        Say(streams, "the output cannot be written");
     } catch (const CLI::Error& error) {
         return line.Explain(error, streams);
     } catch (const UsageFailure& failure) {

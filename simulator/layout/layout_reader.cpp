@@ -147,6 +147,7 @@ void CheckCount(TableReader& reader, std::string_view field, int64_t count) {
     if (declared != count) {
         reader.Complain(field, reader.Node(field),
                         "is " + std::to_string(declared) + ", but there are " + std::to_string(count));
+        reader.GetProblems().back().isOfCount = true;
     }
 }
 

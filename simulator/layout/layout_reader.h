@@ -14,6 +14,8 @@ struct Problem {
     int line = 0;       // from 1; 0 when no line is to blame
     std::string field;  // the dotted path of the field, empty when none is to blame
     std::string text;   // without a full stop
+    // The farm is read whole all the same: only a count that was given does not match it.
+    bool isOfCount = false;
 };
 
 // "FILE:LINE: FIELD: TEXT", the parts that are not there left out.

@@ -364,5 +364,42 @@ TEST_F(KrvsimGenerate, CountsAreThoseThatWereAskedFor) {
     EXPECT_NE(Refused({"generate"}), "");
 }
 
+class LayoutOfSeveralContradictions : public ToolTest {};
+
+TEST_F(LayoutOfSeveralContradictions, IsRefusedWithEachOfThem) {
+    const std::string file = WriteFile("several.toml",
+                                       "format = 1\n"
+                                       "volume = [{ id = 7 }, { id = 7 }]\n"
+                                       "[[jukebox]]\n"
+                                       "id = 3\n"
+                                       "name = \"x\"\n"
+                                       "slot_count = 9\n"
+                                       "[[jukebox.magazine]]\n"
+                                       "slots = 3\n"
+                                       "media = [{ slot = 9, type = \"CD-R\", a = 7 }]\n");
+    EXPECT_EQ(Refused({"init", "--layout", file}),
+              "krvsim: " + file +
+                  ":6: jukebox[1].slot_count: is 9, but there are 3\n"
+                  "krvsim: " +
+                  file +
+                  ":2: volume 7 is there twice\n"
+                  "krvsim: " +
+                  file + ":9: slot 9 of magazine 1 of jukebox 3 does not exist\n");
+    EXPECT_FALSE(std::filesystem::exists(m_home.LocalFarm()));
+}
+
+class KrvsimOutput : public ToolTest {};
+
+// A stream that takes nothing, as a full disk does.
+class RefusingBuffer : public std::streambuf {};
+
+TEST_F(KrvsimOutput, OutputThatCannotBeWrittenIsARefusal) {
+    RefusingBuffer buffer;
+    std::ostream out(&buffer);
+    std::stringstream err;
+    EXPECT_EQ(krvsim::RunTool({"servers"}, {out, err}), 1);
+    EXPECT_EQ(err.str(), "krvsim: the output cannot be written\n");
+}
+
 }  // namespace
 }  // namespace simulator_test
