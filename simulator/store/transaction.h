@@ -7,8 +7,8 @@
 
 namespace krvsim {
 
-// Ends a transaction that is still open: some failures leave one, others have ended it already. Without memory
-// even this does not succeed; then it is left to the next call, which begins with it.
+// Ends a transaction that is still open: some failures leave one, others have ended it already. Without
+// memory even this does not succeed; then it is left to the next call, which begins with it.
 void RollBackWhatIsLeft(Database& database);
 
 // Begins a transaction that no other process can write beside, runs the work and commits; when the
