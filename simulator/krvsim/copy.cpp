@@ -26,7 +26,7 @@ constexpr int32_t kMostParts = 1'000'000;
 class Copier {
   public:
     Copier(const ForeignService& service, const Streams& streams)
-        : m_service(service), m_err(streams.err), m_progress(streams.err, "reading", 0) {}
+        : m_service(service), m_err(streams.err), m_progress(streams.err, "items read:", 0) {}
 
     Farm Copy() {
         ReadVolumes();
@@ -41,11 +41,13 @@ class Copier {
 
   private:
     void Report(const std::string& item, const std::string& reason) {
+        m_progress.Clear();
         m_err << "not read: " << item << ": " << reason << '\n';
         ++m_unread;
     }
     // What the service has, but no call can show.
     void ReportHidden(const std::string& item, const std::string& reason) {
+        m_progress.Clear();
         m_err << "not shown: " << item << ": " << reason << '\n';
     }
     bool IsRead(const Outcome& outcome, const std::string& item) {
@@ -76,7 +78,6 @@ class Copier {
                 return;
             }
             last = id;
-            m_progress.Extend(1);
             ReadVolume(id);
             m_progress.Step();
         }
@@ -217,7 +218,6 @@ class Copier {
             magazine.present = record.present != 0;
             magazine.slotCount = Sane(record.slotCount, kMostSlots, "the slots of " + name);
             if (!magazine.present) ReportHidden("what is in " + name, "it is not present");
-            m_progress.Extend(magazine.slotCount);
             for (int32_t slot = 0; magazine.present && slot < magazine.slotCount; ++slot) {
                 ReadSlot({jukebox.id, number, slot}, "slot " + std::to_string(slot + 1) + " of " + name,
                          magazine);

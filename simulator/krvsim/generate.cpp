@@ -1,5 +1,6 @@
 // krvsim generate: a large farm out of a few numbers.
 #include "simulator/krvsim/commands.h"
+#include "simulator/krvsim/counted.h"
 #include "simulator/krvsim/failure.h"
 #include "simulator/krvsim/new_farm.h"
 #include "simulator/krvsim/progress.h"
@@ -50,6 +51,9 @@ class Generator {
         m_writer.AddJukebox(jukebox);
         for (const FarmVolume& volume : m_volumes)
             m_writer.AddVolume(volume);
+        // The slots of a jukebox count twice, with its volumes for the second time.
+        m_progress.Step(int64_t{m_options.magazines} * m_options.slots -
+                        static_cast<int64_t>(m_volumes.size()));
         m_volumes.clear();
     }
 
@@ -57,7 +61,6 @@ class Generator {
         FarmMagazine magazine;
         magazine.slotCount = m_options.slots;
         for (int32_t slot = 1; slot <= m_options.slots; ++slot) {
-            m_progress.Step();
             if (!m_random.PerCent(static_cast<uint64_t>(m_options.fill))) continue;
             FarmMedium medium = MakeMedium(jukebox);
             medium.slot = slot;
@@ -115,14 +118,16 @@ void Generate(const GenerateOptions& options, const Streams& streams) {
     RequireRoom(options.server, existing);
     int32_t volumes = 0;
     MakeFarm(options.server, existing, [&](Database& database) {
-        Progress progress(streams.err, "slots", slots);
-        FarmWriter writer(database, options.server);
+        Progress progress(streams.err, "writing", 2 * slots);
+        FarmWriter writer(database, options.server, [&] { progress.Step(); });
         Generator generator(options, writer, progress);
         generator.Run();
         volumes = generator.GetVolumeCount();
     });
-    streams.out << "Server \"" << options.server << "\" has a farm of " << options.jukeboxes << " jukeboxes, "
-                << slots << " slots and " << volumes << " volumes.\n";
+    streams.out << "Server \"" << options.server << "\" has a farm of "
+                << Counted(options.jukeboxes, "jukebox", "jukeboxes") << ", "
+                << Counted(slots, "slot", "slots") << " and " << Counted(volumes, "volume", "volumes")
+                << ".\n";
 }
 
 }  // namespace krvsim

@@ -8,6 +8,7 @@
 
 #include "simulator/farms/demonstration.h"
 #include "simulator/krvsim/commands.h"
+#include "simulator/krvsim/counted.h"
 #include "simulator/krvsim/failure.h"
 #include "simulator/krvsim/new_farm.h"
 #include "simulator/layout/contradictions.h"
@@ -56,8 +57,9 @@ void Init(const InitOptions& options, const Streams& streams) {
     const Farm farm = ReadFarmOf(options);
     MakeFarm(options.server, options.force ? Existing::Replace : Existing::Keep,
              [&](Database& database) { WriteFarm(database, options.server, farm); });
-    streams.out << "Server \"" << options.server << "\" has a farm of " << farm.jukeboxes.size()
-                << " jukeboxes and " << farm.volumes.size() << " volumes.\n";
+    streams.out << "Server \"" << options.server << "\" has a farm of "
+                << CountedJukeboxes(farm.jukeboxes.size()) << " and " << CountedVolumes(farm.volumes.size())
+                << ".\n";
 }
 
 }  // namespace krvsim

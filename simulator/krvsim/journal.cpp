@@ -1,13 +1,14 @@
 // krvsim journal: every call that any process made.
-#include <csignal>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "simulator/farms/servers.h"
 #include "simulator/krvsim/commands.h"
+#include "simulator/krvsim/counted.h"
 #include "simulator/krvsim/failure.h"
 #include "simulator/krvsim/farm_query.h"
+#include "simulator/krvsim/interruption.h"
 #include "simulator/krvsim/item_words.h"
 #include "simulator/krvsim/local_time.h"
 #include "simulator/layout/layout_writer.h"
@@ -91,31 +92,13 @@ Json Object(const Row& row) {
             {"change", Text(row.Text(16))}};
 }
 
-volatile std::sig_atomic_t g_isInterrupted = 0;
-
-extern "C" void NoteInterruption(int /*signal*/) {
-    g_isInterrupted = 1;
+// A journal that is switched off and empty would leave its reader wondering.
+void RemarkOnSilence(Database& database, const JournalOptions& options, const Streams& streams) {
+    if (FindNumber(database, "SELECT journal_limit FROM server", {}) != 0) return;
+    if (FindNumber(database, "SELECT min(id) FROM journal", {}).has_value()) return;
+    streams.err << "The journal of server \"" << options.server
+                << "\" is empty and switched off (--on switches it on).\n";
 }
-
-// While it lives, Ctrl-C and a termination end the following instead of the process.
-class InterruptionNoted {
-  public:
-    InterruptionNoted() {
-        g_isInterrupted = 0;
-        m_interrupt = std::signal(SIGINT, &NoteInterruption);
-        m_terminate = std::signal(SIGTERM, &NoteInterruption);
-    }
-    InterruptionNoted(const InterruptionNoted&) = delete;
-    InterruptionNoted& operator=(const InterruptionNoted&) = delete;
-    ~InterruptionNoted() {
-        (void)std::signal(SIGINT, m_interrupt);
-        (void)std::signal(SIGTERM, m_terminate);
-    }
-
-  private:
-    void (*m_interrupt)(int);
-    void (*m_terminate)(int);
-};
 
 void Show(Database& database, const JournalOptions& options, const Streams& streams) {
     using Clock = std::chrono::steady_clock;
@@ -125,6 +108,7 @@ void Show(Database& database, const JournalOptions& options, const Streams& stre
     int64_t last = options.since;
     std::optional<InterruptionNoted> interruption;
     if (options.follow) interruption.emplace();
+    RemarkOnSilence(database, options, streams);
     while (true) {
         database.StartWaiting();
         ForEachRow(database, kEntries, {last}, [&](const Row& row) {
@@ -133,7 +117,7 @@ void Show(Database& database, const JournalOptions& options, const Streams& stre
         });
         streams.out.flush();
         // A reader that has gone away ends it.
-        if (!options.follow || g_isInterrupted != 0 || !streams.out.good() ||
+        if (!options.follow || InterruptionNoted::IsInterrupted() || !streams.out.good() ||
             (end.has_value() && Clock::now() >= *end))
             return;
         std::this_thread::sleep_for(kPause);
@@ -150,7 +134,7 @@ void SwitchOn(Database& database, const JournalOptions& options, const Streams& 
                 {options.limit});
     });
     streams.out << "The journal of server \"" << options.server << "\" is switched on and keeps "
-                << options.limit << " calls.\n";
+                << Counted(options.limit, "call", "calls") << ".\n";
 }
 
 void SwitchOff(Database& database, const JournalOptions& options, const Streams& streams) {
@@ -167,7 +151,9 @@ void Summarize(Database& database, const Streams& streams) {
     const int64_t start = FindNumber(database, "SELECT journal_start FROM server", {}).value_or(0);
     const auto first = FindNumber(database, "SELECT min(id) FROM journal WHERE id > ?1", {start});
     if (first.has_value() && *first > start + 1) {
-        streams.out << "The first " << *first - start - 1 << " calls are no longer in the journal.\n";
+        const int64_t lost = *first - start - 1;
+        streams.out << "The first " << Counted(lost, "call is", "calls are")
+                    << " no longer in the journal.\n";
     }
     std::map<std::string, int64_t> kinds;
     int64_t changes = 0;
@@ -183,14 +169,13 @@ void Summarize(Database& database, const Streams& streams) {
     const int64_t failed =
         FindNumber(database, "SELECT count(*) FROM journal WHERE id > ?1 AND succeeded = 0", {start})
             .value_or(0);
-    streams.out << changes << (changes == 1 ? " change" : " changes");
+    streams.out << Counted(changes, "change", "changes");
     const char* separator = ": ";
     for (const auto& [kind, count] : kinds) {
         streams.out << separator << count << " " << kind;
         separator = ", ";
     }
-    streams.out << "; " << calls << (calls == 1 ? " call" : " calls") << ", " << failed
-                << " of them failed.\n";
+    streams.out << "; " << Counted(calls, "call", "calls") << ", " << failed << " of them failed.\n";
 }
 
 }  // namespace

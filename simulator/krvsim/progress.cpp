@@ -13,12 +13,12 @@ constexpr std::chrono::milliseconds kInterval{100};
 }  // namespace
 
 std::string ProgressLine(const std::string& task, int64_t done, int64_t total) {
-    const int64_t whole = std::max<int64_t>(total, 1);
-    const int64_t part = std::clamp<int64_t>(done, 0, whole);
-    const auto full = static_cast<size_t>(part * kCells / whole);
+    if (total == 0) return task + " " + std::to_string(done);
+    const int64_t part = std::clamp<int64_t>(done, 0, total);
+    const auto full = static_cast<size_t>(part * kCells / total);
     std::string bar(full, '#');
     bar.resize(static_cast<size_t>(kCells), '.');
-    std::string percent = std::to_string(part * 100 / whole);
+    std::string percent = std::to_string(part * 100 / total);
     percent.insert(0, 3 - percent.size(), ' ');
     return task + " [" + bar + "] " + percent + "%";
 }
@@ -31,9 +31,13 @@ Progress::Progress(std::ostream& err, std::string task, int64_t total)
       m_nextShow(std::chrono::steady_clock::now() + kInterval) {}
 
 Progress::~Progress() {
-    if (!m_isWatched) return;
-    const std::string line(ProgressLine(m_task, 0, 1).size(), ' ');
-    m_err << '\r' << line << '\r' << std::flush;
+    Clear();
+}
+
+void Progress::Clear() {
+    if (m_shownWidth == 0) return;
+    m_err << '\r' << std::string(m_shownWidth, ' ') << '\r' << std::flush;
+    m_shownWidth = 0;
 }
 
 void Progress::Step(int64_t count) {
@@ -43,7 +47,9 @@ void Progress::Step(int64_t count) {
 
 void Progress::Show() {
     m_nextShow = std::chrono::steady_clock::now() + kInterval;
-    m_err << '\r' << ProgressLine(m_task, m_done, m_total) << std::flush;
+    const std::string line = ProgressLine(m_task, m_done, m_total);
+    m_err << '\r' << line << std::flush;
+    m_shownWidth = line.size();
 }
 
 }  // namespace krvsim

@@ -1,4 +1,4 @@
-// A bar that shows how far a long task is; nothing is shown where nobody watches.
+// How far a long task is, on one line that is written over; nothing is shown where nobody watches.
 #pragma once
 
 #include <chrono>
@@ -10,16 +10,17 @@ namespace krvsim {
 
 class Progress {
   public:
-    // Shown on `err` when the process's standard error is a terminal.
+    // Shown on `err` when the process's standard error is a terminal. A bar with a total; a total of 0 stands
+    // for one that nobody knows: then what is done is counted.
     Progress(std::ostream& err, std::string task, int64_t total);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    ~Progress();  // takes the bar away
+    ~Progress();  // takes the line away
 
     void Step(int64_t count = 1);
 
-    // More turns out to be to do.
-    void Extend(int64_t count) { m_total += count; }
+    // Makes room on the line for something else; the next step may show it again.
+    void Clear();
 
   private:
     void Show();
@@ -28,11 +29,12 @@ class Progress {
     std::string m_task;
     int64_t m_total;
     int64_t m_done = 0;
+    size_t m_shownWidth = 0;
     bool m_isWatched;
     std::chrono::steady_clock::time_point m_nextShow;
 };
 
-// The line that the bar is: the task, a bar of 30 cells and the per cent.
+// The line: the task, a bar of 30 cells and the per cent, or the task and a number.
 std::string ProgressLine(const std::string& task, int64_t done, int64_t total);
 
 }  // namespace krvsim

@@ -32,8 +32,9 @@ std::vector<SlotState> StatesOf(const FarmMagazine& magazine) {
 
 }  // namespace
 
-FarmWriter::FarmWriter(Database& database, std::string_view server)
+FarmWriter::FarmWriter(Database& database, std::string_view server, std::function<void()> onPart)
     : m_database(database),
+      m_onPart(std::move(onPart)),
       m_server(database.Prepare(
           "INSERT INTO server (id, name, running, epoch, next_volume) VALUES (1, ?, 1, 1, 1)")),
       m_jukebox(database.Prepare("INSERT INTO jukebox VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
@@ -98,6 +99,7 @@ void FarmWriter::AddMagazine(int32_t jukebox, int32_t number, int32_t firstSlot,
     int32_t slot = 0;
     for (const SlotState state : StatesOf(magazine)) {
         Insert(m_slot, jukebox, number, slot++, static_cast<int64_t>(state));
+        TellPart();
     }
     for (const FarmMedium& medium : magazine.media) {
         AddMedium(medium, Place::Slot, jukebox, number, medium.slot - 1);
@@ -130,6 +132,7 @@ void FarmWriter::AddVolume(const FarmVolume& volume) {
     for (const std::string& directory : volume.directories)
         Insert(m_directory, volume.id, position++, directory);
     if (volume.state.has_value()) m_shownStates.emplace_back(volume.id, *volume.state);
+    TellPart();
 }
 
 // A disc or a volume set is on-line when all of its sides are in slots of present magazines, a
@@ -152,8 +155,8 @@ void FarmWriter::Finish(bool running, int32_t nextVolume) {
     Insert(server, running, nextVolume);
 }
 
-void WriteFarm(Database& database, std::string_view server, const Farm& farm) {
-    FarmWriter writer(database, server);
+void WriteFarm(Database& database, std::string_view server, const Farm& farm, std::function<void()> onPart) {
+    FarmWriter writer(database, server, std::move(onPart));
     for (const FarmJukebox& jukebox : farm.jukeboxes)
         writer.AddJukebox(jukebox);
     for (const FarmVolume& volume : farm.volumes)

@@ -12,8 +12,9 @@ namespace krvsim {
 
 class FarmWriter {
   public:
-    // The tables exist and are empty; the caller has opened a transaction.
-    FarmWriter(Database& database, std::string_view server);
+    // The tables exist and are empty; the caller has opened a transaction. `onPart` hears of each slot and of
+    // each volume.
+    FarmWriter(Database& database, std::string_view server, std::function<void()> onPart = {});
 
     // The jukebox with all that is in it. The farm's contradictions have been looked for before.
     void AddJukebox(const FarmJukebox& jukebox);
@@ -30,7 +31,12 @@ class FarmWriter {
     void AddMagazine(int32_t jukebox, int32_t number, int32_t firstSlot, const FarmMagazine& magazine);
     void AddMedium(const FarmMedium& medium, Place place, int32_t jukebox, int32_t magazine, int32_t slot);
 
+    void TellPart() const {
+        if (m_onPart) m_onPart();
+    }
+
     Database& m_database;
+    std::function<void()> m_onPart;
     StatementHandle m_server;
     StatementHandle m_jukebox;
     StatementHandle m_magazine;
@@ -47,7 +53,8 @@ class FarmWriter {
     std::vector<std::pair<int32_t, int32_t>> m_shownStates;  // volume ID, state
 };
 
-void WriteFarm(Database& database, std::string_view server, const Farm& farm);
+void WriteFarm(Database& database, std::string_view server, const Farm& farm,
+               std::function<void()> onPart = {});
 
 // Empties the tables of a farm, its faults and its journal too, and puts another farm into them; sessions
 // with the old one are over. The caller has opened a transaction.

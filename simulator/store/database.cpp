@@ -64,9 +64,10 @@ Database::Access Database::AccessTo(const std::filesystem::path& file) {
     return failure || size == 0 ? Access::Fixed : Access::Looking;
 }
 
-Database::Database(std::filesystem::path file) : m_file(std::move(file)), m_access(AccessTo(m_file)) {
+Database::Database(std::filesystem::path file, std::filesystem::path shownAs)
+    : m_file(shownAs.empty() ? file : std::move(shownAs)), m_access(AccessTo(file)) {
     StartWaiting();
-    const std::string address = IsFixed() ? FixedAddress(m_file) : Utf8(m_file.u8string());
+    const std::string address = IsFixed() ? FixedAddress(file) : Utf8(file.u8string());
     const int access = m_access == Access::Full ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
     sqlite3* connection = nullptr;
     const int result =

@@ -29,8 +29,8 @@ class Database {
     static constexpr std::chrono::milliseconds kPatience{9500};
 
     // Opens an existing file. Nothing is read yet, so what the file holds is not known. A file that this
-    // process may not change is opened for looking alone.
-    explicit Database(std::filesystem::path file);
+    // process may not change is opened for looking alone. Failures name the file `shownAs`, where given.
+    explicit Database(std::filesystem::path file, std::filesystem::path shownAs = {});
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
     ~Database() = default;

@@ -1,8 +1,10 @@
 #include "simulator/store/farm_file.h"
 
+#include <atomic>
 #include <thread>
 
 #include "simulator/platform/platform.h"
+#include "simulator/store/joined.h"
 #include "simulator/store/schema.h"
 #include "simulator/store/transaction.h"
 #include "simulator/world/refusal.h"
@@ -82,15 +84,49 @@ void Create(Database& database, const FillFarm& fill) {
     });
 }
 
-void CreateFile(const std::filesystem::path& path) {
-    const std::filesystem::path folder = path.parent_path();
-    if (const std::error_code failure = CreatePrivateFolder(folder)) {
-        throw Refuse(Code::NoStateFolder, {folder.string(), failure.message()});
+// A farm that is being made: a file that is no server's, gone with this object.
+class FileInTheMaking {
+  public:
+    explicit FileInTheMaking(const std::filesystem::path& farm) : m_farm(farm), m_file(farm) {
+        static std::atomic<uint32_t> s_count = 0;
+        m_file += Joined({".new-", std::to_string(ProcessId()), "-", std::to_string(++s_count)});
+        const std::filesystem::path folder = farm.parent_path();
+        if (const std::error_code failure = CreatePrivateFolder(folder)) {
+            throw Refuse(Code::NoStateFolder, {folder.string(), failure.message()});
+        }
+        Remove();  // what a killed process of the same number has left
+        if (const std::error_code failure = CreatePrivateFile(m_file)) {
+            throw Refuse(Code::CannotOpenFile, {farm.string(), failure.message()});
+        }
     }
-    if (const std::error_code failure = CreatePrivateFile(path)) {
-        throw Refuse(Code::CannotOpenFile, {path.string(), failure.message()});
+    FileInTheMaking(const FileInTheMaking&) = delete;
+    FileInTheMaking& operator=(const FileInTheMaking&) = delete;
+    ~FileInTheMaking() { Remove(); }
+
+    const std::filesystem::path& GetFile() const { return m_file; }
+
+    // Gives it its place, unless another file has it.
+    bool Place() const {
+        std::error_code failure;
+        std::filesystem::create_hard_link(m_file, m_farm, failure);
+        if (!failure) return true;
+        std::error_code ignored;
+        if (std::filesystem::exists(m_farm, ignored)) return false;
+        // Not every file system knows a second name for a file.
+        std::filesystem::rename(m_file, m_farm, failure);
+        if (failure) throw Refuse(Code::CannotOpenFile, {m_farm.string(), failure.message()});
+        return true;
     }
-}
+
+  private:
+    void Remove() const noexcept {
+        std::error_code ignored;
+        std::filesystem::remove(m_file, ignored);
+    }
+
+    std::filesystem::path m_farm;
+    std::filesystem::path m_file;
+};
 
 }  // namespace
 
@@ -149,15 +185,29 @@ std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
     return database;
 }
 
+bool CreateFarm(std::string_view server, const FillFarm& fill) {
+    const std::filesystem::path path = FarmPath(server);
+    const FileInTheMaking file(path);
+    {
+        Database database(file.GetFile(), path);
+        // Nobody else sees the file, and nothing of it is kept when it fails.
+        database.Execute("PRAGMA journal_mode = MEMORY; PRAGMA cache_size = -16384;");
+        Create(database, fill);
+    }
+    return file.Place();
+}
+
 std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill) {
     const std::filesystem::path path = FarmPath(server);
     std::error_code failure;
-    if (std::filesystem::exists(path, failure)) {
+    const bool isThere = std::filesystem::exists(path, failure);
+    if (failure) throw Refuse(Code::CannotOpenFile, {path.string(), failure.message()});
+    if (!isThere && fill != nullptr) CreateFarm(server, fill);
+    if (isThere || fill != nullptr) {
         if (auto database = OpenFarmAt(path)) return database;
     }
-    if (failure) throw Refuse(Code::CannotOpenFile, {path.string(), failure.message()});
     if (fill == nullptr) throw Refuse(Code::UnknownServer, {server});
-    CreateFile(path);
+    // An empty file that somebody else has put there.
     auto database = std::make_unique<Database>(path);
     RefuseForeign(*database, Examine(*database));
     Prepare(*database);

@@ -27,7 +27,11 @@ std::filesystem::path FarmPath(std::string_view server);
 // Puts the first farm into a database whose tables are there and empty.
 using FillFarm = std::function<void(Database&)>;
 
-// Opens the server's farm. When there is none and `fill` is given, creates it in one transaction;
+// Makes the server's farm beside its place and puts it there whole, so that what fails or is stopped halfway
+// leaves no farm. False when a file was in its place before: that one stays.
+bool CreateFarm(std::string_view server, const FillFarm& fill);
+
+// Opens the server's farm. When there is none and `fill` is given, creates it;
 // of two processes that do so at once, one creates and the other finds it. Without `fill`, a
 // server that has no farm is refused as unknown. A farm of an earlier release is brought forward.
 std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill);

@@ -169,7 +169,7 @@ TEST(ProgressLine, ShowsHowFarItIs) {
     EXPECT_EQ(krvsim::ProgressLine("slots", 5, 10), "slots [###############...............]  50%");
     EXPECT_EQ(krvsim::ProgressLine("slots", 10, 10), "slots [##############################] 100%");
     EXPECT_EQ(krvsim::ProgressLine("slots", 11, 10), "slots [##############################] 100%");
-    EXPECT_EQ(krvsim::ProgressLine("slots", 0, 0), "slots [..............................]   0%");
+    EXPECT_EQ(krvsim::ProgressLine("items read:", 17, 0), "items read: 17");
 }
 
 TEST(TextTable, ColumnsAreAsWideAsTheirWidestCell) {

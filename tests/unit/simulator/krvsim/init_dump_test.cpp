@@ -5,9 +5,12 @@
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
+#include "simulator/krvsim/failure.h"
+#include "simulator/krvsim/new_farm.h"
 #include "simulator/krvsim/random.h"
 #include "simulator/layout/contradictions.h"
 #include "simulator/layout/farm_names.h"
+#include "simulator/layout/farm_writer.h"
 #include "simulator/layout/layout_reader.h"
 #include "simulator/layout/layout_writer.h"
 #include "simulator/world/media_types.h"
@@ -362,6 +365,51 @@ TEST_F(KrvsimGenerate, CountsAreThoseThatWereAskedFor) {
     Client empty;
     EXPECT_TRUE(empty.Volumes().empty());
     EXPECT_NE(Refused({"generate"}), "");
+}
+
+TEST_F(KrvsimGenerate, TellsWhatItMadeInOneAndInSeveral) {
+    EXPECT_EQ(Done({"generate", "--slots", "1", "--fill", "0"}),
+              "Server \".\" has a farm of 1 jukebox, 1 slot and 0 volumes.\n");
+    EXPECT_EQ(Done({"generate", "--force", "--jukeboxes", "2", "--slots", "3", "--fill", "0"}),
+              "Server \".\" has a farm of 2 jukeboxes, 6 slots and 0 volumes.\n");
+    const std::string file = WriteFile("one.toml",
+                                       "format = 1\n"
+                                       "volume = [{ id = 1 }]\n"
+                                       "shelf = [{ type = \"CD-R\", a = 1 }]\n"
+                                       "[[jukebox]]\nid = 3\nname = \"x\"\n");
+    EXPECT_EQ(Done({"init", "--server", "one", "--layout", file}),
+              "Server \"one\" has a farm of 1 jukebox and 1 volume.\n");
+}
+
+TEST_F(KrvsimGenerate, RefusedOneLeavesNothingBehind) {
+    const std::string tooMany = WrongUsage({"generate", "--jukeboxes", "2000000", "--slots", "2000000"});
+    EXPECT_EQ(tooMany, "krvsim: that would be 4000000000000 slots, at most 2000000 are possible\n");
+    EXPECT_EQ(Refused({"generate", "--server", std::string(65, 'x')}),
+              "krvsim: Server name \"" + std::string(64, 'x') +
+                  "\" is not valid: it has 65 bytes, 1 to 64 are allowed.\n");
+    EXPECT_TRUE(std::filesystem::is_empty(m_home.GetFolder()));
+}
+
+TEST_F(KrvsimGenerate, FailureHalfwayLeavesNothingOfANewFarmAndAllOfAnOldOne) {
+    const auto fail = [](krvsim::Database& database) {
+        krvsim::WriteFarm(database, ".", RandomFarm(1).Make());
+        throw krvsim::ToolFailure("no more");
+    };
+    EXPECT_THROW(krvsim::MakeFarm("new", krvsim::Existing::Keep, fail), krvsim::ToolFailure);
+    EXPECT_TRUE(std::filesystem::is_empty(m_home.GetFolder()));
+    Done({"init"});
+    const std::string before = Done({"dump"});
+    EXPECT_THROW(krvsim::MakeFarm(".", krvsim::Existing::Replace, fail), krvsim::ToolFailure);
+    EXPECT_EQ(Done({"dump"}), before);
+}
+
+TEST_F(KrvsimGenerate, FarmThatAnotherProcessMakesMeanwhileIsKept) {
+    const auto tooLate = [](krvsim::Database& database) {
+        Done({"init", "--server", "new", "--empty"});
+        krvsim::WriteFarm(database, "new", RandomFarm(1).Make());
+    };
+    EXPECT_THROW(krvsim::MakeFarm("new", krvsim::Existing::Keep, tooLate), krvsim::ToolFailure);
+    EXPECT_TRUE(Client("new").Jukeboxes().empty());
 }
 
 class LayoutOfSeveralContradictions : public ToolTest {};

@@ -34,7 +34,10 @@ class KrvsimJournal : public ToolTest {
 
 TEST_F(KrvsimJournal, IsOffUntilItIsSwitchedOn) {
     { Client client; }
-    EXPECT_EQ(Done({"journal"}), "");
+    const ToolResult silent = RunKrvsim({"journal"});
+    EXPECT_EQ(silent.status, 0);
+    EXPECT_EQ(silent.out, "");
+    EXPECT_EQ(silent.err, "The journal of server \".\" is empty and switched off (--on switches it on).\n");
     EXPECT_EQ(Done({"journal", "--on"}),
               "The journal of server \".\" is switched on and keeps 100000 calls.\n");
     { Client client; }
