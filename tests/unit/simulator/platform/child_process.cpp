@@ -84,10 +84,19 @@ bool BecomeOrdinaryUser() {
 }
 
 void LimitFileSize(size_t bytes) {
-    const rlimit limit{bytes, bytes};
+    rlimit limit{};
+    if (getrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("no limit");
+    limit.rlim_cur = bytes;
     if (setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("no limit");
     // A write beyond the limit fails instead of ending the process.
     (void)std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void LiftFileSizeLimit() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("no limit");
+    limit.rlim_cur = limit.rlim_max;
+    if (setrlimit(RLIMIT_FSIZE, &limit) != 0) throw std::runtime_error("no limit");
 }
 
 void StopMyself() {

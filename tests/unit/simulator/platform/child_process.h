@@ -50,6 +50,7 @@ bool BecomeOrdinaryUser();
 
 // In a child: no file may become larger than this from now on.
 void LimitFileSize(size_t bytes);
+void LiftFileSizeLimit();
 
 void StopMyself();
 

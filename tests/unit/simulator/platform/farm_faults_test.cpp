@@ -266,6 +266,31 @@ TEST_F(FarmFaults, FullDiskIsReportedAndNothingIsLost) {
     EXPECT_TRUE(after.RenameJukebox(8, "After").ok);
 }
 
+// Wherever the change meets the end of the room: in its log, or when the log is put into the farm.
+TEST_F(FarmFaults, SessionThatMetAFullDiskGoesOnWhenThereIsRoomAgain) {
+    CreateFarm();
+    ChildProcess child([&] {
+        Client client;
+        if (!client.GetOpening().ok) return 1;
+        int refused = 0;
+        for (size_t room = 0; room < 40'000; room += 1'500) {
+            LimitFileSize(room);
+            const Outcome full = client.Export({29, 1, 0});
+            LiftFileSizeLimit();
+            if (!full.ok && full.code != 1065) return 2;
+            if (!full.ok) ++refused;
+            if (!full.ok && !client.Export({29, 1, 0}).ok) return 3;
+            if (client.SlotState({29, 1, 0}) != 3U) return 4;
+            ChangeFarm(m_home.LocalFarm(),
+                       "UPDATE medium SET place = 2, slot = -1 WHERE place = 3 AND jukebox = 29 AND slot = "
+                       "(SELECT max(slot) FROM medium WHERE place = 3 AND jukebox = 29)");
+            if (!client.Import({29, 1, 0}).ok) return 5;
+        }
+        return refused > 5 ? 0 : 6;
+    });
+    EXPECT_EQ(child.Wait(), 0);
+}
+
 TEST_F(FarmFaults, NewFarmOnAFullDiskIsReportedAndComesWhenThereIsRoom) {
     ChildProcess child([&] {
         LimitFileSize(8192);
