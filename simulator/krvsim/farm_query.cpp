@@ -77,7 +77,11 @@ int32_t FindJukebox(Database& database, const std::string& word) {
     } else {
         found = FindNumber(database, "SELECT id FROM jukebox WHERE name = ?1 ORDER BY id", {word});
     }
-    if (!found.has_value()) throw ToolFailure("there is no jukebox " + word);
+    if (!found.has_value()) {
+        const bool isNumber = !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
+        throw ToolFailure("there is no jukebox " + word +
+                          (isNumber ? " (an ID is written @" + word + ")" : ""));
+    }
     return static_cast<int32_t>(*found);
 }
 

@@ -1,4 +1,5 @@
 // krvsim load and unload: what a person does at a jukebox's stations.
+#include "krvcmd/service/krv_sdk.h"
 #include "simulator/farms/servers.h"
 #include "simulator/krvsim/commands.h"
 #include "simulator/krvsim/failure.h"
@@ -61,6 +62,15 @@ std::string LabelOf(const LoadOptions& options, int32_t number, int side) {
     return label;
 }
 
+// A label has to fit into the record that shows it.
+void RequireShortLabels(const LoadOptions& options) {
+    constexpr size_t kLongest = sizeof(VolumeRecord::label) - 1;
+    const std::string last = LabelOf(options, options.count, 1);
+    if (options.label.empty() || last.size() <= kLongest) return;
+    throw UsageFailure("the label \"" + last + "\" has " + std::to_string(last.size()) + " bytes, at most " +
+                       std::to_string(kLongest) + " are allowed");
+}
+
 void LoadNew(Database& database, const LoadOptions& options, int32_t jukebox) {
     const MediaType* type = FindMediaType(options.type);
     if (type == nullptr) {
@@ -108,7 +118,9 @@ int64_t FindMediumOf(Database& database, int32_t volume) {
 void Load(const LoadOptions& options, const Streams& streams) {
     const int given = (options.type.empty() ? 0 : 1) + (options.fromExport.empty() ? 0 : 1) +
                       (options.volume.has_value() ? 1 : 0);
-    if (given != 1) throw UsageFailure("one of --type, --from-export and --volume is needed");
+    if (given == 0) throw UsageFailure("one of --type, --from-export and --volume is needed");
+    if (given > 1) throw UsageFailure("only one of --type, --from-export and --volume can be given");
+    RequireShortLabels(options);
     const std::unique_ptr<Database> database = OpenServer(options.server);
     int64_t loaded = 0;
     int64_t waiting = 0;

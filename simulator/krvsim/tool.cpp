@@ -59,7 +59,9 @@ class CommandLine {
     }
 
     int Explain(const CLI::Error& error, const Streams& streams) const {
-        return m_app.exit(error, streams.out, streams.err) == 0 ? kDone : kUsage;
+        if (error.get_exit_code() == 0) return m_app.exit(error, streams.out, streams.err);
+        streams.err << "krvsim: " << error.what() << "\nRun with --help for more information.\n";
+        return kUsage;
     }
 
     void Run(const Streams& streams) const { m_arguments.work(streams); }
@@ -169,8 +171,10 @@ class CommandLine {
         command->add_flag("--double-sided", options.doubleSided, "the new media have two sides")->needs(type);
         command->add_option("--from-export", options.fromExport,
                             "all media of the export station of this jukebox");
-        command->add_option("--volume,-V", options.volume,
-                            "the exported medium, or the one on the shelf, that holds it");
+        command
+            ->add_option("--volume,-V", options.volume,
+                         "the exported medium, or the one on the shelf, that holds it")
+            ->check(FromTo(1, 2'147'483'647));
     }
 
     void AddUnload() {

@@ -60,14 +60,14 @@ constexpr std::array<const char*, kSqlCount> kTexts = {
     " delay, matched, fired FROM fault WHERE function IN (?1, '*')",
     "SELECT id FROM medium WHERE place = 2 AND jukebox = ?1 AND magazine = 0 ORDER BY slot LIMIT 1",
     "SELECT slot FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0 ORDER BY slot DESC LIMIT 1",
-    "SELECT s.magazine, s.number FROM slot s CROSS JOIN magazine g"
+    "SELECT s.magazine, s.number, g.present FROM slot s CROSS JOIN magazine g"
     " ON g.jukebox = s.jukebox AND g.number = s.magazine"
-    " WHERE s.jukebox = ?1 AND s.state = 3 AND g.present = 1 ORDER BY s.magazine, s.number LIMIT 1",
+    " WHERE s.jukebox = ?1 AND s.magazine >= ?2 AND s.state = 3 ORDER BY s.magazine, s.number LIMIT 1",
     "SELECT s.magazine, s.number FROM slot s"
     " WHERE s.jukebox = ?1 AND s.magazine = ?2 AND s.state = 3 ORDER BY s.number LIMIT 1",
-    "SELECT d.magazine, d.slot FROM medium d CROSS JOIN magazine g"
+    "SELECT d.magazine, d.slot, g.present FROM medium d CROSS JOIN magazine g"
     " ON g.jukebox = d.jukebox AND g.number = d.magazine"
-    " WHERE d.place = 1 AND d.jukebox = ?1 AND g.present = 1 ORDER BY d.magazine, d.slot LIMIT 1",
+    " WHERE d.place = 1 AND d.jukebox = ?1 AND d.magazine >= ?2 ORDER BY d.magazine, d.slot LIMIT 1",
     "SELECT d.magazine, d.slot FROM medium d"
     " WHERE d.place = 1 AND d.jukebox = ?1 AND d.magazine = ?2 ORDER BY d.slot LIMIT 1",
 

@@ -25,8 +25,13 @@ SlotPlace ChooseSlot(Database& database, const SlotKey& key, Sql ofMagazine, Sql
         Rows rows(database, ofMagazine, key.jukeboxId, key.magazine);
         if (rows.Next()) return {key.jukeboxId, rows.Number(0), rows.Number(1)};
     } else {
-        Rows rows(database, ofJukebox, key.jukeboxId);
-        if (rows.Next()) return {key.jukeboxId, rows.Number(0), rows.Number(1)};
+        // From magazine to magazine: what is in a missing one is stepped over, however many slots it has.
+        for (int32_t magazine = 0;;) {
+            Rows rows(database, ofJukebox, key.jukeboxId, magazine);
+            if (!rows.Next()) break;
+            if (rows.Flag(2)) return {key.jukeboxId, rows.Number(0), rows.Number(1)};
+            magazine = rows.Number(0) + 1;
+        }
     }
     throw AlreadySo(database, key, state);
 }

@@ -4,9 +4,13 @@
 #include <string>
 #include <vector>
 
+#include "simulator/layout/farm.h"
+#include "simulator/layout/farm_names.h"
+#include "simulator/layout/farm_writer.h"
 #include "simulator/store/database.h"
 #include "simulator/store/farm_file.h"
 #include "simulator/store/sql.h"
+#include "simulator/world/moving.h"
 #include "tests/unit/simulator/support/farm_home.h"
 
 namespace simulator_test {
@@ -36,6 +40,58 @@ TEST_F(QueryPlan, EveryLookUpIsAnIndexSearch) {
         }
     }
     EXPECT_GT(searches, krvsim::kSqlCount / 2);
+}
+
+// A jukebox whose first magazine is missing, with a medium in every other of its slots.
+krvsim::Farm FarmWithAMissingMagazine(int32_t slots) {
+    const auto blank = [](int32_t slot) {
+        krvsim::FarmMedium medium;
+        medium.slot = slot;
+        medium.type = 1;
+        medium.sides.push_back(krvsim::UsualSide(medium.type, krvsim::Content::Blank, 0));
+        return medium;
+    };
+    krvsim::FarmMagazine missing;
+    missing.slotCount = slots;
+    missing.present = false;
+    for (int32_t slot = 1; slot <= slots; slot += 2)
+        missing.media.push_back(blank(slot));
+    krvsim::FarmMagazine present;
+    present.slotCount = 3;
+    krvsim::FarmJukebox jukebox;
+    jukebox.id = 1;
+    jukebox.name = "x";
+    jukebox.magazines = {missing, present};
+    jukebox.waiting = {blank(0)};
+    krvsim::Farm farm;
+    farm.jukeboxes.push_back(jukebox);
+    return farm;
+}
+
+int CountStep(void* steps) {
+    ++*static_cast<int64_t*>(steps);
+    return 0;
+}
+
+// The database's own steps of an import and of an export that name no slot.
+int64_t StepsOfMovingWithoutASlot(int32_t slotsOfTheMissingMagazine) {
+    const std::string server = "slots" + std::to_string(slotsOfTheMissingMagazine);
+    const auto database = krvsim::OpenFarm(server, [&](krvsim::Database& empty) {
+        krvsim::WriteFarm(empty, server, FarmWithAMissingMagazine(slotsOfTheMissingMagazine));
+    });
+    int64_t steps = 0;
+    sqlite3_progress_handler(database->GetConnection(), 1, &CountStep, &steps);
+    const SlotKey anySlot{sizeof(SlotKey), 1, -1, -1};
+    EXPECT_EQ(krvsim::ImportMedium(*database, anySlot), "imported: x\\2\\1 (blank CD-R)");
+    EXPECT_EQ(krvsim::ExportMedium(*database, anySlot), "exported: x\\2\\1 (blank CD-R)");
+    return steps;
+}
+
+TEST_F(QueryPlan, SlotsOfAMissingMagazineCostAMoveWithoutASlotNothing) {
+    const int64_t few = StepsOfMovingWithoutASlot(4);
+    const int64_t many = StepsOfMovingWithoutASlot(4'000);
+    EXPECT_GT(few, 100) << "they are counted";
+    EXPECT_LT(many, few + 50);
 }
 
 TEST_F(QueryPlan, AScanWouldBeNoticed) {

@@ -79,6 +79,33 @@ TEST_F(KrvsimLoad, WhatCannotBeLoadedIsRefusedAndNothingChanges) {
     EXPECT_EQ(Done({"dump"}), before);
 }
 
+TEST_F(KrvsimLoad, LabelHasToFitItsRecordWithItsNumber) {
+    const std::string before = Done({"dump"});
+    const std::string longest(255, 'x');
+    EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--label", longest + "x"}),
+              "krvsim: the label \"" + longest + "x\" has 256 bytes, at most 255 are allowed\n");
+    EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--label", longest, "--count", "2"}),
+              "krvsim: the label \"" + longest + " 2\" has 257 bytes, at most 255 are allowed\n");
+    EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--label", longest, "--double-sided"}),
+              "krvsim: the label \"" + longest + " B\" has 257 bytes, at most 255 are allowed\n");
+    EXPECT_EQ(Done({"dump"}), before);
+    Done({"load", "-J", "@8", "--type", "CD-R", "--label", longest});
+    Done({"check"});
+}
+
+TEST_F(KrvsimLoad, WordsThatDoNotGoTogetherAreExplained) {
+    EXPECT_EQ(WrongUsage({"load", "-J", "@8"}),
+              "krvsim: one of --type, --from-export and --volume is needed\n");
+    EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--volume", "401"}),
+              "krvsim: only one of --type, --from-export and --volume can be given\n");
+    EXPECT_EQ(Refused({"load", "-J", "8", "--type", "CD-R"}),
+              "krvsim: there is no jukebox 8 (an ID is written @8)\n");
+    // Volumes that were never imported have numbers below 0, which nobody is shown.
+    EXPECT_EQ(
+        WrongUsage({"load", "-J", "@8", "--volume", "-1"}),
+        "krvsim: --volume: Value -1 not in range 1 to 2147483647\nRun with --help for more information.\n");
+}
+
 class KrvsimUnload : public ToolTest {};
 
 TEST_F(KrvsimUnload, ExportStationsAreEmptiedOntoTheShelf) {
