@@ -43,9 +43,9 @@ class Terminal:
         lines = self._tmux("capture-pane", "-p").split("\n")
         return lines, int(self._tmux("display-message", "-p", "#{cursor_y}"))
 
-    def wait_for(self, is_there, what):
+    def wait_for(self, is_there, what, seconds=PATIENCE):
         """The screen as soon as is_there(lines, cursor line) holds."""
-        end = time.monotonic() + PATIENCE
+        end = time.monotonic() + seconds
         while True:
             lines, at = self.screen()
             if is_there(lines, at):
@@ -74,12 +74,20 @@ class Shell:
 
     def clear(self):
         """An empty prompt in the first line, whatever was there."""
-        self.terminal.press("C-c")
-        self._wait_for_empty_prompt()
-        self.terminal.type("clear")
-        self.terminal.press("Enter")
-        self.terminal.wait_for(
-            lambda lines, at: lines[0].rstrip() == PROMPT.rstrip() and not "".join(lines[1:]).strip(), "a clear screen")
+        for seconds in (PATIENCE / 10, PATIENCE / 5, PATIENCE):
+            self.terminal.press("C-c")
+            self._wait_for_empty_prompt()
+            self.terminal.type("clear")
+            self.terminal.press("Enter")
+            try:
+                self.terminal.wait_for(
+                    lambda lines, at: lines[0].rstrip() == PROMPT.rstrip() and not "".join(lines[1:]).strip(),
+                    "a clear screen", seconds)
+                return
+            except AssertionError:
+                # A busy shell throws away what is typed before it has dealt with the interruption.
+                if seconds == PATIENCE:
+                    raise
 
     def run(self, command):
         self.terminal.type(command)
