@@ -1,7 +1,9 @@
 #include "simulator/store/farm_file.h"
 
 #include <atomic>
+#include <chrono>
 #include <thread>
+#include <vector>
 
 #include "simulator/platform/platform.h"
 #include "simulator/store/joined.h"
@@ -14,6 +16,7 @@ namespace {
 
 constexpr std::string_view kPrefix = "server-";
 constexpr std::string_view kSuffix = ".db";
+constexpr const char* kMarkOfNew = ".new-";
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 
 bool StandsForItself(char character) {
@@ -89,11 +92,12 @@ class FileInTheMaking {
   public:
     explicit FileInTheMaking(const std::filesystem::path& farm) : m_farm(farm), m_file(farm) {
         static std::atomic<uint32_t> s_count = 0;
-        m_file += Joined({".new-", std::to_string(ProcessId()), "-", std::to_string(++s_count)});
+        m_file += Joined({kMarkOfNew, std::to_string(ProcessId()), "-", std::to_string(++s_count)});
         const std::filesystem::path folder = farm.parent_path();
         if (const std::error_code failure = CreatePrivateFolder(folder)) {
             throw Refuse(Code::NoStateFolder, {folder.string(), failure.message()});
         }
+        RemoveLeftOnes();
         Remove();  // what a killed process of the same number has left
         if (const std::error_code failure = CreatePrivateFile(m_file)) {
             throw Refuse(Code::CannotOpenFile, {farm.string(), failure.message()});
@@ -119,6 +123,20 @@ class FileInTheMaking {
     }
 
   private:
+    // Those of killed processes. No farm takes an hour to be made.
+    void RemoveLeftOnes() const {
+        const std::string start = m_farm.filename().string() + kMarkOfNew;
+        const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
+        std::error_code failure;
+        std::vector<std::filesystem::path> left;
+        for (const auto& entry : std::filesystem::directory_iterator(m_farm.parent_path(), failure)) {
+            if (!entry.path().filename().string().starts_with(start)) continue;
+            const auto time = entry.last_write_time(failure);
+            if (!failure && time < old) left.push_back(entry.path());
+        }
+        for (const std::filesystem::path& file : left)
+            std::filesystem::remove(file, failure);
+    }
     void Remove() const noexcept {
         std::error_code ignored;
         std::filesystem::remove(m_file, ignored);

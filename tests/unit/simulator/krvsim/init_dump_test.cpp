@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <nlohmann/json.hpp>
 
@@ -401,6 +402,20 @@ TEST_F(KrvsimGenerate, FailureHalfwayLeavesNothingOfANewFarmAndAllOfAnOldOne) {
     const std::string before = Done({"dump"});
     EXPECT_THROW(krvsim::MakeFarm(".", krvsim::Existing::Replace, fail), krvsim::ToolFailure);
     EXPECT_EQ(Done({"dump"}), before);
+}
+
+TEST_F(KrvsimGenerate, NextFarmTakesAwayWhatAKilledProcessHasLeft) {
+    const std::filesystem::path left = WriteFile("server-new.db.new-1234-1", "half a farm");
+    const std::filesystem::path young = WriteFile("server-new.db.new-1235-1", "being made");
+    const std::filesystem::path other = WriteFile("server-newer.db.new-1234-1", "of another server");
+    const auto longAgo = std::filesystem::file_time_type::clock::now() - std::chrono::hours(2);
+    std::filesystem::last_write_time(left, longAgo);
+    std::filesystem::last_write_time(other, longAgo);
+    Done({"generate", "--server", "new"});
+    EXPECT_FALSE(std::filesystem::exists(left));
+    EXPECT_TRUE(std::filesystem::exists(young));
+    EXPECT_TRUE(std::filesystem::exists(other));
+    EXPECT_EQ(Done({"servers"}).find("new-"), std::string::npos);
 }
 
 TEST_F(KrvsimGenerate, FarmThatAnotherProcessMakesMeanwhileIsKept) {
