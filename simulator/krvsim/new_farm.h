@@ -14,8 +14,8 @@ enum class Existing { Keep, Replace };
 // Refuses with Keep a server that has a farm: before a long task, whose end would tell the same.
 void RequireRoom(const std::string& server, Existing existing);
 
-// Runs `fill` on empty tables. With Keep, a server that has a farm is refused. A file that is no
+// Runs `write` on empty tables. With Keep, a server that has a farm is refused. A file that is no
 // farm is refused in any case.
-void MakeFarm(const std::string& server, Existing existing, const std::function<void(Database&)>& fill);
+void MakeFarm(const std::string& server, Existing existing, const std::function<void(Database&)>& write);
 
 }  // namespace krvsim
