@@ -6,7 +6,8 @@ namespace krvsim {
 namespace {
 
 // Places of a medium: 1 = slot, 2 = import station, 3 = export station, 4 = shelf (see schema.cpp).
-// CROSS JOIN keeps the order of the tables as written: each is searched by the one before it.
+// CROSS JOIN keeps the order of the tables as written: each is searched by the one before it. INDEXED BY
+// keeps the search for an empty slot from going through the full ones before it.
 constexpr std::array<const char*, kSqlCount> kTexts = {
     "BEGIN",
     "BEGIN IMMEDIATE",
@@ -60,10 +61,10 @@ constexpr std::array<const char*, kSqlCount> kTexts = {
     " delay, matched, fired FROM fault WHERE function IN (?1, '*')",
     "SELECT id FROM medium WHERE place = 2 AND jukebox = ?1 AND magazine = 0 ORDER BY slot LIMIT 1",
     "SELECT slot FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0 ORDER BY slot DESC LIMIT 1",
-    "SELECT s.magazine, s.number, g.present FROM slot s CROSS JOIN magazine g"
+    "SELECT s.magazine, s.number, g.present FROM slot s INDEXED BY slot_empty CROSS JOIN magazine g"
     " ON g.jukebox = s.jukebox AND g.number = s.magazine"
     " WHERE s.jukebox = ?1 AND s.magazine >= ?2 AND s.state = 3 ORDER BY s.magazine, s.number LIMIT 1",
-    "SELECT s.magazine, s.number FROM slot s"
+    "SELECT s.magazine, s.number FROM slot s INDEXED BY slot_empty"
     " WHERE s.jukebox = ?1 AND s.magazine = ?2 AND s.state = 3 ORDER BY s.number LIMIT 1",
     "SELECT d.magazine, d.slot, g.present FROM medium d CROSS JOIN magazine g"
     " ON g.jukebox = d.jukebox AND g.number = d.magazine"

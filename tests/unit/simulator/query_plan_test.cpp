@@ -42,7 +42,8 @@ TEST_F(QueryPlan, EveryLookUpIsAnIndexSearch) {
     EXPECT_GT(searches, krvsim::kSqlCount / 2);
 }
 
-// A jukebox whose first magazine is missing, with a medium in every other of its slots.
+// A jukebox whose first magazine is missing, with a medium in every other of its slots. The second one has as
+// many slots, all full, and three empty ones behind them.
 krvsim::Farm FarmWithAMissingMagazine(int32_t slots) {
     const auto blank = [](int32_t slot) {
         krvsim::FarmMedium medium;
@@ -57,7 +58,9 @@ krvsim::Farm FarmWithAMissingMagazine(int32_t slots) {
     for (int32_t slot = 1; slot <= slots; slot += 2)
         missing.media.push_back(blank(slot));
     krvsim::FarmMagazine present;
-    present.slotCount = 3;
+    present.slotCount = slots + 3;
+    for (int32_t slot = 1; slot <= slots; ++slot)
+        present.media.push_back(blank(slot));
     krvsim::FarmJukebox jukebox;
     jukebox.id = 1;
     jukebox.name = "x";
@@ -82,12 +85,13 @@ int64_t StepsOfMovingWithoutASlot(int32_t slotsOfTheMissingMagazine) {
     int64_t steps = 0;
     sqlite3_progress_handler(database->GetConnection(), 1, &CountStep, &steps);
     const SlotKey anySlot{sizeof(SlotKey), 1, -1, -1};
-    EXPECT_EQ(krvsim::ImportMedium(*database, anySlot), "imported: x\\2\\1 (blank CD-R)");
+    const std::string firstEmpty = std::to_string(slotsOfTheMissingMagazine + 1);
+    EXPECT_EQ(krvsim::ImportMedium(*database, anySlot), "imported: x\\2\\" + firstEmpty + " (blank CD-R)");
     EXPECT_EQ(krvsim::ExportMedium(*database, anySlot), "exported: x\\2\\1 (blank CD-R)");
     return steps;
 }
 
-TEST_F(QueryPlan, SlotsOfAMissingMagazineCostAMoveWithoutASlotNothing) {
+TEST_F(QueryPlan, MissingAndFullSlotsCostAMoveWithoutASlotNothing) {
     const int64_t few = StepsOfMovingWithoutASlot(4);
     const int64_t many = StepsOfMovingWithoutASlot(4'000);
     EXPECT_GT(few, 100) << "they are counted";
