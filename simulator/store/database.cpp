@@ -64,7 +64,7 @@ Database::Access Database::AccessTo(const std::filesystem::path& file) {
     return failure || size == 0 ? Access::Fixed : Access::Looking;
 }
 
-Database::Database(std::filesystem::path file, std::filesystem::path shownAs)
+Database::Database(const std::filesystem::path& file, std::filesystem::path shownAs)
     : m_file(shownAs.empty() ? file : std::move(shownAs)), m_access(AccessTo(file)) {
     StartWaiting();
     const std::string address = IsFixed() ? FixedAddress(file) : Utf8(file.u8string());
