@@ -64,8 +64,8 @@ Database::Access Database::AccessTo(const std::filesystem::path& file) {
     return failure || size == 0 ? Access::Fixed : Access::Looking;
 }
 
-Database::Database(const std::filesystem::path& file, std::filesystem::path shownAs)
-    : m_file(shownAs.empty() ? file : std::move(shownAs)), m_access(AccessTo(file)) {
+Database::Database(const std::filesystem::path& file, const std::filesystem::path& shownAs)
+    : m_file(shownAs.empty() ? file : shownAs), m_access(AccessTo(file)) {
     StartWaiting();
     const std::string address = IsFixed() ? FixedAddress(file) : Utf8(file.u8string());
     const int access = m_access == Access::Full ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;

@@ -30,7 +30,7 @@ class Database {
 
     // Opens an existing file. Nothing is read yet, so what the file holds is not known. A file that this
     // process may not change is opened for looking alone. Failures name the file `shownAs`, where given.
-    explicit Database(const std::filesystem::path& file, std::filesystem::path shownAs = {});
+    explicit Database(const std::filesystem::path& file, const std::filesystem::path& shownAs = {});
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
     ~Database() = default;
