@@ -116,6 +116,21 @@ TEST(Parse, ReadsAttachedValuesBehindLettersOnly) {
     });
 }
 
+// The letters are those of ASCII, from the first to the last of either case; what stands next to them in the
+// character set is none.
+TEST(Parse, EndsTheLettersOfAWordBeforeTheFirstOtherCharacter) {
+    ExpectRows({
+        {{"query", "JA=x"}, "error 22"},
+        {{"query", "JZ=x"}, "error 22"},
+        {{"query", "Ja=x"}, "error 22"},
+        {{"query", "Jz=x"}, "error 22"},
+        {{"query", "J[=x"}, ": query J=\"[=x\""},
+        {{"query", "J`=x"}, ": query J=\"`=x\""},
+        {{"query", "J{=x"}, ": query J=\"{=x\""},
+        {{"query", "J\xC4=x"}, ": query J=\"\xC4=x\""},
+    });
+}
+
 TEST(Parse, LetsThePlaceholderTakeAnyWordThatNoKeywordFits) {
     ExpectRows({
         {{"help", "xyz"}, ": help <command>=\"xyz\""},
