@@ -84,19 +84,23 @@ void HelpPrinter::PrintEntry(const HelpEntry& entry) {
     if (!entry.example.empty()) Write("\nexample:\n" + std::string(entry.example));
 }
 
+void HelpPrinter::PrintHelpOnHelp() {
+    Write(help_text::kUsage);
+    PrintCommands(Parameters::Hide);
+    Write("\n");
+    Write(help_text::kHelpOnHelp);
+}
+
 bool HelpPrinter::PrintDetailedHelp(std::string_view word) {
     const HelpEntry* entry = FindEntry(word);
     if (entry == nullptr) return false;
     // The entry of "help" has no node today, so no word gets here with an entry; it is kept for
     // the day when it has one.
     if (WordBegins(word, "help")) {
-        Write(help_text::kUsage);
-        PrintCommands(Parameters::Hide);
-        Write("\n");
-        Write(help_text::kHelpOnHelp);
-        return true;
+        PrintHelpOnHelp();
+    } else {
+        PrintEntry(*entry);
     }
-    PrintEntry(*entry);
     return true;
 }
 

@@ -34,6 +34,9 @@ class HelpPrinter {
     // an abbreviation need not be unique. False when no entry fits; nothing is printed then.
     bool PrintDetailedHelp(std::string_view word);
 
+    // How help is asked for.
+    void PrintHelpOnHelp();
+
     void PrintCommonOptions();
     void PrintCommands(Parameters parameters);
     void PrintParameters(const KeywordNode& command, Layout layout);

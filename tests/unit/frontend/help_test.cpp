@@ -129,6 +129,31 @@ TEST_F(HelpTest, ListsTheCommandsWithoutTheirParameters) {
               }));
 }
 
+TEST_F(HelpTest, TellsHowHelpIsAskedFor) {
+    EXPECT_EQ(Printed([](HelpPrinter& printer) { printer.PrintHelpOnHelp(); }),
+              Lines({
+                  "krvcmd [<common options>] [<command> [<parameter>]]",
+                  "commands:",
+                  "    help: usage/help output",
+                  "    ?: usage/help output",
+                  "    service: start/stop/restart the Carvoline service",
+                  "    import: import one or more media",
+                  "    export: export one or more media",
+                  "    scan: rescan one or more slots",
+                  "    format: erase/format/finalize one or more volumes",
+                  "    enable: enable jukeboxes, magazines, drives or volumes",
+                  "    disable: disable jukeboxes, magazines, drives or volumes",
+                  "    name: rename jukebox or set the directory name for volumes",
+                  "    query: query information",
+                  "",
+                  "display all available commands and options:",
+                  "krvcmd help",
+                  "",
+                  "display detailed help for a command:",
+                  "krvcmd help <command>",
+              }));
+}
+
 TEST_F(HelpTest, IndentsParametersByTwelveInTheGeneralLayoutAndByFourInTheDetailedOne) {
     const KeywordNode& scan = test::Node("scan");
     EXPECT_EQ(
