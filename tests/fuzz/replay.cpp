@@ -1,9 +1,6 @@
-// Feeds every file of the folders named on the command line to a fuzz target, so that seeds and past
-// findings are ordinary tests.
-#include <algorithm>
+// Feeds every file named on the command line to a fuzz target, so that seeds and past findings are ordinary tests.
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -13,37 +10,29 @@
 
 namespace {
 
-std::vector<std::filesystem::path> FilesOf(const std::filesystem::path& folder) {
-    std::vector<std::filesystem::path> files;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (entry.is_regular_file()) files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
-    return files;
-}
-
-void Replay(const std::filesystem::path& file) {
+// Whether the file could be read.
+bool Replay(const char* file) {
     std::ifstream stream(file, std::ios::binary);
+    if (!stream) return false;
     const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     // Exactly as long as it is, so that a sanitizer sees a step too far.
     std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
     data.shrink_to_fit();
-    std::printf("%s\n", file.string().c_str());
+    std::printf("%s\n", file);
     (void)std::fflush(stdout);
     (void)LLVMFuzzerTestOneInput(data.data(), data.size());
+    return true;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::size_t count = 0;
     for (int i = 1; i < argc; ++i) {
-        if (!std::filesystem::is_directory(argv[i])) continue;
-        for (const std::filesystem::path& file : FilesOf(argv[i])) {
-            Replay(file);
-            ++count;
+        if (!Replay(argv[i])) {
+            std::printf("%s cannot be read\n", argv[i]);
+            return 1;
         }
     }
-    std::printf("%zu files\n", count);
-    return count > 0 ? 0 : 1;
+    std::printf("%d files\n", argc - 1);
+    return argc > 1 ? 0 : 1;
 }
