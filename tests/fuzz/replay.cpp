@@ -1,4 +1,5 @@
-// Feeds every file named on the command line to a fuzz target, so that seeds and past findings are ordinary tests.
+// Feeds every file named on the command line to a fuzz target, so that seeds and past findings are ordinary
+// tests.
 #include <cstdio>
 #include <cstring>
 #include <fstream>
