@@ -119,7 +119,7 @@ class KrvsimProgress : public FarmTest {
   protected:
     // Long enough on any machine for a bar that waits a tenth of a second before it shows itself.
     static std::vector<std::string> Generate(const char* server) {
-        return {"generate", "--server", server, "--magazines", "50", "--slots", "2000"};
+        return {"generate", "--server", server, "--magazines", "25", "--slots", "2000"};
     }
     static std::vector<std::string> Clone() {
         return {"clone", "--library", KRVSIM_LIBRARY, "--from", "large", "--to", "copy"};
