@@ -41,6 +41,21 @@ constexpr std::string_view kAbbreviations =
     "'juke' rather than 'jukebox', but you cannot use 'qu' for 'query' because it cannot be "
     "distinguished from 'quiet'.";
 
+const std::string kCommands = Lines({
+    "commands:",
+    "    help: usage/help output",
+    "    ?: usage/help output",
+    "    service: start/stop/restart the Carvoline service",
+    "    import: import one or more media",
+    "    export: export one or more media",
+    "    scan: rescan one or more slots",
+    "    format: erase/format/finalize one or more volumes",
+    "    enable: enable jukeboxes, magazines, drives or volumes",
+    "    disable: disable jukeboxes, magazines, drives or volumes",
+    "    name: rename jukebox or set the directory name for volumes",
+    "    query: query information",
+});
+
 class HelpTest : public testing::Test {
   protected:
     HelpTest() { GetProgramNames() = {"krvcmd", "Carvoline"}; }
@@ -113,45 +128,20 @@ TEST_F(HelpTest, ListsTheCommonOptions) {
 
 TEST_F(HelpTest, ListsTheCommandsWithoutTheirParameters) {
     EXPECT_EQ(Printed([](HelpPrinter& printer) { printer.PrintCommands(HelpPrinter::Parameters::Hide); }),
-              Lines({
-                  "commands:",
-                  "    help: usage/help output",
-                  "    ?: usage/help output",
-                  "    service: start/stop/restart the Carvoline service",
-                  "    import: import one or more media",
-                  "    export: export one or more media",
-                  "    scan: rescan one or more slots",
-                  "    format: erase/format/finalize one or more volumes",
-                  "    enable: enable jukeboxes, magazines, drives or volumes",
-                  "    disable: disable jukeboxes, magazines, drives or volumes",
-                  "    name: rename jukebox or set the directory name for volumes",
-                  "    query: query information",
-              }));
+              kCommands);
 }
 
 TEST_F(HelpTest, TellsHowHelpIsAskedFor) {
     EXPECT_EQ(Printed([](HelpPrinter& printer) { printer.PrintHelpOnHelp(); }),
-              Lines({
-                  "krvcmd [<common options>] [<command> [<parameter>]]",
-                  "commands:",
-                  "    help: usage/help output",
-                  "    ?: usage/help output",
-                  "    service: start/stop/restart the Carvoline service",
-                  "    import: import one or more media",
-                  "    export: export one or more media",
-                  "    scan: rescan one or more slots",
-                  "    format: erase/format/finalize one or more volumes",
-                  "    enable: enable jukeboxes, magazines, drives or volumes",
-                  "    disable: disable jukeboxes, magazines, drives or volumes",
-                  "    name: rename jukebox or set the directory name for volumes",
-                  "    query: query information",
-                  "",
-                  "display all available commands and options:",
-                  "krvcmd help",
-                  "",
-                  "display detailed help for a command:",
-                  "krvcmd help <command>",
-              }));
+              "krvcmd [<common options>] [<command> [<parameter>]]\n" + kCommands +
+                  Lines({
+                      "",
+                      "display all available commands and options:",
+                      "krvcmd help",
+                      "",
+                      "display detailed help for a command:",
+                      "krvcmd help <command>",
+                  }));
 }
 
 TEST_F(HelpTest, IndentsParametersByTwelveInTheGeneralLayoutAndByFourInTheDetailedOne) {
