@@ -8,7 +8,7 @@
 #include <string_view>
 
 // The one function of a fuzz target: feeds the bytes to the code under test and ends the process when
-// something is not as it must be. Called by the fuzzer, or by replay.cpp for the files of a folder.
+// something is not as it must be. Called by the fuzzer, or by replay.cpp for the files that it is told.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace krvcmd::fuzz {

@@ -1,7 +1,7 @@
 // Feeds every file named on the command line to a fuzz target, so that seeds and past findings are ordinary
 // tests.
+#include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
