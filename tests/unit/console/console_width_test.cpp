@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "krvcmd/console/platform/console_width.h"
 #include "krvcmd/console/query_table.h"
 #include "tests/unit/console/support/captured_output.h"
 
@@ -10,6 +11,10 @@ using Ostrel::UI::Console::CKrvQueryTable;
 
 TEST(ConsoleWidth, Is32767WhenStandardOutputIsRedirected) {
     OutputOf([] { EXPECT_EQ(CKrvQueryTable().GetMaxWidth(), 32767U); });
+}
+
+TEST(ConsoleWidth, OfAScreenBufferIsZeroWhenStandardOutputIsRedirected) {
+    OutputOf([] { EXPECT_EQ(Ostrel::UI::Console::Platform::ScreenBufferWidth(), 0); });
 }
 
 }  // namespace

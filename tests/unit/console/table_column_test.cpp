@@ -12,6 +12,10 @@ CTableColumn Titled(std::string_view title) {
     return column;
 }
 
+TEST(TableColumn, ShowsNoCellsOfAnyKindAfterConstruction) {
+    EXPECT_EQ(CTableColumn().GetColumnId(), 0U);
+}
+
 TEST(TableColumn, HasNoWidthsAfterConstruction) {
     const CTableColumn column;
     EXPECT_EQ(column.GetMinWidth(), -1);
