@@ -21,6 +21,10 @@ TEST(TableIntItem, ShowsItsValueInDecimal) {
     EXPECT_EQ(Plain(std::numeric_limits<std::int64_t>::min()).Render(0), "-9223372036854775808");
 }
 
+TEST(TableIntItem, NeedsNoCareWhenItIsShown) {
+    EXPECT_TRUE(Plain(-17).IsPlain());
+}
+
 TEST(TableIntItem, AlignsToTheRight) {
     EXPECT_EQ(Plain(123).Render(5), "  123");
     EXPECT_EQ(Plain(123).Render(4), " 123");
