@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/console/query_table.h"
+#include "krvcmd/console/query/query_table.h"
 
 namespace {
 
@@ -28,10 +28,10 @@ struct VolumeOnASide {
     krvcmd::VolumeInfo volume;
 };
 
-VolumeOnASide MakeVolume(std::int32_t index) {
+VolumeOnASide MakeVolume(int32_t index) {
     VolumeOnASide result;
-    const std::int32_t jukeboxId = index / 200 + 1;
-    const std::uint64_t spread = static_cast<std::uint64_t>(index) * 7919 % 1'000'003;
+    const int32_t jukeboxId = index / 200 + 1;
+    const uint64_t spread = static_cast<uint64_t>(index) * 7919 % 1'000'003;
     result.jukebox.key = {sizeof(JukeboxKey), jukeboxId};
     result.jukebox.record.magazineCount = 4;
     std::snprintf(result.jukebox.record.name, sizeof result.jukebox.record.name, "Tower%d", jukeboxId);
@@ -47,11 +47,11 @@ VolumeOnASide MakeVolume(std::int32_t index) {
     return result;
 }
 
-std::vector<VolumeOnASide> MakeVolumes(std::int64_t count) {
+std::vector<VolumeOnASide> MakeVolumes(int64_t count) {
     std::vector<VolumeOnASide> volumes;
-    volumes.reserve(static_cast<std::size_t>(count));
-    for (std::int64_t index = 0; index < count; ++index) {
-        volumes.push_back(MakeVolume(static_cast<std::int32_t>(index)));
+    volumes.reserve(static_cast<size_t>(count));
+    for (int64_t index = 0; index < count; ++index) {
+        volumes.push_back(MakeVolume(static_cast<int32_t>(index)));
     }
     return volumes;
 }

@@ -12,14 +12,12 @@
 #include <string>
 #include <string_view>
 
-#include "krvcmd/console/query_table.h"
-#include "krvcmd/console/table_dir_item.h"
-#include "krvcmd/console/table_int_item.h"
-#include "krvcmd/console/table_string_item.h"
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/find_keyword.h"
-#include "krvcmd/frontend/token.h"
-#include "krvcmd/service/library_call.h"
+#include "krvcmd/console/query/query_table.h"
+#include "krvcmd/console/table/table_item.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/grammar/keyword.h"
+#include "krvcmd/frontend/parsing/token.h"
+#include "krvcmd/service/access/library_call.h"
 
 namespace {
 
@@ -95,7 +93,7 @@ void CountCells() {
     const CTableDirItem directory(3, R"(archive\2005\volume12)");
     std::string out;
     out.reserve(64);
-    const auto render = [&out](const CTableItem& cell, std::uint32_t width) {
+    const auto render = [&out](const CTableItem& cell, uint32_t width) {
         out.clear();
         cell.RenderInto(out, width);
         Use(out);

@@ -31,7 +31,7 @@ namespace {
 using Words = std::vector<char*>;
 
 struct Cost {
-    std::int64_t cpuMicroseconds;
+    int64_t cpuMicroseconds;
     long peakKibibytes;  // the kernel's own type
     int status;
 };
@@ -70,7 +70,7 @@ std::vector<Words> SplitCommands(int argc, char** argv, int first) {
 
 [[noreturn]] void Become(const Words& words, int output) {
     dup2(output, STDOUT_FILENO);
-    std::size_t program = 0;
+    size_t program = 0;
     while (words[program] != nullptr && std::strchr(words[program], '=') != nullptr)
         putenv(words[program++]);
     if (words[program] != nullptr) execvp(words[program], words.data() + program);
@@ -78,8 +78,8 @@ std::vector<Words> SplitCommands(int argc, char** argv, int first) {
     _exit(127);
 }
 
-std::int64_t Microseconds(const timeval& time) {
-    return std::int64_t{time.tv_sec} * 1'000'000 + time.tv_usec;
+int64_t Microseconds(const timeval& time) {
+    return int64_t{time.tv_sec} * 1'000'000 + time.tv_usec;
 }
 
 Cost Run(const Words& words, const std::string& outputPath) {
@@ -112,7 +112,7 @@ int main(int argc, char** argv) {
 
     BindToOneProcessor();
     for (int run = 0; run < runs; ++run) {
-        for (std::size_t i = 0; i < commands.size(); ++i) {
+        for (size_t i = 0; i < commands.size(); ++i) {
             const std::string outputPath = std::string(argv[3]) + '.' + std::to_string(i);
             const Cost cost = Run(commands[i], outputPath);
             std::printf("%zu %lld %ld %d\n", i, static_cast<long long>(cost.cpuMicroseconds),

@@ -7,20 +7,18 @@
 #include <string>
 #include <string_view>
 
-#include "krvcmd/console/table_dir_item.h"
-#include "krvcmd/console/table_int_item.h"
-#include "krvcmd/console/table_string_item.h"
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/find_keyword.h"
-#include "krvcmd/frontend/token.h"
-#include "krvcmd/service/library_call.h"
+#include "krvcmd/console/table/table_item.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/grammar/keyword.h"
+#include "krvcmd/frontend/parsing/token.h"
+#include "krvcmd/service/access/library_call.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
 
 void Render(benchmark::State& state, const CTableItem& cell) {
-    const auto width = static_cast<std::uint32_t>(state.range(0));
+    const auto width = static_cast<uint32_t>(state.range(0));
     std::string out;
     for (auto _ : state) {
         out.clear();

@@ -15,7 +15,7 @@
 #include <string_view>
 #include <vector>
 
-#include "krvcmd/service/krv_sdk.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace {
 
@@ -39,7 +39,7 @@ bool Call(Function function, Arguments... arguments) {
     return function(&fresh.context, arguments...) != 0;
 }
 
-JukeboxRecord GetJukebox(std::int32_t jukebox) {
+JukeboxRecord GetJukebox(int32_t jukebox) {
     const JukeboxKey key{sizeof key, jukebox};
     JukeboxRecord record{};
     record.size = sizeof record;
@@ -49,7 +49,7 @@ JukeboxRecord GetJukebox(std::int32_t jukebox) {
     return record;
 }
 
-MagazineRecord GetMagazine(std::int32_t jukebox, std::int32_t magazine) {
+MagazineRecord GetMagazine(int32_t jukebox, int32_t magazine) {
     const MagazineKey key{sizeof key, jukebox, magazine};
     MagazineRecord record{sizeof record, -1, 0};
     Call(KrvGetMagazine, &key, &record);
@@ -62,16 +62,16 @@ SideRecord GetSide(const SideKey& key) {
     return record;
 }
 
-void AskForAspects(std::uint32_t volumeId) {
+void AskForAspects(uint32_t volumeId) {
     static std::vector<char> buffer;
     char tooSmall = '\0';
-    std::uint32_t size = 0;
+    uint32_t size = 0;
     if (!Call(KrvVolumeAspects, volumeId, &tooSmall, 1U, &size) || size == 0) return;
     buffer.resize(size);
     Call(KrvVolumeAspects, volumeId, buffer.data(), size, &size);
 }
 
-void AskForVolume(std::uint32_t volumeId) {
+void AskForVolume(uint32_t volumeId) {
     VolumeRecord volume{};
     volume.size = sizeof volume;
     volume.libraryValue1 = -1;
@@ -79,43 +79,43 @@ void AskForVolume(std::uint32_t volumeId) {
     AskForAspects(volumeId);
 
     SideKey location{sizeof location, -1, -1, -1, -1};
-    std::uint32_t count = 0;
+    uint32_t count = 0;
     if (!Call(KrvVolumeLocations, volumeId, &location, 1U, &count) || count == 0) return;
     GetJukebox(location.jukeboxId);
     GetSide(location);
 }
 
 void AskForSlot(const SlotKey& key) {
-    constexpr std::uint32_t kFull = 4;
+    constexpr uint32_t kFull = 4;
     GetJukebox(key.jukeboxId);
     SlotRecord slot{sizeof slot, 0, 254};
     Call(KrvGetSlot, &key, &slot);
     if (slot.state != kFull) return;
-    for (std::int32_t side = 0; side <= 1; ++side) {
+    for (int32_t side = 0; side <= 1; ++side) {
         const SideRecord record = GetSide({sizeof(SideKey), key.jukeboxId, key.magazine, key.slot, side});
-        if (record.volumeId >= 1) AskForVolume(static_cast<std::uint32_t>(record.volumeId));
+        if (record.volumeId >= 1) AskForVolume(static_cast<uint32_t>(record.volumeId));
     }
 }
 
 void AskForAllVolumes() {
-    for (std::uint32_t id = 0, next = 0; Call(KrvGetNextVolume, id, &next) && next >= 1; next = 0) {
+    for (uint32_t id = 0, next = 0; Call(KrvGetNextVolume, id, &next) && next >= 1; next = 0) {
         id = next;
         AskForVolume(id);
     }
 }
 
-void AskForAllSlots(std::int32_t jukebox) {
+void AskForAllSlots(int32_t jukebox) {
     GetJukebox(jukebox);  // whether there is one
-    const std::int32_t magazines = GetJukebox(jukebox).magazineCount;
-    for (std::int32_t m = 0; m < magazines; ++m) {
-        const std::int32_t slots = GetMagazine(jukebox, m).slotCount;
-        for (std::int32_t s = 0; s < slots; ++s)
+    const int32_t magazines = GetJukebox(jukebox).magazineCount;
+    for (int32_t m = 0; m < magazines; ++m) {
+        const int32_t slots = GetMagazine(jukebox, m).slotCount;
+        for (int32_t s = 0; s < slots; ++s)
             AskForSlot({sizeof(SlotKey), jukebox, m, s});
     }
 }
 
-void EnableVolumes(std::uint32_t count) {
-    for (std::uint32_t id = 1; id <= count; ++id)
+void EnableVolumes(uint32_t count) {
+    for (uint32_t id = 1; id <= count; ++id)
         Call(KrvVolumeActivate, id, static_cast<const void*>(nullptr));
 }
 
@@ -124,7 +124,7 @@ bool WriteFile(const char* path) {
     struct stat info = {};
     if (file == -1 || fstat(file, &info) != 0) return false;
     if (info.st_size == 0) return true;
-    const auto size = static_cast<std::size_t>(info.st_size);
+    const auto size = static_cast<size_t>(info.st_size);
     const void* bytes = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     return bytes != MAP_FAILED && write(STDOUT_FILENO, bytes, size) == info.st_size;
 }
@@ -137,7 +137,7 @@ int main(int argc, char** argv) {
     Call(KrvSessionCreate, ".", &session);
     if (what == "volumes") AskForAllVolumes();
     if (what == "slots") AskForAllSlots(std::atoi(argv[2]));
-    if (what == "enable") EnableVolumes(static_cast<std::uint32_t>(std::atoi(argv[2])));
+    if (what == "enable") EnableVolumes(static_cast<uint32_t>(std::atoi(argv[2])));
     Call(KrvSessionClose);
     return WriteFile(argv[argc - 1]) ? 0 : 1;
 }

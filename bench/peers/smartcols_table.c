@@ -5,8 +5,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include "krvcmd/service/krv_sdk.h"
-
+#include "krvcmd/service/sdk/krv_sdk.h"
 enum { kId, kLocation, kStatus, kType, kDirectory, kFileSystem, kUsed, kTotal, kLabel, kVolumeType };
 static const char* const kTitles[] = {"Vol ID",      "Location",  "Status",     "Type",  "Directory",
                                       "File System", "Used Capa", "Total Capa", "Label", "Volume Type"};

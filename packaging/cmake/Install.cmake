@@ -40,9 +40,9 @@ endif()
 foreach(guide guide fleet rehearse-a-script krvsim layout simulated-service)
   install(FILES "${CMAKE_SOURCE_DIR}/docs/${guide}.md" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
 endforeach()
-install(FILES "${CMAKE_SOURCE_DIR}/simulator/farms/demonstration.toml"
+install(FILES "${CMAKE_SOURCE_DIR}/embedded/farms/demonstration.toml"
   DESTINATION "${doc_dir_krvcmd-simulator}/examples" COMPONENT simulator)
-install(FILES "${CMAKE_SOURCE_DIR}/krvcmd/service/krv_sdk.h" DESTINATION "${header_dir}" COMPONENT development)
+install(FILES "${CMAKE_SOURCE_DIR}/krvcmd/service/sdk/krv_sdk.h" DESTINATION "${header_dir}" COMPONENT development)
 install(FILES "${CMAKE_SOURCE_DIR}/docs/man/krv-sdk-example.c"
   DESTINATION "${doc_dir_krvcmd-dev}/examples" COMPONENT development)
 
@@ -50,7 +50,7 @@ set(completion "${CMAKE_BINARY_DIR}/packaging/completion")
 install(FILES "${completion}/krvcmd.ps1" DESTINATION "${completion_dir}" COMPONENT krvcmd)
 if(WIN32)
   install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . COMPONENT krvcmd)
-  install(FILES "${CMAKE_SOURCE_DIR}/simulator/library/krvSdk64.def" DESTINATION "${header_dir}" COMPONENT development)
+  install(FILES "${CMAKE_SOURCE_DIR}/embedded/library/krvSdk64.def" DESTINATION "${header_dir}" COMPONENT development)
   return()
 endif()
 

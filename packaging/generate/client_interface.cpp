@@ -6,7 +6,6 @@
 #include <stdexcept>
 
 namespace krvcmd {
-
 namespace {
 
 using Record = ClientInterface::Record;
@@ -14,7 +13,7 @@ using Field = ClientInterface::Field;
 using Function = ClientInterface::Function;
 
 std::string Trimmed(const std::string& text) {
-    const std::size_t begin = text.find_first_not_of(' ');
+    const size_t begin = text.find_first_not_of(' ');
     if (begin == std::string::npos) return {};
     return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
 }
@@ -55,7 +54,7 @@ class Reader {
             const bool isDecorated = line.starts_with("* ");
             comment += " " + (isDecorated ? line.substr(2) : line);
         }
-        const std::size_t begin = comment.find_first_not_of("/*<");
+        const size_t begin = comment.find_first_not_of("/*<");
         return Trimmed(comment.substr(begin, comment.find("*/") - begin));
     }
 
@@ -84,9 +83,9 @@ class Reader {
                 m_text = ReadComment(line);
                 continue;
             }
-            const std::size_t end = line.find(';');
+            const size_t end = line.find(';');
             if (end == std::string::npos) continue;
-            const std::size_t comment = line.find("/**<");
+            const size_t comment = line.find("/**<");
             if (comment != std::string::npos) m_text = ReadComment(line.substr(comment));
             const std::string declaration = line.substr(0, end);
             record.fields.push_back({declaration, kUnknown, TakeText(record.name + "." + declaration)});

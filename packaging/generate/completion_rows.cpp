@@ -5,13 +5,12 @@
 #include <span>
 #include <stdexcept>
 
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/help_table.h"
-#include "krvcmd/frontend/item_address.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/parsing/item_address.h"
+#include "krvcmd/frontend/report/help_table.h"
 #include "packaging/generate/program_text.h"
 
 namespace krvcmd {
-
 namespace {
 
 using std::string_view;
@@ -69,7 +68,7 @@ Keywords KeywordsOf(KeywordNode::Table table) {
 bool IsAddress(const Keywords& chosen, const Keywords& multiple) {
     std::vector<KeywordNode> nodes(chosen.size());
     std::vector<Parameter> parameters(chosen.size());
-    for (std::size_t i = 0; i < chosen.size(); ++i) {
+    for (size_t i = 0; i < chosen.size(); ++i) {
         nodes[i].keyword = chosen[i];
         parameters[i].node = &nodes[i];
         parameters[i].ranges.assign(Contains(multiple, chosen[i]) ? 2 : 1, NumberRange{1, 1, false});
@@ -151,7 +150,7 @@ bool CanStandTogether(const std::vector<string_view>& known, const std::vector<s
         Keywords chosen;
         bool isKnown = true;
         bool hasAll = true;
-        for (std::size_t i = 0; i < kAddressKeywords.size(); ++i) {
+        for (size_t i = 0; i < kAddressKeywords.size(); ++i) {
             const string_view keyword = kAddressKeywords[i];
             if ((choice >> i & 1U) != 0) {
                 chosen.push_back(keyword);

@@ -3,14 +3,12 @@
 #include <sstream>
 
 namespace krvcmd {
-
 namespace {
 
 constexpr std::string_view kVersionMark = "@version@";
 
 std::string WithVersion(std::string line) {
-    for (std::size_t at = line.find(kVersionMark); at != std::string::npos;
-         at = line.find(kVersionMark, at)) {
+    for (size_t at = line.find(kVersionMark); at != std::string::npos; at = line.find(kVersionMark, at)) {
         line.replace(at, kVersionMark.size(), KRVCMD_VERSION);
     }
     return line;
@@ -24,7 +22,7 @@ std::string FillTemplate(std::string_view text,
     std::string filled;
     for (std::string line; std::getline(lines, line);) {
         line = WithVersion(line);
-        const std::size_t begin = line.find_first_not_of(' ');
+        const size_t begin = line.find_first_not_of(' ');
         const bool isMark =
             begin != std::string::npos && line.size() > begin + 2 && line[begin] == '@' && line.back() == '@';
         if (!isMark) {

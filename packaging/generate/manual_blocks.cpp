@@ -7,18 +7,17 @@
 #include <stdexcept>
 #include <vector>
 
-#include "krvcmd/console/column_catalogue.h"
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/help_table.h"
-#include "krvcmd/service/query/query_objects.h"
+#include "embedded/model/farm_words.h"
+#include "embedded/model/media_types.h"
+#include "krvcmd/console/query/column_catalogue.h"
+#include "krvcmd/console/query/query_objects.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/report/help_table.h"
 #include "packaging/generate/client_interface.h"
 #include "packaging/generate/manual_text.h"
 #include "packaging/generate/program_text.h"
-#include "simulator/layout/farm_names.h"
-#include "simulator/world/media_types.h"
 
 namespace krvcmd {
-
 namespace {
 
 using std::string_view;
@@ -94,7 +93,7 @@ std::string Syntax(string_view command) {
     std::string text = ".nf\n";
     for (std::string line; std::getline(lines, line);) {
         // The lines of the help are indented by four.
-        line.erase(0, std::min<std::size_t>(4, line.size()));
+        line.erase(0, std::min<size_t>(4, line.size()));
         line.erase(line.find_last_not_of(' ') + 1);
         text += ManualSyntax(line) + "\n";
     }
@@ -107,7 +106,7 @@ std::string Addresses(string_view command) {
         if (IsAddress(node->keyword)) keywords.push_back(node->keyword);
     }
     std::string text = "Items are addressed by";
-    for (std::size_t i = 0; i < keywords.size(); ++i) {
+    for (size_t i = 0; i < keywords.size(); ++i) {
         if (i > 0) text += i + 1 == keywords.size() ? " and" : ",";
         text += " \\fB" + std::string(keywords[i]) + "\\fR";
     }
@@ -159,13 +158,14 @@ std::string ProjectFile(string_view path) {
 }
 
 const ClientInterface& TheClientInterface() {
-    static const ClientInterface interface = ReadClientInterface(ReadProjectFile("krvcmd/service/krv_sdk.h"));
+    static const ClientInterface interface =
+        ReadClientInterface(ReadProjectFile("krvcmd/service/sdk/krv_sdk.h"));
     return interface;
 }
 
 // A prototype in lines that fit a terminal, broken between parameters.
 std::vector<std::string> Broken(const std::string& prototype) {
-    constexpr std::size_t kLineLength = 70;
+    constexpr size_t kLineLength = 70;
     std::vector<std::string> lines = {""};
     std::istringstream parameters(prototype);
     for (std::string parameter; std::getline(parameters, parameter, ',');) {
@@ -212,25 +212,25 @@ std::string Records() {
 
 // The words of a layout file for one field, in one sentence.
 std::string Words(string_view field) {
-    std::span<const krvsim::Word> words;
-    if (field == "content") words = krvsim::ContentWords();
-    if (field == "finalization") words = krvsim::FinalizationWords();
-    if (field == "volume") words = krvsim::VolumeTypeWords();
+    std::span<const embedded::Word> words;
+    if (field == "content") words = embedded::ContentWords();
+    if (field == "finalization") words = embedded::FinalizationWords();
+    if (field == "volume") words = embedded::VolumeTypeWords();
     if (words.empty()) throw std::runtime_error("no words for: " + std::string(field));
     std::string text;
-    for (const krvsim::Word& word : words) {
+    for (const embedded::Word& word : words) {
         text += (text.empty() ? "" : ", ") + ("\\fB" + std::string(word.word) + "\\fR");
     }
     return FilledManualText(text) + "\n";
 }
 
-string_view WritingWord(krvsim::Writing writing) {
+string_view WritingWord(embedded::Writing writing) {
     switch (writing) {
-        case krvsim::Writing::ReadOnly:
+        case embedded::Writing::ReadOnly:
             return "read-only";
-        case krvsim::Writing::WriteOnce:
+        case embedded::Writing::WriteOnce:
             return "write-once";
-        case krvsim::Writing::Rewritable:
+        case embedded::Writing::Rewritable:
             break;
     }
     return "rewritable";
@@ -238,7 +238,7 @@ string_view WritingWord(krvsim::Writing writing) {
 
 std::string MediaTypes() {
     std::string text;
-    for (const krvsim::MediaType& type : krvsim::AllMediaTypes()) {
+    for (const embedded::MediaType& type : embedded::AllMediaTypes()) {
         text += Item("\\fB" + ManualText(type.name) + "\\fR",
                      std::to_string(type.code) + ", " + std::string(WritingWord(type.writing)) + ", " +
                          std::to_string(type.capacity) + " bytes");

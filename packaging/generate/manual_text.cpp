@@ -4,7 +4,6 @@
 #include <sstream>
 
 namespace krvcmd {
-
 namespace {
 
 using std::string_view;
@@ -44,7 +43,7 @@ bool IsWordCharacter(char character) {
 }  // namespace
 
 std::string FilledManualText(const std::string& text) {
-    constexpr std::size_t kLineLength = 79;
+    constexpr size_t kLineLength = 79;
     std::istringstream words(text);
     std::string filled;
     std::string line;
@@ -74,8 +73,8 @@ std::string ManualMacro(string_view macro, string_view text) {
 
 std::string ManualSyntax(string_view line) {
     std::string text;
-    for (std::size_t at = 0; at < line.size();) {
-        std::size_t end = at + 1;
+    for (size_t at = 0; at < line.size();) {
+        size_t end = at + 1;
         if (line[at] == '<') {
             end = line.find('>', at);
             text += "\\fI" + Escaped(line.substr(at + 1, end - at - 1)) + "\\fR";

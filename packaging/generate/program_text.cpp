@@ -1,6 +1,6 @@
 #include "packaging/generate/program_text.h"
 
-#include "krvcmd/console/placeholders.h"
+#include "krvcmd/console/writer/output_object.h"
 
 namespace krvcmd {
 

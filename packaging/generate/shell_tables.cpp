@@ -3,11 +3,10 @@
 #include <stdexcept>
 #include <vector>
 
-#include "krvcmd/console/column_catalogue.h"
+#include "krvcmd/console/query/column_catalogue.h"
 #include "packaging/generate/completion_rows.h"
 
 namespace krvcmd {
-
 namespace {
 
 using std::string_view;
@@ -23,7 +22,7 @@ std::string Join(const std::vector<string_view>& words, char divider) {
 
 std::string Fields(const std::vector<std::string>& fields) {
     std::string line;
-    for (std::size_t i = 0; i < fields.size(); ++i) {
+    for (size_t i = 0; i < fields.size(); ++i) {
         if (fields[i].find('|') != std::string::npos)
             throw std::runtime_error("divider within: " + fields[i]);
         if (i > 0) line += '|';

@@ -68,7 +68,7 @@ TEST(CanStandTogether, AsksForParametersThatTheCommandKnows) {
 TEST(CanStandTogether, IsDecidedByPairs) {
     for (unsigned choice = 0; choice < 1U << kAddress.size(); ++choice) {
         Keywords chosen;
-        for (std::size_t i = 0; i < kAddress.size(); ++i) {
+        for (size_t i = 0; i < kAddress.size(); ++i) {
             if ((choice >> i & 1U) != 0) chosen.push_back(kAddress[i]);
         }
         bool everyPair = true;

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Commands in a row on one new demonstration farm; after each, a query shows what it did: session_test.py KRVCMD
 
-What is expected is worked out from simulator/farms/demonstration.toml. Used capacity is (total - free) in
+What is expected is worked out from embedded/farms/demonstration.toml. Used capacity is (total - free) in
 hundredths of total, rounded down; 4,700,000,000 bytes are 4.38 GByte and 4,600,000,000 are 4.28 GByte of 1024
 each.
 """

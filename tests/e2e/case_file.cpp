@@ -47,7 +47,7 @@ constexpr std::array<Result, 6> kResults = {{
     {"invalid", kInvalid, 22},
 }};
 
-enum class Block : std::uint8_t { None, Farm, Script, StandardOutput, StandardError, Calls };
+enum class Block : uint8_t { None, Farm, Script, StandardOutput, StandardError, Calls };
 
 struct NamedBlock {
     std::string_view name;
@@ -173,7 +173,7 @@ class CaseReader {
 
     void ReadCaseLine(std::string_view line) {
         if (!m_hasCase) throw std::runtime_error("no case stands above this line");
-        const std::size_t colon = line.find(':');
+        const size_t colon = line.find(':');
         const std::string_view key = line.substr(0, colon);
         if (colon == std::string_view::npos) {
             BeginBlock(key);
@@ -259,14 +259,14 @@ class CaseReader {
         value.remove_prefix(kAfter.size());
         value.remove_suffix(kCalls.size());
         const int pause = m_case.run.signals.empty() ? 0 : 100;
-        m_case.run.signals.push_back({static_cast<std::size_t>(ParseInt(value)), interruption, pause});
+        m_case.run.signals.push_back({static_cast<size_t>(ParseInt(value)), interruption, pause});
     }
 
     // "one farm + another farm": their scripts one after the other.
     void UseFarms(std::string_view names) {
         constexpr std::string_view kAnd = " + ";
         while (true) {
-            const std::size_t end = names.find(kAnd);
+            const size_t end = names.find(kAnd);
             const auto farm = m_farms.find(std::string(names.substr(0, end)));
             if (farm == m_farms.end()) throw std::runtime_error("there is no such farm above");
             m_case.run.script += farm->second;

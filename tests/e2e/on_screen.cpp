@@ -1,14 +1,13 @@
 #include "tests/e2e/on_screen.h"
 
 namespace e2e {
-
 namespace {
 
-constexpr std::size_t kTabStop = 8;
+constexpr size_t kTabStop = 8;
 
 class Screen {
   public:
-    explicit Screen(std::size_t columns) : m_columns(columns) {}
+    explicit Screen(size_t columns) : m_columns(columns) {}
 
     void Put(char byte) {
         if (m_row.size() == m_columns) EndRow();
@@ -31,7 +30,7 @@ class Screen {
   private:
     std::string WithoutBlanksAtTheEnd() const { return m_row.substr(0, m_row.find_last_not_of(' ') + 1); }
 
-    std::size_t m_columns;
+    size_t m_columns;
     std::string m_rows;
     std::string m_row;
 };
@@ -39,7 +38,7 @@ class Screen {
 }  // namespace
 
 std::string AsOnScreen(std::string_view text, int columns) {
-    Screen screen(static_cast<std::size_t>(columns));
+    Screen screen(static_cast<size_t>(columns));
     for (const char byte : text) {
         if (byte == '\n') {
             screen.EndRow();

@@ -8,7 +8,7 @@
 namespace e2e {
 
 // Where the program's standard output goes.
-enum class OutputTo : std::uint8_t {
+enum class OutputTo : uint8_t {
     Pipe,      // captured
     FullDisk,  // every write fails with "no space left on device"
     Closed,    // the program is started without a standard output
@@ -16,7 +16,7 @@ enum class OutputTo : std::uint8_t {
 };
 
 // Signals that a person at the terminal or a supervisor sends.
-enum class Interruption : std::uint8_t { Interrupt, Terminate };
+enum class Interruption : uint8_t { Interrupt, Terminate };
 
 // One start of the program on top of the scripted client library.
 struct Run {
@@ -27,7 +27,7 @@ struct Run {
     bool merged = false;  // standard error goes where standard output goes (2>&1)
     // Sent one after the other, each as soon as so many calls are in the record.
     struct Signal {
-        std::size_t afterCalls = 0;
+        size_t afterCalls = 0;
         Interruption interruption = Interruption::Interrupt;
         int pauseMilliseconds = 0;  // waited before sending, once the calls are there
     };

@@ -208,7 +208,7 @@ class Watch {
         if (count <= 0) {
             from.Close();
         } else {
-            into.append(buffer.data(), static_cast<std::size_t>(count));
+            into.append(buffer.data(), static_cast<size_t>(count));
         }
     }
 
@@ -233,7 +233,7 @@ class Watch {
     Channel& m_output;
     Channel& m_error;
     Outcome m_outcome;
-    std::size_t m_signalsSent = 0;
+    size_t m_signalsSent = 0;
     Clock::time_point m_start = Clock::now();
 };
 

@@ -8,7 +8,7 @@ std::vector<std::string> SplitShellWords(std::string_view line) {
     std::vector<std::string> words;
     bool inWord = false;
     char quote = '\0';
-    for (std::size_t i = 0; i < line.size(); ++i) {
+    for (size_t i = 0; i < line.size(); ++i) {
         const char c = line[i];
         if (quote == '\0' && c == ' ') {
             inWord = false;

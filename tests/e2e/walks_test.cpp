@@ -40,7 +40,7 @@ std::string Touched(const Outcome& outcome, const std::string& function) {
 }
 
 void ExpectWalk(const Walk& walk) {
-    for (std::size_t position = 0; position < walk.touched.size(); ++position) {
+    for (size_t position = 0; position < walk.touched.size(); ++position) {
         SCOPED_TRACE(std::string(walk.words) + ", code " + std::to_string(walk.code) + " at slot " +
                      std::to_string(position + 1));
         e2e::Run run;

@@ -26,7 +26,7 @@ std::string Quote(std::string_view text) {
 
 }  // namespace
 
-std::string Argument(const char* name, std::int64_t value) {
+std::string Argument(const char* name, int64_t value) {
     return std::string(" ") + name + "=" + std::to_string(value);
 }
 

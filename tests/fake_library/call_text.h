@@ -4,12 +4,12 @@
 #include <string>
 #include <string_view>
 
-#include "krvcmd/service/krv_sdk.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace krvfake {
 
 // The arguments of a call as text, each as " name=value".
-std::string Argument(const char* name, std::int64_t value);
+std::string Argument(const char* name, int64_t value);
 // In double quotes; a quote, a backslash and every byte outside the printable ASCII is written as
 // \", \\ or \xHH. A null pointer is written as null.
 std::string TextArgument(const char* name, const char* value);

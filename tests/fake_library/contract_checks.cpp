@@ -16,7 +16,7 @@ void ExpectZero(const Block& block, const char* what, Complaints& complaints) {
 
 }  // namespace
 
-void Expect(std::int64_t value, std::int64_t expected, const char* what, Complaints& complaints) {
+void Expect(int64_t value, int64_t expected, const char* what, Complaints& complaints) {
     if (value == expected) return;
     complaints.push_back(std::string(what) + " is " + std::to_string(value) + ", not " +
                          std::to_string(expected));
@@ -85,12 +85,12 @@ void CheckPresets(const VolumeRecord& record, Complaints& complaints) {
     ExpectZero(record.reserved, "record.reserved", complaints);
 }
 
-void CheckLocationPresets(const SideKey* locations, std::uint32_t room, Complaints& complaints) {
+void CheckLocationPresets(const SideKey* locations, uint32_t room, Complaints& complaints) {
     if (locations == nullptr) {
         complaints.emplace_back("the location array is null");
         return;
     }
-    for (std::uint32_t i = 0; i < room; ++i) {
+    for (uint32_t i = 0; i < room; ++i) {
         const SideKey& key = locations[i];
         const bool fieldsUnset =
             key.jukeboxId == -1 && key.magazine == -1 && key.slot == -1 && key.side == -1;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/service/krv_sdk.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace krvfake {
 
@@ -34,11 +34,11 @@ void CheckPresets(const SideRecord& record, Complaints& complaints);
 void CheckPresets(const VolumeRecord& record, Complaints& complaints);
 
 // An element of the array that KrvVolumeLocations fills.
-void CheckLocationPresets(const SideKey* locations, std::uint32_t room, Complaints& complaints);
+void CheckLocationPresets(const SideKey* locations, uint32_t room, Complaints& complaints);
 
 void CheckFormatOptions(const FormatOptions& options, Complaints& complaints);
 
 // A complaint that names the value unless it is the expected one.
-void Expect(std::int64_t value, std::int64_t expected, const char* what, Complaints& complaints);
+void Expect(int64_t value, int64_t expected, const char* what, Complaints& complaints);
 
 }  // namespace krvfake

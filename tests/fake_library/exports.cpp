@@ -19,10 +19,10 @@ KrvBool ActOn(KrvCallContext* context, const char* function, const Key* key) {
         [&](Complaints& complaints) { CheckKey(key, complaints); }, [] { return Answer{}; });
 }
 
-KrvBool ActOnVolume(KrvCallContext* context, const char* function, std::uint32_t volumeId) {
+KrvBool ActOnVolume(KrvCallContext* context, const char* function, uint32_t volumeId) {
     return Fake().Perform(
-        context, function, [&] { return Argument("V", static_cast<std::int32_t>(volumeId)); },
-        [](Complaints&) {}, [] { return Answer{}; });
+        context, function, [&] { return Argument("V", static_cast<int32_t>(volumeId)); }, [](Complaints&) {},
+        [] { return Answer{}; });
 }
 
 // A call that fills a record from a key.
@@ -39,10 +39,10 @@ KrvBool Look(KrvCallContext* context, const char* function, const Key* key, Reco
 }
 
 // One step of an enumeration.
-KrvBool Step(KrvCallContext* context, const char* function, std::uint32_t previousId, std::uint32_t* nextId,
-             std::uint32_t (Answers::*next)(std::uint32_t)) {
+KrvBool Step(KrvCallContext* context, const char* function, uint32_t previousId, uint32_t* nextId,
+             uint32_t (Answers::*next)(uint32_t)) {
     return Fake().Perform(
-        context, function, [&] { return Argument("previous", static_cast<std::int32_t>(previousId)); },
+        context, function, [&] { return Argument("previous", static_cast<int32_t>(previousId)); },
         [&](Complaints& complaints) {
             if (previousId == 0) Expect(*nextId, 0, "the next ID before the first step", complaints);
         },

@@ -47,7 +47,7 @@ void FakeLibrary::FailCall(std::string_view function, Occurrence occurrence, Fai
     m_entries.push_back({std::string(function), occurrence, true, std::move(failure), outputs, 0, 0});
 }
 
-void FakeLibrary::DelayCall(std::string_view function, Occurrence occurrence, std::uint32_t milliseconds) {
+void FakeLibrary::DelayCall(std::string_view function, Occurrence occurrence, uint32_t milliseconds) {
     m_entries.push_back({std::string(function), occurrence, false, {}, Outputs::LeftAlone, milliseconds, 0});
 }
 

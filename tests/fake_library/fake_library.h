@@ -26,7 +26,7 @@ struct Occurrence {
 };
 
 // Whether a call that fails does its work (fills its outputs) all the same.
-enum class Outputs : std::uint8_t { LeftAlone, Filled };
+enum class Outputs : uint8_t { LeftAlone, Filled };
 
 // The client library as tests see it: they build a farm, script what goes wrong, run the code
 // under test (which calls the 31 Krv functions) and read what was called.
@@ -78,7 +78,7 @@ class FakeLibrary {
     void FailCall(std::string_view function, Occurrence occurrence, Failure failure,
                   Outputs outputs = Outputs::LeftAlone);
     // The call sleeps before it answers; it is recorded before it sleeps.
-    void DelayCall(std::string_view function, Occurrence occurrence, std::uint32_t milliseconds);
+    void DelayCall(std::string_view function, Occurrence occurrence, uint32_t milliseconds);
 
     // ---- What was called.
     const std::vector<std::string>& Calls() const { return m_calls; }
@@ -124,14 +124,14 @@ class FakeLibrary {
         bool fails = false;
         Failure failure;
         Outputs outputs = Outputs::LeftAlone;
-        std::uint32_t delayMilliseconds = 0;
+        uint32_t delayMilliseconds = 0;
         int seen = 0;
     };
     struct Intervention {
         bool fails = false;
         Failure failure;
         Outputs outputs = Outputs::LeftAlone;
-        std::uint32_t delayMilliseconds = 0;
+        uint32_t delayMilliseconds = 0;
     };
 
     Intervention Begin(const KrvCallContext* context, const std::string& function,

@@ -143,7 +143,7 @@ TEST_F(FakeLibraryTest, ComplainsAboutEveryConstantArgumentThatIsNotTheConstant)
     m_fake.GetFarm().AddVolume(33, "Sales").SaysItIsAt(8, 0, 0, 0);
     std::array<Context, 3> contexts;
     SideKey location{20, -1, -1, -1, -1};
-    std::uint32_t count = 0;
+    uint32_t count = 0;
     EXPECT_NE(KrvVolumeLocations(&contexts[0], 33, &location, 2, &count), 0);
     EXPECT_NE(KrvVolumeSetAspects(&contexts[1], 33, "a", 0), 0);
     EXPECT_NE(KrvVolumeActivate(&contexts[2], 33, &count), 0);
@@ -156,7 +156,7 @@ TEST_F(FakeLibraryTest, NegotiatesTheSizeOfAspects) {
     m_fake.GetFarm().AddVolume(33, "Sales").WithDirectory("a\\b").WithDirectory("c");
     Context first;
     char byte = 'x';
-    std::uint32_t required = 0;
+    uint32_t required = 0;
     EXPECT_NE(KrvVolumeAspects(&first, 33, &byte, 1, &required), 0);
     EXPECT_EQ(required, 7U);  // "a\b" and "c" with their NULs are 4 + 2 bytes, the empty string is 1
     EXPECT_EQ(byte, 'x');
@@ -173,7 +173,7 @@ TEST_F(FakeLibraryTest, NeverWritesMoreLocationsThanThereIsRoom) {
     volume.SaysItIsAt(8, 0, 0, 0).SaysItIsAt(8, 0, 1, 0);
     std::array<SideKey, 2> locations{};
     locations.fill({20, -1, -1, -1, -1});
-    std::uint32_t count = 0;
+    uint32_t count = 0;
     Context first;
     EXPECT_NE(KrvVolumeLocations(&first, 33, locations.data(), 1, &count), 0);
     EXPECT_EQ(count, 2U);
@@ -198,10 +198,10 @@ TEST_F(FakeLibraryTest, CountsASlotThroughTheJukeboxWhenTheMagazineIsMissing) {
 
 TEST_F(FakeLibraryTest, EnumeratesForEverWhenTold) {
     m_fake.GetFarm().EnumerateVolumes({4, 4}, true);
-    std::uint32_t id = 0;
+    uint32_t id = 0;
     for (int i = 0; i < 100; ++i) {
         Context context;
-        const std::uint32_t previous = id;
+        const uint32_t previous = id;
         ASSERT_NE(KrvGetNextVolume(&context, previous, &id), 0);
         ASSERT_EQ(id, 4U);
     }
@@ -209,24 +209,24 @@ TEST_F(FakeLibraryTest, EnumeratesForEverWhenTold) {
 
 TEST_F(FakeLibraryTest, MakesUpAFarmThatAgreesWithItself) {
     m_fake.Generate({.jukeboxes = 2, .magazinesPerJukebox = 3, .slotsPerMagazine = 4, .volumes = 25});
-    std::uint32_t id = 0;
+    uint32_t id = 0;
     int volumes = 0;
     int located = 0;
     while (true) {
         Context step;
-        const std::uint32_t previous = id;
+        const uint32_t previous = id;
         ASSERT_NE(KrvGetNextVolume(&step, previous, &id), 0);
         if (id == 0) break;
         ++volumes;
         Context locate;
         SideKey location{20, -1, -1, -1, -1};
-        std::uint32_t count = 0;
+        uint32_t count = 0;
         if (KrvVolumeLocations(&locate, id, &location, 1, &count) == 0) continue;
         ++located;
         Context look;
         SideRecord side = PresetSide();
         ASSERT_NE(KrvGetSide(&look, &location, &side), 0);
-        EXPECT_EQ(side.volumeId, static_cast<std::int32_t>(id));
+        EXPECT_EQ(side.volumeId, static_cast<int32_t>(id));
     }
     EXPECT_EQ(volumes, 25);
     EXPECT_EQ(located, 24);

@@ -8,24 +8,24 @@
 namespace krvfake {
 namespace {
 
-constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
 
 template <typename Items>
-std::uint32_t NextOf(const Items& items, const std::map<std::int32_t, std::size_t>& index,
-                     Farm::Enumeration& scripted, std::uint32_t previous) {
+uint32_t NextOf(const Items& items, const std::map<int32_t, size_t>& index, Farm::Enumeration& scripted,
+                uint32_t previous) {
     if (!scripted.ids.empty()) {
         if (previous == 0) scripted.step = 0;
-        const std::size_t step = scripted.step++;
-        if (step < scripted.ids.size()) return static_cast<std::uint32_t>(scripted.ids[step]);
-        return scripted.endless ? static_cast<std::uint32_t>(scripted.ids.back()) : 0;
+        const size_t step = scripted.step++;
+        if (step < scripted.ids.size()) return static_cast<uint32_t>(scripted.ids[step]);
+        return scripted.endless ? static_cast<uint32_t>(scripted.ids.back()) : 0;
     }
-    std::size_t position = 0;
+    size_t position = 0;
     if (previous != 0) {
-        const auto found = index.find(static_cast<std::int32_t>(previous));
+        const auto found = index.find(static_cast<int32_t>(previous));
         if (found == index.end()) return 0;
         position = found->second + 1;
     }
-    return position < items.size() ? static_cast<std::uint32_t>(items[position].id) : 0;
+    return position < items.size() ? static_cast<uint32_t>(items[position].id) : 0;
 }
 
 }  // namespace
@@ -51,44 +51,43 @@ Jukebox& Jukebox::WithDrive(Device device, bool driveEnabled) {
     return *this;
 }
 
-Jukebox& Jukebox::WithMagazine(std::int32_t slotCount, Slot otherSlots) {
+Jukebox& Jukebox::WithMagazine(int32_t slotCount, Slot otherSlots) {
     magazines.push_back({slotCount, true, otherSlots, {}});
     ++claimedMagazines;
-    const std::int64_t slots = std::int64_t{claimedSlots} + std::max(slotCount, 0);
-    claimedSlots = static_cast<std::int32_t>(std::min<std::int64_t>(slots, kMost));
+    const int64_t slots = int64_t{claimedSlots} + std::max(slotCount, 0);
+    claimedSlots = static_cast<int32_t>(std::min<int64_t>(slots, kMost));
     return *this;
 }
 
-Jukebox& Jukebox::WithMissingMagazine(std::int32_t slotCount) {
+Jukebox& Jukebox::WithMissingMagazine(int32_t slotCount) {
     WithMagazine(slotCount);
     magazines.back().present = false;
     return *this;
 }
 
-Jukebox& Jukebox::WithSlot(std::int32_t magazine, std::int32_t slot, std::uint32_t state,
-                           std::uint32_t mediumCode) {
+Jukebox& Jukebox::WithSlot(int32_t magazine, int32_t slot, uint32_t state, uint32_t mediumCode) {
     Slot& entry = SlotEntry(magazine, slot);
     entry.state = state;
     entry.mediumCode = mediumCode;
     return *this;
 }
 
-Jukebox& Jukebox::WithSide(std::int32_t magazine, std::int32_t slot, std::int32_t side, Side contents) {
-    SlotEntry(magazine, slot).sides.at(static_cast<std::size_t>(side)) = contents;
+Jukebox& Jukebox::WithSide(int32_t magazine, int32_t slot, int32_t side, Side contents) {
+    SlotEntry(magazine, slot).sides.at(static_cast<size_t>(side)) = contents;
     return *this;
 }
 
-Slot& Jukebox::SlotEntry(std::int32_t magazine, std::int32_t slot) {
-    Magazine& holder = magazines.at(static_cast<std::size_t>(magazine));
+Slot& Jukebox::SlotEntry(int32_t magazine, int32_t slot) {
+    Magazine& holder = magazines.at(static_cast<size_t>(magazine));
     return holder.slots.try_emplace(slot, holder.otherSlots).first->second;
 }
 
-Volume& Volume::WithType(std::uint32_t value) {
+Volume& Volume::WithType(uint32_t value) {
     type = value;
     return *this;
 }
 
-Volume& Volume::InState(std::uint32_t value) {
+Volume& Volume::InState(uint32_t value) {
     state = value;
     return *this;
 }
@@ -98,7 +97,7 @@ Volume& Volume::WithFileSystem(std::string_view name) {
     return *this;
 }
 
-Volume& Volume::WithCapacity(std::uint64_t total, std::uint64_t free) {
+Volume& Volume::WithCapacity(uint64_t total, uint64_t free) {
     totalCapacity = total;
     freeCapacity = free;
     return *this;
@@ -109,28 +108,27 @@ Volume& Volume::WithDirectory(std::string_view path) {
     return *this;
 }
 
-Volume& Volume::WithMedium(std::uint32_t code) {
+Volume& Volume::WithMedium(uint32_t code) {
     mediumCode = code;
     return *this;
 }
 
-Volume& Volume::At(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot, std::int32_t side) {
+Volume& Volume::At(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side) {
     Jukebox* const holder = farm->FindJukebox(jukebox);
     if (holder == nullptr) throw std::invalid_argument("a volume lies in a jukebox that was not added");
     Slot& entry = holder->SlotEntry(magazine, slot);
     entry.state = kSlotFull;
     entry.mediumCode = mediumCode;
-    entry.sides.at(static_cast<std::size_t>(side)) = {6, mediumCode, 1, id};
+    entry.sides.at(static_cast<size_t>(side)) = {6, mediumCode, 1, id};
     return SaysItIsAt(jukebox, magazine, slot, side);
 }
 
-Volume& Volume::SaysItIsAt(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot,
-                           std::int32_t side) {
+Volume& Volume::SaysItIsAt(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side) {
     locations.push_back({sizeof(SideKey), jukebox, magazine, slot, side});
     return *this;
 }
 
-Jukebox& Farm::AddJukebox(std::int32_t id, std::string_view name) {
+Jukebox& Farm::AddJukebox(int32_t id, std::string_view name) {
     m_jukeboxIndex.try_emplace(id, m_jukeboxes.size());
     Jukebox& jukebox = m_jukeboxes.emplace_back();
     jukebox.id = id;
@@ -138,7 +136,7 @@ Jukebox& Farm::AddJukebox(std::int32_t id, std::string_view name) {
     return jukebox;
 }
 
-Volume& Farm::AddVolume(std::int32_t id, std::string_view label) {
+Volume& Farm::AddVolume(int32_t id, std::string_view label) {
     m_volumeIndex.try_emplace(id, m_volumes.size());
     Volume& volume = m_volumes.emplace_back();
     volume.farm = this;
@@ -147,29 +145,29 @@ Volume& Farm::AddVolume(std::int32_t id, std::string_view label) {
     return volume;
 }
 
-Jukebox* Farm::FindJukebox(std::int32_t id) {
+Jukebox* Farm::FindJukebox(int32_t id) {
     const auto found = m_jukeboxIndex.find(id);
     return found == m_jukeboxIndex.end() ? nullptr : &m_jukeboxes[found->second];
 }
 
-Volume* Farm::FindVolume(std::int32_t id) {
+Volume* Farm::FindVolume(int32_t id) {
     const auto found = m_volumeIndex.find(id);
     return found == m_volumeIndex.end() ? nullptr : &m_volumes[found->second];
 }
 
-void Farm::EnumerateJukeboxes(std::vector<std::int32_t> ids, bool endless) {
+void Farm::EnumerateJukeboxes(std::vector<int32_t> ids, bool endless) {
     m_jukeboxEnumeration = {std::move(ids), endless, 0};
 }
 
-void Farm::EnumerateVolumes(std::vector<std::int32_t> ids, bool endless) {
+void Farm::EnumerateVolumes(std::vector<int32_t> ids, bool endless) {
     m_volumeEnumeration = {std::move(ids), endless, 0};
 }
 
-std::uint32_t Farm::NextJukebox(std::uint32_t previous) {
+uint32_t Farm::NextJukebox(uint32_t previous) {
     return NextOf(m_jukeboxes, m_jukeboxIndex, m_jukeboxEnumeration, previous);
 }
 
-std::uint32_t Farm::NextVolume(std::uint32_t previous) {
+uint32_t Farm::NextVolume(uint32_t previous) {
     return NextOf(m_volumes, m_volumeIndex, m_volumeEnumeration, previous);
 }
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "krvcmd/service/krv_sdk.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace krvfake {
 
@@ -22,23 +22,23 @@ namespace krvfake {
 //     farm.AddJukebox(8, "Tower").WithDrive({"OSTREL", "J-200", "3404", {0, 4, 1}}).WithMagazine(10);
 //     farm.AddVolume(33, "Sales 2005").WithMedium(5).At(8, 0, 1, kSideA);
 
-inline constexpr std::int32_t kSideA = 0;
-inline constexpr std::int32_t kSideB = 1;
+inline constexpr int32_t kSideA = 0;
+inline constexpr int32_t kSideB = 1;
 
-inline constexpr std::uint32_t kSlotUnknown = 0;
-inline constexpr std::uint32_t kSlotNotPresent = 1;
-inline constexpr std::uint32_t kSlotScanFailed = 2;
-inline constexpr std::uint32_t kSlotEmpty = 3;
-inline constexpr std::uint32_t kSlotFull = 4;
+inline constexpr uint32_t kSlotUnknown = 0;
+inline constexpr uint32_t kSlotNotPresent = 1;
+inline constexpr uint32_t kSlotScanFailed = 2;
+inline constexpr uint32_t kSlotEmpty = 3;
+inline constexpr uint32_t kSlotFull = 4;
 
-inline constexpr std::uint32_t kNoMedium = 255;
+inline constexpr uint32_t kNoMedium = 255;
 
 // Who a changer or a drive is.
 struct Device {
     std::string vendor;
     std::string product;
     std::string revision;
-    std::array<std::int32_t, 3> scsi{};
+    std::array<int32_t, 3> scsi{};
 };
 
 struct Drive {
@@ -48,28 +48,28 @@ struct Drive {
 
 // One side as KrvGetSide answers it. A side that nobody describes is not present.
 struct Side {
-    std::uint32_t state = 1;
-    std::uint32_t mediumCode = kNoMedium;
-    std::uint32_t finalization = 0;
-    std::int32_t volumeId = 0;
+    uint32_t state = 1;
+    uint32_t mediumCode = kNoMedium;
+    uint32_t finalization = 0;
+    int32_t volumeId = 0;
 };
 
 // One slot as KrvGetSlot answers it, with its two sides. A slot that nobody describes is empty.
 struct Slot {
-    std::uint32_t state = kSlotEmpty;
-    std::uint32_t mediumCode = kNoMedium;
+    uint32_t state = kSlotEmpty;
+    uint32_t mediumCode = kNoMedium;
     std::array<Side, 2> sides{};
 };
 
 struct Magazine {
-    std::int32_t slotCount = 0;
+    int32_t slotCount = 0;
     bool present = true;
-    Slot otherSlots;                     // what every slot is that has no entry in `slots`
-    std::map<std::int32_t, Slot> slots;  // by slot number
+    Slot otherSlots;                // what every slot is that has no entry in `slots`
+    std::map<int32_t, Slot> slots;  // by slot number
 };
 
 struct Jukebox {
-    std::int32_t id = 0;
+    int32_t id = 0;
     std::string name;
     Device changer;
     bool enabled = true;
@@ -77,59 +77,58 @@ struct Jukebox {
     std::vector<Drive> drives;
     std::vector<Magazine> magazines;
     // What the jukebox says of itself; follows the builder below, may be overwritten.
-    std::int32_t claimedDrives = 0;
-    std::int32_t claimedMagazines = 0;
-    std::int32_t claimedSlots = 0;
+    int32_t claimedDrives = 0;
+    int32_t claimedMagazines = 0;
+    int32_t claimedSlots = 0;
 
     Jukebox& WithChanger(Device device);
     Jukebox& Disabled();
     Jukebox& DoubleSided();
     Jukebox& WithDrive(Device device, bool driveEnabled = true);
-    Jukebox& WithMagazine(std::int32_t slotCount, Slot otherSlots = {});
-    Jukebox& WithMissingMagazine(std::int32_t slotCount);
+    Jukebox& WithMagazine(int32_t slotCount, Slot otherSlots = {});
+    Jukebox& WithMissingMagazine(int32_t slotCount);
     // Describes one slot of a magazine that is already there.
-    Jukebox& WithSlot(std::int32_t magazine, std::int32_t slot, std::uint32_t state,
-                      std::uint32_t mediumCode = kNoMedium);
-    Jukebox& WithSide(std::int32_t magazine, std::int32_t slot, std::int32_t side, Side contents);
+    Jukebox& WithSlot(int32_t magazine, int32_t slot, uint32_t state, uint32_t mediumCode = kNoMedium);
+    Jukebox& WithSide(int32_t magazine, int32_t slot, int32_t side, Side contents);
 
     // The slot's own entry, made when it has none.
-    Slot& SlotEntry(std::int32_t magazine, std::int32_t slot);
+    Slot& SlotEntry(int32_t magazine, int32_t slot);
 };
 
 class Farm;
 
 struct Volume {
     Farm* farm = nullptr;
-    std::int32_t id = 0;
-    std::uint32_t type = 0;
-    std::uint32_t state = 0;
+    int32_t id = 0;
+    uint32_t type = 0;
+    uint32_t state = 0;
     std::string fileSystem = "UDF";
     std::string label;
-    std::uint64_t totalCapacity = 0;
-    std::uint64_t freeCapacity = 0;
-    std::uint32_t mediumCode = 5;
+    uint64_t totalCapacity = 0;
+    uint64_t freeCapacity = 0;
+    uint32_t mediumCode = 5;
     std::vector<std::string> directories;
     std::vector<SideKey> locations;
 
     // Hostile answers; empty: the truth.
-    std::string aspectBytes;                    // the buffer's contents instead of the directories
-    std::vector<std::uint32_t> aspectSizes;     // required sizes of the 1st, 2nd ... call; the last one stays
-    std::vector<std::uint32_t> locationCounts;  // counts of the 1st, 2nd ... call; the last one stays
-    std::size_t aspectCalls = 0;
-    std::size_t locationCalls = 0;
+    std::string aspectBytes;               // the buffer's contents instead of the directories
+    std::vector<uint32_t> aspectSizes;     // required sizes of the 1st, 2nd ... call; the last one stays
+    std::vector<uint32_t> locationCounts;  // counts of the 1st, 2nd ... call; the last one stays
+    size_t aspectCalls = 0;
+    size_t locationCalls = 0;
 
-    Volume& WithType(std::uint32_t value);
-    Volume& InState(std::uint32_t value);
+    Volume& WithType(uint32_t value);
+    Volume& InState(uint32_t value);
     Volume& WithFileSystem(std::string_view name);
-    Volume& WithCapacity(std::uint64_t total, std::uint64_t free);
+    Volume& WithCapacity(uint64_t total, uint64_t free);
     Volume& WithDirectory(std::string_view path);
     // The medium code that the slot and the side get by `At`, so it has to be set first.
-    Volume& WithMedium(std::uint32_t code);
+    Volume& WithMedium(uint32_t code);
     // Puts the volume onto a side (the slot becomes full, the side carries this volume) and adds
     // the location.
-    Volume& At(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot, std::int32_t side);
+    Volume& At(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side);
     // Adds a location of which the jukebox knows nothing.
-    Volume& SaysItIsAt(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot, std::int32_t side);
+    Volume& SaysItIsAt(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side);
 };
 
 class Farm {
@@ -139,33 +138,33 @@ class Farm {
     Farm& operator=(const Farm&) = delete;
 
     // Enumerated in the order of adding. The references stay valid as long as the farm.
-    Jukebox& AddJukebox(std::int32_t id, std::string_view name);
-    Volume& AddVolume(std::int32_t id, std::string_view label);
+    Jukebox& AddJukebox(int32_t id, std::string_view name);
+    Volume& AddVolume(int32_t id, std::string_view label);
 
     // Null when there is none. The first one wins when an ID was added twice.
-    Jukebox* FindJukebox(std::int32_t id);
-    Volume* FindVolume(std::int32_t id);
+    Jukebox* FindJukebox(int32_t id);
+    Volume* FindVolume(int32_t id);
 
     // The IDs that an enumeration yields instead of the added ones: the n-th step after a start
     // (previous ID 0) yields the n-th of them; after the last one it ends, or repeats it for ever.
     struct Enumeration {
-        std::vector<std::int32_t> ids;
+        std::vector<int32_t> ids;
         bool endless = false;
-        std::size_t step = 0;
+        size_t step = 0;
     };
-    void EnumerateJukeboxes(std::vector<std::int32_t> ids, bool endless = false);
-    void EnumerateVolumes(std::vector<std::int32_t> ids, bool endless = false);
+    void EnumerateJukeboxes(std::vector<int32_t> ids, bool endless = false);
+    void EnumerateVolumes(std::vector<int32_t> ids, bool endless = false);
 
-    std::uint32_t NextJukebox(std::uint32_t previous);
-    std::uint32_t NextVolume(std::uint32_t previous);
+    uint32_t NextJukebox(uint32_t previous);
+    uint32_t NextVolume(uint32_t previous);
 
     void Clear();
 
   private:
     std::deque<Jukebox> m_jukeboxes;
     std::deque<Volume> m_volumes;
-    std::map<std::int32_t, std::size_t> m_jukeboxIndex;
-    std::map<std::int32_t, std::size_t> m_volumeIndex;
+    std::map<int32_t, size_t> m_jukeboxIndex;
+    std::map<int32_t, size_t> m_volumeIndex;
     Enumeration m_jukeboxEnumeration;
     Enumeration m_volumeEnumeration;
 };

@@ -5,7 +5,7 @@
 namespace krvfake {
 namespace {
 
-Failure Unknown(const char* what, std::int64_t id) {
+Failure Unknown(const char* what, int64_t id) {
     return {kUnknownItem, std::string("There is no ") + what + " " + std::to_string(id) + "."};
 }
 
@@ -17,7 +17,7 @@ void FillIdentity(DeviceIdentity& identity, const Device& device) {
 }
 
 // The n-th of a list whose last element stays for ever.
-std::uint32_t Scripted(const std::vector<std::uint32_t>& values, std::size_t n) {
+uint32_t Scripted(const std::vector<uint32_t>& values, size_t n) {
     return values[std::min(n, values.size() - 1)];
 }
 
@@ -59,7 +59,7 @@ Answer FarmAnswers::DescribeMagazine(const MagazineKey& key, MagazineRecord& rec
 Answer FarmAnswers::DescribeDrive(const DriveKey& key, DriveRecord& record) {
     const Jukebox* const jukebox = m_farm.FindJukebox(key.jukeboxId);
     if (jukebox == nullptr) return Unknown("jukebox", key.jukeboxId);
-    const auto drive = static_cast<std::size_t>(key.drive);
+    const auto drive = static_cast<size_t>(key.drive);
     if (key.drive < 0 || drive >= jukebox->drives.size()) return Unknown("drive", key.drive);
     FillIdentity(record.identity, jukebox->drives[drive].device);
     record.enabled = jukebox->drives[drive].enabled ? 1 : 0;
@@ -80,7 +80,7 @@ Answer FarmAnswers::DescribeSide(const SideKey& key, SideRecord& record) {
     const Slot* const slot = FindSlot(key.jukeboxId, key.magazine, key.slot);
     if (slot == nullptr) return Unknown("slot", key.slot);
     if (key.side != kSideA && key.side != kSideB) return Unknown("side", key.side);
-    const Side& side = slot->sides[static_cast<std::size_t>(key.side)];
+    const Side& side = slot->sides[static_cast<size_t>(key.side)];
     record.state = side.state;
     record.mediumCode = side.mediumCode;
     record.finalization = side.finalization;
@@ -88,8 +88,8 @@ Answer FarmAnswers::DescribeSide(const SideKey& key, SideRecord& record) {
     return {};
 }
 
-Answer FarmAnswers::DescribeVolume(std::uint32_t volumeId, VolumeRecord& record) {
-    const Volume* const volume = m_farm.FindVolume(static_cast<std::int32_t>(volumeId));
+Answer FarmAnswers::DescribeVolume(uint32_t volumeId, VolumeRecord& record) {
+    const Volume* const volume = m_farm.FindVolume(static_cast<int32_t>(volumeId));
     if (volume == nullptr) return Unknown("volume", volumeId);
     record.type = volume->type;
     record.state = volume->state;
@@ -102,44 +102,43 @@ Answer FarmAnswers::DescribeVolume(std::uint32_t volumeId, VolumeRecord& record)
     return {};
 }
 
-Answer FarmAnswers::ListAspects(std::uint32_t volumeId, char* buffer, std::uint32_t bufferSize,
-                                std::uint32_t& requiredSize) {
-    Volume* const volume = m_farm.FindVolume(static_cast<std::int32_t>(volumeId));
+Answer FarmAnswers::ListAspects(uint32_t volumeId, char* buffer, uint32_t bufferSize,
+                                uint32_t& requiredSize) {
+    Volume* const volume = m_farm.FindVolume(static_cast<int32_t>(volumeId));
     if (volume == nullptr) return Unknown("volume", volumeId);
     const std::string bytes = AspectBytes(*volume);
-    requiredSize = volume->aspectSizes.empty() ? static_cast<std::uint32_t>(bytes.size())
+    requiredSize = volume->aspectSizes.empty() ? static_cast<uint32_t>(bytes.size())
                                                : Scripted(volume->aspectSizes, volume->aspectCalls);
     ++volume->aspectCalls;
     // A buffer of one byte only asks for the size. Scripted sizes can make the buffer shorter than
     // the bytes; never is more written than it holds.
-    if (bufferSize > 1) std::copy_n(bytes.begin(), std::min<std::size_t>(bufferSize, bytes.size()), buffer);
+    if (bufferSize > 1) std::copy_n(bytes.begin(), std::min<size_t>(bufferSize, bytes.size()), buffer);
     return {};
 }
 
-Answer FarmAnswers::ListLocations(std::uint32_t volumeId, SideKey* locations, std::uint32_t room,
-                                  std::uint32_t& count) {
-    Volume* const volume = m_farm.FindVolume(static_cast<std::int32_t>(volumeId));
+Answer FarmAnswers::ListLocations(uint32_t volumeId, SideKey* locations, uint32_t room, uint32_t& count) {
+    Volume* const volume = m_farm.FindVolume(static_cast<int32_t>(volumeId));
     if (volume == nullptr) return Unknown("volume", volumeId);
     if (volume->locations.empty() && volume->locationCounts.empty()) {
         return Failure{kNoLocation, "The volume has no location."};
     }
-    count = volume->locationCounts.empty() ? static_cast<std::uint32_t>(volume->locations.size())
+    count = volume->locationCounts.empty() ? static_cast<uint32_t>(volume->locations.size())
                                            : Scripted(volume->locationCounts, volume->locationCalls);
     ++volume->locationCalls;
-    std::copy_n(volume->locations.begin(), std::min<std::size_t>(room, volume->locations.size()), locations);
+    std::copy_n(volume->locations.begin(), std::min<size_t>(room, volume->locations.size()), locations);
     return {};
 }
 
-Magazine* FarmAnswers::FindMagazine(std::int32_t jukebox, std::int32_t magazine) {
+Magazine* FarmAnswers::FindMagazine(int32_t jukebox, int32_t magazine) {
     Jukebox* const holder = m_farm.FindJukebox(jukebox);
     if (holder == nullptr || magazine < 0) return nullptr;
-    const auto index = static_cast<std::size_t>(magazine);
+    const auto index = static_cast<size_t>(magazine);
     return index < holder->magazines.size() ? &holder->magazines[index] : nullptr;
 }
 
-const Slot* FarmAnswers::FindSlot(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot) {
+const Slot* FarmAnswers::FindSlot(int32_t jukebox, int32_t magazine, int32_t slot) {
     if (magazine == -1) {
-        for (std::int32_t m = 0;; ++m) {
+        for (int32_t m = 0;; ++m) {
             const Magazine* const candidate = FindMagazine(jukebox, m);
             if (candidate == nullptr) return nullptr;
             if (slot < candidate->slotCount) return FindSlot(jukebox, m, slot);

@@ -11,22 +11,20 @@ class FarmAnswers : public Answers {
   public:
     explicit FarmAnswers(Farm& farm) : m_farm(farm) {}
 
-    std::uint32_t NextJukebox(std::uint32_t previous) override { return m_farm.NextJukebox(previous); }
-    std::uint32_t NextVolume(std::uint32_t previous) override { return m_farm.NextVolume(previous); }
+    uint32_t NextJukebox(uint32_t previous) override { return m_farm.NextJukebox(previous); }
+    uint32_t NextVolume(uint32_t previous) override { return m_farm.NextVolume(previous); }
     Answer DescribeJukebox(const JukeboxKey& key, JukeboxRecord& record) override;
     Answer DescribeMagazine(const MagazineKey& key, MagazineRecord& record) override;
     Answer DescribeDrive(const DriveKey& key, DriveRecord& record) override;
     Answer DescribeSlot(const SlotKey& key, SlotRecord& record) override;
     Answer DescribeSide(const SideKey& key, SideRecord& record) override;
-    Answer DescribeVolume(std::uint32_t volumeId, VolumeRecord& record) override;
-    Answer ListAspects(std::uint32_t volumeId, char* buffer, std::uint32_t bufferSize,
-                       std::uint32_t& requiredSize) override;
-    Answer ListLocations(std::uint32_t volumeId, SideKey* locations, std::uint32_t room,
-                         std::uint32_t& count) override;
+    Answer DescribeVolume(uint32_t volumeId, VolumeRecord& record) override;
+    Answer ListAspects(uint32_t volumeId, char* buffer, uint32_t bufferSize, uint32_t& requiredSize) override;
+    Answer ListLocations(uint32_t volumeId, SideKey* locations, uint32_t room, uint32_t& count) override;
 
   private:
-    Magazine* FindMagazine(std::int32_t jukebox, std::int32_t magazine);
-    const Slot* FindSlot(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot);
+    Magazine* FindMagazine(int32_t jukebox, int32_t magazine);
+    const Slot* FindSlot(int32_t jukebox, int32_t magazine, int32_t slot);
 
     Farm& m_farm;
 };

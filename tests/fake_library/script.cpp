@@ -10,12 +10,12 @@
 namespace krvfake {
 namespace {
 
-std::int32_t Int(std::int64_t value) {
-    return static_cast<std::int32_t>(value);
+int32_t Int(int64_t value) {
+    return static_cast<int32_t>(value);
 }
 
-std::uint32_t Unsigned(std::int64_t value) {
-    return static_cast<std::uint32_t>(value);
+uint32_t Unsigned(int64_t value) {
+    return static_cast<uint32_t>(value);
 }
 
 // Reads a script line by line; a jukebox's parts belong to the jukebox line above them.
@@ -114,8 +114,8 @@ void ScriptReader::ReadVolume(const ScriptLine& line) {
     Volume& volume = m_library.GetFarm().AddVolume(Int(line.NumberWord(1)), line.Text("label"));
     volume.WithType(Unsigned(line.Number("type", 0))).InState(Unsigned(line.Number("state", 0)));
     volume.WithFileSystem(line.Text("fs", "UDF")).WithMedium(Unsigned(line.Number("medium", 5)));
-    volume.WithCapacity(static_cast<std::uint64_t>(line.Number("total", 0)),
-                        static_cast<std::uint64_t>(line.Number("free", 0)));
+    volume.WithCapacity(static_cast<uint64_t>(line.Number("total", 0)),
+                        static_cast<uint64_t>(line.Number("free", 0)));
     for (const std::string& directory : line.Texts("dir"))
         volume.WithDirectory(directory);
     for (const std::string& place : line.Texts("at")) {
@@ -127,18 +127,18 @@ void ScriptReader::ReadVolume(const ScriptLine& line) {
         volume.SaysItIsAt(Int(key.at(0)), Int(key.at(1)), Int(key.at(2)), Int(key.at(3)));
     }
     volume.aspectBytes = line.Text("aspect-bytes");
-    for (const std::int64_t size : line.Numbers("aspect-sizes", ',')) {
+    for (const int64_t size : line.Numbers("aspect-sizes", ',')) {
         volume.aspectSizes.push_back(Unsigned(size));
     }
-    for (const std::int64_t count : line.Numbers("location-counts", ',')) {
+    for (const int64_t count : line.Numbers("location-counts", ',')) {
         volume.locationCounts.push_back(Unsigned(count));
     }
 }
 
 void ScriptReader::ReadEnumerate(const ScriptLine& line) {
-    std::vector<std::int32_t> ids;
+    std::vector<int32_t> ids;
     bool endless = false;
-    for (std::size_t i = 2; i < line.Words().size(); ++i) {
+    for (size_t i = 2; i < line.Words().size(); ++i) {
         endless = line.Word(i) == "...";
         if (!endless) ids.push_back(Int(line.NumberWord(i)));
     }
@@ -200,7 +200,7 @@ Occurrence ScriptReader::ReadOccurrence(const ScriptLine& line) {
 void RunScript(FakeLibrary& library, std::string_view script) {
     ScriptReader reader(library);
     for (int number = 1; !script.empty(); ++number) {
-        const std::size_t end = script.find('\n');
+        const size_t end = script.find('\n');
         std::string_view text = script.substr(0, end);
         script = end == std::string_view::npos ? std::string_view() : script.substr(end + 1);
         if (text.ends_with('\r')) text.remove_suffix(1);

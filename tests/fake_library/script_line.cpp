@@ -14,7 +14,7 @@ int HexDigit(char c) {
 }
 
 // Reads the character behind a backslash at `position` and steps over it.
-char Unescape(std::string_view text, std::size_t& position) {
+char Unescape(std::string_view text, size_t& position) {
     const char c = text.at(position++);
     if (c == 'n') return '\n';
     if (c != 'x') return c;
@@ -24,7 +24,7 @@ char Unescape(std::string_view text, std::size_t& position) {
 }
 
 // Reads one text, quoted or not, up to a blank, the end, or (when it may be a name) "=".
-std::string ReadText(std::string_view text, std::size_t& position, std::string_view ends) {
+std::string ReadText(std::string_view text, size_t& position, std::string_view ends) {
     std::string result;
     if (position >= text.size() || text[position] != '"') {
         while (position < text.size() && ends.find(text[position]) == std::string_view::npos) {
@@ -44,8 +44,8 @@ std::string ReadText(std::string_view text, std::size_t& position, std::string_v
 
 }  // namespace
 
-std::int64_t ParseNumber(std::string_view text) {
-    std::int64_t value = 0;
+int64_t ParseNumber(std::string_view text) {
+    int64_t value = 0;
     const char* const end = text.data() + text.size();
     const auto result = std::from_chars(text.data(), end, value);
     if (result.ec != std::errc() || result.ptr != end) {
@@ -54,10 +54,10 @@ std::int64_t ParseNumber(std::string_view text) {
     return value;
 }
 
-std::vector<std::int64_t> ParseNumbers(std::string_view text, char separator) {
-    std::vector<std::int64_t> numbers;
-    for (std::size_t start = 0;;) {
-        const std::size_t end = text.find(separator, start);
+std::vector<int64_t> ParseNumbers(std::string_view text, char separator) {
+    std::vector<int64_t> numbers;
+    for (size_t start = 0;;) {
+        const size_t end = text.find(separator, start);
         numbers.push_back(ParseNumber(text.substr(start, end - start)));
         if (end == std::string_view::npos) return numbers;
         start = end + 1;
@@ -65,7 +65,7 @@ std::vector<std::int64_t> ParseNumbers(std::string_view text, char separator) {
 }
 
 ScriptLine::ScriptLine(std::string_view text) {
-    std::size_t position = 0;
+    size_t position = 0;
     while (true) {
         while (position < text.size() && (text[position] == ' ' || text[position] == '\t'))
             ++position;
@@ -81,12 +81,12 @@ ScriptLine::ScriptLine(std::string_view text) {
     }
 }
 
-const std::string& ScriptLine::Word(std::size_t index) const {
+const std::string& ScriptLine::Word(size_t index) const {
     if (index >= m_words.size()) throw std::runtime_error("the line lacks a word");
     return m_words[index];
 }
 
-std::int64_t ScriptLine::NumberWord(std::size_t index) const {
+int64_t ScriptLine::NumberWord(size_t index) const {
     return ParseNumber(Word(index));
 }
 
@@ -96,12 +96,12 @@ std::string ScriptLine::Text(const std::string& name, std::string_view otherwise
     return first == last ? std::string(otherwise) : std::prev(last)->second;
 }
 
-std::int64_t ScriptLine::Number(const std::string& name, std::int64_t otherwise) const {
+int64_t ScriptLine::Number(const std::string& name, int64_t otherwise) const {
     return Has(name) ? ParseNumber(Text(name)) : otherwise;
 }
 
-std::vector<std::int64_t> ScriptLine::Numbers(const std::string& name, char separator) const {
-    return Has(name) ? ParseNumbers(Text(name), separator) : std::vector<std::int64_t>();
+std::vector<int64_t> ScriptLine::Numbers(const std::string& name, char separator) const {
+    return Has(name) ? ParseNumbers(Text(name), separator) : std::vector<int64_t>();
 }
 
 std::vector<std::string> ScriptLine::Texts(const std::string& name) const {

@@ -21,15 +21,15 @@ class ScriptLine {
     bool IsEmpty() const { return m_words.empty() && m_pairs.empty(); }
     const std::vector<std::string>& Words() const { return m_words; }
     // Throws when there is no such word.
-    const std::string& Word(std::size_t index) const;
-    std::int64_t NumberWord(std::size_t index) const;
+    const std::string& Word(size_t index) const;
+    int64_t NumberWord(size_t index) const;
 
     bool Has(const std::string& name) const { return m_pairs.contains(name); }
     // The value, or the default when the pair is missing; the last one of several.
     std::string Text(const std::string& name, std::string_view otherwise = "") const;
-    std::int64_t Number(const std::string& name, std::int64_t otherwise) const;
+    int64_t Number(const std::string& name, int64_t otherwise) const;
     // "8/0/1/0" or "10,20": decimal numbers with one separator.
-    std::vector<std::int64_t> Numbers(const std::string& name, char separator) const;
+    std::vector<int64_t> Numbers(const std::string& name, char separator) const;
     // All values of a pair that may be given several times.
     std::vector<std::string> Texts(const std::string& name) const;
 
@@ -42,7 +42,7 @@ class ScriptLine {
     mutable std::set<std::string> m_read;
 };
 
-std::int64_t ParseNumber(std::string_view text);
-std::vector<std::int64_t> ParseNumbers(std::string_view text, char separator);
+int64_t ParseNumber(std::string_view text);
+std::vector<int64_t> ParseNumbers(std::string_view text, char separator);
 
 }  // namespace krvfake

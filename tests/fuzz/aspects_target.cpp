@@ -2,28 +2,27 @@
 // what it wrote.
 #include <vector>
 
-#include "krvcmd/service/volume_lookup.h"
+#include "krvcmd/service/access/volume_lookup.h"
 #include "tests/fuzz/bytes_reader.h"
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using krvcmd::fuzz::Require;
     krvcmd::fuzz::BytesReader reader(data, size);
-    const std::size_t requiredSize = reader.Take<std::uint16_t>();
+    const size_t requiredSize = reader.Take<uint16_t>();
     // A copy of its own, so that a sanitizer sees a step too far.
-    const std::size_t taken = std::min<std::size_t>(size, sizeof(std::uint16_t));
+    const size_t taken = std::min<size_t>(size, sizeof(uint16_t));
     const std::vector<char> buffer(data + taken, data + size);
 
     std::vector<std::string> aspects;
     krvcmd::SplitAspects(buffer, requiredSize, aspects);
-    std::size_t offset = 0;
+    size_t offset = 0;
     for (const std::string& aspect : aspects) {
         Require(!aspect.empty(), "an empty text ends the list");
         Require(aspect.find('\0') == std::string::npos, "a text ends at its NUL");
         Require(offset <= requiredSize, "no text begins beyond the claimed size");
         Require(offset + aspect.size() <= buffer.size(), "no text goes beyond the buffer");
-        Require(
-            std::equal(aspect.begin(), aspect.end(), buffer.begin() + static_cast<std::ptrdiff_t>(offset)),
-            "the texts stand one behind the other");
+        Require(std::equal(aspect.begin(), aspect.end(), buffer.begin() + static_cast<ptrdiff_t>(offset)),
+                "the texts stand one behind the other");
         offset += aspect.size() + 1;
     }
     const bool isWhole = offset >= buffer.size() || offset > requiredSize || buffer[offset] == '\0';

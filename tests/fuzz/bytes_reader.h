@@ -14,7 +14,7 @@ namespace krvcmd::fuzz {
 // Takes values off a run of bytes; what is missing at its end is 0 or empty.
 class BytesReader {
   public:
-    BytesReader(const std::uint8_t* data, std::size_t size) : m_rest(TextOf(data, size)) {}
+    BytesReader(const uint8_t* data, size_t size) : m_rest(TextOf(data, size)) {}
 
     bool AtEnd() const { return m_rest.empty(); }
 
@@ -28,12 +28,10 @@ class BytesReader {
     }
 
     // A text of as many bytes as the next byte says, at most `longest`.
-    std::string_view TakeText(std::size_t longest) {
-        return TakeUpTo(std::min<std::size_t>(Take<std::uint8_t>(), longest));
-    }
+    std::string_view TakeText(size_t longest) { return TakeUpTo(std::min<size_t>(Take<uint8_t>(), longest)); }
 
   private:
-    std::string_view TakeUpTo(std::size_t count) {
+    std::string_view TakeUpTo(size_t count) {
         const std::string_view taken = m_rest.substr(0, count);
         m_rest.remove_prefix(taken.size());
         return taken;

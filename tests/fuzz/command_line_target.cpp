@@ -1,6 +1,6 @@
 // A whole run, from the words of the command line on: the first byte chooses the world on which it runs (a
 // random farm with random nonsense), the rest are the words, one per line.
-#include "krvcmd/frontend/parser.h"
+#include "krvcmd/frontend/parsing/parser.h"
 #include "tests/fuzz/bytes_reader.h"
 #include "tests/reliability/support/general_rules.h"
 #include "tests/reliability/support/interrupt_switch.h"
@@ -8,13 +8,12 @@
 #include "tests/reliability/support/random_world.h"
 
 namespace krvcmd::fuzz {
-
 namespace {
 
 std::vector<std::string> WordsOf(std::string_view lines) {
     std::vector<std::string> words;
     while (!lines.empty()) {
-        const std::size_t end = std::min(lines.find('\n'), lines.size());
+        const size_t end = std::min(lines.find('\n'), lines.size());
         // What has a NUL ends there on a command line.
         words.emplace_back(lines.substr(0, end).substr(0, lines.substr(0, end).find('\0')));
         lines.remove_prefix(std::min(end + 1, lines.size()));
@@ -35,10 +34,10 @@ bool CanBeParsed(const std::vector<std::string>& words) {
 
 }  // namespace krvcmd::fuzz
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd;
     // A table as wide as the largest number needs memory and time, and tells nothing.
-    constexpr std::size_t kLongest = 2000;
+    constexpr size_t kLongest = 2000;
     if (size < 1 || size > kLongest) return 0;
     const std::vector<std::string> words = fuzz::WordsOf(fuzz::TextOf(data + 1, size - 1));
 

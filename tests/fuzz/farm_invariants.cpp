@@ -8,7 +8,6 @@
 #include "tests/fuzz/fuzz_target.h"
 
 namespace krvcmd::fuzz {
-
 namespace {
 
 struct Context : KrvCallContext {
@@ -36,35 +35,35 @@ void Do(KrvSession session, Function function, Arguments... arguments) {
 }
 
 template <class Next>
-std::vector<std::int32_t> Enumerate(KrvSession session, Next next) {
-    constexpr std::size_t kMost = 10'000;
-    std::vector<std::int32_t> ids;
-    for (std::uint32_t id = 0;;) {
-        std::uint32_t following = 0;
+std::vector<int32_t> Enumerate(KrvSession session, Next next) {
+    constexpr size_t kMost = 10'000;
+    std::vector<int32_t> ids;
+    for (uint32_t id = 0;;) {
+        uint32_t following = 0;
         Do(session, next, id, &following);
         if (following == 0) return ids;
         Require(following <= 0x7FFFFFFF, "an ID is positive");
         Require(ids.size() < kMost, "an enumeration ends");
         id = following;
-        ids.push_back(static_cast<std::int32_t>(id));
+        ids.push_back(static_cast<int32_t>(id));
     }
 }
 
-using Place = std::tuple<std::int32_t, std::int32_t, std::int32_t, std::int32_t>;
+using Place = std::tuple<int32_t, int32_t, int32_t, int32_t>;
 
-std::map<Place, std::int32_t> VolumesBySide(KrvSession session) {
-    std::map<Place, std::int32_t> volumes;
-    for (const std::int32_t jukebox : Enumerate(session, KrvGetNextJukebox)) {
+std::map<Place, int32_t> VolumesBySide(KrvSession session) {
+    std::map<Place, int32_t> volumes;
+    for (const int32_t jukebox : Enumerate(session, KrvGetNextJukebox)) {
         const JukeboxKey jukeboxKey{sizeof(JukeboxKey), jukebox};
         JukeboxRecord record{};
         record.size = sizeof record;
         Do(session, KrvGetJukebox, &jukeboxKey, &record);
-        for (std::int32_t m = 0; m < record.magazineCount; ++m) {
+        for (int32_t m = 0; m < record.magazineCount; ++m) {
             const MagazineKey magazineKey{sizeof(MagazineKey), jukebox, m};
             MagazineRecord magazine{sizeof(MagazineRecord), -1, 0};
             if (!Succeeds(session, KrvGetMagazine, &magazineKey, &magazine)) continue;
-            for (std::int32_t s = 0; s < magazine.slotCount; ++s) {
-                for (std::int32_t side = 0; side <= 1; ++side) {
+            for (int32_t s = 0; s < magazine.slotCount; ++s) {
+                for (int32_t side = 0; side <= 1; ++side) {
                     const SideKey key{sizeof(SideKey), jukebox, m, s, side};
                     SideRecord sideRecord{sizeof(SideRecord), 0, 254, 0, -1};
                     // A side that cannot be read fails, and is filled in all the same.
@@ -77,10 +76,10 @@ std::map<Place, std::int32_t> VolumesBySide(KrvSession session) {
     return volumes;
 }
 
-std::vector<SideKey> Locations(KrvSession session, std::int32_t volume) {
+std::vector<SideKey> Locations(KrvSession session, int32_t volume) {
     std::vector<SideKey> keys(1, {sizeof(SideKey), -1, -1, -1, -1});
-    std::uint32_t count = 0;
-    const auto id = static_cast<std::uint32_t>(volume);
+    uint32_t count = 0;
+    const auto id = static_cast<uint32_t>(volume);
     if (!Succeeds(session, KrvVolumeLocations, id, keys.data(), 1U, &count)) return {};
     if (count > 1) {
         keys.assign(count, {sizeof(SideKey), -1, -1, -1, -1});
@@ -110,12 +109,12 @@ void TryToCloseSession(KrvSession session) {
 
 void CheckFarm() {
     const KrvSession session = OpenSession();
-    std::map<Place, std::int32_t> bySide = VolumesBySide(session);
-    for (const std::int32_t volume : Enumerate(session, KrvGetNextVolume)) {
+    std::map<Place, int32_t> bySide = VolumesBySide(session);
+    for (const int32_t volume : Enumerate(session, KrvGetNextVolume)) {
         VolumeRecord record{};
         record.size = sizeof record;
         record.libraryValue1 = -1;
-        Do(session, KrvVolumeDetail, static_cast<std::uint32_t>(volume), &record);
+        Do(session, KrvVolumeDetail, static_cast<uint32_t>(volume), &record);
         Require(std::memchr(record.label, '\0', sizeof record.label) != nullptr, "a label has an end");
         for (const SideKey& key : Locations(session, volume)) {
             const auto side = bySide.find({key.jukeboxId, key.magazine, key.slot, key.side});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "krvcmd/service/krv_sdk.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace krvcmd::fuzz {
 

@@ -3,12 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/find_keyword.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/grammar/keyword.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace krvcmd::fuzz {
-
 namespace {
 
 // Pieces of 31 characters, each with 0x20 taken off every character and read back up to the first 0.
@@ -17,7 +16,7 @@ std::string FoldThroughBuffer(std::string_view text) {
     while (!text.empty()) {
         char buffer[32] = {};
         const std::string_view piece = text.substr(0, 31);
-        for (std::size_t i = 0; i < piece.size(); ++i)
+        for (size_t i = 0; i < piece.size(); ++i)
             buffer[i] = static_cast<char>(static_cast<unsigned char>(piece[i]) - 0x20);
         folded += buffer;
         text.remove_prefix(piece.size());
@@ -53,7 +52,7 @@ const KeywordNode* FindAsDescribed(KeywordNode::Table candidates, std::string_vi
 
 }  // namespace krvcmd::fuzz
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd;
     // A word of the command line has no NUL.
     const std::string_view bytes = fuzz::TextOf(data, size);

@@ -9,7 +9,7 @@
 
 // The one function of a fuzz target: feeds the bytes to the code under test and ends the process when
 // something is not as it must be. Called by the fuzzer, or by replay.cpp for the files that it is told.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace krvcmd::fuzz {
 
@@ -20,7 +20,7 @@ inline void Require(bool holds, const std::string& sentence) {
     std::abort();
 }
 
-inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
+inline std::string_view TextOf(const uint8_t* data, size_t size) {
     return {reinterpret_cast<const char*>(data), size};
 }
 

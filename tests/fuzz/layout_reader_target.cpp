@@ -1,19 +1,18 @@
 // Reading a layout file, and looking for contradictions in what was read.
 #include <algorithm>
 
-#include "simulator/layout/contradictions.h"
-#include "simulator/layout/layout_reader.h"
+#include "embedded/layout/contradictions.h"
+#include "embedded/layout/layout_reader.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace krvcmd::fuzz {
-
 namespace {
 
-void CheckProblems(const std::vector<krvsim::Problem>& problems, int lineCount) {
-    for (const krvsim::Problem& problem : problems) {
+void CheckProblems(const std::vector<embedded::Problem>& problems, int lineCount) {
+    for (const embedded::Problem& problem : problems) {
         Require(problem.line >= 0 && problem.line <= lineCount, "a problem is on one of the lines");
         Require(!problem.text.empty() && !problem.text.ends_with('.'), "a problem is told in words");
-        Require(!krvsim::ProblemText("farm.toml", problem).empty(), "a problem can be printed");
+        Require(!embedded::ProblemText("farm.toml", problem).empty(), "a problem can be printed");
     }
 }
 
@@ -21,12 +20,12 @@ void CheckProblems(const std::vector<krvsim::Problem>& problems, int lineCount) 
 
 }  // namespace krvcmd::fuzz
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view text = krvcmd::fuzz::TextOf(data, size);
     const int lineCount = 1 + static_cast<int>(std::count(text.begin(), text.end(), '\n'));
-    const krvsim::LayoutResult result = krvsim::ReadLayout(text);
+    const embedded::LayoutResult result = embedded::ReadLayout(text);
     krvcmd::fuzz::CheckProblems(result.problems, lineCount);
     if (!result.problems.empty()) return 0;
-    krvcmd::fuzz::CheckProblems(krvsim::FindContradictions(result.farm), lineCount);
+    krvcmd::fuzz::CheckProblems(embedded::FindContradictions(result.farm), lineCount);
     return 0;
 }

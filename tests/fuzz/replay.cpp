@@ -17,7 +17,7 @@ bool Replay(const char* file) {
     if (!stream) return false;
     const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     // Exactly as long as it is, so that a sanitizer sees a step too far.
-    std::vector<std::uint8_t> data(bytes.begin(), bytes.end());
+    std::vector<uint8_t> data(bytes.begin(), bytes.end());
     data.shrink_to_fit();
     std::printf("%s\n", file);
     (void)std::fflush(stdout);

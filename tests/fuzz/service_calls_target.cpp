@@ -7,13 +7,12 @@
 #include <tuple>
 #include <vector>
 
-#include "krvcmd/service/krv_sdk.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 #include "tests/fuzz/bytes_reader.h"
 #include "tests/fuzz/farm_invariants.h"
 #include "tests/fuzz/scratch_folder.h"
 
 namespace krvcmd::fuzz {
-
 namespace {
 
 // Hands out what the calls are made with.
@@ -22,20 +21,18 @@ class Arguments {
     Arguments(BytesReader& bytes, KrvSession session) : m_bytes(bytes), m_session(session) {}
 
     // One of the numbers that lead somewhere in the demonstration farm, or any.
-    std::int32_t Number() {
-        constexpr std::int32_t kNumbers[] = {0,  1,   2,   3,   4,   5, 8,  11, 29, 31,
-                                             33, 273, 300, 310, 517, 9, 12, -1, 6,  7};
-        const auto choice = m_bytes.Take<std::uint8_t>();
+    int32_t Number() {
+        constexpr int32_t kNumbers[] = {0,  1,   2,   3,   4,   5, 8,  11, 29, 31,
+                                        33, 273, 300, 310, 517, 9, 12, -1, 6,  7};
+        const auto choice = m_bytes.Take<uint8_t>();
         return choice < std::size(kNumbers) * 12 ? kNumbers[choice % std::size(kNumbers)]
-                                                 : m_bytes.Take<std::int32_t>();
+                                                 : m_bytes.Take<int32_t>();
     }
 
-    std::uint32_t Id() { return static_cast<std::uint32_t>(Number()); }
+    uint32_t Id() { return static_cast<uint32_t>(Number()); }
 
     // The size that a record must have, mostly.
-    std::uint32_t SizeOf(std::size_t size) {
-        return IsOdd() ? m_bytes.Take<std::uint32_t>() : static_cast<std::uint32_t>(size);
-    }
+    uint32_t SizeOf(size_t size) { return IsOdd() ? m_bytes.Take<uint32_t>() : static_cast<uint32_t>(size); }
 
     JukeboxKey Jukebox() { return {SizeOf(sizeof(JukeboxKey)), Number()}; }
     MagazineKey Magazine() { return {SizeOf(sizeof(MagazineKey)), Number(), Number()}; }
@@ -57,7 +54,7 @@ class Arguments {
 
     std::string Text() { return std::string(m_bytes.TakeText(255)).c_str(); }
 
-    bool IsOdd() { return m_bytes.Take<std::uint8_t>() % 16 == 15; }
+    bool IsOdd() { return m_bytes.Take<uint8_t>() % 16 == 15; }
 
     BytesReader& Bytes() { return m_bytes; }
     KrvSession Session() const { return m_session; }
@@ -71,14 +68,14 @@ class Arguments {
 class HostileContext {
   public:
     explicit HostileContext(Arguments& arguments) {
-        constexpr std::size_t kSizes[] = {sizeof(KrvErrorInfo), 0, 4, 8, 9, 12, 40, 1031};
+        constexpr size_t kSizes[] = {sizeof(KrvErrorInfo), 0, 4, 8, 9, 12, 40, 1031};
         const bool isOdd = arguments.IsOdd();
-        m_errorSize = isOdd ? kSizes[arguments.Bytes().Take<std::uint8_t>() % std::size(kSizes)] : kSizes[0];
-        m_error = std::make_unique<char[]>(std::max<std::size_t>(m_errorSize, sizeof(std::uint32_t)));
-        const auto size = static_cast<std::uint32_t>(m_errorSize);
+        m_errorSize = isOdd ? kSizes[arguments.Bytes().Take<uint8_t>() % std::size(kSizes)] : kSizes[0];
+        m_error = std::make_unique<char[]>(std::max<size_t>(m_errorSize, sizeof(uint32_t)));
+        const auto size = static_cast<uint32_t>(m_errorSize);
         std::memcpy(m_error.get(), &size, sizeof size);
-        m_context.headSize = isOdd ? arguments.Bytes().Take<std::uint32_t>() : 24;
-        m_context.session = arguments.IsOdd() ? arguments.Bytes().Take<std::uint64_t>() : arguments.Session();
+        m_context.headSize = isOdd ? arguments.Bytes().Take<uint32_t>() : 24;
+        m_context.session = arguments.IsOdd() ? arguments.Bytes().Take<uint64_t>() : arguments.Session();
         m_context.errorInfo = arguments.OrNull(reinterpret_cast<KrvErrorInfo*>(m_error.get()));
     }
 
@@ -96,7 +93,7 @@ class HostileContext {
 
   private:
     KrvCallContext m_context{};
-    std::size_t m_errorSize;
+    size_t m_errorSize;
     std::unique_ptr<char[]> m_error;
 };
 
@@ -106,8 +103,8 @@ KrvBool Invoke(Function function, KrvCallContext* context, const std::tuple<Rest
     return std::apply([&](Rest... each) { return function(context, each...); }, rest);
 }
 
-KrvBool Look(std::uint8_t function, KrvCallContext* context, Arguments& arguments) {
-    std::uint32_t next = 0;
+KrvBool Look(uint8_t function, KrvCallContext* context, Arguments& arguments) {
+    uint32_t next = 0;
     JukeboxRecord jukebox;
     MagazineRecord magazine;
     DriveRecord drive;
@@ -143,27 +140,27 @@ KrvBool Look(std::uint8_t function, KrvCallContext* context, Arguments& argument
 }
 
 KrvBool ReadAspects(KrvCallContext* context, Arguments& arguments) {
-    const std::uint32_t size = arguments.Bytes().Take<std::uint8_t>();
+    const uint32_t size = arguments.Bytes().Take<uint8_t>();
     const auto buffer = std::make_unique<char[]>(size);
-    std::uint32_t required = arguments.Bytes().Take<std::uint8_t>();
+    uint32_t required = arguments.Bytes().Take<uint8_t>();
     return Invoke(KrvVolumeAspects, context,
                   std::tuple{arguments.Id(), size == 0 ? arguments.OrNull(buffer.get()) : buffer.get(), size,
                              arguments.OrNull(&required)});
 }
 
 KrvBool ReadLocations(KrvCallContext* context, Arguments& arguments) {
-    std::uint32_t count = arguments.Bytes().Take<std::uint8_t>() % 6;
-    const std::size_t room = std::max<std::uint32_t>(1, count);
+    uint32_t count = arguments.Bytes().Take<uint8_t>() % 6;
+    const size_t room = std::max<uint32_t>(1, count);
     const auto keys = std::make_unique<SideKey[]>(room);
-    for (std::size_t i = 0; i < room; ++i)
+    for (size_t i = 0; i < room; ++i)
         keys[i] = arguments.Side();
-    const std::uint32_t always1 = arguments.IsOdd() ? arguments.Id() : 1;
+    const uint32_t always1 = arguments.IsOdd() ? arguments.Id() : 1;
     return Invoke(
         KrvVolumeLocations, context,
         std::tuple{arguments.Id(), arguments.OrNull(keys.get()), always1, arguments.OrNull(&count)});
 }
 
-KrvBool ChangeVolume(std::uint8_t function, KrvCallContext* context, Arguments& arguments) {
+KrvBool ChangeVolume(uint8_t function, KrvCallContext* context, Arguments& arguments) {
     const SideKey side = arguments.Side();
     const std::string text = arguments.Text();
     FormatOptions options;
@@ -189,13 +186,13 @@ KrvBool ChangeVolume(std::uint8_t function, KrvCallContext* context, Arguments& 
     // A label that fills its field has no end.
     std::memcpy(options.label, text.data(), text.size());
     if (arguments.IsOdd()) std::memset(options.label, 'x', sizeof options.label);
-    options.certify = arguments.Bytes().Take<std::uint8_t>() % 2;
-    options.sequential = arguments.Bytes().Take<std::uint8_t>() % 3;
+    options.certify = arguments.Bytes().Take<uint8_t>() % 2;
+    options.sequential = arguments.Bytes().Take<uint8_t>() % 3;
     options.alwaysZero = arguments.IsOdd() ? 1 : 0;
     return Invoke(KrvVolumeFormat, context, std::tuple{arguments.OrNull(&side), given});
 }
 
-KrvBool ChangeItem(std::uint8_t function, KrvCallContext* context, Arguments& arguments) {
+KrvBool ChangeItem(uint8_t function, KrvCallContext* context, Arguments& arguments) {
     const JukeboxKey jukebox = arguments.Jukebox();
     const MagazineKey magazine = arguments.Magazine();
     const DriveKey drive = arguments.Drive();
@@ -227,7 +224,7 @@ KrvBool ChangeItem(std::uint8_t function, KrvCallContext* context, Arguments& ar
     }
 }
 
-KrvBool ControlService(std::uint8_t function, KrvCallContext* context, Arguments& arguments) {
+KrvBool ControlService(uint8_t function, KrvCallContext* context, Arguments& arguments) {
     const std::string server = arguments.IsOdd() ? arguments.Text() : ".";
     KrvSession session = 0;
     switch (function) {
@@ -251,7 +248,7 @@ KrvBool ControlService(std::uint8_t function, KrvCallContext* context, Arguments
 
 void MakeCall(Arguments& arguments) {
     HostileContext context(arguments);
-    const std::uint8_t function = arguments.Bytes().Take<std::uint8_t>() % 31;
+    const uint8_t function = arguments.Bytes().Take<uint8_t>() % 31;
     KrvBool result = 0;
     if (function < 8) {
         result = Look(function, context.Get(), arguments);
@@ -286,7 +283,7 @@ ScratchFolder& NewFarm() {
 
 }  // namespace krvcmd::fuzz
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd::fuzz;
     NewFarm().Restore();
     const KrvSession session = OpenSession();

@@ -3,13 +3,12 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/read_value.h"
-#include "krvcmd/frontend/token.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/parsing/read_value.h"
+#include "krvcmd/frontend/parsing/token.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace krvcmd::fuzz {
-
 namespace {
 
 bool IsDigits(std::string_view text) {
@@ -62,7 +61,7 @@ void ReadAsValueOf(const KeywordNode& node, std::string_view text) {
 
 }  // namespace krvcmd::fuzz
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd;
     const std::string_view text = fuzz::TextOf(data, size);
     const std::vector<Token> pieces = SplitValue(text);

@@ -3,17 +3,16 @@
 #include <cstdio>
 #include <string>
 
-#include "krvcmd/console/query_table.h"
+#include "krvcmd/console/query/query_table.h"
 #include "tests/fuzz/bytes_reader.h"
 #include "tests/reliability/support/captured_stream.h"
 
 namespace krvcmd::fuzz {
-
 namespace {
 
 using Ostrel::UI::Console::CKrvQueryTable;
 
-template <std::size_t N>
+template <size_t N>
 void FillField(BytesReader& reader, char (&field)[N]) {
     const std::string_view text = reader.TakeText(N);
     std::copy(text.begin(), text.end(), field);
@@ -21,50 +20,50 @@ void FillField(BytesReader& reader, char (&field)[N]) {
 
 JukeboxInfo TakeJukebox(BytesReader& reader) {
     JukeboxInfo jukebox;
-    jukebox.key = {sizeof(JukeboxKey), reader.Take<std::int32_t>()};
+    jukebox.key = {sizeof(JukeboxKey), reader.Take<int32_t>()};
     jukebox.record.size = sizeof(JukeboxRecord);
-    jukebox.record.identity.scsiAddress[1] = reader.Take<std::int32_t>();
+    jukebox.record.identity.scsiAddress[1] = reader.Take<int32_t>();
     FillField(reader, jukebox.record.identity.vendor);
     FillField(reader, jukebox.record.identity.product);
     FillField(reader, jukebox.record.identity.revision);
     FillField(reader, jukebox.record.name);
-    jukebox.record.enabled = reader.Take<std::uint8_t>();
-    jukebox.record.magazineCount = reader.Take<std::int32_t>();
-    jukebox.record.driveCount = reader.Take<std::uint8_t>() - 1;
-    jukebox.record.slotCount = reader.Take<std::int32_t>();
+    jukebox.record.enabled = reader.Take<uint8_t>();
+    jukebox.record.magazineCount = reader.Take<int32_t>();
+    jukebox.record.driveCount = reader.Take<uint8_t>() - 1;
+    jukebox.record.slotCount = reader.Take<int32_t>();
     return jukebox;
 }
 
 VolumeInfo TakeVolume(BytesReader& reader) {
     VolumeInfo volume;
-    volume.volumeId = reader.Take<std::int32_t>();
-    volume.record.type = reader.Take<std::uint8_t>();
-    volume.record.state = reader.Take<std::uint8_t>();
-    volume.record.totalCapacity = reader.Take<std::uint64_t>();
-    volume.record.freeCapacity = reader.Take<std::uint64_t>();
+    volume.volumeId = reader.Take<int32_t>();
+    volume.record.type = reader.Take<uint8_t>();
+    volume.record.state = reader.Take<uint8_t>();
+    volume.record.totalCapacity = reader.Take<uint64_t>();
+    volume.record.freeCapacity = reader.Take<uint64_t>();
     FillField(reader, volume.record.fileSystem);
     FillField(reader, volume.record.label);
-    if (reader.Take<std::uint8_t>() % 2 == 1) volume.aspects.emplace_back(reader.TakeText(255));
+    if (reader.Take<uint8_t>() % 2 == 1) volume.aspects.emplace_back(reader.TakeText(255));
     return volume;
 }
 
 void AddRow(BytesReader& reader, CKrvQueryTable& table) {
-    const auto kind = reader.Take<std::uint8_t>();
+    const auto kind = reader.Take<uint8_t>();
     if (kind % 6 == 5) {
         table.AddVolumeRow(TakeVolume(reader));
         return;
     }
     const JukeboxInfo jukebox = TakeJukebox(reader);
-    const auto number = reader.Take<std::int32_t>();
-    const auto state = reader.Take<std::uint32_t>();
-    const auto medium = reader.Take<std::uint32_t>();
+    const auto number = reader.Take<int32_t>();
+    const auto state = reader.Take<uint32_t>();
+    const auto medium = reader.Take<uint32_t>();
     switch (kind % 6) {
         case 0:
             table.AddJukeboxRow(jukebox);
             break;
         case 1:
             table.AddMagazineRow(jukebox, {sizeof(MagazineKey), 1, number},
-                                 {sizeof(MagazineRecord), static_cast<std::int32_t>(medium), state});
+                                 {sizeof(MagazineRecord), static_cast<int32_t>(medium), state});
             break;
         case 2: {
             DriveRecord drive{};
@@ -78,7 +77,7 @@ void AddRow(BytesReader& reader, CKrvQueryTable& table) {
                              {sizeof(SlotRecord), state, medium});
             break;
         default:
-            table.AddSideRow(jukebox, {sizeof(SideKey), 1, number, number, static_cast<std::int32_t>(state)},
+            table.AddSideRow(jukebox, {sizeof(SideKey), 1, number, number, static_cast<int32_t>(state)},
                              {sizeof(SideRecord), state, medium, state, number}, TakeVolume(reader));
     }
 }
@@ -96,15 +95,15 @@ std::string TakeLetters(BytesReader& reader) {
 
 }  // namespace krvcmd::fuzz
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd::fuzz;
     static krvcmd::reliability::CapturedStream output(stdout);
     // Wider tables only cost time.
-    constexpr std::uint32_t kWidest = 2000;
+    constexpr uint32_t kWidest = 2000;
     BytesReader reader(data, size);
     CKrvQueryTable table;
-    const std::uint32_t width = reader.Take<std::uint16_t>() % kWidest;
-    const bool isFormatted = reader.Take<std::uint8_t>() % 4 != 0;
+    const uint32_t width = reader.Take<uint16_t>() % kWidest;
+    const bool isFormatted = reader.Take<uint8_t>() % 4 != 0;
     table.SetMaxWidth(width);
     table.SetFormatted(isFormatted);
     table.SetSeparator(reader.TakeText(8));

@@ -3,10 +3,10 @@
 #include <fstream>
 #include <sstream>
 
-#include "simulator/layout/contradictions.h"
-#include "simulator/layout/layout_reader.h"
+#include "embedded/layout/contradictions.h"
+#include "embedded/layout/layout_reader.h"
 
-namespace krvsim {
+namespace embedded {
 namespace {
 
 std::string ExampleText() {
@@ -35,4 +35,4 @@ TEST(LayoutExample, CanBeReadAndDoesNotContradictItself) {
 }
 
 }  // namespace
-}  // namespace krvsim
+}  // namespace embedded

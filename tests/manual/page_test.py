@@ -11,8 +11,8 @@ import unittest
 PAGES = []
 KRVSIM = os.environ.get("KRVSIM_PROGRAM", "krvsim")
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
-HEADER = PROJECT / "krvcmd/service/krv_sdk.h"
-LAYOUT_READER = PROJECT / "simulator/layout/layout_reader.cpp"
+HEADER = PROJECT / "krvcmd/service/sdk/krv_sdk.h"
+LAYOUT_READER = PROJECT / "embedded/layout/layout_reader.cpp"
 
 
 def run(program, *arguments):

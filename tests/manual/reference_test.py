@@ -36,7 +36,7 @@ class Reference(unittest.TestCase):
             self.assertTrue(pathlib.Path(output, "html/index.html").exists())
 
     def test_a_field_without_a_description_is_noticed(self):
-        header = (PROJECT / "krvcmd/service/krv_sdk.h").read_text()
+        header = (PROJECT / "krvcmd/service/sdk/krv_sdk.h").read_text()
         comment = " /**< at most 51 bytes and the NUL */"
         self.assertIn(comment, header)
         with tempfile.TemporaryDirectory() as output:

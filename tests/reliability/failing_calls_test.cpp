@@ -11,14 +11,13 @@
 #include "tests/reliability/support/small_farm.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 using krvfake::FakeLibrary;
 using krvfake::Occurrence;
 using krvfake::Outputs;
 
-constexpr std::int32_t kCodes[] = {0, 1, 2, 3, 4, 7, 12, 256, 500, 501, 502, 1001, 0x7FFFFFFF, -1};
+constexpr int32_t kCodes[] = {0, 1, 2, 3, 4, 7, 12, 256, 500, 501, 502, 1001, 0x7FFFFFFF, -1};
 
 void ScriptSmallFarm(FakeLibrary& library) {
     BuildSmallFarm(library.GetFarm());
@@ -49,7 +48,7 @@ TEST_P(FailingCalls, EndAsDocumentedWhicheverCallFails) {
     const int count = CountCalls() + kBeyond;
     int runs = 0;
     for (int k = 1; k <= count && !HasFailure(); ++k) {
-        for (const std::int32_t code : kCodes) {
+        for (const int32_t code : kCodes) {
             for (const Outputs outputs : {Outputs::LeftAlone, Outputs::Filled}) {
                 const auto script = [&](FakeLibrary& library) {
                     ScriptSmallFarm(library);
@@ -67,7 +66,7 @@ TEST_P(FailingCalls, EndAsDocumentedWhicheverCallFails) {
 TEST_P(FailingCalls, EndAsDocumentedWhenAllCallsFailFromOneOn) {
     const int count = CountCalls();
     for (int k = 1; k <= count && !HasFailure(); ++k) {
-        for (const std::int32_t code : kCodes) {
+        for (const int32_t code : kCodes) {
             const auto script = [&](FakeLibrary& library) {
                 ScriptSmallFarm(library);
                 library.FailCall("*", Occurrence::From(k), {code, ""});
@@ -87,7 +86,7 @@ TEST_P(FailingCalls, EndAsDocumentedWhenOneFunctionNeverWorks) {
         "KrvVolumeErase",      "KrvVolumeFinalize", "KrvVolumeActivate", "KrvVolumeDeactivate",
         "KrvVolumeSetAspects", "KrvJukeboxSetName"};
     for (const char* function : kFunctions) {
-        for (const std::int32_t code : kCodes) {
+        for (const int32_t code : kCodes) {
             const auto script = [&](FakeLibrary& library) {
                 ScriptSmallFarm(library);
                 library.FailCall(function, Occurrence::Every(), {code, "Never."}, Outputs::Filled);

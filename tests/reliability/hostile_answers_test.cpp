@@ -15,7 +15,6 @@
 #include "tests/reliability/support/program_run.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 using krvfake::FakeLibrary;
@@ -25,9 +24,9 @@ using krvfake::Occurrence;
 using testing::Lt;
 using testing::StartsWith;
 
-constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kSmallest = std::numeric_limits<std::int32_t>::min();
-constexpr std::int32_t kNonsenseCounts[] = {kSmallest, -2'000'000'000, -1, 0, 2'000'000'000, kLargest};
+constexpr int32_t kLargest = std::numeric_limits<int32_t>::max();
+constexpr int32_t kSmallest = std::numeric_limits<int32_t>::min();
+constexpr int32_t kNonsenseCounts[] = {kSmallest, -2'000'000'000, -1, 0, 2'000'000'000, kLargest};
 
 using CommandLine = std::vector<std::string>;
 
@@ -79,30 +78,30 @@ TEST_F(HostileAnswers, AnEnumerationThatRepeatsOneIdForEverIsEnded) {
 }
 
 TEST_F(HostileAnswers, AnEnumerationInCirclesIsEndedAfterAFewRounds) {
-    for (const std::int32_t length : {2, 3, 4, 5, 7, 8, 9, 16, 31, 100}) {
-        for (const std::int32_t leadIn : {0, 1, 6}) {
+    for (const int32_t length : {2, 3, 4, 5, 7, 8, 9, 16, 31, 100}) {
+        for (const int32_t leadIn : {0, 1, 6}) {
             m_library.Reset();
-            std::vector<std::int32_t> ids;
+            std::vector<int32_t> ids;
             ids.reserve(2100);
-            for (std::int32_t i = 0; i < 20 * length + leadIn; ++i)
+            for (int32_t i = 0; i < 20 * length + leadIn; ++i)
                 ids.push_back(i < leadIn ? 1000 + i : 1 + (i - leadIn) % length);
-            for (std::int32_t id = 1; id <= length; ++id)
+            for (int32_t id = 1; id <= length; ++id)
                 m_farm.AddJukebox(id, "Tower");
-            for (std::int32_t id = 1000; id < 1000 + leadIn; ++id)
+            for (int32_t id = 1000; id < 1000 + leadIn; ++id)
                 m_farm.AddJukebox(id, "Tower");
             m_farm.EnumerateJukeboxes(ids, true);
 
             const ProgramRun run = Run({"query", "jukeboxes"});
             EXPECT_EQ(run.exitStatus, 0);
             // Two calls for each step; the circle is noticed before the fifth round.
-            EXPECT_THAT(run.calls.size(), Lt(static_cast<std::size_t>(2 * (5 * length + leadIn) + 10)))
+            EXPECT_THAT(run.calls.size(), Lt(static_cast<size_t>(2 * (5 * length + leadIn) + 10)))
                 << "circle of " << length << " after " << leadIn;
         }
     }
 }
 
 TEST_F(HostileAnswers, IdsThatAreNoneEndAnEnumeration) {
-    for (const std::int32_t none : {0, -1, -2, kSmallest}) {
+    for (const int32_t none : {0, -1, -2, kSmallest}) {
         for (const CommandLine& words : kCommandsThatEnumerate) {
             m_library.Reset();
             m_farm.EnumerateJukeboxes({none, 8}, true);
@@ -123,7 +122,7 @@ TEST_F(HostileAnswers, TheLargestIdIsAnIdLikeAnyOther) {
 }
 
 TEST_F(HostileAnswers, AVolumeIdThatIsNoneIsNoVolume) {
-    for (const std::int32_t none : {0, -1, kSmallest}) {
+    for (const int32_t none : {0, -1, kSmallest}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(1).WithSlot(0, 0, krvfake::kSlotFull, 5);
         m_farm.FindJukebox(8)->WithSide(0, 0, kSideA, {6, 5, 1, none});
@@ -140,7 +139,7 @@ TEST_F(HostileAnswers, AVolumeIdThatIsNoneIsNoVolume) {
 // ---- Counts --------------------------------------------------------------------------------------
 
 TEST_F(HostileAnswers, AJukeboxWithLessThanNoMagazineHasNone) {
-    for (const std::int32_t count : {kSmallest, -2'000'000'000, -1, 0}) {
+    for (const int32_t count : {kSmallest, -2'000'000'000, -1, 0}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(1).claimedMagazines = count;
         const ProgramRun magazines = Run({"query", "magazines", "J@8", "notable"});
@@ -154,7 +153,7 @@ TEST_F(HostileAnswers, AJukeboxWithLessThanNoMagazineHasNone) {
 }
 
 TEST_F(HostileAnswers, AWalkEndsAtTheFirstSlotThatIsNotThereHoweverManyMagazinesAreClaimed) {
-    for (const std::int32_t count : {2'000'000'000, kLargest}) {
+    for (const int32_t count : {2'000'000'000, kLargest}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(2).claimedMagazines = count;
         m_library.FailCall("KrvMediaExport J=8 M=1 S=0", Occurrence::Every(), {1001, "No such slot."});
@@ -167,7 +166,7 @@ TEST_F(HostileAnswers, AWalkEndsAtTheFirstSlotThatIsNotThereHoweverManyMagazines
 }
 
 TEST_F(HostileAnswers, AJukeboxWithLessThanNoDriveHasNone) {
-    for (const std::int32_t count : {kSmallest, -1, 0}) {
+    for (const int32_t count : {kSmallest, -1, 0}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").claimedDrives = count;
         const ProgramRun run = Run({"query", "drives", "J@8", "notable"});
@@ -177,7 +176,7 @@ TEST_F(HostileAnswers, AJukeboxWithLessThanNoDriveHasNone) {
 }
 
 TEST_F(HostileAnswers, AMagazineWithLessThanNoSlotHasNone) {
-    for (const std::int32_t count : {kSmallest, -1, 0}) {
+    for (const int32_t count : {kSmallest, -1, 0}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(count).WithMagazine(1);
         EXPECT_EQ(Run({"query", "slots", "J@8"}).exitStatus, 22);
@@ -189,7 +188,7 @@ TEST_F(HostileAnswers, AMagazineWithLessThanNoSlotHasNone) {
 
 // Items that all have to be asked for one by one: the operator can end it, and sees what there was.
 TEST_F(HostileAnswers, AWalkOverCountlessItemsCanBeInterrupted) {
-    for (const std::int32_t count : {2'000'000'000, kLargest}) {
+    for (const int32_t count : {2'000'000'000, kLargest}) {
         m_library.Reset();
         krvfake::Jukebox& jukebox =
             m_farm.AddJukebox(8, "Tower").WithDrive({"", "Reader", "", {}}).WithMagazine(1);
@@ -220,7 +219,7 @@ TEST_F(HostileAnswers, AWalkOverCountlessItemsCanBeInterrupted) {
 }
 
 TEST_F(HostileAnswers, AnyCountsAreShownAsTheyStand) {
-    for (const std::int32_t count : kNonsenseCounts) {
+    for (const int32_t count : kNonsenseCounts) {
         m_library.Reset();
         krvfake::Jukebox& jukebox = m_farm.AddJukebox(8, "Tower").WithMagazine(count);
         jukebox.claimedDrives = count;
@@ -239,7 +238,7 @@ TEST_F(HostileAnswers, AnyCountsAreShownAsTheyStand) {
 // ---- Locations -------------------------------------------------------------------------------------
 
 TEST_F(HostileAnswers, MoreLocationsThanMemoryCanHoldAreOutOfMemory) {
-    for (const std::uint32_t count : {107'374'183U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
+    for (const uint32_t count : {107'374'183U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
         m_library.Reset();
         m_farm.AddVolume(33, "Sales").locationCounts = {count};
         const ProgramRun run = Run({"query", "volumes", "notable"});
@@ -250,7 +249,7 @@ TEST_F(HostileAnswers, MoreLocationsThanMemoryCanHoldAreOutOfMemory) {
 
 TEST_F(HostileAnswers, LocationsThatTheArrayHasNoRoomForAreNotThere) {
     struct Case {
-        std::vector<std::uint32_t> counts;  // that the two calls answer
+        std::vector<uint32_t> counts;  // that the two calls answer
         const char* output;
     };
     const Case kCases[] = {
@@ -276,7 +275,7 @@ TEST_F(HostileAnswers, LocationsThatTheArrayHasNoRoomForAreNotThere) {
 }
 
 TEST_F(HostileAnswers, LocationsAtTheEndsOfTheNumberRangeLeadNowhere) {
-    for (const std::int32_t number : {kLargest, kLargest - 1, kSmallest, kSmallest + 1, -2}) {
+    for (const int32_t number : {kLargest, kLargest - 1, kSmallest, kSmallest + 1, -2}) {
         for (const CommandLine& words : {CommandLine{"export", "V@33"},
                                          {"scan", "V@33"},
                                          {"format", "V@33"},
@@ -296,8 +295,8 @@ TEST_F(HostileAnswers, LocationsAtTheEndsOfTheNumberRangeLeadNowhere) {
 
 TEST_F(HostileAnswers, DirectoriesAreReadInsideTheBufferOnly) {
     struct Case {
-        std::string bytes;                 // that the library puts into the buffer, as far as it has room
-        std::vector<std::uint32_t> sizes;  // that the two calls answer
+        std::string bytes;            // that the library puts into the buffer, as far as it has room
+        std::vector<uint32_t> sizes;  // that the two calls answer
         const char* directory;
     };
     const Case kCases[] = {
@@ -342,7 +341,7 @@ TEST_F(HostileAnswers, ATextWithoutEndEndsWithItsField) {
         .WithDrive({endless, endless, endless, {}})
         .WithMagazine(1);
     m_farm.AddVolume(33, endless).WithFileSystem(endless).At(8, 0, 0, kSideA);
-    const auto x = [](std::size_t count) { return std::string(count, 'x'); };
+    const auto x = [](size_t count) { return std::string(count, 'x'); };
     EXPECT_EQ(Run({"query", "jukeboxes", "notable", "col=NPRC"}).output,
               x(52) + "|" + x(9) + " " + x(17) + "|" + x(5) + "|2147483647/-2147483648/-1\n");
     EXPECT_EQ(Run({"query", "drives", "notable", "col=PR"}).output, x(9) + " " + x(17) + "|" + x(5) + "\n");

@@ -13,7 +13,6 @@
 #include "tests/reliability/support/small_farm.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 class Interruption : public testing::TestWithParam<NamedOrder> {
@@ -25,7 +24,7 @@ class Interruption : public testing::TestWithParam<NamedOrder> {
         return m_program.Run(Words(GetParam().order));
     }
 
-    ProgramRun RunInterrupted(std::size_t questions) {
+    ProgramRun RunInterrupted(size_t questions) {
         InterruptAfterQuestions(questions);
         ProgramRun run = Run();
         ForgetInterrupt();
@@ -37,16 +36,15 @@ class Interruption : public testing::TestWithParam<NamedOrder> {
 
 // The calls before the interruption are those of the whole run; none follows but the session's end.
 bool AreTheFirstOf(const std::vector<std::string>& calls, const std::vector<std::string>& wholeRun) {
-    const std::size_t before = calls.size() - 1;
+    const size_t before = calls.size() - 1;
     return calls.back() == "KrvSessionClose" && before < wholeRun.size() &&
-           std::equal(wholeRun.begin(), wholeRun.begin() + static_cast<std::ptrdiff_t>(before),
-                      calls.begin());
+           std::equal(wholeRun.begin(), wholeRun.begin() + static_cast<ptrdiff_t>(before), calls.begin());
 }
 
 TEST_P(Interruption, MakesNoFurtherCallButTheSessionsEndAndIsTheResult) {
     const ProgramRun whole = Run();
-    std::size_t previousCalls = 0;
-    for (std::size_t questions = 1;; ++questions) {
+    size_t previousCalls = 0;
+    for (size_t questions = 1;; ++questions) {
         ASSERT_LT(questions, 10'000U);
         const ProgramRun run = RunInterrupted(questions);
         if (run.errorOutput == whole.errorOutput) {
@@ -68,15 +66,15 @@ TEST_P(Interruption, MakesNoFurtherCallButTheSessionsEndAndIsTheResult) {
 TEST_P(Interruption, OfAQueryLeavesTheRowsGatheredSoFar) {
     if (GetParam().order.verb != Verb::Query || !GetParam().order.notable) return;
     const ProgramRun whole = Run();
-    std::size_t longest = 0;
-    for (std::size_t questions = 1; questions < 10'000; ++questions) {
+    size_t longest = 0;
+    for (size_t questions = 1; questions < 10'000; ++questions) {
         const ProgramRun run = RunInterrupted(questions);
         if (run.errorOutput == whole.errorOutput) break;
-        const auto rows = static_cast<std::size_t>(std::count(run.output.begin(), run.output.end(), '\n'));
+        const auto rows = static_cast<size_t>(std::count(run.output.begin(), run.output.end(), '\n'));
         EXPECT_GE(rows, longest) << questions;
         longest = rows;
     }
-    EXPECT_EQ(longest, static_cast<std::size_t>(std::count(whole.output.begin(), whole.output.end(), '\n')));
+    EXPECT_EQ(longest, static_cast<size_t>(std::count(whole.output.begin(), whole.output.end(), '\n')));
 }
 
 INSTANTIATE_TEST_SUITE_P(Orders, Interruption, testing::ValuesIn(RepresentativeOrders()),

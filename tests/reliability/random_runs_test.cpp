@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "krvcmd/frontend/parser.h"
+#include "krvcmd/frontend/parsing/parser.h"
 #include "tests/reliability/support/comparison.h"
 #include "tests/reliability/support/general_rules.h"
 #include "tests/reliability/support/interrupt_switch.h"
@@ -15,13 +15,12 @@
 #include "tests/reliability/support/seeds.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 TEST(RandomRuns, CallAndEndAsDocumented) {
     ProgramRunner program;
     const Seeds seeds = SeedsToTry(10'000);
-    for (std::uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
+    for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
         Dice dice(seed);
         const Order order = RandomOrder(dice);
         const std::vector<std::string> words = Words(order, dice);
@@ -43,8 +42,8 @@ bool CanBeParsed(const std::vector<std::string>& words) {
 TEST(RandomRuns, NeverCallTheLibraryForACommandLineThatIsNone) {
     ProgramRunner program;
     const Seeds seeds = SeedsToTry(10'000);
-    std::size_t refused = 0;
-    for (std::uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
+    size_t refused = 0;
+    for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
         Dice dice(seed);
         const std::vector<std::string> words = RandomWords(dice);
         krvfake::FakeLibrary& library = krvfake::FakeLibrary::Instance();

@@ -15,7 +15,6 @@
 #include "tests/reliability/support/seeds.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 using krvfake::FakeLibrary;
@@ -35,24 +34,24 @@ std::string RandomLabel(Dice& dice) {
     return label;
 }
 
-std::uint64_t RandomCapacity(Dice& dice) {
+uint64_t RandomCapacity(Dice& dice) {
     return dice.OneIn(4) ? dice.Below(3) * 1000 : dice.Next() >> dice.Below(64);
 }
 
-void FillFarm(krvfake::Farm& farm, Dice& dice, std::int32_t largestCount) {
-    constexpr std::uint32_t kMediaTypes[] = {0, 1, 5, 20, 26, 254, 255};
+void FillFarm(krvfake::Farm& farm, Dice& dice, int32_t largestCount) {
+    constexpr uint32_t kMediaTypes[] = {0, 1, 5, 20, 26, 254, 255};
     farm.AddJukebox(8, "Tower").WithMagazine(40).WithMagazine(40);
     farm.AddJukebox(11, "MyBox").WithMagazine(40);
-    const std::int32_t count = dice.Between(0, largestCount);
-    for (std::int32_t id = 1; id <= count; ++id) {
+    const int32_t count = dice.Between(0, largestCount);
+    for (int32_t id = 1; id <= count; ++id) {
         krvfake::Volume& volume = farm.AddVolume(id, RandomLabel(dice));
         volume.WithCapacity(RandomCapacity(dice), RandomCapacity(dice))
-            .WithType(static_cast<std::uint32_t>(dice.Below(3)))
-            .InState(static_cast<std::uint32_t>(dice.Below(4)))
+            .WithType(static_cast<uint32_t>(dice.Below(3)))
+            .InState(static_cast<uint32_t>(dice.Below(4)))
             .WithMedium(dice.Pick(kMediaTypes));
         if (dice.OneIn(2)) volume.WithDirectory("archive\\" + RandomLabel(dice) + "\\x");
         if (dice.OneIn(5)) continue;
-        const std::int32_t jukebox = dice.OneIn(2) ? 8 : 11;
+        const int32_t jukebox = dice.OneIn(2) ? 8 : 11;
         volume.At(jukebox, jukebox == 8 ? dice.Between(0, 1) : 0, dice.Between(0, 39), dice.Between(0, 1));
     }
 }
@@ -76,7 +75,7 @@ std::vector<Cells> RowsOf(const std::string& output) {
 // The columns that are asked for, in this order, and how each is compared. The capacities with units are
 // compared by their bytes, which stand in columns of their own.
 struct SortLetter {
-    std::size_t column;
+    size_t column;
     char letter;
     bool isNumber;
 };
@@ -102,7 +101,7 @@ class TableProperties : public testing::Test {
 
 TEST_F(TableProperties, RowsStandAsInsertedOneByOne) {
     const Seeds seeds = SeedsToTry(600);
-    for (std::uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
+    for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
         Dice dice(seed);
         FakeLibrary::Instance().Reset();
         FillFarm(FakeLibrary::Instance().GetFarm(), dice, 60);
@@ -113,7 +112,7 @@ TEST_F(TableProperties, RowsStandAsInsertedOneByOne) {
         std::string sort;
         std::vector<OrderKey> keys;
         bool isDescending = false;
-        for (std::size_t count = dice.Below(5); count > 0; --count) {
+        for (size_t count = dice.Below(5); count > 0; --count) {
             if (dice.OneIn(3)) {
                 isDescending = !isDescending;
                 sort += isDescending ? '-' : '+';
@@ -131,7 +130,7 @@ TEST_F(TableProperties, RowsStandAsInsertedOneByOne) {
         const std::vector<Cells> shown = RowsOf(Query(sorted));
         const std::vector<Cells> expected = InsertedOneByOne(RowsOf(Query(unsorted)), keys);
         ASSERT_EQ(shown.size(), expected.size());
-        for (std::size_t row = 0; row < shown.size(); ++row)
+        for (size_t row = 0; row < shown.size(); ++row)
             ASSERT_EQ(shown[row], expected[row]) << "row " << row << ", sort=" << sort << ", seed " << seed;
     }
 }
@@ -144,19 +143,19 @@ bool IsCutToWidth(std::string_view line) {
 TEST_F(TableProperties, NoLineIsWiderThanTheWidth) {
     constexpr std::string_view kLetters = "SDMIJNLmdsaCRPFnlvftxXzyYo";
     const Seeds seeds = SeedsToTry(40);
-    for (std::uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
+    for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
         Dice dice(seed);
         FakeLibrary::Instance().Reset();
         FillFarm(FakeLibrary::Instance().GetFarm(), dice, 6);
         std::string columns;
-        for (std::size_t count = 1 + dice.Below(14); count > 0; --count)
+        for (size_t count = 1 + dice.Below(14); count > 0; --count)
             columns += kLetters[dice.Below(kLetters.size())];
         const std::string separator(dice.Below(4), '|');
-        for (std::size_t width = 0; width <= 300; width += 1 + dice.Below(4)) {
+        for (size_t width = 0; width <= 300; width += 1 + dice.Below(4)) {
             const std::string table =
                 Query({"columns=" + columns, "width=" + std::to_string(width), "separator=" + separator});
-            for (std::size_t begin = 0; begin < table.size();) {
-                const std::size_t end = table.find('\n', begin);
+            for (size_t begin = 0; begin < table.size();) {
+                const size_t end = table.find('\n', begin);
                 const std::string_view line = std::string_view(table).substr(begin, end - begin);
                 begin = end + 1;
                 if (width == 0 || !IsCutToWidth(line)) continue;

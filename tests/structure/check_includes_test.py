@@ -6,20 +6,33 @@ import sys
 import tempfile
 import unittest
 
+# main -> driver -> commands -> (access -> base) and privately text; the fake library stands beside.
+TARGETS = """\
+krvcmd|krvcmd|driver|
+krvcmd/frontend/base|base|options|options
+krvcmd/frontend/driver|driver|commands base|base $<LINK_ONLY:commands>
+krvcmd/commands|commands|access text|access $<LINK_ONLY:text>
+krvcmd/console/text|text||
+krvcmd/service/access|access|sdk base|sdk base
+krvcmd/service/sdk|sdk||
+tests/unit|unit_tests|commands|
+""".splitlines()
+
 SOUND = {
-    "krvcmd/main.cpp": '#include "krvcmd/frontend/driver.h"\n',
-    "krvcmd/console/table.cpp": '#include "krvcmd/console/table.h"\n#include "krvcmd/frontend/status.h"\n',
-    "krvcmd/console/table.h": "",
-    "krvcmd/frontend/status.cpp": '#include "krvcmd/frontend/status.h"\n#include <string>\n',
-    "krvcmd/frontend/parser.cpp": '#include "krvcmd/console/table.h"\n',
-    "krvcmd/frontend/driver.cpp": '#include "krvcmd/commands/command_factory.h"\n',
-    "krvcmd/service/krv_sdk.h": "#if defined(_WIN32)\n#endif\nKRV_API KrvBool KrvMediaScan(KrvCallContext* context);\n",
-    "krvcmd/service/media.cpp": "void Scan() { KrvMediaScan(0); }\n",
-    "krvcmd/commands/command_factory.cpp": '#include "krvcmd/commands/command.h"\n#include "krvcmd/commands/scan.h"\n',
-    "krvcmd/commands/scan.cpp": '#include "krvcmd/commands/scan.h"\n// KrvMediaScan(0)\nauto text = "KrvMediaScan(";\n',
-    "krvcmd/console/platform/width_posix.cpp": "#include <sys/ioctl.h>\n#include <unistd.h>\n",
-    "simulator/library.cpp": '#include "krvcmd/service/krv_sdk.h"\n',
-    "tests/test.cpp": '#include "krvcmd/commands/scan.h"\n',
+    "krvcmd/main.cpp": '#include "krvcmd/frontend/driver/driver.h"\n',
+    "krvcmd/frontend/base/status.h": "#include <string>\n",
+    "krvcmd/frontend/driver/driver.h": '#include "krvcmd/frontend/base/status.h"\n',
+    "krvcmd/frontend/driver/driver.cpp": '#include "krvcmd/commands/scan.h"\n#include "krvcmd/service/sdk/krv_sdk.h"\n',
+    "krvcmd/commands/scan.h": '#include "krvcmd/service/access/calls.h"\n',
+    "krvcmd/commands/scan.cpp": '#include "krvcmd/commands/scan.h"\n#include "krvcmd/console/text/wrap.h"\n'
+                                '// KrvMediaScan(0)\nauto text = "KrvMediaScan(";\n',
+    "krvcmd/console/text/wrap.h": "",
+    "krvcmd/console/text/width_posix.cpp": "#include <sys/ioctl.h>\n#include <unistd.h>\n",
+    "krvcmd/service/access/calls.h": '#include "krvcmd/service/sdk/krv_sdk.h"\n',
+    "krvcmd/service/access/calls.cpp": "void Scan() { KrvMediaScan(0); }\n",
+    "krvcmd/service/sdk/krv_sdk.h": "#if defined(_WIN32)\n#endif\nKRV_API KrvBool KrvMediaScan(KrvCallContext* context);\n",
+    "tests/unit/support/text.h": "",
+    "tests/unit/scan_test.cpp": '#include "krvcmd/commands/scan.h"\n#include "tests/unit/support/text.h"\n#include <unistd.h>\n',
 }
 
 loader = importlib.machinery.SourceFileLoader("check_includes", sys.argv.pop(1))
@@ -28,40 +41,41 @@ loader.exec_module(check_includes)
 
 
 class CheckIncludes(unittest.TestCase):
-    def findings(self, changes):
+    def findings(self, changes, targets=TARGETS):
         with tempfile.TemporaryDirectory() as folder:
             for name, text in {**SOUND, **changes}.items():
                 path = pathlib.Path(folder, name)
                 path.parent.mkdir(parents=True, exist_ok=True)
                 path.write_text(text)
-            return check_includes.check(pathlib.Path(folder))
+            return check_includes.check(pathlib.Path(folder), targets)
 
     def test_a_sound_program_has_no_findings(self):
         self.assertEqual(self.findings({}), [])
 
     def test_an_empty_folder_is_not_sound(self):
         with tempfile.TemporaryDirectory() as folder:
-            self.assertEqual(len(check_includes.check(pathlib.Path(folder))), 1)
+            self.assertEqual(len(check_includes.check(pathlib.Path(folder), TARGETS)), 1)
 
     def test_each_breach_is_found_once(self):
         breaches = {
-            "the console knows no command": ("krvcmd/console/a.cpp", '#include "krvcmd/commands/command.h"\n'),
-            "the console knows nothing of the front end": ("krvcmd/console/a.cpp", '#include "krvcmd/frontend/parser.h"\n'),
-            "the parser knows no service": ("krvcmd/frontend/parser.cpp", '#include "krvcmd/service/krv_sdk.h"\n'),
-            "the status knows nothing": ("krvcmd/frontend/status.h", '#include "krvcmd/frontend/parser.h"\n'),
-            "the driver knows no single command": ("krvcmd/frontend/driver.cpp", '#include "krvcmd/commands/scan.h"\n'),
-            "commands do not know each other": ("krvcmd/commands/erase.cpp", '#include "krvcmd/commands/scan.h"\n'),
-            "the service layer knows no command": ("krvcmd/service/a.h", '#include "krvcmd/commands/command.h"\n'),
-            "the simulator knows only the interface": ("simulator/a.h", '#include "krvcmd/frontend/status.h"\n'),
-            "main knows only the driver": ("krvcmd/main.cpp", '#include "krvcmd/commands/scan.h"\n'),
-            "commands do not call the library": ("krvcmd/commands/scan.cpp", "int a = KrvMediaScan (0);\n"),
-            "system calls have their folder": ("krvcmd/service/a.cpp", "#include <unistd.h>\n"),
-            "system questions have their folder": ("krvcmd/console/a.h", "#ifdef _WIN32\n#endif\n"),
-            "a new folder needs a rule": ("krvcmd/extra/a.h", ""),
+            "a folder knows nothing of those that link it":
+                ("krvcmd/service/access/a.cpp", '#include "krvcmd/commands/scan.h"\n'),
+            "what a linked target links privately is not handed on":
+                ("krvcmd/frontend/driver/a.cpp", '#include "krvcmd/console/text/wrap.h"\n'),
+            "main knows only what it links": ("krvcmd/main.cpp", '#include "krvcmd/commands/scan.h"\n'),
+            "tests include only what they link": ("tests/unit/a.cpp", '#include "krvcmd/console/text/wrap.h"\n'),
+            "what is included exists": ("krvcmd/commands/a.cpp", '#include "krvcmd/commands/gone.h"\n'),
+            "commands do not call the library": ("krvcmd/commands/a.cpp", "int a = KrvMediaScan (0);\n"),
+            "system calls have their files": ("krvcmd/service/access/a.cpp", "#include <unistd.h>\n"),
+            "system questions have their files": ("krvcmd/console/text/a.h", "#ifdef _WIN32\n#endif\n"),
         }
         for what, (name, text) in breaches.items():
             with self.subTest(what):
                 self.assertEqual(len(self.findings({name: text})), 1, self.findings({name: text}))
+
+    def test_targets_that_link_each_other_are_found(self):
+        circle = [line.replace("sdk||", "sdk|access|access") for line in TARGETS]
+        self.assertEqual(self.findings({}, circle), ["krvcmd/service/access and krvcmd/service/sdk link each other"])
 
 
 if __name__ == "__main__":

@@ -4,7 +4,6 @@
 #include <stdexcept>
 
 namespace wine {
-
 namespace {
 constexpr char kEscape = '\x1b';
 

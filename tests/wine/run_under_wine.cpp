@@ -61,7 +61,7 @@ void Write(Relay& relay, std::string_view text) {
             relay.from = -1;
             return;
         }
-        text.remove_prefix(static_cast<std::size_t>(count));
+        text.remove_prefix(static_cast<size_t>(count));
     }
 }
 
@@ -70,7 +70,7 @@ void HandOn(Relay& relay) {
     const ssize_t count = read(relay.from, buffer.data(), buffer.size());
     if (count < 0 && errno == EINTR) return;
     if (count > 0) {
-        Write(relay, relay.stream.Read({buffer.data(), static_cast<std::size_t>(count)}));
+        Write(relay, relay.stream.Read({buffer.data(), static_cast<size_t>(count)}));
         return;
     }
     // A terminal whose last writer has gone answers with an error instead of an end.
@@ -159,7 +159,7 @@ void HandOnAll(std::array<Relay, 2>& relays) {
     while (relays[0].from >= 0 || relays[1].from >= 0) {
         std::array<pollfd, 2> waiting = {{{relays[0].from, POLLIN, 0}, {relays[1].from, POLLIN, 0}}};
         if (poll(waiting.data(), waiting.size(), -1) < 0 && errno != EINTR) Throw("poll");
-        for (std::size_t i = 0; i < waiting.size(); ++i) {
+        for (size_t i = 0; i < waiting.size(); ++i) {
             if (waiting[i].revents != 0 && relays[i].from >= 0) HandOn(relays[i]);
         }
     }

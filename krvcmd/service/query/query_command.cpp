@@ -1,12 +1,11 @@
 #include "krvcmd/service/query/query_command.h"
 
-#include "krvcmd/frontend/banner.h"
-#include "krvcmd/frontend/memory_guard.h"
-#include "krvcmd/service/enumeration.h"
-#include "krvcmd/service/interrupt.h"
+#include "krvcmd/frontend/base/memory_guard.h"
+#include "krvcmd/frontend/report/result_line.h"
+#include "krvcmd/service/access/enumeration.h"
+#include "krvcmd/service/interrupt/interrupt.h"
 
 namespace krvcmd {
-
 namespace {
 
 constexpr std::string_view kDefaultSeparator = "|";
@@ -16,7 +15,7 @@ Status InvalidQuery() {
 }
 
 // A number as the user wrote it, made zero-based; -1 (not given) stays.
-std::int32_t ZeroBased(std::int32_t number) {
+int32_t ZeroBased(int32_t number) {
     return number >= 1 ? number - 1 : number;
 }
 
@@ -56,7 +55,7 @@ const QueryObjectInfo* CQuery::ChosenObject() const {
 
 Status CQuery::Run() {
     if (Kind() != AddressKind::None && Addresses().IsEmpty()) return {};
-    std::int32_t jukeboxId = -1;
+    int32_t jukeboxId = -1;
     if (Kind() != AddressKind::None) {
         if (Status status = ResolveAddressedJukebox(jukeboxId); !status.IsOk()) return status;
     }
@@ -64,7 +63,7 @@ Status CQuery::Run() {
     return m_configuration || m_detectSequence ? Status() : InvalidQuery();
 }
 
-Status CQuery::Query(const QueryObjectInfo& info, std::int32_t jukeboxId) {
+Status CQuery::Query(const QueryObjectInfo& info, int32_t jukeboxId) {
     if (Status status = ConfigureTable(info); !status.IsOk()) return status;
     // Rows gathered before memory ran out are shown as those before any other failure.
     const Status gathered = GuardMemory([&] { return Gather(info.object, jukeboxId); });
@@ -76,13 +75,13 @@ Status CQuery::Query(const QueryObjectInfo& info, std::int32_t jukeboxId) {
 Status CQuery::ConfigureTable(const QueryObjectInfo& info) {
     m_table.SetFormatted(!m_notable);
     m_table.SetSeparator(m_separator.OrElse(kDefaultSeparator));
-    if (!m_notable && m_hasWidth) m_table.SetMaxWidth(static_cast<std::uint32_t>(m_width));
+    if (!m_notable && m_hasWidth) m_table.SetMaxWidth(static_cast<uint32_t>(m_width));
     const bool accepted = m_table.SetColumnLetters(m_columns.OrElse(info.defaultColumns)) &&
                           m_table.SetSortLetters(m_sort.OrElse(info.defaultSort));
     return accepted ? Status() : InvalidQuery();
 }
 
-Status CQuery::Gather(QueryObject object, std::int32_t jukeboxId) {
+Status CQuery::Gather(QueryObject object, int32_t jukeboxId) {
     switch (object) {
         case QueryObject::Jukeboxes:
             return m_walks.ListJukeboxes(jukeboxId);
@@ -97,25 +96,25 @@ Status CQuery::Gather(QueryObject object, std::int32_t jukeboxId) {
     return InvalidQuery();
 }
 
-Status CQuery::GatherMagazines(std::int32_t jukeboxId) {
+Status CQuery::GatherMagazines(int32_t jukeboxId) {
     if (!AddressesAllJukeboxes()) return m_walks.ListMagazines(jukeboxId);
-    return ForEachJukebox([this](std::int32_t id) { return m_walks.ListMagazines(id); });
+    return ForEachJukebox([this](int32_t id) { return m_walks.ListMagazines(id); });
 }
 
-Status CQuery::GatherDrives(std::int32_t jukeboxId) {
+Status CQuery::GatherDrives(int32_t jukeboxId) {
     if (AddressesAllJukeboxes()) {
-        return ForEachJukebox([this](std::int32_t id) { return m_walks.ListDrives(id); });
+        return ForEachJukebox([this](int32_t id) { return m_walks.ListDrives(id); });
     }
     if (Kind() == AddressKind::Drive) return m_walks.ListDrive(jukeboxId, Addresses().Front().drive - 1);
     return m_walks.ListDrives(jukeboxId);
 }
 
-Status CQuery::GatherSlotsOrVolumes(QueryObject object, std::int32_t jukeboxId) {
+Status CQuery::GatherSlotsOrVolumes(QueryObject object, int32_t jukeboxId) {
     using SlotRows = QueryWalks::SlotRows;
     m_walks.SetSlotRows(object == QueryObject::Slots ? SlotRows::Add : SlotRows::LeaveOut);
     if (Kind() == AddressKind::None) {
         if (object == QueryObject::Volumes) return m_walks.ListAllVolumes();
-        return ForEachJukebox([this](std::int32_t id) { return WalkSlots(id, -1, -1, -1); });
+        return ForEachJukebox([this](int32_t id) { return WalkSlots(id, -1, -1, -1); });
     }
     // A failed entry does not end the loop: the last entry's result is the result.
     Status status;
@@ -126,7 +125,7 @@ Status CQuery::GatherSlotsOrVolumes(QueryObject object, std::int32_t jukeboxId) 
     return status;
 }
 
-Status CQuery::GatherEntry(const ItemAddress& entry, std::int32_t jukeboxId) {
+Status CQuery::GatherEntry(const ItemAddress& entry, int32_t jukeboxId) {
     switch (Kind()) {
         case AddressKind::Volumes:
             return m_walks.ListVolume(-1, entry.volumeId);
@@ -145,8 +144,7 @@ Status CQuery::GatherEntry(const ItemAddress& entry, std::int32_t jukeboxId) {
     return InvalidQuery();
 }
 
-Status CQuery::WalkSlots(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot,
-                         std::int32_t side) {
+Status CQuery::WalkSlots(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side) {
     return DoWork(0, NoMedium::PassesOver, jukeboxId, magazine, slot, side);
 }
 

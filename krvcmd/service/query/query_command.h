@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <string>
 
-#include "krvcmd/commands/command.h"
-#include "krvcmd/commands/worker.h"
-#include "krvcmd/console/query_table.h"
-#include "krvcmd/service/query/query_objects.h"
+#include "krvcmd/commands/base/command.h"
+#include "krvcmd/commands/base/worker.h"
+#include "krvcmd/console/query/query_objects.h"
+#include "krvcmd/console/query/query_table.h"
 #include "krvcmd/service/query/query_walks.h"
 
 namespace krvcmd {
@@ -38,19 +38,19 @@ class CQuery : public CCommand, public CWorker {
     const QueryObjectInfo* ChosenObject() const;
 
     // Chooses the rows and prints them.
-    Status Query(const QueryObjectInfo& info, std::int32_t jukeboxId);
+    Status Query(const QueryObjectInfo& info, int32_t jukeboxId);
 
     // System error 22 when a column or sort letter is unknown.
     Status ConfigureTable(const QueryObjectInfo& info);
 
-    Status Gather(QueryObject object, std::int32_t jukeboxId);
-    Status GatherMagazines(std::int32_t jukeboxId);
-    Status GatherDrives(std::int32_t jukeboxId);
-    Status GatherSlotsOrVolumes(QueryObject object, std::int32_t jukeboxId);
-    Status GatherEntry(const ItemAddress& entry, std::int32_t jukeboxId);
+    Status Gather(QueryObject object, int32_t jukeboxId);
+    Status GatherMagazines(int32_t jukeboxId);
+    Status GatherDrives(int32_t jukeboxId);
+    Status GatherSlotsOrVolumes(QueryObject object, int32_t jukeboxId);
+    Status GatherEntry(const ItemAddress& entry, int32_t jukeboxId);
 
     // Walks slots, one-based; -1 where not given.
-    Status WalkSlots(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot, std::int32_t side);
+    Status WalkSlots(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side);
 
     // Items that a query of jukeboxes, magazines or drives takes as "no address".
     bool AddressesAllJukeboxes() const {
@@ -61,7 +61,7 @@ class CQuery : public CCommand, public CWorker {
     bool m_detectSequence = false;
     bool m_notable = false;
     bool m_hasWidth = false;
-    std::int32_t m_width = 0;
+    int32_t m_width = 0;
     TextOption m_columns;
     TextOption m_sort;
     TextOption m_separator;

@@ -1,25 +1,24 @@
 #include "krvcmd/service/query/query_walks.h"
 
-#include "krvcmd/service/enumeration.h"
-#include "krvcmd/service/interrupt.h"
-#include "krvcmd/service/item_lookup.h"
-#include "krvcmd/service/keys.h"
-#include "krvcmd/service/volume_lookup.h"
+#include "krvcmd/service/access/enumeration.h"
+#include "krvcmd/service/access/item_lookup.h"
+#include "krvcmd/service/access/volume_lookup.h"
+#include "krvcmd/service/interrupt/interrupt.h"
+#include "krvcmd/service/sdk/keys.h"
 
 namespace krvcmd {
-
 namespace {
 
-constexpr std::uint32_t kSlotEmpty = 3;
-constexpr std::uint32_t kSlotFull = 4;
-constexpr std::uint32_t kSideUnreadable = 3;  // service code
-constexpr std::int32_t kSideA = 0;
-constexpr std::int32_t kSideB = 1;
+constexpr uint32_t kSlotEmpty = 3;
+constexpr uint32_t kSlotFull = 4;
+constexpr uint32_t kSideUnreadable = 3;  // service code
+constexpr int32_t kSideA = 0;
+constexpr int32_t kSideB = 1;
 
 }  // namespace
 
-Status QueryWalks::ListJukeboxes(std::int32_t jukeboxId) {
-    const auto list = [this](std::int32_t id) {
+Status QueryWalks::ListJukeboxes(int32_t jukeboxId) {
+    const auto list = [this](int32_t id) {
         JukeboxInfo jukebox;
         Status status = GetJukebox(id, jukebox);
         if (status.IsOk()) m_table.AddJukeboxRow(jukebox);
@@ -28,11 +27,11 @@ Status QueryWalks::ListJukeboxes(std::int32_t jukeboxId) {
     return jukeboxId < 1 ? ForEachJukebox(list) : list(jukeboxId);
 }
 
-Status QueryWalks::ListMagazines(std::int32_t jukeboxId) {
+Status QueryWalks::ListMagazines(int32_t jukeboxId) {
     JukeboxInfo jukebox;
     Status status = GetJukebox(jukeboxId, jukebox);
     if (!status.IsOk()) return status;
-    for (std::int32_t m = 0; m < jukebox.record.magazineCount && !InterruptRequested(); ++m) {
+    for (int32_t m = 0; m < jukebox.record.magazineCount && !InterruptRequested(); ++m) {
         MagazineRecord record;
         Status found = GetMagazineInfo(jukeboxId, m, record);
         if (found.IsOk()) {
@@ -44,18 +43,18 @@ Status QueryWalks::ListMagazines(std::int32_t jukeboxId) {
     return status;
 }
 
-Status QueryWalks::ListDrives(std::int32_t jukeboxId) {
+Status QueryWalks::ListDrives(int32_t jukeboxId) {
     JukeboxInfo jukebox;
     Status status = GetJukebox(jukeboxId, jukebox);
     if (!status.IsOk()) return status;
     status = Status::SystemError(os_code::kNoSuchItem);
-    for (std::int32_t d = 0; d < jukebox.record.driveCount && !InterruptRequested(); ++d) {
+    for (int32_t d = 0; d < jukebox.record.driveCount && !InterruptRequested(); ++d) {
         status = ListDrive(jukeboxId, d);
     }
     return status;
 }
 
-Status QueryWalks::ListDrive(std::int32_t jukeboxId, std::int32_t drive) {
+Status QueryWalks::ListDrive(int32_t jukeboxId, int32_t drive) {
     JukeboxInfo jukebox;
     Status status = GetJukebox(jukeboxId, jukebox);
     if (!status.IsOk()) return status;
@@ -65,8 +64,7 @@ Status QueryWalks::ListDrive(std::int32_t jukeboxId, std::int32_t drive) {
     return status;
 }
 
-Status QueryWalks::ListSlot(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot,
-                            std::int32_t side) {
+Status QueryWalks::ListSlot(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side) {
     JukeboxInfo jukebox;
     Status status = GetJukebox(jukeboxId, jukebox);
     if (!status.IsOk()) return status;
@@ -80,9 +78,9 @@ Status QueryWalks::ListSlot(std::int32_t jukeboxId, std::int32_t magazine, std::
         return status;
     }
     const bool oneSide = side == kSideA || side == kSideB;
-    const std::int32_t first = oneSide ? side : kSideA;
-    const std::int32_t last = oneSide ? side : kSideB;
-    for (std::int32_t s = first; s <= last; ++s) {
+    const int32_t first = oneSide ? side : kSideA;
+    const int32_t last = oneSide ? side : kSideB;
+    for (int32_t s = first; s <= last; ++s) {
         status = ListSide(MakeSideKey(jukeboxId, magazine, slot, s));
     }
     return status.Code() == kSideUnreadable ? Status() : status;
@@ -96,7 +94,7 @@ Status QueryWalks::ListSide(const SideKey& key) {
     return ListVolume(key.jukeboxId, record.volumeId);
 }
 
-Status QueryWalks::ListVolume(std::int32_t jukeboxId, std::int32_t volumeId) {
+Status QueryWalks::ListVolume(int32_t jukeboxId, int32_t volumeId) {
     Status status = GetVolume(volumeId, m_volume);
     if (!status.IsOk()) return status;
     status = ReadVolumeLocations(volumeId, m_locations);
@@ -111,7 +109,7 @@ Status QueryWalks::ListVolume(std::int32_t jukeboxId, std::int32_t volumeId) {
     return status;
 }
 
-Status QueryWalks::ListVolumeAt(std::int32_t jukeboxId, const SideKey& location, const VolumeInfo& volume) {
+Status QueryWalks::ListVolumeAt(int32_t jukeboxId, const SideKey& location, const VolumeInfo& volume) {
     JukeboxInfo jukebox;
     Status status = GetJukebox(jukeboxId, jukebox);
     if (!status.IsOk()) return status;
@@ -122,7 +120,7 @@ Status QueryWalks::ListVolumeAt(std::int32_t jukeboxId, const SideKey& location,
 }
 
 Status QueryWalks::ListAllVolumes() {
-    return ForEachVolume([this](std::int32_t volumeId) { return ListVolume(-1, volumeId); });
+    return ForEachVolume([this](int32_t volumeId) { return ListVolume(-1, volumeId); });
 }
 
 }  // namespace krvcmd

@@ -3,9 +3,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "krvcmd/console/query_table.h"
-#include "krvcmd/frontend/status.h"
-#include "krvcmd/service/item_info.h"
+#include "krvcmd/console/query/query_table.h"
+#include "krvcmd/frontend/base/status.h"
+#include "krvcmd/service/sdk/records.h"
 
 namespace krvcmd {
 
@@ -23,31 +23,31 @@ class QueryWalks {
     void SetSlotRows(SlotRows slotRows) { m_slotRows = slotRows; }
 
     // One jukebox, or all of them without an ID; ends at the first that cannot be described.
-    Status ListJukeboxes(std::int32_t jukeboxId);
+    Status ListJukeboxes(int32_t jukeboxId);
 
     // All magazines. One that cannot be described does not end the walk; the last failure is the
     // result.
-    Status ListMagazines(std::int32_t jukeboxId);
+    Status ListMagazines(int32_t jukeboxId);
 
     // All drives; each drive's result replaces the one before. System error 2: there is none.
-    Status ListDrives(std::int32_t jukeboxId);
+    Status ListDrives(int32_t jukeboxId);
 
-    Status ListDrive(std::int32_t jukeboxId, std::int32_t drive);
+    Status ListDrive(int32_t jukeboxId, int32_t drive);
 
     // The volumes of a full slot, or the slot itself. Empty slots are never listed. Side 0 = A,
     // 1 = B, anything else = both; a side that cannot be read (code 3) is no error.
-    Status ListSlot(std::int32_t jukeboxId, std::int32_t magazine, std::int32_t slot, std::int32_t side);
+    Status ListSlot(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side);
 
     // One row for each location of the volume, or one without location. Without a jukebox ID the
     // first location's jukebox is taken, for every location, deliberately.
-    Status ListVolume(std::int32_t jukeboxId, std::int32_t volumeId);
+    Status ListVolume(int32_t jukeboxId, int32_t volumeId);
 
     // Every volume the service knows; ends at the first that fails.
     Status ListAllVolumes();
 
   private:
     Status ListSide(const SideKey& key);
-    Status ListVolumeAt(std::int32_t jukeboxId, const SideKey& location, const VolumeInfo& volume);
+    Status ListVolumeAt(int32_t jukeboxId, const SideKey& location, const VolumeInfo& volume);
 
     Ostrel::UI::Console::CKrvQueryTable& m_table;
     SlotRows m_slotRows = SlotRows::Add;

@@ -6,13 +6,12 @@
 #include <vector>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 std::vector<std::string_view> Split(std::string_view text, char separator) {
     std::vector<std::string_view> parts;
     for (;;) {
-        const std::size_t end = text.find(separator);
+        const size_t end = text.find(separator);
         parts.push_back(text.substr(0, end));
         if (end == std::string_view::npos) return parts;
         text.remove_prefix(end + 1);
@@ -20,7 +19,7 @@ std::vector<std::string_view> Split(std::string_view text, char separator) {
 }
 
 std::string_view WithoutBlanks(std::string_view cell) {
-    const std::size_t first = cell.find_first_not_of(' ');
+    const size_t first = cell.find_first_not_of(' ');
     if (first == std::string_view::npos) return {};
     return cell.substr(first, cell.find_last_not_of(' ') - first + 1);
 }

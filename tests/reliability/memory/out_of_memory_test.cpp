@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-#include "krvcmd/frontend/driver.h"
+#include "krvcmd/frontend/driver/driver.h"
 #include "tests/fake_library/fake_library.h"
 #include "tests/reliability/memory/short_memory.h"
 #include "tests/reliability/memory/verdict.h"
@@ -15,7 +15,6 @@
 #include "tests/reliability/support/small_farm.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 using krvfake::FakeLibrary;
@@ -72,7 +71,7 @@ constexpr const char* kExplanation = "The service is not able to do this at the 
 
 class OutOfMemory : public testing::Test {
   protected:
-    ProgramRun Run(const CommandLine& line, std::size_t refused, Refuse refuse) {
+    ProgramRun Run(const CommandLine& line, size_t refused, Refuse refuse) {
         FakeLibrary& library = FakeLibrary::Instance();
         library.Reset();
         BuildSmallFarm(library.GetFarm());
@@ -89,13 +88,13 @@ class OutOfMemory : public testing::Test {
     }
 
     void RefuseEachRequest(Refuse refuse) {
-        constexpr std::size_t kNever = 0x7FFFFFFF;
-        std::size_t points = 0;
-        std::size_t ended = 0;
+        constexpr size_t kNever = 0x7FFFFFFF;
+        size_t points = 0;
+        size_t ended = 0;
         for (const CommandLine& line : AllCommandLines()) {
             const ProgramRun whole = Run(line, kNever, refuse);
-            const std::size_t requests = ShortMemory::Requests();
-            for (std::size_t number = 1; number <= requests; ++number) {
+            const size_t requests = ShortMemory::Requests();
+            for (size_t number = 1; number <= requests; ++number) {
                 const ProgramRun run = Run(line, number, refuse);
                 ASSERT_GE(ShortMemory::Requests(), number);
                 EXPECT_EQ(WhatIsWrong(line.words, run, whole), "")

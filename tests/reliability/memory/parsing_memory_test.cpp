@@ -6,24 +6,23 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/item_address.h"
-#include "krvcmd/frontend/parser.h"
+#include "krvcmd/frontend/parsing/item_address.h"
+#include "krvcmd/frontend/parsing/parser.h"
 #include "tests/reliability/memory/short_memory.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 struct Cost {
-    std::size_t requests = 0;
-    std::size_t bytes = 0;
+    size_t requests = 0;
+    size_t bytes = 0;
 
     bool operator==(const Cost&) const = default;
 };
 
 // Of parsing, of listing what is addressed, and of looking at the first entries.
 Cost CostOf(const std::vector<const char*>& words) {
-    constexpr std::size_t kRefuseNone = 0x7FFFFFFF;
+    constexpr size_t kRefuseNone = 0x7FFFFFFF;
     ParameterList line;
     AddressKind kind{};
     ItemAddressList addresses;

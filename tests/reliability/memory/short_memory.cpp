@@ -9,23 +9,22 @@
 
 // The linker gives calls of calloc to the first and lets the second reach the real one (--wrap).
 extern "C" {
-void* WrappedCalloc(std::size_t count, std::size_t size) asm("__wrap_calloc");
-void* RealCalloc(std::size_t count, std::size_t size) asm("__real_calloc");
+void* WrappedCalloc(size_t count, size_t size) asm("__wrap_calloc");
+void* RealCalloc(size_t count, size_t size) asm("__real_calloc");
 }
 
 namespace krvcmd::reliability {
-
 namespace {
 
-constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
+constexpr size_t kNone = std::numeric_limits<size_t>::max();
 
 struct Watch {
     bool isOn = false;
-    std::size_t firstRefused = kNone;
-    std::size_t lastRefused = kNone;
-    std::size_t requests = 0;
-    std::size_t bytes = 0;
-    std::ptrdiff_t blocksHeld = 0;
+    size_t firstRefused = kNone;
+    size_t lastRefused = kNone;
+    size_t requests = 0;
+    size_t bytes = 0;
+    ptrdiff_t blocksHeld = 0;
 };
 
 constinit Watch watch;
@@ -35,7 +34,7 @@ bool IsWatched() {
 }
 
 // Counts a request; true when it is to be refused.
-bool Refuses(std::size_t size) {
+bool Refuses(size_t size) {
     ++watch.requests;
     watch.bytes += size;
     return watch.requests >= watch.firstRefused && watch.requests <= watch.lastRefused;
@@ -43,10 +42,10 @@ bool Refuses(std::size_t size) {
 
 // In front of every block: whether it was handed out to the program.
 struct alignas(std::max_align_t) BlockHead {
-    std::uint64_t isWatched;
+    uint64_t isWatched;
 };
 
-void* Allocate(std::size_t size) noexcept {
+void* Allocate(size_t size) noexcept {
     const bool isWatched = IsWatched();
     if (isWatched && Refuses(size)) return nullptr;
     void* const memory = std::malloc(sizeof(BlockHead) + size);
@@ -56,7 +55,7 @@ void* Allocate(std::size_t size) noexcept {
     return head + 1;
 }
 
-void* AllocateOrThrow(std::size_t size) {
+void* AllocateOrThrow(size_t size) {
     void* const memory = Allocate(size);
     if (memory == nullptr) throw std::bad_alloc();
     return memory;
@@ -71,7 +70,7 @@ void Release(void* memory) noexcept {
 
 }  // namespace
 
-ShortMemory::ShortMemory(std::size_t number, Refuse refuse) {
+ShortMemory::ShortMemory(size_t number, Refuse refuse) {
     watch.firstRefused = number;
     watch.lastRefused = refuse == Refuse::Once ? number : kNone;
     watch.requests = 0;
@@ -83,15 +82,15 @@ ShortMemory::~ShortMemory() {
     watch.isOn = false;
 }
 
-std::size_t ShortMemory::Requests() {
+size_t ShortMemory::Requests() {
     return watch.requests;
 }
 
-std::size_t ShortMemory::Bytes() {
+size_t ShortMemory::Bytes() {
     return watch.bytes;
 }
 
-std::ptrdiff_t ShortMemory::BlocksHeld() {
+ptrdiff_t ShortMemory::BlocksHeld() {
     return watch.blocksHeld;
 }
 
@@ -101,16 +100,16 @@ using krvcmd::reliability::Allocate;
 using krvcmd::reliability::AllocateOrThrow;
 using krvcmd::reliability::Release;
 
-void* operator new(std::size_t size) {
+void* operator new(size_t size) {
     return AllocateOrThrow(size);
 }
-void* operator new[](std::size_t size) {
+void* operator new[](size_t size) {
     return AllocateOrThrow(size);
 }
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+void* operator new(size_t size, const std::nothrow_t&) noexcept {
     return Allocate(size);
 }
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+void* operator new[](size_t size, const std::nothrow_t&) noexcept {
     return Allocate(size);
 }
 void operator delete(void* memory) noexcept {
@@ -119,10 +118,10 @@ void operator delete(void* memory) noexcept {
 void operator delete[](void* memory) noexcept {
     Release(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+void operator delete(void* memory, size_t) noexcept {
     Release(memory);
 }
-void operator delete[](void* memory, std::size_t) noexcept {
+void operator delete[](void* memory, size_t) noexcept {
     Release(memory);
 }
 void operator delete(void* memory, const std::nothrow_t&) noexcept {
@@ -132,7 +131,7 @@ void operator delete[](void* memory, const std::nothrow_t&) noexcept {
     Release(memory);
 }
 
-void* WrappedCalloc(std::size_t count, std::size_t size) {
+void* WrappedCalloc(size_t count, size_t size) {
     if (krvcmd::reliability::IsWatched() && krvcmd::reliability::Refuses(count * size)) return nullptr;
     return RealCalloc(count, size);
 }

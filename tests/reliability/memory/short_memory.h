@@ -14,19 +14,19 @@ class ShortMemory {
     enum class Refuse { Once, FromThereOn };
 
     // `number` is the first request to be refused; 1 is the next one.
-    ShortMemory(std::size_t number, Refuse refuse);
+    ShortMemory(size_t number, Refuse refuse);
     ~ShortMemory();
     ShortMemory(const ShortMemory&) = delete;
     ShortMemory& operator=(const ShortMemory&) = delete;
 
     // Requests so far, refused ones counted too.
-    static std::size_t Requests();
+    static size_t Requests();
 
     // Bytes asked for so far.
-    static std::size_t Bytes();
+    static size_t Bytes();
 
     // Blocks that were handed out by new while a ShortMemory lived and were not given back yet.
-    static std::ptrdiff_t BlocksHeld();
+    static ptrdiff_t BlocksHeld();
 };
 
 }  // namespace krvcmd::reliability

@@ -10,30 +10,29 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "krvcmd/frontend/driver.h"
+#include "krvcmd/frontend/driver/driver.h"
 #include "tests/fake_library/fake_library.h"
 
 // The C library's own functions, by the names that it keeps for those who replace the usual ones.
 extern "C" {
-void* RealMalloc(std::size_t size) asm("__libc_malloc");
-void* RealCalloc(std::size_t count, std::size_t size) asm("__libc_calloc");
-void* RealRealloc(void* memory, std::size_t size) asm("__libc_realloc");
+void* RealMalloc(size_t size) asm("__libc_malloc");
+void* RealCalloc(size_t count, size_t size) asm("__libc_calloc");
+void* RealRealloc(void* memory, size_t size) asm("__libc_realloc");
 
 // What takes the place of the usual ones: all of the process's memory comes through these.
-void* GrudgingMalloc(std::size_t size) asm("malloc");
-void* GrudgingCalloc(std::size_t count, std::size_t size) asm("calloc");
-void* GrudgingRealloc(void* memory, std::size_t size) asm("realloc");
+void* GrudgingMalloc(size_t size) asm("malloc");
+void* GrudgingCalloc(size_t count, size_t size) asm("calloc");
+void* GrudgingRealloc(void* memory, size_t size) asm("realloc");
 }
 
 namespace krvcmd::reliability {
-
 namespace {
 
 struct Watch {
     bool isOn = false;
-    std::size_t firstRefused = 0;
-    std::size_t lastRefused = 0;
-    std::size_t requests = 0;
+    size_t firstRefused = 0;
+    size_t lastRefused = 0;
+    size_t requests = 0;
 };
 
 constinit Watch watch;
@@ -51,7 +50,7 @@ void Require(bool done) {
 }
 
 // What the process leaves behind, each in a file in memory.
-enum Trace : std::size_t { kOutput, kErrorOutput, kCalls, kRequests, kTraceCount };
+enum Trace : size_t { kOutput, kErrorOutput, kCalls, kRequests, kTraceCount };
 using Traces = std::array<int, kTraceCount>;
 
 Traces OpenTraces() {
@@ -64,19 +63,19 @@ Traces OpenTraces() {
 }
 
 std::string TakeTrace(int trace) {
-    std::string text(static_cast<std::size_t>(lseek(trace, 0, SEEK_END)), '\0');
+    std::string text(static_cast<size_t>(lseek(trace, 0, SEEK_END)), '\0');
     Require(pread(trace, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size()));
     Require(close(trace) == 0);
     return text;
 }
 
-void WriteAll(int file, const void* bytes, std::size_t count) {
+void WriteAll(int file, const void* bytes, size_t count) {
     Require(write(file, bytes, count) == static_cast<ssize_t>(count));
 }
 
 // The whole life of the process; it ends as a program ends.
 [[noreturn]] void LiveStarved(const std::vector<const char*>& arguments, const Traces& traces,
-                              std::size_t firstRefused, std::size_t lastRefused) {
+                              size_t firstRefused, size_t lastRefused) {
     Require(dup2(traces[kOutput], STDOUT_FILENO) >= 0 && dup2(traces[kErrorOutput], STDERR_FILENO) >= 0);
     // A stream of a fresh process has no buffer yet.
     stdout = fdopen(STDOUT_FILENO, "w");
@@ -94,8 +93,8 @@ void WriteAll(int file, const void* bytes, std::size_t count) {
 
 std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = text.find('\n', begin);
+    for (size_t begin = 0; begin < text.size();) {
+        const size_t end = text.find('\n', begin);
         lines.push_back(text.substr(begin, end - begin));
         begin = end + 1;
     }
@@ -104,8 +103,7 @@ std::vector<std::string> Lines(const std::string& text) {
 
 }  // namespace
 
-StarvedRun RunStarved(const std::vector<std::string>& words, std::size_t firstRefused,
-                      std::size_t lastRefused) {
+StarvedRun RunStarved(const std::vector<std::string>& words, size_t firstRefused, size_t lastRefused) {
     std::vector<const char*> arguments;
     arguments.reserve(words.size());
     for (const std::string& word : words)
@@ -133,14 +131,14 @@ StarvedRun RunStarved(const std::vector<std::string>& words, std::size_t firstRe
 
 }  // namespace krvcmd::reliability
 
-void* GrudgingMalloc(std::size_t size) {
+void* GrudgingMalloc(size_t size) {
     return krvcmd::reliability::Refuses() ? nullptr : RealMalloc(size);
 }
 
-void* GrudgingCalloc(std::size_t count, std::size_t size) {
+void* GrudgingCalloc(size_t count, size_t size) {
     return krvcmd::reliability::Refuses() ? nullptr : RealCalloc(count, size);
 }
 
-void* GrudgingRealloc(void* memory, std::size_t size) {
+void* GrudgingRealloc(void* memory, size_t size) {
     return krvcmd::reliability::Refuses() ? nullptr : RealRealloc(memory, size);
 }

@@ -13,12 +13,11 @@ namespace krvcmd::reliability {
 struct StarvedRun {
     ProgramRun run;
     bool endedByItself = false;  // not by a signal
-    std::size_t requests = 0;    // for memory, refused ones counted too
+    size_t requests = 0;         // for memory, refused ones counted too
 };
 
 // Runs the program in a process of its own, on the scripted library as it is scripted now; what the
 // library asks for is never refused. `firstRefused` counts from 1.
-StarvedRun RunStarved(const std::vector<std::string>& words, std::size_t firstRefused,
-                      std::size_t lastRefused);
+StarvedRun RunStarved(const std::vector<std::string>& words, size_t firstRefused, size_t lastRefused);
 
 }  // namespace krvcmd::reliability

@@ -15,10 +15,9 @@
 #include "tests/reliability/support/small_farm.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
-constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
+constexpr size_t kNever = std::numeric_limits<size_t>::max();
 
 const std::vector<std::string> kCommandLines[] = {
     {"help", "service"},
@@ -40,11 +39,11 @@ class StarvedProcess : public testing::Test {
     }
 
     static void RefuseEachRequest(bool onlyOnce) {
-        std::size_t points = 0;
+        size_t points = 0;
         for (const std::vector<std::string>& words : kCommandLines) {
             const StarvedRun whole = RunStarved(words, kNever, kNever);
             ASSERT_GT(whole.requests, 0U);
-            for (std::size_t number = 1; number <= whole.requests; ++number) {
+            for (size_t number = 1; number <= whole.requests; ++number) {
                 const StarvedRun starved = RunStarved(words, number, onlyOnce ? number : kNever);
                 ASSERT_TRUE(starved.endedByItself) << Spelt(words) << ", request " << number;
                 EXPECT_EQ(WhatIsWrong(words, starved.run, whole.run), "")

@@ -6,7 +6,6 @@
 #include "tests/reliability/support/general_rules.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 // A run that could do without the memory leaves nothing out but a cell.

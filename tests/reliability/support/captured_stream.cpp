@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 void Require(bool done) {
@@ -37,7 +36,7 @@ std::string CapturedStream::End() {
     Require(dup2(m_saved, descriptor) == descriptor && close(m_saved) == 0);
     const off_t length = lseek(m_file, 0, SEEK_END);
     Require(length >= 0);
-    std::string text(static_cast<std::size_t>(length), '\0');
+    std::string text(static_cast<size_t>(length), '\0');
     Require(pread(m_file, text.data(), text.size(), 0) == length);
     Require(ftruncate(m_file, 0) == 0 && lseek(m_file, 0, SEEK_SET) == 0);
     return text;

@@ -7,7 +7,6 @@
 #include "tests/reliability/support/model.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 std::string DifferentCalls(const std::vector<std::string>& made, const std::vector<std::string>& expected) {
@@ -19,7 +18,7 @@ std::string DifferentCalls(const std::vector<std::string>& made, const std::vect
 }
 
 void ReplaceAll(std::string& text, std::string_view what, std::string_view by) {
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
         text.replace(at, what.size(), by);
 }
 
@@ -32,7 +31,7 @@ std::string Shown(std::string text) {
 }
 
 // Rows of unformatted output; -1 where the output cannot be counted.
-std::ptrdiff_t CountRows(const Order& order, const ProgramRun& run) {
+ptrdiff_t CountRows(const Order& order, const ProgramRun& run) {
     if (order.verb != Verb::Query || !order.notable || order.columns.value_or("?").empty()) return -1;
     return std::count(run.output.begin(), run.output.end(), '\n');
 }
@@ -46,8 +45,8 @@ std::string Difference(const Order& order, const ProgramRun& run, const Expected
     if (run.exitStatus != expected.result.ExitStatus())
         return "exit status " + std::to_string(run.exitStatus);
     if (!expected.quiet && run.output.empty()) return "no banner";
-    const std::ptrdiff_t rows = expected.endsBeforeTheSession ? -1 : CountRows(order, run);
-    if (rows >= 0 && rows != static_cast<std::ptrdiff_t>(expected.rows)) {
+    const ptrdiff_t rows = expected.endsBeforeTheSession ? -1 : CountRows(order, run);
+    if (rows >= 0 && rows != static_cast<ptrdiff_t>(expected.rows)) {
         return std::to_string(rows) + " rows instead of " + std::to_string(expected.rows);
     }
     return {};

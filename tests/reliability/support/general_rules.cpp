@@ -6,7 +6,6 @@
 #include <string_view>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 constexpr std::string_view kBanner = "Carvoline - command line interface\n";
@@ -33,7 +32,7 @@ std::string BrokenCallRules(const std::vector<std::string>& calls) {
 }
 
 // The code of an error's result line, or -1 when it is none.
-std::int64_t CodeOf(std::string_view line) {
+int64_t CodeOf(std::string_view line) {
     constexpr std::string_view kSystem = "OS error ";
     constexpr std::string_view kService = "KRV error ";
     if (line == "Error: No such item present.\n") return 2;
@@ -43,7 +42,7 @@ std::int64_t CodeOf(std::string_view line) {
         if (!line.starts_with(start)) continue;
         const std::string number(line.substr(start.size(), line.find(": ") - start.size()));
         char* end = nullptr;
-        const std::int64_t code = std::strtoll(number.c_str(), &end, 10);
+        const int64_t code = std::strtoll(number.c_str(), &end, 10);
         return number.empty() || *end != '\0' ? -1 : code;
     }
     return -1;
@@ -57,15 +56,15 @@ std::string BrokenResultRules(const ProgramRun& run) {
     if (std::count(line.begin(), line.end(), '\n') != 1 || line.back() != '\n') {
         return "not one result line: " + line;
     }
-    const std::int64_t code = CodeOf(line);
+    const int64_t code = CodeOf(line);
     if (code < 0) return "no result line: " + line;
-    const std::int64_t expected = code != 0 && code % 256 == 0 ? 255 : code % 256;
+    const int64_t expected = code != 0 && code % 256 == 0 ? 255 : code % 256;
     if (run.exitStatus == expected) return {};
     return "exit status " + std::to_string(run.exitStatus) + " after " + line;
 }
 
 std::string BrokenBannerRules(const ProgramRun& run) {
-    const std::size_t banner = run.output.find(kBanner);
+    const size_t banner = run.output.find(kBanner);
     if (banner == std::string::npos) return {};
     if (banner != 0) return "the banner does not stand first";
     const bool repeated = run.output.find(kBanner, 1) != std::string::npos;

@@ -4,7 +4,6 @@
 #include <limits>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 int Sign(bool less, bool greater) {
@@ -17,12 +16,12 @@ bool IsDigit(char character) {
 
 struct SplitText {
     std::string prefix;
-    std::int64_t number = 0;
+    int64_t number = 0;
 };
 
 SplitText Split(std::string_view text) {
-    std::size_t stop = text.empty() ? 0 : text.size() - 1;
-    const auto isOfNumber = [&](std::size_t at) {
+    size_t stop = text.empty() ? 0 : text.size() - 1;
+    const auto isOfNumber = [&](size_t at) {
         return IsDigit(text[at]) || (text[at] == '%' && at + 1 == text.size());
     };
     while (stop > 0 && isOfNumber(stop))
@@ -30,16 +29,15 @@ SplitText Split(std::string_view text) {
     constexpr std::string_view kSeparators = "-@,;:. ";
     const bool isAtEnd = stop + 1 >= text.size();
     if (isAtEnd || kSeparators.find(text[stop]) == std::string_view::npos) return {std::string(text), 0};
-    const std::int64_t number = std::strtoll(std::string(text.substr(stop + 1)).c_str(), nullptr, 10);
+    const int64_t number = std::strtoll(std::string(text.substr(stop + 1)).c_str(), nullptr, 10);
     // Numbers have 32 bits.
-    return {std::string(text.substr(0, stop)), number > std::numeric_limits<std::int32_t>::max()
-                                                   ? std::numeric_limits<std::int32_t>::max()
-                                                   : number};
+    return {std::string(text.substr(0, stop)),
+            number > std::numeric_limits<int32_t>::max() ? std::numeric_limits<int32_t>::max() : number};
 }
 
 int CompareNumbers(const std::string& left, const std::string& right) {
-    const std::int64_t first = std::strtoll(left.c_str(), nullptr, 10);
-    const std::int64_t second = std::strtoll(right.c_str(), nullptr, 10);
+    const int64_t first = std::strtoll(left.c_str(), nullptr, 10);
+    const int64_t second = std::strtoll(right.c_str(), nullptr, 10);
     return Sign(first<second, first> second);
 }
 

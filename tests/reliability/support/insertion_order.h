@@ -10,7 +10,7 @@ namespace krvcmd::reliability {
 using Cells = std::vector<std::string>;
 
 struct OrderKey {
-    std::size_t column;
+    size_t column;
     bool isNumber;
     bool isDescending;
 };

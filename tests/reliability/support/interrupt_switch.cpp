@@ -2,15 +2,14 @@
 
 #include <limits>
 
-#include "krvcmd/service/interrupt.h"
+#include "krvcmd/service/interrupt/interrupt.h"
 
 namespace krvcmd {
-
 namespace {
 
-constexpr std::size_t kNever = std::numeric_limits<std::size_t>::max();
+constexpr size_t kNever = std::numeric_limits<size_t>::max();
 
-std::size_t questionsLeft = kNever;
+size_t questionsLeft = kNever;
 
 }  // namespace
 
@@ -26,7 +25,7 @@ bool InterruptRequested() {
 
 namespace reliability {
 
-void InterruptAfterQuestions(std::size_t count) {
+void InterruptAfterQuestions(size_t count) {
     questionsLeft = count;
 }
 

@@ -8,7 +8,6 @@
 #include "tests/reliability/support/model_work.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 enum class Form { Nothing, Volumes, SlotSide, Slots, Magazine, Jukebox, Drive, Refused };
@@ -92,16 +91,15 @@ class Run {
             case Verb::Enable:
             case Verb::Disable:
                 return ForEntries(
-                    [this](const Place& place, std::int32_t volume) { return Switch(place, volume); }, true);
+                    [this](const Place& place, int32_t volume) { return Switch(place, volume); }, true);
             case Verb::Name:
-                return ForEntries([this](const Place&, std::int32_t volume) { return Rename(volume); },
-                                  false);
+                return ForEntries([this](const Place&, int32_t volume) { return Rename(volume); }, false);
             default:
                 break;
         }
         if (m_form == Form::Drive) return {};
-        return ForEntries(
-            [this](const Place& place, std::int32_t volume) { return WalkEntry(place, volume); }, false);
+        return ForEntries([this](const Place& place, int32_t volume) { return WalkEntry(place, volume); },
+                          false);
     }
 
     // The list that gives one entry for each of its numbers; null: there is one entry.
@@ -128,8 +126,8 @@ class Run {
         if (list == nullptr) return handle(place, -1);
         Result result;
         for (const Numbers& numbers : *list) {
-            for (std::int64_t number = numbers.from; number <= numbers.to; ++number) {
-                const auto entry = static_cast<std::int32_t>(number);
+            for (int64_t number = numbers.from; number <= numbers.to; ++number) {
+                const auto entry = static_cast<int32_t>(number);
                 if (m_form == Form::Magazine) place.magazine = entry;
                 if (list == &m_order.slots) place.slot = entry;
                 result = handle(place, entry);
@@ -145,18 +143,18 @@ class Run {
             m_jukebox = *m_order.jukeboxId;
             return m_library.Jukebox(m_jukebox, record);
         }
-        std::uint32_t id = 0;
+        uint32_t id = 0;
         while (!m_order.jukeboxName.empty()) {
-            std::uint32_t next = 0;
+            uint32_t next = 0;
             if (!m_library.Call(KrvGetNextJukebox, id, &next).IsOk()) break;
-            if (static_cast<std::int32_t>(next) < 1) break;
+            if (static_cast<int32_t>(next) < 1) break;
             id = next;
             JukeboxRecord record;
-            if (!m_library.Jukebox(static_cast<std::int32_t>(id), record).IsOk()) continue;
+            if (!m_library.Jukebox(static_cast<int32_t>(id), record).IsOk()) continue;
             if (std::string(record.name, strnlen(record.name, sizeof record.name)) != m_order.jukeboxName) {
                 continue;
             }
-            m_jukebox = static_cast<std::int32_t>(id);
+            m_jukebox = static_cast<int32_t>(id);
             return {};
         }
         return Result::System(6);
@@ -167,7 +165,7 @@ class Run {
         return m_query.Gather(m_jukebox);
     }
 
-    Result WalkEntry(const Place& place, std::int32_t volume) {
+    Result WalkEntry(const Place& place, int32_t volume) {
         const SlotWork work = [this](const Place& at) {
             if (m_order.verb == Verb::Scan) return ScanMedium(m_library, at);
             if (m_order.verb == Verb::Format) return FormatMedium(m_library, m_order, at);
@@ -179,7 +177,7 @@ class Run {
         return WalkSlots(m_library, rules, place, work);
     }
 
-    Result Switch(const Place& place, std::int32_t volume) {
+    Result Switch(const Place& place, int32_t volume) {
         const bool enable = m_order.verb == Verb::Enable;
         const JukeboxKey jukebox{8, m_jukebox};
         const MagazineKey magazine{12, m_jukebox, place.magazine - 1};
@@ -198,10 +196,10 @@ class Run {
         }
     }
 
-    Result Rename(std::int32_t volume) {
+    Result Rename(int32_t volume) {
         const std::string name = m_order.newName.value_or("");
         if (m_form == Form::Volumes) {
-            return m_library.Call(KrvVolumeSetAspects, static_cast<std::uint32_t>(volume), name.c_str(), 1U);
+            return m_library.Call(KrvVolumeSetAspects, static_cast<uint32_t>(volume), name.c_str(), 1U);
         }
         if (m_form != Form::Jukebox) return Result::System(22);
         const JukeboxKey key{8, m_jukebox};
@@ -211,7 +209,7 @@ class Run {
     ModelLibrary m_library;
     const Order& m_order;
     Form m_form;
-    std::int32_t m_jukebox = -1;
+    int32_t m_jukebox = -1;
     ModelQuery m_query;
 };
 

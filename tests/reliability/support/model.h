@@ -9,7 +9,7 @@ namespace krvcmd::reliability {
 
 struct Expected {
     Result result;
-    std::size_t rows = 0;  // of the query's table
+    size_t rows = 0;  // of the query's table
     bool quiet = false;
     bool endsBeforeTheSession = false;  // the command line is refused
 };

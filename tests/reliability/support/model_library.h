@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "krvcmd/service/krv_sdk.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 #include "tests/reliability/support/model_result.h"
 
 namespace krvcmd::reliability {
@@ -23,13 +23,13 @@ class ModelLibrary {
         context.error.size = 1032;
         if (function(&context, arguments...) != 0) return {};
         const char* const text = context.error.text;
-        return {Result::Kind::Service, static_cast<std::uint32_t>(context.error.code),
+        return {Result::Kind::Service, static_cast<uint32_t>(context.error.code),
                 std::string(text, strnlen(text, sizeof context.error.text))};
     }
 
     Result Open(const std::string& server) { return Call(KrvSessionCreate, server.c_str(), &m_session); }
 
-    Result Jukebox(std::int32_t id, JukeboxRecord& record) const {
+    Result Jukebox(int32_t id, JukeboxRecord& record) const {
         const JukeboxKey key{8, id};
         std::memset(&record, 0, sizeof record);
         record.size = 120;
@@ -38,13 +38,13 @@ class ModelLibrary {
         return Call(KrvGetJukebox, &key, &record);
     }
 
-    Result Magazine(std::int32_t jukebox, std::int32_t magazine, MagazineRecord& record) const {
+    Result Magazine(int32_t jukebox, int32_t magazine, MagazineRecord& record) const {
         const MagazineKey key{12, jukebox, magazine};
         record = {12, -1, 0};
         return Call(KrvGetMagazine, &key, &record);
     }
 
-    Result Drive(std::int32_t jukebox, std::int32_t drive) const {
+    Result Drive(int32_t jukebox, int32_t drive) const {
         const DriveKey key{12, jukebox, drive};
         DriveRecord record;
         std::memset(&record, 0, sizeof record);
@@ -52,7 +52,7 @@ class ModelLibrary {
         return Call(KrvGetDrive, &key, &record);
     }
 
-    Result Slot(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot, SlotRecord& record) const {
+    Result Slot(int32_t jukebox, int32_t magazine, int32_t slot, SlotRecord& record) const {
         const SlotKey key{16, jukebox, magazine, slot};
         record = {12, 0, 254};
         return Call(KrvGetSlot, &key, &record);
@@ -63,16 +63,16 @@ class ModelLibrary {
         return Call(KrvGetSide, &key, &record);
     }
 
-    Result VolumeDetail(std::int32_t volume) const {
+    Result VolumeDetail(int32_t volume) const {
         VolumeRecord record;
         std::memset(&record, 0, sizeof record);
         record.size = 336;
         record.libraryValue1 = -1;
-        return Call(KrvVolumeDetail, static_cast<std::uint32_t>(volume), &record);
+        return Call(KrvVolumeDetail, static_cast<uint32_t>(volume), &record);
     }
 
-    Result Locations(std::int32_t volume, SideKey* keys, std::uint32_t* count) const {
-        return Call(KrvVolumeLocations, static_cast<std::uint32_t>(volume), keys, 1U, count);
+    Result Locations(int32_t volume, SideKey* keys, uint32_t* count) const {
+        return Call(KrvVolumeLocations, static_cast<uint32_t>(volume), keys, 1U, count);
     }
 
   private:

@@ -7,23 +7,22 @@
 #include "tests/reliability/support/model_work.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 // No library can mean as many locations as this.
-constexpr std::uint32_t kTooManyLocations = 2'147'483'647 / 20 + 1;
+constexpr uint32_t kTooManyLocations = 2'147'483'647 / 20 + 1;
 
 // Goes over the IDs of an enumeration until one of them is not handled well.
 template <class Next, class Handle>
 Result ForEach(const ModelLibrary& library, Next next, Handle handle) {
     Result result;
-    std::uint32_t id = 0;
+    uint32_t id = 0;
     while (result.IsOk()) {
-        std::uint32_t following = 0;
+        uint32_t following = 0;
         if (!library.Call(next, id, &following).IsOk()) break;
-        if (static_cast<std::int32_t>(following) < 1) break;
+        if (static_cast<int32_t>(following) < 1) break;
         id = following;
-        result = handle(static_cast<std::int32_t>(id));
+        result = handle(static_cast<int32_t>(id));
     }
     return result;
 }
@@ -33,18 +32,18 @@ template <class Handle>
 Result EachOf(const std::vector<Numbers>& list, Handle handle) {
     Result result;
     for (const Numbers& numbers : list) {
-        for (std::int64_t number = numbers.from; number <= numbers.to; ++number)
-            result = handle(static_cast<std::int32_t>(number));
+        for (int64_t number = numbers.from; number <= numbers.to; ++number)
+            result = handle(static_cast<int32_t>(number));
     }
     return result;
 }
 
 }  // namespace
 
-Result ModelQuery::Gather(std::int32_t jukebox) {
-    const auto each = [&](Result (ModelQuery::*list)(std::int32_t)) {
+Result ModelQuery::Gather(int32_t jukebox) {
+    const auto each = [&](Result (ModelQuery::*list)(int32_t)) {
         if (!NamesNoJukebox()) return (this->*list)(jukebox);
-        return ForEach(m_library, KrvGetNextJukebox, [&](std::int32_t id) { return (this->*list)(id); });
+        return ForEach(m_library, KrvGetNextJukebox, [&](int32_t id) { return (this->*list)(id); });
     };
     switch (m_order.object) {
         case Object::Jukeboxes:
@@ -63,18 +62,18 @@ Result ModelQuery::Gather(std::int32_t jukebox) {
     return Result::System(22);
 }
 
-Result ModelQuery::ListJukebox(std::int32_t jukebox) {
+Result ModelQuery::ListJukebox(int32_t jukebox) {
     JukeboxRecord record;
     Result result = m_library.Jukebox(jukebox, record);
     if (result.IsOk()) ++m_rows;
     return result;
 }
 
-Result ModelQuery::ListMagazines(std::int32_t jukebox) {
+Result ModelQuery::ListMagazines(int32_t jukebox) {
     JukeboxRecord record;
     Result result = m_library.Jukebox(jukebox, record);
     if (!result.IsOk()) return result;
-    for (std::int32_t m = 0; m < record.magazineCount; ++m) {
+    for (int32_t m = 0; m < record.magazineCount; ++m) {
         MagazineRecord magazine;
         const Result asked = m_library.Magazine(jukebox, m, magazine);
         if (asked.IsOk()) {
@@ -86,17 +85,17 @@ Result ModelQuery::ListMagazines(std::int32_t jukebox) {
     return result;
 }
 
-Result ModelQuery::ListDrives(std::int32_t jukebox) {
+Result ModelQuery::ListDrives(int32_t jukebox) {
     JukeboxRecord record;
     Result result = m_library.Jukebox(jukebox, record);
     if (!result.IsOk()) return result;
     result = Result::System(2);
-    for (std::int32_t d = 0; d < record.driveCount; ++d)
+    for (int32_t d = 0; d < record.driveCount; ++d)
         result = ListDrive(jukebox, d);
     return result;
 }
 
-Result ModelQuery::ListDrive(std::int32_t jukebox, std::int32_t drive) {
+Result ModelQuery::ListDrive(int32_t jukebox, int32_t drive) {
     JukeboxRecord record;
     Result result = m_library.Jukebox(jukebox, record);
     if (result.IsOk()) result = m_library.Drive(jukebox, drive);
@@ -108,33 +107,30 @@ Result ModelQuery::Walk(const Place& address) {
     return WalkSlots(m_library, {}, address, [this](const Place& place) { return ListSlot(place); });
 }
 
-Result ModelQuery::ListSlotsOrVolumes(std::int32_t jukebox) {
+Result ModelQuery::ListSlotsOrVolumes(int32_t jukebox) {
     if (!m_order.volumes.empty()) {
-        return EachOf(m_order.volumes, [this](std::int32_t id) { return ListVolume(-1, id); });
+        return EachOf(m_order.volumes, [this](int32_t id) { return ListVolume(-1, id); });
     }
     if (NamesNoJukebox()) {
         if (m_order.object == Object::Volumes) {
-            return ForEach(m_library, KrvGetNextVolume,
-                           [this](std::int32_t id) { return ListVolume(-1, id); });
+            return ForEach(m_library, KrvGetNextVolume, [this](int32_t id) { return ListVolume(-1, id); });
         }
-        return ForEach(m_library, KrvGetNextJukebox, [this](std::int32_t id) {
-            return Walk({id, -1, -1, -1});
-        });
+        return ForEach(m_library, KrvGetNextJukebox, [this](int32_t id) { return Walk({id, -1, -1, -1}); });
     }
     if (m_order.drive) return Result::System(22);
     if (!m_order.slots.empty()) return ListAddressedSlots(jukebox);
     if (m_order.magazines.empty()) return Walk({jukebox, -1, -1, -1});
-    return EachOf(m_order.magazines, [&](std::int32_t m) { return Walk({jukebox, m, -1, -1}); });
+    return EachOf(m_order.magazines, [&](int32_t m) { return Walk({jukebox, m, -1, -1}); });
 }
 
-Result ModelQuery::ListAddressedSlots(std::int32_t jukebox) {
-    const std::int32_t magazine = m_order.magazines.empty() ? -1 : m_order.magazines.front().from;
+Result ModelQuery::ListAddressedSlots(int32_t jukebox) {
+    const int32_t magazine = m_order.magazines.empty() ? -1 : m_order.magazines.front().from;
     if (m_order.sideA == m_order.sideB) {
-        return EachOf(m_order.slots, [&](std::int32_t slot) { return Walk({jukebox, magazine, slot, -1}); });
+        return EachOf(m_order.slots, [&](int32_t slot) { return Walk({jukebox, magazine, slot, -1}); });
     }
     // No walk: the numbers go to the library as they stand, only counted from 0.
-    const auto fromZero = [](std::int32_t number) { return number >= 1 ? number - 1 : number; };
-    return EachOf(m_order.slots, [&](std::int32_t slot) {
+    const auto fromZero = [](int32_t number) { return number >= 1 ? number - 1 : number; };
+    return EachOf(m_order.slots, [&](int32_t slot) {
         return ListSlot({jukebox, fromZero(magazine), fromZero(slot), m_order.sideA ? 0 : 1});
     });
 }
@@ -150,7 +146,7 @@ Result ModelQuery::ListSlot(const Place& place) {
         if (m_order.object == Object::Slots && slot.state != 3) ++m_rows;
         return result;
     }
-    for (std::int32_t side = 0; side <= 1; ++side) {
+    for (int32_t side = 0; side <= 1; ++side) {
         if ((place.side == 0 || place.side == 1) && side != place.side) continue;
         SideRecord record;
         result = m_library.Side({20, place.jukebox, place.magazine, place.slot, side}, record);
@@ -160,24 +156,23 @@ Result ModelQuery::ListSlot(const Place& place) {
     return result.code == 3 ? Result() : result;
 }
 
-Result ModelQuery::ReadDirectories(std::int32_t volume) {
-    const auto id = static_cast<std::uint32_t>(volume);
+Result ModelQuery::ReadDirectories(int32_t volume) {
+    const auto id = static_cast<uint32_t>(volume);
     char oneByte = 0;
-    std::uint32_t size = 0;
+    uint32_t size = 0;
     Result result = m_library.Call(KrvVolumeAspects, id, &oneByte, 1U, &size);
     if (!result.IsOk() || size == 0) return result;
     std::vector<char> buffer(size);
-    return m_library.Call(KrvVolumeAspects, id, buffer.data(), static_cast<std::uint32_t>(buffer.size()),
-                          &size);
+    return m_library.Call(KrvVolumeAspects, id, buffer.data(), static_cast<uint32_t>(buffer.size()), &size);
 }
 
-Result ModelQuery::ListVolume(std::int32_t jukebox, std::int32_t volume) {
+Result ModelQuery::ListVolume(int32_t jukebox, int32_t volume) {
     Result result = m_library.VolumeDetail(volume);
     if (result.IsOk()) result = ReadDirectories(volume);
     if (!result.IsOk()) return result;
 
     std::vector<SideKey> keys(1, Unset());
-    std::uint32_t count = 0;
+    uint32_t count = 0;
     const auto ask = [&] {
         result = m_library.Locations(volume, keys.data(), &count);
         if (result.kind != Result::Kind::Service || result.code != 500) return;
@@ -191,7 +186,7 @@ Result ModelQuery::ListVolume(std::int32_t jukebox, std::int32_t volume) {
         ask();
     }
     if (!result.IsOk()) return result;
-    keys.resize(std::min<std::size_t>(count, keys.size()));
+    keys.resize(std::min<size_t>(count, keys.size()));
     if (keys.empty()) {
         ++m_rows;
         return result;

@@ -15,27 +15,27 @@ class ModelQuery {
     ModelQuery(const ModelLibrary& library, const Order& order) : m_library(library), m_order(order) {}
 
     // `jukebox` is the resolved one, -1 when the address names none.
-    Result Gather(std::int32_t jukebox);
+    Result Gather(int32_t jukebox);
 
-    std::size_t Rows() const { return m_rows; }
+    size_t Rows() const { return m_rows; }
 
   private:
-    Result ListJukebox(std::int32_t jukebox);
-    Result ListMagazines(std::int32_t jukebox);
-    Result ListDrives(std::int32_t jukebox);
-    Result ListDrive(std::int32_t jukebox, std::int32_t drive);
-    Result ListSlotsOrVolumes(std::int32_t jukebox);
-    Result ListAddressedSlots(std::int32_t jukebox);
+    Result ListJukebox(int32_t jukebox);
+    Result ListMagazines(int32_t jukebox);
+    Result ListDrives(int32_t jukebox);
+    Result ListDrive(int32_t jukebox, int32_t drive);
+    Result ListSlotsOrVolumes(int32_t jukebox);
+    Result ListAddressedSlots(int32_t jukebox);
     // `address` as the user counts.
     Result Walk(const Place& address);
     Result ListSlot(const Place& place);
-    Result ListVolume(std::int32_t jukebox, std::int32_t volume);
-    Result ReadDirectories(std::int32_t volume);
+    Result ListVolume(int32_t jukebox, int32_t volume);
+    Result ReadDirectories(int32_t volume);
     bool NamesNoJukebox() const { return !m_order.HasJukebox(); }
 
     const ModelLibrary& m_library;
     const Order& m_order;
-    std::size_t m_rows = 0;
+    size_t m_rows = 0;
 };
 
 }  // namespace krvcmd::reliability

@@ -10,10 +10,10 @@ struct Result {
     enum class Kind { Ok, System, Service };
 
     Kind kind = Kind::Ok;
-    std::uint32_t code = 0;
+    uint32_t code = 0;
     std::string text{};
 
-    static Result System(std::uint32_t code) { return {Kind::System, code}; }
+    static Result System(uint32_t code) { return {Kind::System, code}; }
 
     bool IsOk() const { return kind == Kind::Ok; }
 

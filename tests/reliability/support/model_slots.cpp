@@ -2,16 +2,16 @@
 
 namespace krvcmd::reliability {
 
-Result ModelSlots::FindAbsolute(std::int32_t jukebox, std::int32_t absoluteSlot, std::int32_t side) {
+Result ModelSlots::FindAbsolute(int32_t jukebox, int32_t absoluteSlot, int32_t side) {
     JukeboxRecord record;
     if (Result result = m_library.Jukebox(jukebox, record); !result.IsOk()) return result;
-    std::int64_t slotsBefore = 0;
-    for (std::int32_t m = 0; m < record.magazineCount; ++m) {
+    int64_t slotsBefore = 0;
+    for (int32_t m = 0; m < record.magazineCount; ++m) {
         MagazineRecord magazine;
         // What was wrong with the magazine is not told: the number leads nowhere.
         if (!m_library.Magazine(jukebox, m, magazine).IsOk() || magazine.slotCount == 0) break;
         if (slotsBefore <= absoluteSlot && absoluteSlot < slotsBefore + magazine.slotCount) {
-            m_at = {jukebox, m, static_cast<std::int32_t>(absoluteSlot - slotsBefore), side};
+            m_at = {jukebox, m, static_cast<int32_t>(absoluteSlot - slotsBefore), side};
             return {};
         }
         slotsBefore += magazine.slotCount;
@@ -19,7 +19,7 @@ Result ModelSlots::FindAbsolute(std::int32_t jukebox, std::int32_t absoluteSlot,
     return Result::System(22);
 }
 
-Result ModelSlots::Start(std::int32_t jukebox, std::int32_t magazine, std::int32_t slot, std::int32_t side) {
+Result ModelSlots::Start(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side) {
     if (slot >= 1 && magazine < 0) {
         if (Result result = FindAbsolute(jukebox, slot - 1, side); !result.IsOk()) return result;
     } else {
@@ -35,7 +35,7 @@ Result ModelSlots::Start(std::int32_t jukebox, std::int32_t magazine, std::int32
     return {};
 }
 
-Result ModelSlots::EnterMagazine(std::int32_t magazine) {
+Result ModelSlots::EnterMagazine(int32_t magazine) {
     if (magazine >= m_magazines) return Result::System(2);
     MagazineRecord record;
     m_slots = m_library.Magazine(m_at.jukebox, magazine, record).IsOk() ? record.slotCount : 0;

@@ -3,19 +3,18 @@
 #include <limits>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 // A library can answer any number; the one after the largest does not exist.
-std::int32_t OneMore(std::int32_t number) {
-    return number == std::numeric_limits<std::int32_t>::max() ? number : number + 1;
+int32_t OneMore(int32_t number) {
+    return number == std::numeric_limits<int32_t>::max() ? number : number + 1;
 }
 
-SideKey KeyOf(const Place& place, std::int32_t side) {
+SideKey KeyOf(const Place& place, int32_t side) {
     return {20, place.jukebox, place.magazine, place.slot, side};
 }
 
-bool IsServiceCode(const Result& result, std::uint32_t code) {
+bool IsServiceCode(const Result& result, uint32_t code) {
     return result.kind == Result::Kind::Service && result.code == code;
 }
 
@@ -28,14 +27,14 @@ Result WalkSlots(const ModelLibrary& library, const WalkRules& rules, const Plac
         level = address.magazine < 0 ? Level::Jukebox : Level::Magazine;
     }
     const bool goesOn = rules.repeat != 0 || address.slot < 0;
-    std::int64_t wanted = rules.repeat;
+    int64_t wanted = rules.repeat;
 
     ModelSlots slots(library);
     Result result = slots.Start(address.jukebox, address.magazine, address.slot, address.side);
     if (!result.IsOk()) return result;
     for (;;) {
         result = work(slots.At());
-        const std::uint32_t code = result.code;
+        const uint32_t code = result.code;
         if (code == 7 || !goesOn) break;
         if (result.IsOk()) --wanted;
         if (rules.stopsWhenNoMedium && code == 501) {
@@ -50,9 +49,9 @@ Result WalkSlots(const ModelLibrary& library, const WalkRules& rules, const Plac
     return result.code == 2 ? Result() : result;
 }
 
-Result WorkOnVolume(const ModelLibrary& library, std::int32_t volume, const SlotWork& work) {
+Result WorkOnVolume(const ModelLibrary& library, int32_t volume, const SlotWork& work) {
     SideKey location = Unset();
-    std::uint32_t count = 0;
+    uint32_t count = 0;
     Result result = library.Locations(volume, &location, &count);
     // 500: it lies nowhere, wherever locations are read.
     if (IsServiceCode(result, 500)) return {};
@@ -96,8 +95,8 @@ Result FormatOneSide(const ModelLibrary& library, const Order& order, const Side
 
 Result FormatMedium(const ModelLibrary& library, const Order& order, const Place& place) {
     if (place.side > 2) return Result::System(22);
-    std::int32_t first = place.side == 1 ? 1 : 0;
-    std::int32_t last = place.side == 0 ? 0 : 1;
+    int32_t first = place.side == 1 ? 1 : 0;
+    int32_t last = place.side == 0 ? 0 : 1;
     if (first != last && (order.erase || !order.finalize)) {
         SideRecord sideB;
         const SideKey key = KeyOf(place, 1);
@@ -105,14 +104,14 @@ Result FormatMedium(const ModelLibrary& library, const Order& order, const Place
     }
     if (order.finalize) first = last = 2;
     Result result;
-    for (std::int32_t side = first; side <= last && result.IsOk(); ++side) {
+    for (int32_t side = first; side <= last && result.IsOk(); ++side) {
         result = FormatOneSide(library, order, KeyOf(place, side));
     }
     return result;
 }
 
-Result SwitchVolume(const ModelLibrary& library, bool enable, std::int32_t volume) {
-    const auto id = static_cast<std::uint32_t>(volume);
+Result SwitchVolume(const ModelLibrary& library, bool enable, int32_t volume) {
+    const auto id = static_cast<uint32_t>(volume);
     if (!enable) return library.Call(KrvVolumeDeactivate, id);
     return library.Call(KrvVolumeActivate, id, static_cast<const void*>(nullptr));
 }
@@ -120,7 +119,7 @@ Result SwitchVolume(const ModelLibrary& library, bool enable, std::int32_t volum
 Result SwitchVolumesInSlot(const ModelLibrary& library, bool enable, const Place& address) {
     ModelSlots slots(library);
     Result result = slots.Start(address.jukebox, address.magazine, address.slot, address.side);
-    for (std::int32_t side = 0; side <= 1 && result.IsOk(); ++side) {
+    for (int32_t side = 0; side <= 1 && result.IsOk(); ++side) {
         SideRecord record;
         result = library.Side(KeyOf(slots.At(), side), record);
         if (result.IsOk() && record.volumeId > 0) result = SwitchVolume(library, enable, record.volumeId);

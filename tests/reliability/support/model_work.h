@@ -12,7 +12,7 @@ using SlotWork = std::function<Result(const Place&)>;
 
 // How import, export, scan, format and query go over slots.
 struct WalkRules {
-    std::int32_t repeat = 0;
+    int32_t repeat = 0;
     bool stopsWhenNoMedium = false;
 };
 
@@ -21,7 +21,7 @@ Result WalkSlots(const ModelLibrary& library, const WalkRules& rules, const Plac
                  const SlotWork& work);
 
 // The work on the one slot that holds the volume.
-Result WorkOnVolume(const ModelLibrary& library, std::int32_t volume, const SlotWork& work);
+Result WorkOnVolume(const ModelLibrary& library, int32_t volume, const SlotWork& work);
 
 // What import, export, scan and format do with one slot.
 Result MoveMedium(const ModelLibrary& library, Verb verb, const Place& place);
@@ -29,7 +29,7 @@ Result ScanMedium(const ModelLibrary& library, Place place);
 Result FormatMedium(const ModelLibrary& library, const Order& order, const Place& place);
 
 // What enable and disable do.
-Result SwitchVolume(const ModelLibrary& library, bool enable, std::int32_t volume);
+Result SwitchVolume(const ModelLibrary& library, bool enable, int32_t volume);
 Result SwitchVolumesInSlot(const ModelLibrary& library, bool enable, const Place& address);
 
 }  // namespace krvcmd::reliability

@@ -5,7 +5,6 @@
 #include <utility>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 struct VerbWords {
@@ -76,7 +75,7 @@ std::vector<std::string> Spell(const Phrase& phrase, Dice* dice) {
         }
     }
     if (!phrase.value) return {keyword};
-    const std::size_t form = dice == nullptr ? 0 : dice->Below(phrase.isText ? 3 : 4);
+    const size_t form = dice == nullptr ? 0 : dice->Below(phrase.isText ? 3 : 4);
     switch (form) {
         case 1:
             return {keyword, *phrase.value};
@@ -140,7 +139,7 @@ std::vector<std::string> SpellOrder(const Order& order, Dice* dice) {
     std::vector<Phrase> phrases = AddressPhrases(order);
     for (Phrase& phrase : OptionPhrases(order))
         phrases.push_back(std::move(phrase));
-    for (std::size_t i = phrases.size(); dice != nullptr && i > 1; --i) {
+    for (size_t i = phrases.size(); dice != nullptr && i > 1; --i) {
         std::swap(phrases[i - 1], phrases[dice->Below(i)]);
     }
     for (const Phrase& phrase : phrases) {

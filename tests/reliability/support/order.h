@@ -15,16 +15,16 @@ enum class Object { None, Jukeboxes, Magazines, Drives, Slots, Volumes };
 
 // A number or a range of numbers of the command line, one-based.
 struct Numbers {
-    std::int32_t from = 0;
-    std::int32_t to = 0;
+    int32_t from = 0;
+    int32_t to = 0;
     bool isRange = false;
 };
 
-inline Numbers One(std::int32_t number) {
+inline Numbers One(int32_t number) {
     return {number, number, false};
 }
 
-inline Numbers FromTo(std::int32_t from, std::int32_t to) {
+inline Numbers FromTo(int32_t from, int32_t to) {
     return {from, to, true};
 }
 
@@ -36,16 +36,16 @@ struct Order {
     std::string server{};  // empty: not given
 
     // The address. Lists are as written; an empty list or text was not given.
-    std::optional<std::int32_t> jukeboxId{};
+    std::optional<int32_t> jukeboxId{};
     std::string jukeboxName{};
     std::vector<Numbers> magazines{};
     std::vector<Numbers> slots{};
     std::vector<Numbers> volumes{};
-    std::optional<std::int32_t> drive{};
+    std::optional<int32_t> drive{};
     bool sideA = false;
     bool sideB = false;
 
-    std::optional<std::int32_t> repeat{};
+    std::optional<int32_t> repeat{};
 
     // Of format.
     std::optional<std::string> label{};
@@ -62,7 +62,7 @@ struct Order {
     std::optional<std::string> columns{};
     std::optional<std::string> sort{};
     std::optional<std::string> separator{};
-    std::optional<std::int32_t> width{};
+    std::optional<int32_t> width{};
     bool notable = false;
 
     bool HasJukebox() const { return jukeboxId.has_value() || !jukeboxName.empty(); }

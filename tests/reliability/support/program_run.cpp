@@ -1,9 +1,9 @@
 #include "tests/reliability/support/program_run.h"
 
-#include "krvcmd/console/program_names.h"
-#include "krvcmd/frontend/banner.h"
-#include "krvcmd/frontend/driver.h"
-#include "krvcmd/service/library_call.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "krvcmd/frontend/driver/driver.h"
+#include "krvcmd/frontend/report/result_line.h"
+#include "krvcmd/service/access/library_call.h"
 #include "tests/fake_library/fake_library.h"
 
 namespace krvcmd::reliability {

@@ -3,7 +3,6 @@
 #include "tests/reliability/support/random_world.h"
 
 namespace krvcmd::reliability {
-
 namespace {
 
 constexpr const char* kOptions[] = {"quiet", "-quiet", "/qui", "server=srv", "serve", "-server=x"};

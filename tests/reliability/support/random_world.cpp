@@ -6,21 +6,20 @@
 #include <utility>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 using krvfake::FakeLibrary;
 using krvfake::Farm;
 using krvfake::Occurrence;
 
-constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
-constexpr std::int32_t kSmallest = std::numeric_limits<std::int32_t>::min();
+constexpr int32_t kLargest = std::numeric_limits<int32_t>::max();
+constexpr int32_t kSmallest = std::numeric_limits<int32_t>::min();
 
-constexpr std::int32_t kJukeboxIds[] = {8, 11, 29, 31, 1, kLargest};
-constexpr std::int32_t kVolumeIds[] = {33, 273, 517, 1, 2, 3, 40, 41, 42, kLargest};
+constexpr int32_t kJukeboxIds[] = {8, 11, 29, 31, 1, kLargest};
+constexpr int32_t kVolumeIds[] = {33, 273, 517, 1, 2, 3, 40, 41, 42, kLargest};
 constexpr const char* kNames[] = {"Tower", "MyBox", "my_box", "My Box", "Tower"};
-constexpr std::int32_t kCodes[] = {0, 1, 2, 3, 4, 7, 22, 256, 500, 501, 502, 1001, kLargest, -1};
-constexpr std::int32_t kOddNumbers[] = {-1, 0, 1, 2, 3, 4, 7, kLargest, kSmallest, kSmallest + 1, -2};
+constexpr int32_t kCodes[] = {0, 1, 2, 3, 4, 7, 22, 256, 500, 501, 502, 1001, kLargest, -1};
+constexpr int32_t kOddNumbers[] = {-1, 0, 1, 2, 3, 4, 7, kLargest, kSmallest, kSmallest + 1, -2};
 constexpr const char* kFunctions[] = {"*",
                                       "KrvSessionCreate",
                                       "KrvSessionClose",
@@ -43,45 +42,45 @@ constexpr const char* kFunctions[] = {"*",
                                       "KrvVolumeActivate",
                                       "KrvVolumeDeactivate"};
 
-std::int32_t Id(Dice& dice, const std::vector<std::int32_t>& known) {
+int32_t Id(Dice& dice, const std::vector<int32_t>& known) {
     if (known.empty() || dice.OneIn(8)) return dice.Pick(kOddNumbers);
     return dice.Pick(known);
 }
 
 krvfake::Device RandomDevice(Dice& dice) {
     krvfake::Device device{RandomText(dice, 12), RandomText(dice, 20), RandomText(dice, 7), {}};
-    for (std::int32_t& part : device.scsi)
+    for (int32_t& part : device.scsi)
         part = dice.OneIn(10) ? dice.Pick(kOddNumbers) : dice.Between(0, 9);
     return device;
 }
 
-krvfake::Slot RandomSlot(Dice& dice, const std::vector<std::int32_t>& volumes) {
+krvfake::Slot RandomSlot(Dice& dice, const std::vector<int32_t>& volumes) {
     krvfake::Slot slot;
-    slot.state = static_cast<std::uint32_t>(dice.OneIn(3) ? dice.Between(0, 6) : 4);
-    slot.mediumCode = static_cast<std::uint32_t>(dice.OneIn(3) ? 255 : dice.Between(0, 300));
+    slot.state = static_cast<uint32_t>(dice.OneIn(3) ? dice.Between(0, 6) : 4);
+    slot.mediumCode = static_cast<uint32_t>(dice.OneIn(3) ? 255 : dice.Between(0, 300));
     for (krvfake::Side& side : slot.sides) {
         if (dice.OneIn(3)) continue;
-        side.state = static_cast<std::uint32_t>(dice.Between(0, 7));
-        side.mediumCode = static_cast<std::uint32_t>(dice.Between(0, 300));
-        side.finalization = static_cast<std::uint32_t>(dice.Between(0, 4));
+        side.state = static_cast<uint32_t>(dice.Between(0, 7));
+        side.mediumCode = static_cast<uint32_t>(dice.Between(0, 300));
+        side.finalization = static_cast<uint32_t>(dice.Between(0, 4));
         side.volumeId = Id(dice, volumes);
     }
     return slot;
 }
 
-void AddJukebox(Farm& farm, Dice& dice, std::int32_t id, const std::vector<std::int32_t>& volumes) {
+void AddJukebox(Farm& farm, Dice& dice, int32_t id, const std::vector<int32_t>& volumes) {
     krvfake::Jukebox& jukebox =
         farm.AddJukebox(id, dice.OneIn(6) ? RandomText(dice, 60) : std::string(dice.Pick(kNames)));
     jukebox.WithChanger(RandomDevice(dice));
     if (dice.OneIn(2)) jukebox.DoubleSided();
     if (dice.OneIn(4)) jukebox.Disabled();
-    for (std::size_t drives = dice.Below(4); drives > 0; --drives)
+    for (size_t drives = dice.Below(4); drives > 0; --drives)
         jukebox.WithDrive(RandomDevice(dice), dice.OneIn(2));
-    const std::int32_t magazines = dice.Between(0, 3);
-    for (std::int32_t m = 0; m < magazines; ++m) {
+    const int32_t magazines = dice.Between(0, 3);
+    for (int32_t m = 0; m < magazines; ++m) {
         jukebox.WithMagazine(dice.Between(0, 4), RandomSlot(dice, volumes));
         jukebox.magazines.back().present = !dice.OneIn(5);
-        for (std::int32_t s = 0; s < jukebox.magazines.back().slotCount; ++s)
+        for (int32_t s = 0; s < jukebox.magazines.back().slotCount; ++s)
             if (dice.OneIn(2)) jukebox.SlotEntry(m, s) = RandomSlot(dice, volumes);
         // A magazine may claim slots that are not there.
         if (dice.OneIn(6)) jukebox.magazines.back().slotCount = dice.Between(-2, 9);
@@ -91,35 +90,35 @@ void AddJukebox(Farm& farm, Dice& dice, std::int32_t id, const std::vector<std::
     if (dice.OneIn(6)) jukebox.claimedSlots = dice.Pick(kOddNumbers);
 }
 
-std::uint64_t RandomCapacity(Dice& dice) {
+uint64_t RandomCapacity(Dice& dice) {
     if (dice.OneIn(6)) return dice.Next();
     return dice.Next() >> dice.Below(64);
 }
 
-void AddVolume(Farm& farm, Dice& dice, std::int32_t id, const std::vector<std::int32_t>& jukeboxes) {
+void AddVolume(Farm& farm, Dice& dice, int32_t id, const std::vector<int32_t>& jukeboxes) {
     krvfake::Volume& volume = farm.AddVolume(id, RandomText(dice, 300));
-    volume.WithType(static_cast<std::uint32_t>(dice.Between(0, 3)))
-        .InState(static_cast<std::uint32_t>(dice.Between(0, 4)))
+    volume.WithType(static_cast<uint32_t>(dice.Between(0, 3)))
+        .InState(static_cast<uint32_t>(dice.Between(0, 4)))
         .WithFileSystem(RandomText(dice, 40))
         .WithCapacity(RandomCapacity(dice), RandomCapacity(dice));
-    for (std::size_t count = dice.Below(3); count > 0; --count)
+    for (size_t count = dice.Below(3); count > 0; --count)
         volume.WithDirectory(RandomText(dice, 80));
-    for (std::size_t count = dice.Below(4); count > 0; --count) {
+    for (size_t count = dice.Below(4); count > 0; --count) {
         const bool odd = dice.OneIn(5);
         volume.SaysItIsAt(Id(dice, jukeboxes), odd ? dice.Pick(kOddNumbers) : dice.Between(0, 2),
                           odd ? dice.Pick(kOddNumbers) : dice.Between(0, 3),
                           odd ? dice.Pick(kOddNumbers) : dice.Between(0, 1));
     }
     if (dice.OneIn(6)) volume.aspectBytes = RandomText(dice, 40);
-    for (std::size_t count = dice.OneIn(5) ? dice.Below(3) : 0; count > 0; --count)
-        volume.aspectSizes.push_back(static_cast<std::uint32_t>(dice.Below(200)));
-    for (std::size_t count = dice.OneIn(5) ? dice.Below(3) : 0; count > 0; --count)
-        volume.locationCounts.push_back(static_cast<std::uint32_t>(dice.Below(7)));
+    for (size_t count = dice.OneIn(5) ? dice.Below(3) : 0; count > 0; --count)
+        volume.aspectSizes.push_back(static_cast<uint32_t>(dice.Below(200)));
+    for (size_t count = dice.OneIn(5) ? dice.Below(3) : 0; count > 0; --count)
+        volume.locationCounts.push_back(static_cast<uint32_t>(dice.Below(7)));
 }
 
 // A part of what there is, each at most once and in any order.
-std::vector<std::int32_t> Some(Dice& dice, std::vector<std::int32_t> all) {
-    for (std::size_t i = all.size(); i > 1; --i)
+std::vector<int32_t> Some(Dice& dice, std::vector<int32_t> all) {
+    for (size_t i = all.size(); i > 1; --i)
         std::swap(all[i - 1], all[dice.Below(i)]);
     all.resize(dice.Below(all.size()));
     return all;
@@ -134,11 +133,11 @@ void AddFailure(FakeLibrary& library, Dice& dice) {
 
 }  // namespace
 
-std::string RandomText(Dice& dice, std::size_t longest) {
+std::string RandomText(Dice& dice, size_t longest) {
     constexpr const char* kPieces[] = {"%",  "%%", "%s", "%n",  "[CmdLine]", "[ProductName]", "|",    " ",
                                        "\\", "..", "-9", "-10", "\t",        "\x1b[2J",       "\x7f", "A",
                                        "z",  "\r", "@",  "\"",  "\xC3\xBC",  "\xff"};
-    const std::size_t length = dice.OneIn(4) ? longest : dice.Below(longest + 1);
+    const size_t length = dice.OneIn(4) ? longest : dice.Below(longest + 1);
     std::string text;
     while (text.size() < length) {
         if (dice.OneIn(3)) {
@@ -151,28 +150,28 @@ std::string RandomText(Dice& dice, std::size_t longest) {
     return text;
 }
 
-void ScriptRandomWorld(FakeLibrary& library, std::uint64_t seed) {
+void ScriptRandomWorld(FakeLibrary& library, uint64_t seed) {
     Dice dice(seed);
-    const std::vector<std::int32_t> jukeboxes = Some(dice, {std::begin(kJukeboxIds), std::end(kJukeboxIds)});
-    const std::vector<std::int32_t> volumes = Some(dice, {std::begin(kVolumeIds), std::end(kVolumeIds)});
+    const std::vector<int32_t> jukeboxes = Some(dice, {std::begin(kJukeboxIds), std::end(kJukeboxIds)});
+    const std::vector<int32_t> volumes = Some(dice, {std::begin(kVolumeIds), std::end(kVolumeIds)});
     Farm& farm = library.GetFarm();
-    for (const std::int32_t id : jukeboxes)
+    for (const int32_t id : jukeboxes)
         AddJukebox(farm, dice, id, volumes);
-    for (const std::int32_t id : volumes)
+    for (const int32_t id : volumes)
         AddVolume(farm, dice, id, jukeboxes);
     if (dice.OneIn(10)) farm.EnumerateJukeboxes({8, 11, dice.OneIn(2) ? -1 : 31, 29});
     if (dice.OneIn(10)) farm.EnumerateVolumes({33, kLargest, 5, dice.OneIn(2) ? kSmallest : 2, 1});
-    for (std::size_t failures = dice.OneIn(2) ? dice.Below(3) : 0; failures > 0; --failures)
+    for (size_t failures = dice.OneIn(2) ? dice.Below(3) : 0; failures > 0; --failures)
         AddFailure(library, dice);
 }
 
 namespace {
 
-std::vector<Numbers> RandomList(Dice& dice, std::int32_t largest) {
+std::vector<Numbers> RandomList(Dice& dice, int32_t largest) {
     std::vector<Numbers> list;
-    const std::size_t count = dice.OneIn(4) ? 1 + dice.Below(3) : 1;
+    const size_t count = dice.OneIn(4) ? 1 + dice.Below(3) : 1;
     while (list.size() < count) {
-        const std::int32_t from = dice.OneIn(20) ? kLargest : dice.Between(0, largest);
+        const int32_t from = dice.OneIn(20) ? kLargest : dice.Between(0, largest);
         if (dice.OneIn(5)) {
             list.push_back(FromTo(from, from == kLargest ? from : dice.Between(0, largest + 2)));
         } else {
@@ -206,9 +205,9 @@ void AddAddress(Order& order, Dice& dice) {
     if (takesDrives && dice.OneIn(8)) order.drive = dice.Between(0, 4);
 }
 
-std::string RandomLetters(Dice& dice, std::string_view letters, std::size_t longest) {
+std::string RandomLetters(Dice& dice, std::string_view letters, size_t longest) {
     std::string text;
-    for (std::size_t count = 1 + dice.Below(longest); count > 0; --count)
+    for (size_t count = 1 + dice.Below(longest); count > 0; --count)
         text += dice.OneIn(60) ? 'Q' : letters[dice.Below(letters.size())];
     return text;
 }

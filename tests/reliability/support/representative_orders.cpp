@@ -3,7 +3,6 @@
 #include <ostream>
 
 namespace krvcmd::reliability {
-
 namespace {
 
 // clang-format off

@@ -5,21 +5,20 @@
 #include <string_view>
 
 namespace krvcmd::reliability {
-
 namespace {
 
-std::uint64_t FirstSeed() {
+uint64_t FirstSeed() {
     const char* const wanted = std::getenv("KRVCMD_RELIABILITY_SEED");
     if (wanted == nullptr) return 1;
     if (std::string_view(wanted) != "time") return std::strtoull(wanted, nullptr, 10);
-    return static_cast<std::uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
+    return static_cast<uint64_t>(std::chrono::system_clock::now().time_since_epoch().count());
 }
 
 }  // namespace
 
-Seeds SeedsToTry(std::uint64_t ordinarily) {
+Seeds SeedsToTry(uint64_t ordinarily) {
     const char* const wanted = std::getenv("KRVCMD_RELIABILITY_RUNS");
-    const std::uint64_t first = FirstSeed();
+    const uint64_t first = FirstSeed();
     return {first, first + (wanted == nullptr ? ordinarily : std::strtoull(wanted, nullptr, 10))};
 }
 

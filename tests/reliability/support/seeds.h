@@ -8,10 +8,10 @@ namespace krvcmd::reliability {
 //   KRVCMD_RELIABILITY_SEED   the first seed, or "time" for one that the clock gives; 1 when not given
 //   KRVCMD_RELIABILITY_RUNS   how many
 struct Seeds {
-    std::uint64_t first;
-    std::uint64_t end;  // behind the last one
+    uint64_t first;
+    uint64_t end;  // behind the last one
 };
 
-Seeds SeedsToTry(std::uint64_t ordinarily);
+Seeds SeedsToTry(uint64_t ordinarily);
 
 }  // namespace krvcmd::reliability

@@ -1,7 +1,7 @@
 #include <array>
 
-#include "krvcmd/commands/able_command.h"
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/commands/actions/able_command.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -31,7 +31,7 @@ class AbleTest : public test::CommandTest {
             line.insert(line.end(), words.begin(), words.end());
             Calls expected = {status};
             for (std::string call : calls) {
-                const std::size_t verb = call.find("Activate");
+                const size_t verb = call.find("Activate");
                 if (command == std::string_view("disable") && verb != std::string::npos)
                     call.replace(verb, 1, "Dea");
                 expected.push_back(call);
@@ -77,7 +77,7 @@ TEST_F(AbleTest, SwitchesTheVolumesOnBothSidesOfASlot) {
 // A command line can only name side A or B, or none.
 TEST_F(AbleTest, RefusesASideThatThereIsNotOnceTheSlotIsFound) {
     struct Row {
-        std::int32_t side;
+        int32_t side;
         const char* status;
         Calls sides;
     };
@@ -154,7 +154,7 @@ TEST_F(AbleTest, GoesOnBehindAnErrorWithCodeZero) {
 }
 
 TEST_F(AbleTest, HasNoCodeThatMeansDone) {
-    for (const std::int32_t code : {2, 4, 501, 502}) {
+    for (const int32_t code : {2, 4, 501, 502}) {
         Fake().FailCall("KrvActivateJukebox", Occurrence::Nth(1), {code, "no"});
         EXPECT_EQ(StatusAndCalls({"enable", "J@31"}).front(),
                   "service error " + std::to_string(code) + ": no");

@@ -1,19 +1,18 @@
-#include "krvcmd/commands/command_factory.h"
+#include "krvcmd/commands/factory/command_factory.h"
 
 #include <gtest/gtest.h>
 
 #include <typeinfo>
 
-#include "krvcmd/commands/able_command.h"
-#include "krvcmd/commands/delete_command.h"
-#include "krvcmd/commands/format_command.h"
-#include "krvcmd/commands/help_command.h"
-#include "krvcmd/commands/media_commands.h"
-#include "krvcmd/commands/name_command.h"
-#include "krvcmd/commands/service_command.h"
-#include "krvcmd/frontend/command_grammar.h"
+#include "krvcmd/commands/actions/able_command.h"
+#include "krvcmd/commands/actions/format_command.h"
+#include "krvcmd/commands/actions/help_command.h"
+#include "krvcmd/commands/actions/media_commands.h"
+#include "krvcmd/commands/actions/name_command.h"
+#include "krvcmd/commands/actions/service_command.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
 #include "krvcmd/service/query/query_command.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {
@@ -44,7 +43,7 @@ TEST(CreateCommand, MakesTheClassOfEachKeyword) {
 }
 
 TEST(CreateCommand, KnowsEveryCommandOfTheGrammar) {
-    std::size_t commands = 0;
+    size_t commands = 0;
     for (const KeywordNode* node : CommandGrammar::TopLevel()) {
         if (node->kind != KeywordKind::Command) continue;
         ++commands;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "krvcmd/commands/command.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/commands/base/command.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {
@@ -25,7 +25,7 @@ class CommandLookupsTest : public testing::Test {
     }
 
     std::string Int(std::string_view name) {
-        std::int32_t value = -77;
+        int32_t value = -77;
         const Status status = m_command.GetIntParameter(name, value);
         return std::to_string(value) + " " + Text(status);
     }

@@ -1,8 +1,8 @@
-#include "krvcmd/commands/command.h"
+#include "krvcmd/commands/base/command.h"
 
 #include <type_traits>
 
-#include "tests/unit/commands/support/command_test.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {

@@ -1,6 +1,5 @@
-#include "krvcmd/commands/delete_command.h"
-
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/commands/actions/name_command.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {

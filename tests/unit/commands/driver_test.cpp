@@ -1,8 +1,8 @@
-#include "krvcmd/frontend/driver.h"
+#include "krvcmd/frontend/driver/driver.h"
 
 #include <cstring>
 
-#include "tests/unit/commands/support/command_test.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {

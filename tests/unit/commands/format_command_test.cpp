@@ -1,6 +1,5 @@
-#include "krvcmd/commands/format_command.h"
-
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/commands/actions/format_command.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -11,8 +10,8 @@ using krvfake::Occurrence;
 using test::Calls;
 using test::Words;
 
-constexpr std::uint32_t kNotPresent = 1;  // state of a side
-constexpr std::uint32_t kHasFileSystem = 6;
+constexpr uint32_t kNotPresent = 1;  // state of a side
+constexpr uint32_t kHasFileSystem = 6;
 
 // Jukebox 8 with three slots: a double-sided medium, one whose side B is not present, and a double-sided
 // one again. Volume 33 lies on side B of the first.
@@ -20,7 +19,7 @@ class FormatTest : public test::CommandTest {
   protected:
     FormatTest() {
         krvfake::Jukebox& jukebox = Farm().AddJukebox(8, "Tower").WithMagazine(3);
-        for (const std::int32_t slot : {0, 1, 2}) {
+        for (const int32_t slot : {0, 1, 2}) {
             jukebox.WithSlot(0, slot, krvfake::kSlotFull, 20);
             jukebox.WithSide(0, slot, kSideA, {kHasFileSystem, 20, 1, 0});
             jukebox.WithSide(0, slot, kSideB, {slot == 1 ? kNotPresent : kHasFileSystem, 20, 1, 0});

@@ -1,6 +1,6 @@
-#include "krvcmd/console/query_table.h"
-#include "krvcmd/frontend/help.h"
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/console/query/query_table.h"
+#include "krvcmd/frontend/report/help.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {

@@ -1,6 +1,5 @@
-#include "krvcmd/commands/media_commands.h"
-
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/commands/actions/media_commands.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -26,16 +25,14 @@ class MediaCommandsTest : public test::CommandTest {
         std::string text;
         for (const std::string& call : outcome.calls) {
             if (!call.starts_with("KrvMedia")) continue;
-            const std::size_t magazine = call.find("M=") + 2;
-            const std::size_t slot = call.find("S=") + 2;
+            const size_t magazine = call.find("M=") + 2;
+            const size_t slot = call.find("S=") + 2;
             text += call.substr(magazine, 1) + "/" + call.substr(slot, 1) + " ";
         }
         return text + outcome.status;
     }
 
-    void Answer(const char* call, std::int32_t code) {
-        Fake().FailCall(call, Occurrence::Every(), {code, "no"});
-    }
+    void Answer(const char* call, int32_t code) { Fake().FailCall(call, Occurrence::Every(), {code, "no"}); }
 };
 
 TEST_F(MediaCommandsTest, CallTheLibraryWithTheSlot) {
@@ -112,7 +109,7 @@ TEST_F(MediaCommandsTest, TakeCode4OfTheServiceAsDone) {
 
 TEST_F(MediaCommandsTest, ReportEveryOtherCodeOfASingleSlot) {
     for (const char* command : {"import", "export", "scan"}) {
-        for (const std::int32_t code : {1, 3, 7, 500, 501, 502}) {
+        for (const int32_t code : {1, 3, 7, 500, 501, 502}) {
             Fake().FailCall("*", Occurrence::Nth(5), {code, "no"});
             EXPECT_EQ(Moves({command, "J@8", "M1", "S1"}),
                       "0/0 service error " + std::to_string(code) + ": no");
@@ -204,7 +201,7 @@ TEST_F(MediaCommandsTest, ScanPassesOverEmptySlotsOfAMagazine) {
 
 TEST_F(MediaCommandsTest, ScanAcceptsOnlySidesOfAMedium) {
     CScan scan;
-    for (const std::int32_t side : {-1, 0, 1, 2}) {
+    for (const int32_t side : {-1, 0, 1, 2}) {
         EXPECT_EQ(test::Text(scan.Work({8, 0, 0, side})), "OK") << side;
         EXPECT_EQ(TakeCalls(), (Calls{"KrvMediaScan J=8 M=0 S=0 side=2"})) << side;
     }

@@ -1,5 +1,5 @@
-#include "krvcmd/commands/command_factory.h"
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/commands/factory/command_factory.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {

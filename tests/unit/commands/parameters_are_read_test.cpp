@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "krvcmd/frontend/command_grammar.h"
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -110,7 +110,7 @@ TEST_F(ParametersAreReadTest, ChangeWhatTheirCommandDoes) {
 }
 
 TEST_F(ParametersAreReadTest, AreCoveredForEveryCommand) {
-    std::size_t offered = 0;
+    size_t offered = 0;
     for (const KeywordNode* command : CommandGrammar::TopLevel()) {
         for (const KeywordNode* parameter : command->children) {
             ++offered;

@@ -1,4 +1,4 @@
-#include "tests/unit/commands/support/command_test.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/service_fixture.h"
 #include "tests/unit/commands/support/scripted_worker.h"
-#include "tests/unit/service/support/service_test.h"
 
 namespace krvcmd {
 namespace {
@@ -24,9 +24,9 @@ std::string Position(int index) {
 // One form of walk: its arguments and the slots that it can reach, counted through the jukebox.
 struct Walk {
     std::string name;
-    std::int32_t repeat;
-    std::int32_t magazine;
-    std::int32_t slot;
+    int32_t repeat;
+    int32_t magazine;
+    int32_t slot;
     int first;
     int end;  // behind the last one
 
@@ -57,7 +57,7 @@ struct Expected {
 };
 
 // What follows from one answer `code` at the slot `failing`, rule by rule.
-Expected Expect(const Walk& walk, int failing, std::uint32_t code, NoMedium noMedium) {
+Expected Expect(const Walk& walk, int failing, uint32_t code, NoMedium noMedium) {
     const int reachable = walk.end - walk.first;
     // Without a failure a walk ends with its slots, with its repeats, or, negative, after one slot.
     int wanted = reachable;
@@ -89,7 +89,7 @@ class WorkerAnswersTest : public test::ServiceTest {
 TEST_F(WorkerAnswersTest, SteerEveryWalkAtEveryPosition) {
     for (const Walk& walk : Walks()) {
         for (const NoMedium noMedium : {NoMedium::PassesOver, NoMedium::EndsWalk}) {
-            for (const std::uint32_t code : {0U, 1U, 2U, 3U, 4U, 7U, 500U, 501U, 502U, 503U, 0x7FFFFFFFU}) {
+            for (const uint32_t code : {0U, 1U, 2U, 3U, 4U, 7U, 500U, 501U, 502U, 503U, 0x7FFFFFFFU}) {
                 for (int failing = 0; failing < kSlots; ++failing) {
                     ScriptedWorker worker;
                     worker.Answers(Position(failing), Status::ServiceError(code, "no"));
@@ -110,7 +110,7 @@ TEST_F(WorkerAnswersTest, SteerEveryWalkAtEveryPosition) {
 }
 
 TEST_F(WorkerAnswersTest, LetARunOfUnusableSlotsPassToTheEnd) {
-    for (const std::uint32_t code : {501U, 502U}) {
+    for (const uint32_t code : {501U, 502U}) {
         ScriptedWorker worker;
         for (int i = 0; i < kSlots; ++i)
             worker.Answers(Position(i), Status::ServiceError(code, "no"));

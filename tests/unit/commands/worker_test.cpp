@@ -1,9 +1,9 @@
-#include "krvcmd/commands/worker.h"
+#include "krvcmd/commands/base/worker.h"
 
 #include <limits>
 
+#include "tests/support/service_fixture.h"
 #include "tests/unit/commands/support/scripted_worker.h"
-#include "tests/unit/service/support/service_test.h"
 
 namespace krvcmd {
 namespace {
@@ -20,13 +20,13 @@ class WorkerTest : public test::ServiceTest {
     WorkerTest() : m_jukebox(Farm().AddJukebox(8, "Tower").WithMagazine(3).WithMagazine(3)) {}
 
     // The positions that were worked on (zero-based, magazine/slot), then the walk's result.
-    std::string Walk(ScriptedWorker& worker, std::int32_t repeat, std::int32_t magazine, std::int32_t slot,
+    std::string Walk(ScriptedWorker& worker, int32_t repeat, int32_t magazine, int32_t slot,
                      NoMedium noMedium = NoMedium::PassesOver) {
         const Status status = worker.DoWork(repeat, noMedium, 8, magazine, slot, -1);
         return worker.Visited() + Text(status);
     }
 
-    std::string Walk(std::int32_t repeat, std::int32_t magazine, std::int32_t slot) {
+    std::string Walk(int32_t repeat, int32_t magazine, int32_t slot) {
         ScriptedWorker worker;
         return Walk(worker, repeat, magazine, slot);
     }
@@ -63,12 +63,12 @@ TEST_F(WorkerTest, RepeatsFromTheFirstSlotOfTheAddressedMagazineOrJukebox) {
 
 TEST_F(WorkerTest, EndsWithSuccessWhenThereAreFewerSlotsThanRepeats) {
     EXPECT_EQ(Walk(100, 2, 2), "1/1 1/2 OK");
-    EXPECT_EQ(Walk(std::numeric_limits<std::int32_t>::max(), 2, 3), "1/2 OK");
+    EXPECT_EQ(Walk(std::numeric_limits<int32_t>::max(), 2, 3), "1/2 OK");
 }
 
 TEST_F(WorkerTest, WorksOnceForANegativeRepeat) {
     EXPECT_EQ(Walk(-1, 1, 1), "0/0 OK");
-    EXPECT_EQ(Walk(std::numeric_limits<std::int32_t>::min(), 1, -1), "0/0 OK");
+    EXPECT_EQ(Walk(std::numeric_limits<int32_t>::min(), 1, -1), "0/0 OK");
 }
 
 TEST_F(WorkerTest, CountsOnlySuccessesAsRepeats) {
@@ -78,7 +78,7 @@ TEST_F(WorkerTest, CountsOnlySuccessesAsRepeats) {
 }
 
 TEST_F(WorkerTest, ReportsTheFailureOfASingleSlot) {
-    for (const std::uint32_t code : {3U, 4U, 7U, 501U, 502U, 1000U}) {
+    for (const uint32_t code : {3U, 4U, 7U, 501U, 502U, 1000U}) {
         ScriptedWorker worker;
         worker.Answers("0/0", Status::ServiceError(code, "no"));
         EXPECT_EQ(Walk(worker, 0, 1, 1), "0/0 service error " + std::to_string(code) + ": no");
@@ -128,7 +128,7 @@ TEST_F(WorkerTest, EndsAtCode2InTheMiddleOfAWalkWithSuccess) {
 }
 
 TEST_F(WorkerTest, HandsJukeboxAndSideOnToTheWork) {
-    for (const std::int32_t side : {-1, 0, 1, 2, 7}) {
+    for (const int32_t side : {-1, 0, 1, 2, 7}) {
         ScriptedWorker worker;
         EXPECT_TRUE(worker.DoWork(0, NoMedium::PassesOver, 8, 1, 1, side).IsOk());
         EXPECT_EQ(worker.Last().jukeboxId, 8);
@@ -171,7 +171,7 @@ TEST_F(WorkerTest, AsksForNoOtherMagazineAfterASingleSlotOrAMagazine) {
 
 class WorkerVolumeTest : public WorkerTest {
   protected:
-    std::string WalkVolume(std::int32_t volumeId) {
+    std::string WalkVolume(int32_t volumeId) {
         const Status status = m_worker.DoVolume(volumeId);
         return m_worker.Visited() + Text(status);
     }
@@ -213,7 +213,7 @@ TEST_F(WorkerVolumeTest, ReportsTheFailureOfTheWork) {
 }
 
 TEST_F(WorkerVolumeTest, SurvivesLocationsThatAreNone) {
-    constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
+    constexpr int32_t kLargest = std::numeric_limits<int32_t>::max();
     Farm().AddVolume(33, "x").SaysItIsAt(8, kLargest, kLargest, kLargest);
     EXPECT_EQ(WalkVolume(33), "error 2");
     Farm().AddVolume(34, "x").SaysItIsAt(8, 0, kLargest, 0);

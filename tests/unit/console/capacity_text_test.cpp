@@ -1,4 +1,4 @@
-#include "krvcmd/console/capacity_text.h"
+#include "krvcmd/console/text/numbers.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace {
 using namespace Ostrel::UI::Console;
 
 struct CapacityCase {
-    std::int64_t bytes;
+    int64_t bytes;
     const char* text;
     const char* preciseText;
 };
@@ -49,7 +49,7 @@ TEST(CapacityText, ChoosesTheUnitAndItsDigits) {
         // 2.5 TByte
         {2'748'779'069'440, "2.50 TByte", "2.50 TByte"},
         // 2^63 - 1: shifted 8796093022207, in single precision 2^43; 2^43 / 2^20 = 8388608
-        {std::numeric_limits<std::int64_t>::max(), "8388608.00 TByte", "8388608.00 TByte"},
+        {std::numeric_limits<int64_t>::max(), "8388608.00 TByte", "8388608.00 TByte"},
     };
     for (const CapacityCase& c : cases) {
         EXPECT_EQ(CapacityText(c.bytes, CapacityPrecision::Whole), c.text) << c.bytes;
@@ -60,7 +60,7 @@ TEST(CapacityText, ChoosesTheUnitAndItsDigits) {
 TEST(CapacityText, ShowsNegativeBytesAsUnsigned) {
     // -1 is 2^64 - 1 and -2^63 is 2^63 without a sign.
     EXPECT_EQ(CapacityText(-1, CapacityPrecision::Whole), "18446744073709551615 Byte");
-    EXPECT_EQ(CapacityText(std::numeric_limits<std::int64_t>::min(), CapacityPrecision::Whole),
+    EXPECT_EQ(CapacityText(std::numeric_limits<int64_t>::min(), CapacityPrecision::Whole),
               "9223372036854775808 Byte");
 }
 

@@ -1,4 +1,4 @@
-#include "krvcmd/console/cell_store.h"
+#include "krvcmd/console/table/cell_store.h"
 
 #include <gtest/gtest.h>
 
@@ -76,11 +76,11 @@ TEST_F(CellStoreTest, CopiesTheTextsOfItsCells) {
 // Has no memory the first time that it is asked.
 class LateMemory : public std::pmr::memory_resource {
   private:
-    void* do_allocate(std::size_t bytes, std::size_t alignment) override {
+    void* do_allocate(size_t bytes, size_t alignment) override {
         if (!std::exchange(m_hasFailed, true)) throw std::bad_alloc();
         return m_memory.allocate(bytes, alignment);
     }
-    void do_deallocate(void*, std::size_t, std::size_t) override {}
+    void do_deallocate(void*, size_t, size_t) override {}
     bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override {
         return this == &other;
     }
@@ -99,7 +99,7 @@ TEST_F(CellStoreTest, MakesASharedCellLaterWhenThereWasNoMemoryForIt) {
 }
 
 TEST_F(CellStoreTest, MakesACellOfItsOwnWhenThereIsNoMemoryForSharingIt) {
-    for (const std::size_t refused : {1U, 2U}) {
+    for (const size_t refused : {1U, 2U}) {
         CellStore cells(&m_memory);
         const krvcmd::test::FailingAllocation failure(refused);
         EXPECT_EQ(cells.OneBasedNumber(7, 11).Render(0), "12") << refused;

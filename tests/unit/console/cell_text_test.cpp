@@ -1,4 +1,4 @@
-#include "krvcmd/console/cell_text.h"
+#include "krvcmd/console/table/cell_text.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ TEST(CellText, IsEmptyAfterConstruction) {
 }
 
 TEST(CellText, HoldsTextsOfEveryLength) {
-    for (std::size_t length = 0; length <= 300; ++length) {
+    for (size_t length = 0; length <= 300; ++length) {
         const std::string text(length, static_cast<char>('a' + length % 26));
         EXPECT_EQ(CellText(text).View(), text);
     }

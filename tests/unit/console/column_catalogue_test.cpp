@@ -1,4 +1,4 @@
-#include "krvcmd/console/column_catalogue.h"
+#include "krvcmd/console/query/column_catalogue.h"
 
 #include <gtest/gtest.h>
 
@@ -18,10 +18,10 @@ TEST(ColumnCatalogue, ListsTheLettersInTheOrderOfTheHelp) {
 
 struct ColumnCase {
     std::string_view letter;
-    std::uint32_t id;
+    uint32_t id;
     std::string_view title;
-    std::int32_t minWidth;
-    std::int32_t maxWidth;
+    int32_t minWidth;
+    int32_t maxWidth;
     std::string_view description;
 };
 

@@ -1,10 +1,10 @@
-#include "krvcmd/console/console_streams.h"
+#include "krvcmd/console/writer/console_streams.h"
 
 #include <gtest/gtest.h>
 
 #include <cerrno>
 
-#include "krvcmd/console/platform/broken_pipe.h"
+#include "krvcmd/console/platform/console_platform.h"
 #include "tests/unit/console/support/console_streams_test.h"
 
 namespace {

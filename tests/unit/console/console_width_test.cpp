@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/platform/console_width.h"
-#include "krvcmd/console/query_table.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/platform/console_platform.h"
+#include "krvcmd/console/query/query_table.h"
+#include "tests/support/captured_output.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "krvcmd/console/control_characters.h"
+#include "krvcmd/console/text/safe_text.h"
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/console/support/captured_output.h"
+#include "tests/support/captured_output.h"
 #include "tests/unit/console/support/text_table.h"
 
 namespace {

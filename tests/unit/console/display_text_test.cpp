@@ -1,4 +1,4 @@
-#include "krvcmd/console/display_text.h"
+#include "krvcmd/console/text/display_width.h"
 
 #include <gtest/gtest.h>
 

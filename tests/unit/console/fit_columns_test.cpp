@@ -1,4 +1,4 @@
-#include "krvcmd/console/fit_columns.h"
+#include "krvcmd/console/table/fit_columns.h"
 
 #include <gtest/gtest.h>
 
@@ -9,22 +9,22 @@ namespace {
 using Ostrel::UI::Console::FitColumns;
 using Ostrel::UI::Console::FittedColumn;
 
-FittedColumn Fixed(std::int64_t width) {
+FittedColumn Fixed(int64_t width) {
     return {0, 0, width, false};
 }
-FittedColumn Elastic(std::int64_t minWidth, std::int64_t width) {
+FittedColumn Elastic(int64_t minWidth, int64_t width) {
     return {minWidth, 0, width, false};
 }
-FittedColumn Limited(std::int64_t minWidth, std::int64_t maxWidth, std::int64_t width) {
+FittedColumn Limited(int64_t minWidth, int64_t maxWidth, int64_t width) {
     return {minWidth, maxWidth, width, false};
 }
 // An empty column; its title still gives it a width.
-FittedColumn LeftOut(std::int64_t width) {
+FittedColumn LeftOut(int64_t width) {
     return {0, 0, width, true};
 }
 
-std::int64_t ContentWidth(const std::vector<FittedColumn>& columns) {
-    std::int64_t sum = 0;
+int64_t ContentWidth(const std::vector<FittedColumn>& columns) {
+    int64_t sum = 0;
     for (const FittedColumn& column : columns)
         sum += column.isLeftOut ? 0 : column.width;
     return sum;
@@ -32,18 +32,18 @@ std::int64_t ContentWidth(const std::vector<FittedColumn>& columns) {
 
 // Line width and column widths after fitting, with a separator of one character.
 struct Fitted {
-    std::int64_t lineWidth;
-    std::vector<std::int64_t> widths;
+    int64_t lineWidth;
+    std::vector<int64_t> widths;
     bool operator==(const Fitted&) const = default;
 };
 
 void PrintTo(const Fitted& fitted, std::ostream* out) {
     *out << fitted.lineWidth << ":";
-    for (const std::int64_t width : fitted.widths)
+    for (const int64_t width : fitted.widths)
         *out << ' ' << width;
 }
 
-Fitted Fit(std::int64_t maxWidth, std::vector<FittedColumn> columns, std::int64_t separatorLength = 1) {
+Fitted Fit(int64_t maxWidth, std::vector<FittedColumn> columns, int64_t separatorLength = 1) {
     Fitted result{FitColumns(maxWidth, ContentWidth(columns), separatorLength, columns), {}};
     for (const FittedColumn& column : columns)
         result.widths.push_back(column.width);

@@ -1,4 +1,4 @@
-#include "krvcmd/console/item_texts.h"
+#include "krvcmd/console/query/value_texts.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ namespace {
 
 using namespace Ostrel::UI::Console;
 
-krvcmd::JukeboxInfo Jukebox(const char* name, std::int32_t magazineCount) {
+krvcmd::JukeboxInfo Jukebox(const char* name, int32_t magazineCount) {
     krvcmd::JukeboxInfo jukebox;
     std::strncpy(jukebox.record.name, name, sizeof jukebox.record.name);
     jukebox.record.magazineCount = magazineCount;

@@ -1,4 +1,4 @@
-#include "krvcmd/console/numbered_text.h"
+#include "krvcmd/console/text/natural_order.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ using namespace Ostrel::UI::Console;
 struct SplitCase {
     std::string_view text;
     std::string_view prefix;
-    std::int32_t number;
+    int32_t number;
 };
 
 TEST(SplitTrailingNumber, SplitsANumberOffBehindASeparator) {

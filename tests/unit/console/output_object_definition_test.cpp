@@ -1,14 +1,14 @@
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/output_object.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "tests/support/captured_output.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
 using krvcmd::test::OutputOf;
 
-std::string Printed(std::uint32_t maxWidth, std::string_view term, std::string_view description) {
+std::string Printed(uint32_t maxWidth, std::string_view term, std::string_view description) {
     COutputObject writer;
     writer.SetMaxWidth(maxWidth);
     return OutputOf([&] { writer.PrintDefinition(term, description); });

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/output_object.h"
-#include "krvcmd/console/table_percent_int_item.h"
-#include "krvcmd/console/table_text.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/table/table_item.h"
+#include "krvcmd/console/table/table_text.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "tests/support/captured_output.h"
 #include "tests/unit/console/support/text_table.h"
 
 // Tables as they look. Widths: a cell has a blank on either side; between two columns stands "|".
@@ -17,10 +17,10 @@ using krvcmd::test::Percent;
 using krvcmd::test::Text;
 using krvcmd::test::TextTable;
 
-constexpr std::uint32_t kName = 1;
-constexpr std::uint32_t kCount = 2;
-constexpr std::uint32_t kStatus = 3;
-constexpr std::uint32_t kPercent = kPercentColumnId;
+constexpr uint32_t kName = 1;
+constexpr uint32_t kCount = 2;
+constexpr uint32_t kStatus = 3;
+constexpr uint32_t kPercent = kPercentColumnId;
 
 TEST(PrintTable, PrintsNothingWithoutColumns) {
     TextTable table(80, {});

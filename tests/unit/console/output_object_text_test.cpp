@@ -1,8 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/output_object.h"
-#include "krvcmd/console/program_names.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "tests/support/captured_output.h"
 
 namespace {
 
@@ -18,7 +17,7 @@ class PrintText : public testing::Test {
 
   protected:
     // What PrintText writes in lines of `maxWidth`.
-    static std::string Printed(std::uint32_t maxWidth, std::string_view text) {
+    static std::string Printed(uint32_t maxWidth, std::string_view text) {
         COutputObject writer;
         writer.SetMaxWidth(maxWidth);
         return OutputOf([&] { writer.PrintText(Stream::StandardOutput, text); });
@@ -65,7 +64,7 @@ TEST_F(PrintText, ReplacesPlaceholdersBeforeItWraps) {
 }
 
 struct WrapCase {
-    std::uint32_t maxWidth;
+    uint32_t maxWidth;
     std::string_view text;
     std::string_view printed;
 };

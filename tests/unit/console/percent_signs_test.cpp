@@ -1,4 +1,4 @@
-#include "krvcmd/console/percent_signs.h"
+#include "krvcmd/console/writer/output_object.h"
 
 #include <gtest/gtest.h>
 
@@ -44,7 +44,7 @@ TEST(ResolvePercentSigns, AgreesWithReadingCharacterByCharacter) {
             for (unsigned i = 0; i < length; ++i)
                 text += (bits >> i & 1U) != 0 ? '%' : 'a';
             std::string expected;
-            for (std::size_t i = 0; i < text.size(); ++i) {
+            for (size_t i = 0; i < text.size(); ++i) {
                 expected += text[i];
                 if (text.substr(i, 2) == "%%") ++i;
             }

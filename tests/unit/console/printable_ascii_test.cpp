@@ -1,4 +1,4 @@
-#include "krvcmd/console/printable_ascii.h"
+#include "krvcmd/console/text/utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +13,8 @@ TEST(IsPrintableAscii, HoldsForAnEmptyText) {
 }
 
 TEST(IsPrintableAscii, FindsEveryOtherByteInEveryPlace) {
-    for (std::size_t size = 1; size <= 20; ++size) {
-        for (std::size_t place = 0; place < size; ++place) {
+    for (size_t size = 1; size <= 20; ++size) {
+        for (size_t place = 0; place < size; ++place) {
             for (int byte = 0; byte <= 255; ++byte) {
                 // Neighbours at both ends of the range.
                 std::string text(size, ' ');

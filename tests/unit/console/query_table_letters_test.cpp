@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/query_table.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/query/query_table.h"
+#include "tests/support/captured_output.h"
 
 namespace {
 
@@ -65,8 +65,7 @@ krvcmd::JukeboxInfo TowerOfTwoMagazines() {
     return jukebox;
 }
 
-void AddVolume(CKrvQueryTable& table, std::int32_t volumeId, const char* label, std::int32_t magazine,
-               std::int32_t slot) {
+void AddVolume(CKrvQueryTable& table, int32_t volumeId, const char* label, int32_t magazine, int32_t slot) {
     krvcmd::VolumeInfo volume;
     volume.volumeId = volumeId;
     std::string_view(label).copy(volume.record.label, sizeof volume.record.label);

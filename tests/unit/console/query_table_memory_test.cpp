@@ -3,7 +3,7 @@
 #include <new>
 #include <set>
 
-#include "krvcmd/console/query_table.h"
+#include "krvcmd/console/query/query_table.h"
 #include "tests/unit/console/support/failing_allocation.h"
 
 namespace {
@@ -27,8 +27,8 @@ krvcmd::JukeboxInfo LongNamedJukebox() {
     return jukebox;
 }
 
-std::set<std::uint32_t> ColumnIdsOf(const CTableRow& row) {
-    std::set<std::uint32_t> ids;
+std::set<uint32_t> ColumnIdsOf(const CTableRow& row) {
+    std::set<uint32_t> ids;
     for (const CTableItem* item : row.GetItems())
         ids.insert(item->GetColumnId());
     return ids;
@@ -38,12 +38,12 @@ TEST(QueryTableMemory, LeavesACellOutForWhichThereIsNone) {
     CKrvQueryTable complete;
     ASSERT_TRUE(complete.SetColumnLetters("I"));
     complete.AddSideRow(LongNamedJukebox(), {}, {}, LongNamedVolume());
-    const std::set<std::uint32_t> allIds = ColumnIdsOf(*complete.GetRowsInOrder().front());
+    const std::set<uint32_t> allIds = ColumnIdsOf(*complete.GetRowsInOrder().front());
     ASSERT_EQ(allIds.size(), 18U);
 
-    std::set<std::uint32_t> missing;
+    std::set<uint32_t> missing;
     bool reachedTheEnd = false;
-    for (std::size_t number = 1; !reachedTheEnd; ++number) {
+    for (size_t number = 1; !reachedTheEnd; ++number) {
         const krvcmd::JukeboxInfo jukebox = LongNamedJukebox();
         const krvcmd::VolumeInfo volume = LongNamedVolume();
         CKrvQueryTable table;
@@ -61,14 +61,14 @@ TEST(QueryTableMemory, LeavesACellOutForWhichThereIsNone) {
         }
         const std::vector<const CTableRow*> rows = table.GetRowsInOrder();
         ASSERT_EQ(rows.size(), 1U);
-        const std::set<std::uint32_t> ids = ColumnIdsOf(*rows.front());
+        const std::set<uint32_t> ids = ColumnIdsOf(*rows.front());
         EXPECT_GE(ids.size(), allIds.size() - 1) << "allocation " << number;
-        for (const std::uint32_t id : allIds) {
+        for (const uint32_t id : allIds) {
             if (!ids.contains(id)) missing.insert(id);
         }
     }
     // Location, label, file system and directory need memory of their own in every table.
-    for (const std::uint32_t id : {9U, 15U, 10U, 14U})
+    for (const uint32_t id : {9U, 15U, 10U, 14U})
         EXPECT_TRUE(missing.contains(id)) << id;
 }
 

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <functional>
 
-#include "krvcmd/console/query_table.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/query/query_table.h"
+#include "tests/support/captured_output.h"
 
 namespace {
 
@@ -14,12 +14,12 @@ using krvcmd::VolumeInfo;
 using krvcmd::test::Lines;
 using krvcmd::test::OutputOf;
 
-template <std::size_t N>
+template <size_t N>
 void SetText(char (&field)[N], std::string_view text) {
     field[text.copy(field, N - 1)] = '\0';
 }
 
-JukeboxInfo Tower(std::int32_t magazineCount) {
+JukeboxInfo Tower(int32_t magazineCount) {
     JukeboxInfo jukebox;
     jukebox.key = {sizeof(JukeboxKey), 11};
     JukeboxRecord& record = jukebox.record;
@@ -71,7 +71,7 @@ std::string RowOf(const std::function<void(CKrvQueryTable&)>& add) {
 }
 
 // The text of a cell that no letter selects; "none" when the row does not have it.
-std::string HiddenCellOf(std::uint32_t columnId, const std::function<void(CKrvQueryTable&)>& add) {
+std::string HiddenCellOf(uint32_t columnId, const std::function<void(CKrvQueryTable&)>& add) {
     CKrvQueryTable table;
     EXPECT_TRUE(table.SetColumnLetters("I"));
     add(table);
@@ -269,11 +269,11 @@ TEST(QueryTable, KeepsTheCellsOfManyRowsApart) {
     EXPECT_TRUE(table.SetColumnLetters("Iov"));
     EXPECT_TRUE(table.SetSortLetters("I"));
     std::string expected;
-    for (std::int32_t id = 1; id <= 1000; ++id) {
+    for (int32_t id = 1; id <= 1000; ++id) {
         VolumeInfo volume;
         volume.volumeId = id;
-        volume.record.state = static_cast<std::uint32_t>(id % 3);
-        volume.record.type = static_cast<std::uint32_t>(id % 2);
+        volume.record.state = static_cast<uint32_t>(id % 3);
+        volume.record.type = static_cast<uint32_t>(id % 2);
         table.AddVolumeRow(volume);
         static constexpr const char* kStates[] = {"active", "disabled", "offline"};
         static constexpr const char* kTypes[] = {"Disc", "Mirror"};

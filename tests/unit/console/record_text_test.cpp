@@ -1,4 +1,4 @@
-#include "krvcmd/service/record_text.h"
+#include "krvcmd/service/sdk/records.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "krvcmd/console/row_order.h"
+#include "krvcmd/console/table/row_order.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "krvcmd/console/table_int_item.h"
+#include "krvcmd/console/table/table_item.h"
 #include "tests/unit/console/support/text_table.h"
 
 namespace {
@@ -18,9 +18,9 @@ using krvcmd::test::Number;
 using krvcmd::test::Text;
 using krvcmd::test::TextTable;
 
-constexpr std::uint32_t kName = 1;
-constexpr std::uint32_t kCount = 2;
-constexpr std::uint32_t kLabel = 3;  // no column of the table
+constexpr uint32_t kName = 1;
+constexpr uint32_t kCount = 2;
+constexpr uint32_t kLabel = 3;  // no column of the table
 
 class RowOrder : public testing::Test {
   protected:
@@ -96,7 +96,7 @@ TEST_F(RowOrder, AsksTheNextKeyWhenRowsAreEqual) {
 }
 
 TEST_F(RowOrder, KeepsEqualRowsInTheOrderOfArrivalInBothDirections) {
-    for (const std::int32_t direction : {kAscending, kDescending}) {
+    for (const int32_t direction : {kAscending, kDescending}) {
         TextTable table(80, {{kName, "Name"}});
         table.SetSortKeys({{kLabel, direction}});
         std::string names;
@@ -138,7 +138,7 @@ TEST_F(RowOrder, HasNoUseForASecondKeyOfTheSameColumn) {
 
 // ---- Against the insertion rule, taken literally --------------------------------------
 
-std::int32_t CompareAsInserted(const CTableItem* a, const CTableItem* b) {
+int32_t CompareAsInserted(const CTableItem* a, const CTableItem* b) {
     if (a == nullptr && b == nullptr) return 0;
     if (a == nullptr) return -1;
     if (b == nullptr) return 1;
@@ -147,7 +147,7 @@ std::int32_t CompareAsInserted(const CTableItem* a, const CTableItem* b) {
 
 bool GoesInFrontOf(const CTableRow& newRow, const CTableRow& existing, const std::vector<SortKey>& keys) {
     for (const SortKey& key : keys) {
-        const std::int32_t result =
+        const int32_t result =
             CompareAsInserted(newRow.FindItem(key.columnId), existing.FindItem(key.columnId));
         if (result == key.direction) return true;
         if (result != 0) return false;
@@ -177,16 +177,16 @@ class RandomRows {
     }
 
     // A row with its number, so that it is never empty, and some of the cells 1 to 5.
-    TextTable::Cells Cells(std::int64_t number) {
+    TextTable::Cells Cells(int64_t number) {
         static constexpr const char* kTexts[] = {"",      "a",      "Disc",   "Disc-9", "Disc-10", "Disc.9",
                                                  "Disc9", "Disc10", "9",      "10",     "disc 7%", "-5",
                                                  "Disc-", "B-1-2",  "\xe4-3", "a b"};
         TextTable::Cells cells = CellsOf(Number(kNumber, number));
-        for (const std::uint32_t columnId : {1U, 2U}) {
+        for (const uint32_t columnId : {1U, 2U}) {
             if (Below(4) != 0) cells.push_back(Text(columnId, kTexts[Below(std::size(kTexts))]));
         }
-        for (const std::uint32_t columnId : {3U, 4U}) {
-            if (Below(4) != 0) cells.push_back(Number(columnId, static_cast<std::int64_t>(Below(5)) - 2));
+        for (const uint32_t columnId : {3U, 4U}) {
+            if (Below(4) != 0) cells.push_back(Number(columnId, static_cast<int64_t>(Below(5)) - 2));
         }
         if (Below(3) != 0) {
             cells.push_back(std::make_unique<CTableIntItem>(5, Below(3) * 700'000, NumberStyle::WithUnit));
@@ -194,14 +194,14 @@ class RandomRows {
         return cells;
     }
 
-    static constexpr std::uint32_t kNumber = 99;
+    static constexpr uint32_t kNumber = 99;
 
   private:
     std::mt19937 m_random;
 };
 
-std::vector<std::int64_t> NumbersOf(const auto& rows) {
-    std::vector<std::int64_t> numbers;
+std::vector<int64_t> NumbersOf(const auto& rows) {
+    std::vector<int64_t> numbers;
     numbers.reserve(rows.size());
     for (const CTableRow* row : rows)
         numbers.push_back(row->FindItem(RandomRows::kNumber)->GetValue());
@@ -212,14 +212,14 @@ TEST_F(RowOrder, IsThatOfInsertingEachRowInFrontOfTheFirstThatItPrecedes) {
     for (unsigned seed = 0; seed < 300; ++seed) {
         RandomRows random(seed);
         const std::vector<SortKey> keys = random.Keys();
-        const std::int64_t rowCount = random.Below(60);
+        const int64_t rowCount = random.Below(60);
         TextTable table(80, {{RandomRows::kNumber, "Number"}});
         table.SetSortKeys(keys);
 
         std::list<TextTable::Cells> cells;
         std::list<CTableRow> rows;
         std::list<const CTableRow*> expected;
-        for (std::int64_t number = 0; number < rowCount; ++number) {
+        for (int64_t number = 0; number < rowCount; ++number) {
             CTableRow& row = rows.emplace_back();
             for (const auto& cell : cells.emplace_back(random.Cells(number)))
                 row.AddItem(*cell);

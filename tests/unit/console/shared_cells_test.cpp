@@ -1,8 +1,8 @@
-#include "krvcmd/console/shared_cells.h"
+#include "krvcmd/console/table/cell_store.h"
 
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/table_string_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 namespace {
 

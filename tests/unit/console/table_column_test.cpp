@@ -1,4 +1,4 @@
-#include "krvcmd/console/table_column.h"
+#include "krvcmd/console/table/table.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "krvcmd/console/table_dir_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@ namespace {
 
 using namespace Ostrel::UI::Console;
 
-std::string Rendered(std::string_view text, std::uint32_t width) {
+std::string Rendered(std::string_view text, uint32_t width) {
     return CTableDirItem(14, text).Render(width);
 }
 

@@ -1,24 +1,22 @@
-#include "krvcmd/console/table_int_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 
-#include "krvcmd/console/table_string_item.h"
-
 namespace {
 
 using namespace Ostrel::UI::Console;
 
-CTableIntItem Plain(std::int64_t value) {
+CTableIntItem Plain(int64_t value) {
     return {1, value, NumberStyle::Plain};
 }
 
 TEST(TableIntItem, ShowsItsValueInDecimal) {
     EXPECT_EQ(Plain(0).Render(0), "0");
     EXPECT_EQ(Plain(-17).Render(0), "-17");
-    EXPECT_EQ(Plain(std::numeric_limits<std::int64_t>::max()).Render(0), "9223372036854775807");
-    EXPECT_EQ(Plain(std::numeric_limits<std::int64_t>::min()).Render(0), "-9223372036854775808");
+    EXPECT_EQ(Plain(std::numeric_limits<int64_t>::max()).Render(0), "9223372036854775807");
+    EXPECT_EQ(Plain(std::numeric_limits<int64_t>::min()).Render(0), "-9223372036854775808");
 }
 
 TEST(TableIntItem, NeedsNoCareWhenItIsShown) {
@@ -76,8 +74,7 @@ TEST(TableIntItem, ComparesSignedNumbers) {
     EXPECT_EQ(Plain(10).Compare(Plain(2)), 1);
     EXPECT_EQ(Plain(7).Compare(Plain(7)), 0);
     EXPECT_EQ(Plain(-1).Compare(Plain(0)), -1);
-    EXPECT_EQ(Plain(std::numeric_limits<std::int64_t>::min())
-                  .Compare(Plain(std::numeric_limits<std::int64_t>::max())),
+    EXPECT_EQ(Plain(std::numeric_limits<int64_t>::min()).Compare(Plain(std::numeric_limits<int64_t>::max())),
               -1);
 }
 

@@ -14,8 +14,8 @@ using krvcmd::test::TextTable;
 
 std::vector<std::string> LinesOf(const std::string& text) {
     std::vector<std::string> lines;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = text.find('\n', begin);
+    for (size_t begin = 0; begin < text.size();) {
+        const size_t end = text.find('\n', begin);
         lines.push_back(text.substr(begin, end - begin));
         begin = end + 1;
     }
@@ -26,13 +26,13 @@ std::vector<std::string> LinesOf(const std::string& text) {
 // signs.
 class RandomTable {
   public:
-    RandomTable(unsigned seed, std::uint32_t maxWidth) : m_random(seed), m_table(maxWidth, {}) {
+    RandomTable(unsigned seed, uint32_t maxWidth) : m_random(seed), m_table(maxWidth, {}) {
         std::vector<CTableColumn> columns(Below(8) + 1);
         for (CTableColumn& column : columns) {
             column.SetColumnId(Below(8) + 1);
             column.SetTitle(std::string(Below(12) + 1, 'T'));
-            static constexpr std::int32_t kMinWidths[] = {0, 0, 0, 3, 10, -1};
-            static constexpr std::int32_t kMaxWidths[] = {0, 0, 12, 40};
+            static constexpr int32_t kMinWidths[] = {0, 0, 0, 3, 10, -1};
+            static constexpr int32_t kMaxWidths[] = {0, 0, 12, 40};
             column.SetMinWidth(kMinWidths[Below(6)]);
             column.SetMaxWidth(kMaxWidths[Below(4)]);
         }
@@ -43,10 +43,10 @@ class RandomTable {
         for (unsigned row = 0; row < m_rowCount; ++row) {
             TextTable::Cells cells;
             cells.push_back(Number(100, row));
-            for (std::uint32_t columnId = 1; columnId <= 8; ++columnId) {
+            for (uint32_t columnId = 1; columnId <= 8; ++columnId) {
                 if (Below(3) == 0) continue;
                 if (columnId % 3 == 0) {
-                    cells.push_back(Number(columnId, static_cast<std::int64_t>(m_random()) << Below(31)));
+                    cells.push_back(Number(columnId, static_cast<int64_t>(m_random()) << Below(31)));
                 } else {
                     cells.push_back(Text(columnId, std::string(Below(30), 'x')));
                 }
@@ -67,7 +67,7 @@ class RandomTable {
 };
 
 TEST(TableLayout, HasOneHeaderAnUnderlineAndARowPerLineInEveryWidth) {
-    for (std::uint32_t maxWidth = 0; maxWidth <= 300; ++maxWidth) {
+    for (uint32_t maxWidth = 0; maxWidth <= 300; ++maxWidth) {
         for (unsigned seed = 0; seed < 8; ++seed) {
             RandomTable random(maxWidth * 8 + seed, maxWidth);
             const std::vector<std::string> lines = LinesOf(random.Table().Printed());
@@ -79,12 +79,12 @@ TEST(TableLayout, HasOneHeaderAnUnderlineAndARowPerLineInEveryWidth) {
 }
 
 TEST(TableLayout, HasLinesOfOneLengthThatIsNotAboveTheWidth) {
-    for (std::uint32_t maxWidth = 0; maxWidth <= 300; ++maxWidth) {
+    for (uint32_t maxWidth = 0; maxWidth <= 300; ++maxWidth) {
         for (unsigned seed = 0; seed < 8; ++seed) {
             RandomTable random(maxWidth * 8 + seed, maxWidth);
             std::vector<std::string> lines = LinesOf(random.Table().Printed());
             lines.pop_back();
-            const std::size_t width = lines.front().size();
+            const size_t width = lines.front().size();
             if (maxWidth != 0) {
                 EXPECT_LE(width, maxWidth);
             }

@@ -1,4 +1,4 @@
-#include "krvcmd/console/table_one_based_int_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ TEST(TableOneBasedIntItem, ShowsAndHoldsTheNumberThatUsersKnow) {
     EXPECT_EQ(first.Render(0), "1");
     EXPECT_EQ(first.GetValue(), 1);
     EXPECT_EQ(CTableOneBasedIntItem(6, -1).Render(0), "0");
-    EXPECT_EQ(CTableOneBasedIntItem(6, std::numeric_limits<std::int32_t>::max()).Render(0), "2147483648");
+    EXPECT_EQ(CTableOneBasedIntItem(6, std::numeric_limits<int32_t>::max()).Render(0), "2147483648");
 }
 
 TEST(TableOneBasedIntItem, TakesANewValueAsItIs) {

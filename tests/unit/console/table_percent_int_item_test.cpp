@@ -1,4 +1,4 @@
-#include "krvcmd/console/table_percent_int_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 #include <gtest/gtest.h>
 

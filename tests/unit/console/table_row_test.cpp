@@ -1,10 +1,10 @@
-#include "krvcmd/console/table_row.h"
+#include "krvcmd/console/table/table.h"
 
 #include <gtest/gtest.h>
 
 #include <memory_resource>
 
-#include "krvcmd/console/table_string_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 namespace {
 

@@ -1,18 +1,16 @@
-#include "krvcmd/console/table_string_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 #include <gtest/gtest.h>
-
-#include "krvcmd/console/table_int_item.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
 
-std::string Rendered(std::string_view text, std::uint32_t width) {
+std::string Rendered(std::string_view text, uint32_t width) {
     return CTableStringItem(15, text).Render(width);
 }
 
-std::int32_t Compared(std::string_view left, std::string_view right) {
+int32_t Compared(std::string_view left, std::string_view right) {
     return CTableStringItem(15, left).Compare(CTableStringItem(15, right));
 }
 

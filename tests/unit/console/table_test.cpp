@@ -1,15 +1,14 @@
-#include "krvcmd/console/table.h"
+#include "krvcmd/console/table/table.h"
 
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/table_int_item.h"
-#include "krvcmd/console/table_string_item.h"
+#include "krvcmd/console/table/table_item.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
 
-CTableColumn Column(std::uint32_t columnId, std::string_view title) {
+CTableColumn Column(uint32_t columnId, std::string_view title) {
     CTableColumn column;
     column.SetColumnId(columnId);
     column.SetTitle(title);

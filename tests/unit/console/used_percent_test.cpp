@@ -1,4 +1,4 @@
-#include "krvcmd/console/used_percent.h"
+#include "krvcmd/console/text/numbers.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@ namespace {
 
 using namespace Ostrel::UI::Console;
 
-constexpr std::int64_t kLargest = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t kSmallest = std::numeric_limits<std::int64_t>::min();
+constexpr int64_t kLargest = std::numeric_limits<int64_t>::max();
+constexpr int64_t kSmallest = std::numeric_limits<int64_t>::min();
 
 TEST(UsedPercent, IsZeroWithoutATotal) {
     EXPECT_EQ(UsedPercent(5, 0), 0);
@@ -44,14 +44,14 @@ TEST(UsedPercent, DoesNotOverflowForHugeCapacities) {
     // (2^63 - 1 + 2^63) * 100 / (2^63 - 1) = 200.00..
     EXPECT_EQ(UsedPercent(kSmallest, kLargest), 200);
     // (2^62 + 2^63) * 100 / 2^62 = 300
-    EXPECT_EQ(UsedPercent(kSmallest, std::int64_t{1} << 62), 300);
+    EXPECT_EQ(UsedPercent(kSmallest, int64_t{1} << 62), 300);
     // A result of more than 64 bits is the largest number.
     EXPECT_EQ(UsedPercent(kSmallest, 1), kLargest);
 }
 
 TEST(UsedPercent, AgreesWithPlainArithmeticWhereThatDoesNotOverflow) {
-    for (std::int64_t total = 1; total <= 130; ++total) {
-        for (std::int64_t free = -140; free <= 270; ++free) {
+    for (int64_t total = 1; total <= 130; ++total) {
+        for (int64_t free = -140; free <= 270; ++free) {
             ASSERT_EQ(UsedPercent(free, total), (total - free) * 100 / total) << free << " of " << total;
         }
     }

@@ -1,4 +1,4 @@
-#include "krvcmd/console/utf8_character.h"
+#include "krvcmd/console/text/utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ using namespace Ostrel::UI::Console;
 struct WellFormedCase {
     std::string_view text;
     char32_t codePoint;
-    std::size_t size;
+    size_t size;
 };
 
 TEST(FirstUtf8Character, ReadsCharactersOfEveryLength) {

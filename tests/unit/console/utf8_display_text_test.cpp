@@ -1,7 +1,7 @@
 // Not on Windows: texts are in the ANSI code page there, where every byte is a character.
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/display_text.h"
+#include "krvcmd/console/text/display_width.h"
 
 // In a UTF-8 locale.
 namespace {

@@ -1,9 +1,8 @@
 // Not on Windows: texts are in the ANSI code page there, where every byte is a character.
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/table_dir_item.h"
-#include "krvcmd/console/table_string_item.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/table/table_item.h"
+#include "tests/support/captured_output.h"
 #include "tests/unit/console/support/pseudo_terminal.h"
 #include "tests/unit/console/support/text_table.h"
 
@@ -16,8 +15,8 @@ using krvcmd::test::OutputOf;
 using krvcmd::test::PseudoTerminal;
 using krvcmd::test::TextTable;
 
-constexpr std::uint32_t kName = 1;
-constexpr std::uint32_t kTown = 2;
+constexpr uint32_t kName = 1;
+constexpr uint32_t kTown = 2;
 
 TEST(Utf8Table, StaysStraight) {
     // Müller takes 6 columns, 東京 takes 4; 6 + 4 + 4 + 1 = 15.

@@ -1,4 +1,4 @@
-#include "krvcmd/console/value_texts.h"
+#include "krvcmd/console/query/value_texts.h"
 
 #include <gtest/gtest.h>
 
@@ -65,19 +65,19 @@ TEST(ValueTexts, NameFinalizationStates) {
 }
 
 TEST(ValueTexts, NameEveryMediaTypeCode) {
-    const std::map<std::uint32_t, std::string_view> named{{0, "CD-ROM"},          {1, "CD-R"},
-                                                          {2, "CD-RW"},           {4, "DVD-ROM"},
-                                                          {5, "DVD-R"},           {6, "DVD-RW"},
-                                                          {7, "DVD-Row"},         {9, "DVD+R"},
-                                                          {10, "DVD+RW"},         {12, "DVD-RAM"},
-                                                          {13, "DVD-RAM WO"},     {16, "DVD-R DL"},
-                                                          {17, "DVD+R DL"},       {20, "MO Rewritable"},
-                                                          {21, "MO Write Once"},  {22, "PDD Rewritable"},
-                                                          {23, "PDD Write Once"}, {24, "UDO Rewritable"},
-                                                          {25, "UDO Write Once"}, {26, "BD-RE"},
-                                                          {27, "BD-R"},           {254, "<unknown>"},
-                                                          {255, "<no disc>"}};
-    for (std::uint32_t code = 0; code <= 300; ++code) {
+    const std::map<uint32_t, std::string_view> named{{0, "CD-ROM"},          {1, "CD-R"},
+                                                     {2, "CD-RW"},           {4, "DVD-ROM"},
+                                                     {5, "DVD-R"},           {6, "DVD-RW"},
+                                                     {7, "DVD-Row"},         {9, "DVD+R"},
+                                                     {10, "DVD+RW"},         {12, "DVD-RAM"},
+                                                     {13, "DVD-RAM WO"},     {16, "DVD-R DL"},
+                                                     {17, "DVD+R DL"},       {20, "MO Rewritable"},
+                                                     {21, "MO Write Once"},  {22, "PDD Rewritable"},
+                                                     {23, "PDD Write Once"}, {24, "UDO Rewritable"},
+                                                     {25, "UDO Write Once"}, {26, "BD-RE"},
+                                                     {27, "BD-R"},           {254, "<unknown>"},
+                                                     {255, "<no disc>"}};
+    for (uint32_t code = 0; code <= 300; ++code) {
         const auto found = named.find(code);
         EXPECT_EQ(MediaTypeText(code), found == named.end() ? "" : found->second) << code;
     }

@@ -1,11 +1,11 @@
-#include "krvcmd/frontend/banner.h"
+#include "krvcmd/frontend/report/result_line.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "krvcmd/console/program_names.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "tests/support/captured_output.h"
 
 namespace krvcmd {
 namespace {

@@ -1,4 +1,4 @@
-#include "krvcmd/frontend/command_grammar.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/find_keyword.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/frontend/grammar/keyword.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {

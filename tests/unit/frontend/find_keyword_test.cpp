@@ -1,12 +1,12 @@
-#include "krvcmd/frontend/find_keyword.h"
+#include "krvcmd/frontend/grammar/keyword.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/command_grammar.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {

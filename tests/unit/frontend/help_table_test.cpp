@@ -1,4 +1,4 @@
-#include "krvcmd/frontend/help_table.h"
+#include "krvcmd/frontend/report/help_table.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/item_address.h"
-#include "krvcmd/frontend/parser.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/parsing/item_address.h"
+#include "krvcmd/frontend/parsing/parser.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {
@@ -69,7 +69,7 @@ std::string ParsedAndAddressed(const std::string& example) {
 TEST(HelpTable, HasAnEntryForEachEntryOfTheTopLevelTable) {
     const KeywordNode::Table topLevel = CommandGrammar::TopLevel();
     ASSERT_EQ(HelpTable().size(), topLevel.size());
-    for (std::size_t i = 0; i < topLevel.size(); ++i) {
+    for (size_t i = 0; i < topLevel.size(); ++i) {
         const HelpEntry& entry = HelpTable()[i];
         EXPECT_TRUE(entry.node == nullptr || entry.node == topLevel[i]) << topLevel[i]->keyword;
     }
@@ -180,7 +180,7 @@ TEST(HelpTable, ShowsExamplesThatTheParserUnderstands) {
     };
     const std::vector<std::string> examples = AllExamples();
     ASSERT_EQ(examples.size(), std::size(rows));
-    for (std::size_t i = 0; i < examples.size(); ++i) {
+    for (size_t i = 0; i < examples.size(); ++i) {
         EXPECT_EQ(examples[i], rows[i].first);
         EXPECT_EQ(ParsedAndAddressed(examples[i]), rows[i].second) << examples[i];
     }
@@ -196,7 +196,7 @@ TEST(HelpTable, ShowsAddressesInTheGeneralHelpThatTheParserUnderstands) {
     const std::vector<std::string> lines = LinesOf(help_text::kExamples);
     ASSERT_EQ(lines.size(), 7U);  // an empty line and a heading before the rows, an empty line behind them
     EXPECT_EQ(lines[1], "Examples:");
-    for (std::size_t i = 0; i < std::size(rows); ++i) {
+    for (size_t i = 0; i < std::size(rows); ++i) {
         EXPECT_EQ(lines[i + 2], rows[i].first);
         EXPECT_EQ(ParsedAndAddressed("query " + lines[i + 2]), rows[i].second);
     }

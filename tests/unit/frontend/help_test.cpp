@@ -1,14 +1,14 @@
-#include "krvcmd/frontend/help.h"
+#include "krvcmd/frontend/report/help.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
 #include <string>
 
-#include "krvcmd/console/program_names.h"
-#include "krvcmd/frontend/command_grammar.h"
-#include "tests/unit/console/support/captured_output.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "tests/support/captured_output.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {
@@ -61,7 +61,7 @@ class HelpTest : public testing::Test {
     HelpTest() { GetProgramNames() = {"krvcmd", "Carvoline"}; }
 
     // What the printer writes to standard output in lines of at most `width` characters.
-    static std::string Printed(const std::function<void(HelpPrinter&)>& print, std::uint32_t width = 0) {
+    static std::string Printed(const std::function<void(HelpPrinter&)>& print, uint32_t width = 0) {
         return test::OutputOf([&] {
             CKrvQueryTable writer;
             writer.SetMaxWidth(width);
@@ -226,7 +226,7 @@ TEST_F(HelpTest, DescribesTheColumnLettersBetweenParametersAndExampleOfQuery) {
     ASSERT_TRUE(columnHelp.starts_with("\nFollowing column identifiers"));
     ASSERT_TRUE(columnHelp.ends_with("  o - Status of the item.\n"));
     const std::string help = HelpFor("query");
-    const std::size_t position = help.find(columnHelp);
+    const size_t position = help.find(columnHelp);
     ASSERT_NE(position, std::string::npos);
     EXPECT_TRUE(help.substr(0, position).ends_with("    volumes   : information about volumes\n"));
     EXPECT_TRUE(

@@ -3,12 +3,12 @@
 #include <limits>
 #include <vector>
 
-#include "krvcmd/frontend/item_address.h"
+#include "krvcmd/frontend/parsing/item_address.h"
 
 namespace krvcmd {
 namespace {
 
-constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
+constexpr int32_t kLargest = std::numeric_limits<int32_t>::max();
 
 ItemAddressList SlotsOf(std::vector<NumberRange> numbers) {
     ItemAddress common;
@@ -17,8 +17,8 @@ ItemAddressList SlotsOf(std::vector<NumberRange> numbers) {
 }
 
 // The slots of the first entries, `atMost` of them.
-std::vector<std::int32_t> Slots(const ItemAddressList& list, std::size_t atMost = 100) {
-    std::vector<std::int32_t> slots;
+std::vector<int32_t> Slots(const ItemAddressList& list, size_t atMost = 100) {
+    std::vector<int32_t> slots;
     for (const ItemAddress& entry : list) {
         EXPECT_EQ(entry.jukeboxId, 8);
         slots.push_back(entry.slot);
@@ -27,7 +27,7 @@ std::vector<std::int32_t> Slots(const ItemAddressList& list, std::size_t atMost 
     return slots;
 }
 
-using Numbers = std::vector<std::int32_t>;
+using Numbers = std::vector<int32_t>;
 
 TEST(ItemAddressList, IsEmptyByDefault) {
     const ItemAddressList list;
@@ -45,7 +45,7 @@ TEST(ItemAddressList, GivesEveryEntryTheCommonPart) {
     common.magazine = 2;
     common.side = 1;
     const ItemAddressList list(common, &ItemAddress::slot, {{4, 5, true}});
-    std::int32_t slot = 4;
+    int32_t slot = 4;
     for (const ItemAddress& entry : list) {
         EXPECT_EQ(entry.jukeboxName, "MyBox");
         EXPECT_EQ(entry.magazine, 2);

@@ -1,4 +1,4 @@
-#include "krvcmd/frontend/item_address.h"
+#include "krvcmd/frontend/parsing/item_address.h"
 
 #include <gtest/gtest.h>
 
@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/parser.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/frontend/parsing/parser.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {
@@ -86,13 +86,13 @@ TEST(ReadItemAddress, KnowsEveryCombinationOfTheSevenParameters) {
 }
 
 TEST(ReadItemAddress, NumbersTheKindsAsScriptsOfTheLibraryKnowThem) {
-    EXPECT_EQ(static_cast<std::int32_t>(AddressKind::None), 0);
-    EXPECT_EQ(static_cast<std::int32_t>(AddressKind::Volumes), 1);
-    EXPECT_EQ(static_cast<std::int32_t>(AddressKind::SlotSide), 2);
-    EXPECT_EQ(static_cast<std::int32_t>(AddressKind::Slots), 3);
-    EXPECT_EQ(static_cast<std::int32_t>(AddressKind::Magazine), 5);
-    EXPECT_EQ(static_cast<std::int32_t>(AddressKind::Jukebox), 6);
-    EXPECT_EQ(static_cast<std::int32_t>(AddressKind::Drive), 7);
+    EXPECT_EQ(static_cast<int32_t>(AddressKind::None), 0);
+    EXPECT_EQ(static_cast<int32_t>(AddressKind::Volumes), 1);
+    EXPECT_EQ(static_cast<int32_t>(AddressKind::SlotSide), 2);
+    EXPECT_EQ(static_cast<int32_t>(AddressKind::Slots), 3);
+    EXPECT_EQ(static_cast<int32_t>(AddressKind::Magazine), 5);
+    EXPECT_EQ(static_cast<int32_t>(AddressKind::Jukebox), 6);
+    EXPECT_EQ(static_cast<int32_t>(AddressKind::Drive), 7);
 }
 
 // ---- Entries ---------------------------------------------------------------------------------
@@ -111,7 +111,7 @@ std::string Addressed(const Words& words) {
         return test::Text(status);
 
     std::string text = "kind " + std::to_string(static_cast<int>(kind)) + ":";
-    const auto add = [&text](const char* name, std::int32_t number) {
+    const auto add = [&text](const char* name, int32_t number) {
         if (number != -1) text += std::string(" ") + name + std::to_string(number);
     };
     for (const ItemAddress& entry : addresses) {

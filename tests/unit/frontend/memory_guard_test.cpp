@@ -1,8 +1,8 @@
-#include "krvcmd/frontend/memory_guard.h"
+#include "krvcmd/frontend/base/memory_guard.h"
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/frontend/support/command_line.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {

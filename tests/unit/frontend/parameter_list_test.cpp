@@ -1,8 +1,8 @@
-#include "krvcmd/frontend/parameter_list.h"
+#include "krvcmd/frontend/parsing/parameter_list.h"
 
 #include <gtest/gtest.h>
 
-#include "tests/unit/frontend/support/command_line.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {

@@ -3,9 +3,9 @@
 #include <string_view>
 #include <vector>
 
-#include "krvcmd/frontend/command_grammar.h"
-#include "krvcmd/frontend/parser.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/frontend/grammar/command_grammar.h"
+#include "krvcmd/frontend/parsing/parser.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {

@@ -1,11 +1,11 @@
-#include "krvcmd/frontend/read_value.h"
+#include "krvcmd/frontend/parsing/read_value.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "tests/unit/frontend/support/command_line.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {

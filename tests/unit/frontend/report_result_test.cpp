@@ -1,12 +1,12 @@
-#include "krvcmd/frontend/report_result.h"
+#include "krvcmd/frontend/report/result_line.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
 
-#include "krvcmd/console/program_names.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {
@@ -45,7 +45,7 @@ TEST(ErrorMessage, NamesMissingItemsAndWrongCommandLines) {
 
 TEST(ErrorMessage, ShowsNumberAndSystemTextOfOtherSystemErrors) {
     for (const int code : {1, 4, 6, 12, 28, 501, 100000}) {
-        EXPECT_EQ(ErrorMessage(Status::SystemError(static_cast<std::uint32_t>(code))),
+        EXPECT_EQ(ErrorMessage(Status::SystemError(static_cast<uint32_t>(code))),
                   "OS error " + std::to_string(code) + ": " + std::strerror(code) + "\n");
     }
 }

@@ -1,4 +1,4 @@
-#include "krvcmd/frontend/status.h"
+#include "krvcmd/frontend/base/status.h"
 
 #include <gtest/gtest.h>
 
@@ -55,9 +55,9 @@ TEST(Status, IsAnErrorEvenWhenTheServiceErrorHasCodeZero) {
 }
 
 TEST(Status, NumbersItsKindsAsTheInterfaceDoes) {
-    EXPECT_EQ(static_cast<std::uint32_t>(Status::Kind::Success), 0U);
-    EXPECT_EQ(static_cast<std::uint32_t>(Status::Kind::SystemError), 1U);
-    EXPECT_EQ(static_cast<std::uint32_t>(Status::Kind::ServiceError), 3U);
+    EXPECT_EQ(static_cast<uint32_t>(Status::Kind::Success), 0U);
+    EXPECT_EQ(static_cast<uint32_t>(Status::Kind::SystemError), 1U);
+    EXPECT_EQ(static_cast<uint32_t>(Status::Kind::ServiceError), 3U);
 }
 
 TEST(Status, TakesTheFirstOfTwoErrors) {

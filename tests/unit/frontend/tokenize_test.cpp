@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "krvcmd/frontend/token.h"
-#include "tests/unit/frontend/support/command_line.h"
+#include "krvcmd/frontend/parsing/token.h"
+#include "tests/support/command_line.h"
 
 namespace krvcmd {
 namespace {
@@ -35,7 +35,7 @@ std::string Split(std::string_view text) {
         } else if (piece.type == TokenType::Number) {
             result += piece.outOfRange ? "#out-of-range" : "#" + std::to_string(piece.value);
         } else {
-            result += std::to_string(static_cast<std::uint32_t>(piece.type));
+            result += std::to_string(static_cast<uint32_t>(piece.type));
         }
     }
     return result;

@@ -1,10 +1,10 @@
-#include "krvcmd/service/enumeration.h"
+#include "krvcmd/service/access/enumeration.h"
 
 #include <algorithm>
 #include <map>
 #include <set>
 
-#include "tests/unit/service/support/service_test.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 using krvfake::Occurrence;
 using test::Calls;
 using test::Text;
-using Ids = std::vector<std::int32_t>;
+using Ids = std::vector<int32_t>;
 
 class EnumerationTest : public test::ServiceTest {
   protected:
@@ -28,7 +28,7 @@ class EnumerationTest : public test::ServiceTest {
 };
 
 TEST_F(EnumerationTest, StepsFromEachIdToTheNext) {
-    for (const std::int32_t id : {8, 31, 11})
+    for (const int32_t id : {8, 31, 11})
         Farm().AddJukebox(id, "x");
     EXPECT_EQ(Jukeboxes(), (Ids{8, 31, 11}));
     EXPECT_EQ(TakeCalls(), (Calls{"KrvGetNextJukebox previous=0", "KrvGetNextJukebox previous=8",
@@ -53,7 +53,7 @@ TEST_F(EnumerationTest, EndsWhenTheFirstStepFails) {
 }
 
 TEST_F(EnumerationTest, EndsWhenALaterStepFails) {
-    for (const std::int32_t id : {8, 11, 29})
+    for (const int32_t id : {8, 11, 29})
         Farm().AddJukebox(id, "x");
     Fake().FailCall("KrvGetNextJukebox", Occurrence::Nth(2), {9, "no"}, krvfake::Outputs::Filled);
     EXPECT_EQ(Jukeboxes(), (Ids{8}));
@@ -65,7 +65,7 @@ TEST_F(EnumerationTest, EndsAtAnIdBelowOne) {
     EXPECT_EQ(Jukeboxes(), (Ids{8}));
     Farm().EnumerateJukeboxes({8, -1, 11});
     EXPECT_EQ(Jukeboxes(), (Ids{8}));
-    Farm().EnumerateJukeboxes({std::numeric_limits<std::int32_t>::min(), 8});
+    Farm().EnumerateJukeboxes({std::numeric_limits<int32_t>::min(), 8});
     EXPECT_EQ(Jukeboxes(), Ids{});
 }
 
@@ -80,23 +80,23 @@ TEST_F(EnumerationTest, EndsWhenALibraryRepeatsAnIdForEver) {
 }
 
 // A library whose enumeration leads through `lead` IDs into a circle of `length` further ones.
-std::map<std::uint32_t, std::uint32_t> g_successors;
+std::map<uint32_t, uint32_t> g_successors;
 
-KrvBool NextInCircle(KrvCallContext*, std::uint32_t previous, std::uint32_t* next) {
+KrvBool NextInCircle(KrvCallContext*, uint32_t previous, uint32_t* next) {
     *next = g_successors[previous];
     return 1;
 }
 
-void MakeCircle(std::uint32_t lead, std::uint32_t length) {
+void MakeCircle(uint32_t lead, uint32_t length) {
     g_successors.clear();
-    for (std::uint32_t id = 0; id + 1 < lead + length; ++id)
+    for (uint32_t id = 0; id + 1 < lead + length; ++id)
         g_successors[id] = id + 1;
     g_successors[lead + length - 1] = lead;
 }
 
 TEST_F(EnumerationTest, EndsWhenALibraryGoesInCircles) {
-    for (std::uint32_t lead = 1; lead <= 20; ++lead) {
-        for (std::uint32_t length = 1; length <= 20; ++length) {
+    for (uint32_t lead = 1; lead <= 20; ++lead) {
+        for (uint32_t length = 1; length <= 20; ++length) {
             MakeCircle(lead, length);
             const Ids ids = IdsOf(NextInCircle);
             // Each ID is met; the circle is noticed before it has been gone round many times.
@@ -107,10 +107,10 @@ TEST_F(EnumerationTest, EndsWhenALibraryGoesInCircles) {
 }
 
 TEST_F(EnumerationTest, StopsAfterTheFirstIdThatIsNotHandled) {
-    for (const std::int32_t id : {8, 11, 29})
+    for (const int32_t id : {8, 11, 29})
         Farm().AddJukebox(id, "x");
     Ids handled;
-    const Status status = ForEachJukebox([&handled](std::int32_t id) {
+    const Status status = ForEachJukebox([&handled](int32_t id) {
         handled.push_back(id);
         return id == 11 ? Status::SystemError(6) : Status();
     });
@@ -120,15 +120,15 @@ TEST_F(EnumerationTest, StopsAfterTheFirstIdThatIsNotHandled) {
 }
 
 TEST_F(EnumerationTest, SucceedsWhenThereIsNothingToHandle) {
-    EXPECT_EQ(Text(ForEachJukebox([](std::int32_t) { return Status::SystemError(6); })), "OK");
-    EXPECT_EQ(Text(ForEachVolume([](std::int32_t) { return Status::SystemError(6); })), "OK");
+    EXPECT_EQ(Text(ForEachJukebox([](int32_t) { return Status::SystemError(6); })), "OK");
+    EXPECT_EQ(Text(ForEachVolume([](int32_t) { return Status::SystemError(6); })), "OK");
 }
 
 TEST_F(EnumerationTest, HandlesEveryVolume) {
-    for (const std::int32_t id : {33, 34})
+    for (const int32_t id : {33, 34})
         Farm().AddVolume(id, "x");
     Ids handled;
-    const auto handle = [&handled](std::int32_t id) {
+    const auto handle = [&handled](int32_t id) {
         handled.push_back(id);
         return Status();
     };

@@ -1,8 +1,7 @@
-#include "krvcmd/service/item_lookup.h"
-
-#include "krvcmd/service/keys.h"
-#include "krvcmd/service/record_text.h"
-#include "tests/unit/service/support/service_test.h"
+#include "krvcmd/service/access/item_lookup.h"
+#include "krvcmd/service/sdk/keys.h"
+#include "krvcmd/service/sdk/records.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {

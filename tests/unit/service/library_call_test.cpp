@@ -1,9 +1,9 @@
-#include "krvcmd/service/library_call.h"
+#include "krvcmd/service/access/library_call.h"
 
 #include <cstring>
 #include <type_traits>
 
-#include "tests/unit/service/support/service_test.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {

@@ -1,9 +1,9 @@
-#include "krvcmd/service/media_calls.h"
+#include "krvcmd/service/access/media_calls.h"
 
 #include <cstring>
 
-#include "krvcmd/service/keys.h"
-#include "tests/unit/service/support/service_test.h"
+#include "krvcmd/service/sdk/keys.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "tests/unit/commands/support/command_test.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {

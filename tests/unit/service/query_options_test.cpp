@@ -1,7 +1,7 @@
-#include "krvcmd/console/query_table.h"
+#include "krvcmd/console/query/query_objects.h"
+#include "krvcmd/console/query/query_table.h"
 #include "krvcmd/service/query/query_command.h"
-#include "krvcmd/service/query/query_objects.h"
-#include "tests/unit/commands/support/command_test.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -46,7 +46,7 @@ TEST(QueryObjects, HaveTheirDefaultsInTheOrderInWhichTheyAreChosen) {
         {QueryObject::Volumes, "volumes", "ILotnfzylv", "NJmsalfv"},
     };
     ASSERT_EQ(QueryObjects().size(), std::size(rows));
-    for (std::size_t i = 0; i < std::size(rows); ++i) {
+    for (size_t i = 0; i < std::size(rows); ++i) {
         EXPECT_EQ(QueryObjects()[i].object, rows[i].object);
         EXPECT_EQ(QueryObjects()[i].keyword, rows[i].keyword);
         EXPECT_EQ(QueryObjects()[i].defaultColumns, rows[i].columns);

@@ -24,7 +24,7 @@ class SlotWalkTest : public test::QueryWalksTest {
         Farm().AddVolume(35, "Single").At(8, 0, 5, krvfake::kSideA);
     }
 
-    Status ListSlot(std::int32_t slot, std::int32_t side = -1) { return Walks().ListSlot(8, 0, slot, side); }
+    Status ListSlot(int32_t slot, int32_t side = -1) { return Walks().ListSlot(8, 0, slot, side); }
 
     // The calls of a volume that lies at one place in jukebox 8, magazine 0.
     static Calls CallsOfVolume(const std::string& volume, const std::string& slotAndSide) {
@@ -64,7 +64,7 @@ TEST_F(SlotWalkTest, LooksAtTheSideThatIsAskedForOnly) {
 }
 
 TEST_F(SlotWalkTest, LooksAtBothSidesForEveryOtherSide) {
-    for (const std::int32_t side : {2, -1, 7, -5}) {
+    for (const int32_t side : {2, -1, 7, -5}) {
         EXPECT_EQ(Text(ListSlot(4, side)), "OK") << side;
         EXPECT_EQ(TakeCalls().size(), 14U) << side;  // two calls, then six for each side
     }
@@ -76,7 +76,7 @@ TEST_F(SlotWalkTest, AddsNoRowForASideWithoutAVolume) {
 }
 
 TEST_F(SlotWalkTest, AddsARowForASlotWithoutAReadableDisc) {
-    for (const std::int32_t slot : {1, 2, 3})
+    for (const int32_t slot : {1, 2, 3})
         EXPECT_EQ(Text(ListSlot(slot)), "OK");
     EXPECT_EQ(Rows("JNsot"),
               "8,Tower,2,unknown,<unknown>\n8,Tower,3,not present,\n8,Tower,4,scan failed,DVD-RAM\n");
@@ -98,7 +98,7 @@ TEST_F(SlotWalkTest, NeverListsAnEmptySlot) {
 
 TEST_F(SlotWalkTest, AddsNoSlotRowWhenVolumesAreListed) {
     Walks().SetSlotRows(QueryWalks::SlotRows::LeaveOut);
-    for (const std::int32_t slot : {0, 1, 2, 3})
+    for (const int32_t slot : {0, 1, 2, 3})
         EXPECT_EQ(Text(ListSlot(slot)), "OK");
     EXPECT_EQ(Rows("s"), "");
     EXPECT_EQ(Text(ListSlot(4)), "OK");

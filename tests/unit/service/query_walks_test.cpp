@@ -1,5 +1,4 @@
 #include "krvcmd/service/query/query_walks.h"
-
 #include "tests/unit/service/support/query_walks_test.h"
 
 namespace krvcmd {
@@ -83,7 +82,7 @@ TEST_F(ItemWalksTest, ReportTheLastMagazineThatFailed) {
 }
 
 TEST_F(ItemWalksTest, ListNoMagazinesOfAJukeboxThatHasNone) {
-    for (const std::int32_t count : {0, -1}) {
+    for (const int32_t count : {0, -1}) {
         Farm().FindJukebox(8)->claimedMagazines = count;
         EXPECT_EQ(Text(Walks().ListMagazines(8)), "OK");
         EXPECT_EQ(TakeCalls(), (Calls{"KrvGetJukebox J=8"}));

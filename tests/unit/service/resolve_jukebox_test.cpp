@@ -1,6 +1,5 @@
-#include "krvcmd/service/resolve_jukebox.h"
-
-#include "tests/unit/service/support/service_test.h"
+#include "krvcmd/service/access/item_lookup.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -20,12 +19,12 @@ class ResolveJukeboxTest : public test::ServiceTest {
 
     // The jukebox's ID, and the status unless it is success.
     static std::string Resolved(const ItemAddress& address) {
-        std::int32_t id = 99;
+        int32_t id = 99;
         const Status status = ResolveJukebox(address, id);
         return std::to_string(id) + (status.IsOk() ? "" : ", " + Text(status));
     }
 
-    static std::string ById(std::int32_t id) {
+    static std::string ById(int32_t id) {
         ItemAddress address;
         address.jukeboxId = id;
         return Resolved(address);

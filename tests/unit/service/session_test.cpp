@@ -1,6 +1,5 @@
-#include "krvcmd/service/session.h"
-
-#include "tests/unit/service/support/service_test.h"
+#include "krvcmd/service/access/session.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {

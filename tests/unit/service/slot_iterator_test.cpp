@@ -1,6 +1,5 @@
-#include "krvcmd/service/slot_iterator.h"
-
-#include "tests/unit/service/support/service_test.h"
+#include "krvcmd/service/access/slot_iterator.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -20,14 +19,14 @@ class SlotIteratorTest : public test::ServiceTest {
     }
 
     // Where a walk begins, zero-based, or the error of the address.
-    static std::string Start(std::int32_t magazine, std::int32_t slot) {
+    static std::string Start(int32_t magazine, int32_t slot) {
         SlotIterator slots;
         const Status status = slots.Initialize(8, magazine, slot, -1);
         return status.IsOk() ? Show(slots) : Text(status);
     }
 
     // All positions of a walk from an address on and the status of the last step.
-    static std::string Walk(WorkLevel level, std::int32_t magazine, std::int32_t slot) {
+    static std::string Walk(WorkLevel level, int32_t magazine, int32_t slot) {
         SlotIterator slots;
         Status status = slots.Initialize(8, magazine, slot, -1);
         if (!status.IsOk()) return Text(status);
@@ -62,7 +61,7 @@ TEST_F(SlotIteratorTest, CountsASlotWithoutMagazineThroughTheJukebox) {
 }
 
 TEST_F(SlotIteratorTest, KeepsJukeboxAndSideOfTheAddress) {
-    for (const std::int32_t magazine : {1, -1}) {
+    for (const int32_t magazine : {1, -1}) {
         SlotIterator slots;
         ASSERT_TRUE(slots.Initialize(8, magazine, 2, 1).IsOk());
         EXPECT_EQ(slots.Position().jukeboxId, 8);
@@ -104,7 +103,7 @@ TEST_F(SlotIteratorTest, RefusesToBeginInAMagazineThatCannotBeDescribed) {
 }
 
 TEST_F(SlotIteratorTest, FindsNoMagazineInAJukeboxWithoutOne) {
-    for (const std::int32_t count : {0, -3}) {
+    for (const int32_t count : {0, -3}) {
         m_jukebox.claimedMagazines = count;
         EXPECT_EQ(Start(-1, -1), "error 2") << count;
     }
@@ -196,9 +195,9 @@ TEST_F(SlotIteratorTest, KeepsTheNumberOfMagazinesWhenTheJukeboxCannotBeDescribe
 }
 
 TEST(WorkLevel, HasItsNumbers) {
-    EXPECT_EQ(static_cast<std::int32_t>(WorkLevel::Jukebox), 0);
-    EXPECT_EQ(static_cast<std::int32_t>(WorkLevel::Magazine), 1);
-    EXPECT_EQ(static_cast<std::int32_t>(WorkLevel::Slot), 2);
+    EXPECT_EQ(static_cast<int32_t>(WorkLevel::Jukebox), 0);
+    EXPECT_EQ(static_cast<int32_t>(WorkLevel::Magazine), 1);
+    EXPECT_EQ(static_cast<int32_t>(WorkLevel::Slot), 2);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
-#include "krvcmd/service/slot_position.h"
+#include "krvcmd/service/access/slot_iterator.h"
 
 #include <limits>
 
-#include "tests/unit/service/support/service_test.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -18,7 +18,7 @@ class SlotFromAbsoluteTest : public test::ServiceTest {
         : m_jukebox(Farm().AddJukebox(8, "Tower").WithMagazine(3).WithMagazine(1).WithMagazine(2)) {}
 
     // J/M/S/side, or the error.
-    static std::string Found(std::int32_t absoluteSlot, std::int32_t jukebox = 8) {
+    static std::string Found(int32_t absoluteSlot, int32_t jukebox = 8) {
         SlotPosition position;
         const Status status = SlotFromAbsolute(jukebox, absoluteSlot, 1, position);
         if (!status.IsOk()) return Text(status);
@@ -31,7 +31,7 @@ class SlotFromAbsoluteTest : public test::ServiceTest {
 
 TEST_F(SlotFromAbsoluteTest, CountsThroughTheMagazines) {
     const std::string_view expected[] = {"8/0/0/1", "8/0/1/1", "8/0/2/1", "8/1/0/1", "8/2/0/1", "8/2/1/1"};
-    for (std::int32_t slot = 0; slot < 6; ++slot)
+    for (int32_t slot = 0; slot < 6; ++slot)
         EXPECT_EQ(Found(slot), expected[slot]);
 }
 
@@ -42,7 +42,7 @@ TEST_F(SlotFromAbsoluteTest, AsksNoFurtherThanTheMagazineThatHoldsTheSlot) {
 
 TEST_F(SlotFromAbsoluteTest, RefusesANumberBeyondTheLastSlot) {
     EXPECT_EQ(Found(6), "error 22");
-    EXPECT_EQ(Found(std::numeric_limits<std::int32_t>::max()), "error 22");
+    EXPECT_EQ(Found(std::numeric_limits<int32_t>::max()), "error 22");
 }
 
 TEST_F(SlotFromAbsoluteTest, RefusesANumberBelowTheFirstSlot) {
@@ -73,19 +73,19 @@ TEST_F(SlotFromAbsoluteTest, HandsOnTheErrorOfAnUnknownJukebox) {
 }
 
 TEST_F(SlotFromAbsoluteTest, FindsNothingWithoutMagazines) {
-    for (const std::int32_t count : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
+    for (const int32_t count : {0, -1, std::numeric_limits<int32_t>::min()}) {
         m_jukebox.claimedMagazines = count;
         EXPECT_EQ(Found(0), "error 22") << count;
     }
 }
 
 TEST_F(SlotFromAbsoluteTest, AddsUpHugeCountsWithoutOverflow) {
-    constexpr std::int32_t kLargest = std::numeric_limits<std::int32_t>::max();
+    constexpr int32_t kLargest = std::numeric_limits<int32_t>::max();
     for (krvfake::Magazine& magazine : m_jukebox.magazines)
         magazine.slotCount = kLargest;
     EXPECT_EQ(Found(kLargest), "8/1/0/1");
     for (krvfake::Magazine& magazine : m_jukebox.magazines) {
-        magazine.slotCount = std::numeric_limits<std::int32_t>::min();
+        magazine.slotCount = std::numeric_limits<int32_t>::min();
     }
     EXPECT_EQ(Found(0), "error 22");
 }

@@ -1,9 +1,9 @@
 #include <limits>
 #include <string_view>
 
-#include "krvcmd/service/record_text.h"
-#include "krvcmd/service/volume_lookup.h"
-#include "tests/unit/service/support/service_test.h"
+#include "krvcmd/service/access/volume_lookup.h"
+#include "krvcmd/service/sdk/records.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -101,7 +101,7 @@ TEST(SplitAspects, AppendsToTheListGiven) {
 TEST(SplitAspects, TakesNothingFromAnEmptyBuffer) {
     Aspects aspects;
     SplitAspects({}, 0, aspects);
-    SplitAspects({}, std::numeric_limits<std::size_t>::max(), aspects);
+    SplitAspects({}, std::numeric_limits<size_t>::max(), aspects);
     EXPECT_EQ(aspects, Aspects{});
 }
 
@@ -114,7 +114,7 @@ TEST(SplitAspects, LooksAtNothingOutsideTheBufferWhateverSizeIsTold) {
 
 TEST(SplitAspects, TakesAStringThatBeginsAtTheSizeButNoneBeyond) {
     const std::string_view buffer("ab\0cd\0ef\0\0", 10);
-    const std::pair<std::size_t, Aspects> rows[] = {
+    const std::pair<size_t, Aspects> rows[] = {
         {0, {"ab"}}, {2, {"ab"}}, {3, {"ab", "cd"}}, {5, {"ab", "cd"}}, {6, {"ab", "cd", "ef"}}};
     for (const auto& [size, expected] : rows) {
         Aspects aspects;

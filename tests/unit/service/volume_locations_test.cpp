@@ -1,5 +1,5 @@
-#include "krvcmd/service/volume_lookup.h"
-#include "tests/unit/service/support/service_test.h"
+#include "krvcmd/service/access/volume_lookup.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -96,7 +96,7 @@ TEST_F(VolumeLocationsTest, TakesTheSmallerCountWhenItShrinksBetweenTheCalls) {
 }
 
 TEST_F(VolumeLocationsTest, RefusesACountThatNoMemoryHolds) {
-    for (const std::uint32_t count : {0xFFFFFFFFU, 0x80000000U, 200'000'000U}) {
+    for (const uint32_t count : {0xFFFFFFFFU, 0x80000000U, 200'000'000U}) {
         m_volume.locationCounts = {count};
         EXPECT_EQ(Read(), "error 12") << count;
         // No second call is made.

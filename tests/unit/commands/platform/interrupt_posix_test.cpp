@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "krvcmd/service/interrupt.h"
-#include "tests/unit/commands/support/command_test.h"
+#include "krvcmd/service/interrupt/interrupt.h"
+#include "tests/support/command_fixture.h"
 
 namespace krvcmd {
 namespace {
@@ -17,7 +17,7 @@ class InterruptTest : public test::CommandTest {
   protected:
     InterruptTest() {
         Farm().AddJukebox(8, "Tower").WithMagazine(3).WithMagazine(3);
-        for (const std::int32_t id : {33, 34, 35})
+        for (const int32_t id : {33, 34, 35})
             Farm().AddVolume(id, "x").At(8, 0, id - 33, krvfake::kSideA);
     }
 

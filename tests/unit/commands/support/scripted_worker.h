@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "krvcmd/commands/worker.h"
+#include "krvcmd/commands/base/worker.h"
 
 namespace krvcmd::test {
 

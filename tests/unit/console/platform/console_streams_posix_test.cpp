@@ -9,8 +9,8 @@
 #include <cstdio>
 #include <string>
 
-#include "krvcmd/console/console_streams.h"
-#include "krvcmd/console/platform/broken_pipe.h"
+#include "krvcmd/console/platform/console_platform.h"
+#include "krvcmd/console/writer/console_streams.h"
 #include "tests/unit/console/support/console_streams_test.h"
 
 namespace {

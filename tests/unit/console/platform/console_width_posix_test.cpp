@@ -2,7 +2,7 @@
 // one.
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/query_table.h"
+#include "krvcmd/console/query/query_table.h"
 #include "tests/unit/console/support/pseudo_terminal.h"
 
 namespace {
@@ -11,7 +11,7 @@ using krvcmd::test::PseudoTerminal;
 using Ostrel::UI::Console::CKrvQueryTable;
 
 // The line width of a table that is constructed on a terminal of that many columns.
-std::uint32_t WidthOnTerminal(std::uint16_t columns) {
+uint32_t WidthOnTerminal(uint16_t columns) {
     const PseudoTerminal terminal(columns);
     EXPECT_TRUE(terminal.IsReady());
     return CKrvQueryTable().GetMaxWidth();

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "krvcmd/console/control_characters.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/text/safe_text.h"
+#include "tests/support/captured_output.h"
 #include "tests/unit/console/support/pseudo_terminal.h"
 #include "tests/unit/console/support/text_table.h"
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "krvcmd/console/control_characters.h"
+#include "krvcmd/console/text/safe_text.h"
 
 namespace {
 

@@ -8,7 +8,6 @@
 #include <sstream>
 
 namespace krvcmd::test {
-
 namespace {
 
 #ifdef O_CLOEXEC

@@ -6,9 +6,9 @@
 namespace {
 
 // Allocations that still succeed; 0: none will fail.
-std::size_t g_untilFailure = 0;
+size_t g_untilFailure = 0;
 
-void* Allocate(std::size_t size) {
+void* Allocate(size_t size) {
     if (g_untilFailure != 0 && --g_untilFailure == 0) throw std::bad_alloc();
     if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
     throw std::bad_alloc();
@@ -17,13 +17,13 @@ void* Allocate(std::size_t size) {
 }  // namespace
 
 // All of the test program allocates through these.
-void* operator new(std::size_t size) {
+void* operator new(size_t size) {
     return Allocate(size);
 }
-void* operator new[](std::size_t size) {
+void* operator new[](size_t size) {
     return Allocate(size);
 }
-void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
     try {
         return Allocate(size);
     } catch (const std::bad_alloc&) {
@@ -36,10 +36,10 @@ void operator delete(void* memory) noexcept {
 void operator delete[](void* memory) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+void operator delete(void* memory, size_t) noexcept {
     std::free(memory);
 }
-void operator delete[](void* memory, std::size_t) noexcept {
+void operator delete[](void* memory, size_t) noexcept {
     std::free(memory);
 }
 void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
@@ -48,7 +48,7 @@ void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
 
 namespace krvcmd::test {
 
-FailingAllocation::FailingAllocation(std::size_t number) {
+FailingAllocation::FailingAllocation(size_t number) {
     g_untilFailure = number;
 }
 

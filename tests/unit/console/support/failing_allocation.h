@@ -8,7 +8,7 @@ namespace krvcmd::test {
 // succeed.
 class FailingAllocation {
   public:
-    explicit FailingAllocation(std::size_t number);
+    explicit FailingAllocation(size_t number);
     ~FailingAllocation();
     FailingAllocation(const FailingAllocation&) = delete;
     FailingAllocation& operator=(const FailingAllocation&) = delete;

@@ -12,7 +12,7 @@
 
 namespace krvcmd::test {
 
-PseudoTerminal::PseudoTerminal(std::uint16_t columns) {
+PseudoTerminal::PseudoTerminal(uint16_t columns) {
     std::fflush(stdout);
     m_savedOutput = dup(STDOUT_FILENO);
     m_controller = posix_openpt(O_RDWR | O_NOCTTY);
@@ -38,7 +38,7 @@ std::string PseudoTerminal::ReadText() const {
     while (poll(&input, 1, 100) == 1) {
         const ssize_t size = read(m_controller, part.data(), part.size());
         if (size <= 0) break;
-        text.append(part.data(), static_cast<std::size_t>(size));
+        text.append(part.data(), static_cast<size_t>(size));
     }
     return text;
 }

@@ -8,7 +8,7 @@ namespace krvcmd::test {
 // While it lives, standard output is a terminal of that many columns.
 class PseudoTerminal {
   public:
-    explicit PseudoTerminal(std::uint16_t columns);
+    explicit PseudoTerminal(uint16_t columns);
     ~PseudoTerminal();
     PseudoTerminal(const PseudoTerminal&) = delete;
     PseudoTerminal& operator=(const PseudoTerminal&) = delete;

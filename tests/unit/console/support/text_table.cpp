@@ -1,15 +1,13 @@
 #include "tests/unit/console/support/text_table.h"
 
-#include "krvcmd/console/table_int_item.h"
-#include "krvcmd/console/table_percent_int_item.h"
-#include "krvcmd/console/table_string_item.h"
-#include "tests/unit/console/support/captured_output.h"
+#include "krvcmd/console/table/table_item.h"
+#include "tests/support/captured_output.h"
 
 namespace krvcmd::test {
 
 using namespace Ostrel::UI::Console;
 
-TextTable::TextTable(std::uint32_t maxWidth, std::initializer_list<ColumnSketch> columns) {
+TextTable::TextTable(uint32_t maxWidth, std::initializer_list<ColumnSketch> columns) {
     std::vector<CTableColumn> tableColumns;
     for (const ColumnSketch& sketch : columns) {
         CTableColumn column;
@@ -32,7 +30,7 @@ void TextTable::Add(Cells cells) {
     AddRow(std::move(row));
 }
 
-void TextTable::AddTexts(std::initializer_list<std::pair<std::uint32_t, std::string_view>> texts) {
+void TextTable::AddTexts(std::initializer_list<std::pair<uint32_t, std::string_view>> texts) {
     Cells cells;
     for (const auto& [columnId, text] : texts)
         cells.push_back(Text(columnId, text));
@@ -48,15 +46,15 @@ std::string TextTable::PrintedPlain() {
     return Printed();
 }
 
-std::unique_ptr<CTableItem> Text(std::uint32_t columnId, std::string_view text) {
+std::unique_ptr<CTableItem> Text(uint32_t columnId, std::string_view text) {
     return std::make_unique<CTableStringItem>(columnId, text);
 }
 
-std::unique_ptr<CTableItem> Number(std::uint32_t columnId, std::int64_t value) {
+std::unique_ptr<CTableItem> Number(uint32_t columnId, int64_t value) {
     return std::make_unique<CTableIntItem>(columnId, value, NumberStyle::Plain);
 }
 
-std::unique_ptr<CTableItem> Percent(std::int64_t used) {
+std::unique_ptr<CTableItem> Percent(int64_t used) {
     return std::make_unique<CTablePercentIntItem>(kPercentColumnId, 100 - used, 100);
 }
 

@@ -7,22 +7,22 @@
 #include <utility>
 #include <vector>
 
-#include "krvcmd/console/output_object.h"
+#include "krvcmd/console/writer/output_object.h"
 
 namespace krvcmd::test {
 
 // A column as a test writes it down.
 struct ColumnSketch {
-    std::uint32_t columnId;
+    uint32_t columnId;
     std::string_view title;
-    std::int32_t minWidth = 0;
-    std::int32_t maxWidth = 0;
+    int32_t minWidth = 0;
+    int32_t maxWidth = 0;
 };
 
 // A table with cells of its own and "|" between its columns.
 class TextTable : public Ostrel::UI::Console::COutputObject {
   public:
-    TextTable(std::uint32_t maxWidth, std::initializer_list<ColumnSketch> columns);
+    TextTable(uint32_t maxWidth, std::initializer_list<ColumnSketch> columns);
 
     using Cells = std::vector<std::unique_ptr<Ostrel::UI::Console::CTableItem>>;
 
@@ -30,7 +30,7 @@ class TextTable : public Ostrel::UI::Console::COutputObject {
     void Add(Cells cells);
 
     // Adds a row of text cells: (column id, text).
-    void AddTexts(std::initializer_list<std::pair<std::uint32_t, std::string_view>> texts);
+    void AddTexts(std::initializer_list<std::pair<uint32_t, std::string_view>> texts);
 
     // What Print writes.
     std::string Printed();
@@ -43,9 +43,9 @@ class TextTable : public Ostrel::UI::Console::COutputObject {
 };
 
 // Cells of each kind.
-std::unique_ptr<Ostrel::UI::Console::CTableItem> Text(std::uint32_t columnId, std::string_view text);
-std::unique_ptr<Ostrel::UI::Console::CTableItem> Number(std::uint32_t columnId, std::int64_t value);
-std::unique_ptr<Ostrel::UI::Console::CTableItem> Percent(std::int64_t used);
+std::unique_ptr<Ostrel::UI::Console::CTableItem> Text(uint32_t columnId, std::string_view text);
+std::unique_ptr<Ostrel::UI::Console::CTableItem> Number(uint32_t columnId, int64_t value);
+std::unique_ptr<Ostrel::UI::Console::CTableItem> Percent(int64_t used);
 
 // A row's cells, in this order.
 template <typename... Cell>

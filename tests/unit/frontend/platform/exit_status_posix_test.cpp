@@ -1,7 +1,7 @@
 // Not on Windows: the whole number is the exit status; exit_status_windows_test.cpp holds it.
 #include <gtest/gtest.h>
 
-#include "krvcmd/frontend/exit_status.h"
+#include "krvcmd/frontend/platform/process.h"
 
 namespace krvcmd {
 namespace {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "krvcmd/frontend/exit_status.h"
+#include "krvcmd/frontend/platform/process.h"
 
 namespace krvcmd {
 namespace {

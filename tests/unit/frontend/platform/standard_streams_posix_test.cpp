@@ -5,7 +5,7 @@
 
 #include <cerrno>
 
-#include "krvcmd/frontend/standard_streams.h"
+#include "krvcmd/frontend/platform/process.h"
 
 namespace krvcmd {
 namespace {

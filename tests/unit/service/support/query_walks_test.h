@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "krvcmd/service/query/query_walks.h"
-#include "tests/unit/service/support/service_test.h"
+#include "tests/support/service_fixture.h"
 
 namespace krvcmd::test {
 

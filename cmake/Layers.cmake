@@ -1,0 +1,25 @@
+# One folder, one target. krvcmd_add_layer(NAME
+#   [SOURCES FILE ...]           files of the folder
+#   [PLATFORM_SOURCES STEM ...]  STEM_posix.cpp, or STEM_windows.cpp on Windows
+#   [PUBLIC TARGET ...]          what its headers include
+#   [PRIVATE TARGET ...])        what only its sources include
+# makes the static library NAME, or an interface library when there is nothing to compile. The links are the
+# project's rules of dependency: scripts/check_includes allows a folder to include the folders of the targets that
+# its target links, and nothing else.
+function(krvcmd_add_layer name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;PLATFORM_SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  if(WIN32)
+    set(platform windows)
+  else()
+    set(platform posix)
+  endif()
+  list(TRANSFORM ARG_PLATFORM_SOURCES APPEND "_${platform}.cpp")
+  set(sources ${ARG_SOURCES} ${ARG_PLATFORM_SOURCES})
+  if(NOT sources)
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE krvcmd_options ${ARG_PUBLIC})
+    return()
+  endif()
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC krvcmd_options ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+endfunction()

@@ -1,0 +1,26 @@
+# krvcmd_write_target_list(FILE): one line for each target of the project, for scripts/check_includes:
+#   FOLDER|TARGET|what it links|what those that link it get
+# Names within a field are separated by blanks. Called once, after every folder was added.
+function(krvcmd_collect_targets folder result)
+  set(lines "")
+  get_property(targets DIRECTORY "${folder}" PROPERTY BUILDSYSTEM_TARGETS)
+  cmake_path(RELATIVE_PATH folder BASE_DIRECTORY "${CMAKE_SOURCE_DIR}" OUTPUT_VARIABLE name)
+  foreach(target IN LISTS targets)
+    get_target_property(links ${target} LINK_LIBRARIES)
+    get_target_property(handed_on ${target} INTERFACE_LINK_LIBRARIES)
+    list(JOIN links " " links)
+    list(JOIN handed_on " " handed_on)
+    string(APPEND lines "${name}|${target}|${links}|${handed_on}\n")
+  endforeach()
+  get_property(children DIRECTORY "${folder}" PROPERTY SUBDIRECTORIES)
+  foreach(child IN LISTS children)
+    krvcmd_collect_targets("${child}" more)
+    string(APPEND lines "${more}")
+  endforeach()
+  set(${result} "${lines}" PARENT_SCOPE)
+endfunction()
+
+function(krvcmd_write_target_list file)
+  krvcmd_collect_targets("${CMAKE_SOURCE_DIR}" lines)
+  file(WRITE "${file}" "${lines}")
+endfunction()

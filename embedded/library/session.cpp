@@ -1,0 +1,69 @@
+#include "embedded/library/session.h"
+
+#include <filesystem>
+#include <memory>
+
+#include "embedded/farms/servers.h"
+#include "embedded/model/refusal.h"
+#include "embedded/rules/switching.h"
+
+namespace embedded {
+namespace {
+
+std::unique_ptr<Database> Open(const std::string& server) {
+    std::unique_ptr<Database> database = OpenServer(server);
+    // The file's time tells when the server was last used; looks leave no other trace.
+    std::error_code ignored;
+    std::filesystem::last_write_time(database->GetFile(), std::filesystem::file_time_type::clock::now(),
+                                     ignored);
+    return database;
+}
+
+}  // namespace
+
+Session::Session(const std::string& server, uint64_t handle)
+    : m_server(server), m_handle(handle), m_connection(Open(server)) {
+    m_epoch = m_connection.Refresh().epoch;
+    Read({"KrvSessionCreate", WithText({}, m_server.c_str())}, [](const View&) {});
+}
+
+void Session::RequireRunning() const {
+    const ServerState& state = m_connection.GetState();
+    if (!state.isRunning) throw Refuse(Code::ServiceStopped, {m_server});
+    if (state.epoch != m_epoch) throw Refuse(Code::SessionEnded, {m_server});
+}
+
+void Session::Write(const CallInfo& call, const Change& change) {
+    const std::scoped_lock lock(m_mutex);
+    const auto work = [&](Database& database) {
+        RequireRunning();
+        return change(database);
+    };
+    const bool isObserved = IsObserved(m_connection.Refresh());
+    m_connection.StartWaiting();
+    if (isObserved) {
+        ObserveChange(m_connection, m_handle, call, work);
+    } else {
+        m_connection.Change([&](Database& database) { (void)work(database); });
+    }
+}
+
+void Session::Close(const CallInfo& call) {
+    const std::scoped_lock lock(m_mutex);
+    // Whoever has waited in vain for ten seconds is not made to wait for the journal too.
+    if (m_connection.GetDatabase().HasGivenUp()) return;
+    const bool isObserved = IsObserved(m_connection.Refresh());
+    m_connection.StartWaiting();
+    if (isObserved) ObserveLook(m_connection, m_handle, call, [](const View&) {});
+}
+
+void StartServer(const std::string& server, const CallInfo& call) {
+    Connection connection(Open(server));
+    if (IsObserved(connection.Refresh())) {
+        ObserveChange(connection, 0, call, StartService);
+    } else {
+        connection.Change([](Database& database) { (void)StartService(database); });
+    }
+}
+
+}  // namespace embedded

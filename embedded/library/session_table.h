@@ -1,0 +1,33 @@
+// The sessions that this process has open, by their handles.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+
+#include "embedded/library/session.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
+
+namespace embedded {
+
+class SessionTable {
+  public:
+    // The process's own table.
+    static SessionTable& Instance();
+
+    // A handle for a session that is about to be opened; never 0 and never given out twice.
+    KrvSession Reserve();
+    void Add(KrvSession handle, std::shared_ptr<Session> session);
+
+    // Refuses a handle that is not open. A session that is closed by another thread meanwhile lives
+    // on until its last call is over.
+    std::shared_ptr<Session> Find(KrvSession handle);
+    std::shared_ptr<Session> Remove(KrvSession handle);
+
+  private:
+    std::mutex m_mutex;
+    std::unordered_map<KrvSession, std::shared_ptr<Session>> m_sessions;
+    KrvSession m_last = 0;
+};
+
+}  // namespace embedded

@@ -1,0 +1,17 @@
+// One text out of several.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace embedded {
+
+inline std::string Joined(std::initializer_list<std::string_view> parts) {
+    std::string text;
+    for (const std::string_view part : parts)
+        text += part;
+    return text;
+}
+
+}  // namespace embedded

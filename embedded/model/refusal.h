@@ -1,0 +1,94 @@
+// How the simulated service says no. Inside the simulator a refusal is thrown: it must undo a
+// half-done change on its way out, whatever depth it comes from. The entry points of the library
+// catch every refusal and write it into the caller's context; none crosses the binary interface.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace embedded {
+
+// Every code that the simulated service answers. On POSIX a program's exit status is the low 8 bits
+// of a code; none of these looks like success or like one of krvcmd's own codes there.
+enum class Code : int32_t {
+    SideUnreadable = 3,
+    AlreadySo = 4,
+    StoppedByOperator = 7,
+    NoLocation = 500,
+    NoMedium = 501,
+    SlotNotUsable = 502,
+
+    InvalidCall = 1000,
+    NoSession = 1001,
+    SessionEnded = 1002,
+    OutOfMemory = 1003,
+    InternalFailure = 1004,
+    NotANumberedItem = 1005,
+
+    UnknownServer = 1010,
+    ServiceStopped = 1011,
+    InvalidServerName = 1012,
+
+    NoStateFolder = 1060,
+    CannotOpenFile = 1061,
+    NotAFarm = 1062,
+    NewerFarm = 1063,
+    FarmLocked = 1064,
+    DiskFull = 1065,
+    FarmReadOnly = 1066,
+    FarmDamaged = 1067,
+
+    NoJukebox = 1100,
+    NoMagazine = 1101,
+    NoDrive = 1102,
+    NoSlot = 1103,
+    NoAbsoluteSlot = 1104,
+    NoVolume = 1105,
+    NoSuchSide = 1106,
+
+    JukeboxDisabled = 1200,
+    MediumReadOnly = 1201,
+    MediumFinalized = 1202,
+    MediumClosed = 1203,
+    AlreadyRecorded = 1204,
+    NotRewritable = 1205,
+    NotSequential = 1206,
+    PartOfSeveral = 1207,
+
+    NameEmpty = 1220,
+    NameTooLong = 1221,
+    DirectoryEmpty = 1222,
+    DirectoryTooLong = 1223,
+    DirectoryTaken = 1224,
+};
+
+// One row of the table of codes; docs/simulated-service.md shows the same table.
+struct CodeInfo {
+    Code code;
+    const char* text;     // one sentence; each <word> stands for a value
+    const char* meaning;  // when it is answered
+};
+
+std::span<const CodeInfo> AllCodes();
+
+class Refusal : public std::exception {
+  public:
+    Refusal(int32_t code, std::string text) : m_code(code), m_text(std::move(text)) {}
+
+    int32_t GetCode() const { return m_code; }
+    const std::string& GetText() const { return m_text; }
+    const char* what() const noexcept override { return m_text.c_str(); }
+
+  private:
+    int32_t m_code;
+    std::string m_text;
+};
+
+// The refusal of a code, the values put into its text one after the other.
+Refusal Refuse(Code code, std::initializer_list<std::string_view> values);
+
+}  // namespace embedded

@@ -1,0 +1,76 @@
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+#include "embedded/platform/platform.h"
+
+namespace embedded {
+namespace {
+
+constexpr mode_t kOwnerOnlyFolder = 0700;
+constexpr mode_t kOwnerOnlyFile = 0600;
+
+std::error_code LastError() {
+    return {errno, std::generic_category()};
+}
+
+std::filesystem::path FromEnvironment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);
+}
+
+std::filesystem::path HomeFolder() {
+    std::filesystem::path home = FromEnvironment("HOME");
+    if (!home.empty()) return home;
+    const passwd* user = getpwuid(geteuid());
+    return user == nullptr || user->pw_dir == nullptr ? std::filesystem::path() : user->pw_dir;
+}
+
+}  // namespace
+
+std::filesystem::path StateFolder() {
+    std::filesystem::path own = FromEnvironment("KRVSIM_HOME");
+    if (!own.empty()) return own;
+    const std::filesystem::path state = FromEnvironment("XDG_STATE_HOME");
+    // A relative path would mean another folder in every working directory: not taken.
+    if (state.is_absolute()) return state / "krvsim";
+    const std::filesystem::path home = HomeFolder();
+    return home.empty() ? home : home / ".local" / "state" / "krvsim";
+}
+
+std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
+    std::filesystem::path made;
+    for (const std::filesystem::path& part : folder) {
+        made /= part;
+        if (mkdir(made.c_str(), kOwnerOnlyFolder) == 0 || errno == EEXIST) continue;
+        const std::error_code failure = LastError();
+        std::error_code ignored;
+        if (!std::filesystem::is_directory(made, ignored)) return failure;
+    }
+    std::error_code failure;
+    if (std::filesystem::is_directory(folder, failure)) return {};
+    return failure ? failure : std::make_error_code(std::errc::not_a_directory);
+}
+
+std::error_code CreatePrivateFile(const std::filesystem::path& file) {
+    const int descriptor = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOwnerOnlyFile);
+    if (descriptor < 0) return LastError();
+    close(descriptor);
+    return {};
+}
+
+bool MayChange(const std::filesystem::path& file) {
+    const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
+    return faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) == 0 &&
+           faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+uint32_t ProcessId() {
+    return static_cast<uint32_t>(getpid());
+}
+
+}  // namespace embedded

@@ -1,0 +1,127 @@
+#include <windows.h>
+
+// The rest needs what windows.h declares.
+#include <sddl.h>
+
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "embedded/platform/platform.h"
+
+namespace embedded {
+namespace {
+
+struct CloseWindowsHandle {
+    void operator()(HANDLE handle) const { (void)CloseHandle(handle); }
+};
+using WindowsHandle = std::unique_ptr<void, CloseWindowsHandle>;
+
+struct FreeLocalMemory {
+    void operator()(void* memory) const { (void)LocalFree(memory); }
+};
+template <class Type>
+using LocalMemory = std::unique_ptr<Type, FreeLocalMemory>;
+
+std::error_code LastError() {
+    return {static_cast<int>(GetLastError()), std::system_category()};
+}
+
+std::filesystem::path FromEnvironment(const wchar_t* name) {
+    const wchar_t* value = _wgetenv(name);
+    return value == nullptr ? std::filesystem::path() : std::filesystem::path(value);
+}
+
+// The identity of the user that this process runs as, in the notation of security descriptors; empty
+// when the system does not tell.
+std::wstring UserIdentity() {
+    HANDLE token = nullptr;
+    if (OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token) == 0) return {};
+    const WindowsHandle closeAtTheEnd(token);
+    DWORD size = 0;
+    (void)GetTokenInformation(token, TokenUser, nullptr, 0, &size);
+    std::vector<std::byte> buffer(size);
+    if (GetTokenInformation(token, TokenUser, buffer.data(), size, &size) == 0) return {};
+    wchar_t* text = nullptr;
+    if (ConvertSidToStringSidW(reinterpret_cast<const TOKEN_USER*>(buffer.data())->User.Sid, &text) == 0) {
+        return {};
+    }
+    const LocalMemory<wchar_t> freeAtTheEnd(text);
+    return text;
+}
+
+// Grants everything to this user and to nobody else, also for what is made inside a folder.
+class OwnerOnly {
+  public:
+    OwnerOnly() {
+        const std::wstring user = UserIdentity();
+        if (user.empty()) return;
+        const std::wstring rights = L"D:P(A;OICI;FA;;;" + user + L")";
+        PSECURITY_DESCRIPTOR descriptor = nullptr;
+        if (ConvertStringSecurityDescriptorToSecurityDescriptorW(rights.c_str(), SDDL_REVISION_1, &descriptor,
+                                                                 nullptr) == 0) {
+            return;
+        }
+        m_descriptor.reset(descriptor);
+        m_attributes.lpSecurityDescriptor = descriptor;
+    }
+
+    // Null when this user's identity could not be found out; the folder above then decides.
+    SECURITY_ATTRIBUTES* Attributes() { return m_descriptor == nullptr ? nullptr : &m_attributes; }
+
+  private:
+    LocalMemory<void> m_descriptor;
+    SECURITY_ATTRIBUTES m_attributes{sizeof(SECURITY_ATTRIBUTES), nullptr, FALSE};
+};
+
+std::error_code OpenFor(const std::filesystem::path& file, DWORD disposition,
+                        SECURITY_ATTRIBUTES* attributes) {
+    const HANDLE handle =
+        ::CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                      attributes, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return LastError();
+    (void)CloseHandle(handle);
+    return {};
+}
+
+}  // namespace
+
+std::filesystem::path StateFolder() {
+    std::filesystem::path own = FromEnvironment(L"KRVSIM_HOME");
+    if (!own.empty()) return own;
+    const std::filesystem::path local = FromEnvironment(L"LOCALAPPDATA");
+    return local.empty() ? local : local / "krvsim";
+}
+
+std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
+    OwnerOnly ownerOnly;
+    std::filesystem::path made = folder.root_path();  // "C:\\" is not a folder to make
+    for (const std::filesystem::path& part : folder.relative_path()) {
+        made /= part;
+        std::error_code ignored;
+        if (std::filesystem::is_directory(made, ignored)) continue;
+        if (CreateDirectoryW(made.c_str(), ownerOnly.Attributes()) != 0) continue;
+        const std::error_code failure = LastError();
+        if (!std::filesystem::is_directory(made, ignored)) return failure;  // else another process was faster
+    }
+    std::error_code failure;
+    if (std::filesystem::is_directory(folder, failure)) return {};
+    return failure ? failure : std::make_error_code(std::errc::not_a_directory);
+}
+
+std::error_code CreatePrivateFile(const std::filesystem::path& file) {
+    OwnerOnly ownerOnly;
+    return OpenFor(file, OPEN_ALWAYS, ownerOnly.Attributes());
+}
+
+bool MayChange(const std::filesystem::path& file) {
+    return !OpenFor(file, OPEN_EXISTING, nullptr);
+}
+
+uint32_t ProcessId() {
+    return GetCurrentProcessId();
+}
+
+}  // namespace embedded

@@ -1,0 +1,30 @@
+// Import, export and scan. The caller has opened a transaction; each returns what it changed, in
+// words for the journal, and throws a Refusal when it changes nothing.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "embedded/model/refusal.h"
+#include "embedded/store/database.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
+
+namespace embedded {
+
+// Moves the next medium of the import station into the slot, or into the first empty slot of the
+// magazine or jukebox when the key names no slot, reads it and brings its volumes on-line.
+std::string ImportMedium(Database& database, const SlotKey& key);
+
+// Moves the medium in the slot, or the first one of the magazine or jukebox, to the export station.
+std::string ExportMedium(Database& database, const SlotKey& key);
+
+struct ScanResult {
+    std::string change;
+    // What the scan found is kept although the call fails: the medium cannot be read, or the slot
+    // turned out to be empty.
+    std::optional<Refusal> refusal;
+};
+
+ScanResult ScanMedium(Database& database, const SideKey& key);
+
+}  // namespace embedded

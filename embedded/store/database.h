@@ -1,0 +1,83 @@
+// One connection to a farm's database: prepared statements, waiting for other processes, and the
+// translation of the database's failures into the service's own codes. Every failure is thrown
+// as a Refusal.
+#pragma once
+
+#include <sqlite3.h>
+
+#include <array>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "embedded/store/sql.h"
+
+namespace embedded {
+
+struct CloseConnection {
+    void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
+};
+struct FinishStatement {
+    void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
+};
+using StatementHandle = std::unique_ptr<sqlite3_stmt, FinishStatement>;
+
+class Database {
+  public:
+    // How long a call waits for other processes, all its waits together.
+    static constexpr std::chrono::milliseconds kPatience{9500};
+
+    // Opens an existing file. Nothing is read yet, so what the file holds is not known. A file that this
+    // process may not change is opened for looking alone. Failures name the file `shownAs`, where given.
+    explicit Database(const std::filesystem::path& file, const std::filesystem::path& shownAs = {});
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+    ~Database() = default;
+
+    // A new call begins: its patience is fresh.
+    void StartWaiting() {
+        m_deadline = std::chrono::steady_clock::now() + kPatience;
+        m_hasGivenUp = false;
+    }
+    bool MayStillWait() const { return std::chrono::steady_clock::now() < m_deadline; }
+    // Whether the call has waited for others in vain.
+    bool HasGivenUp() const { return m_hasGivenUp; }
+
+    bool IsReadOnly() const { return m_access != Access::Full; }
+    // Whether nobody changes the file while it is open.
+    bool IsFixed() const { return m_access == Access::Fixed; }
+
+    // The cached statement, reset and without values.
+    sqlite3_stmt* Prepared(Sql sql);
+    StatementHandle Prepare(const std::string& text);
+
+    // Runs statements that yield no rows of interest.
+    void Execute(const std::string& script);
+
+    // The first column of the first row of a statement, 0 when there is none.
+    int64_t ReadNumber(const std::string& text);
+    std::string ReadText(const std::string& text);
+
+    // Turns a failure code of the database into the service's refusal.
+    [[noreturn]] void Fail(int result) const;
+
+    sqlite3* GetConnection() const { return m_connection.get(); }
+    const std::filesystem::path& GetFile() const { return m_file; }
+
+  private:
+    // Fixed: there is no log of changes beside the file, and none can be made.
+    enum class Access { Full, Looking, Fixed };
+
+    static Access AccessTo(const std::filesystem::path& file);
+    static int WaitForOthers(void* database, int attempt);
+
+    std::filesystem::path m_file;
+    Access m_access;
+    std::unique_ptr<sqlite3, CloseConnection> m_connection;
+    std::array<StatementHandle, kSqlCount> m_statements;
+    std::chrono::steady_clock::time_point m_deadline;
+    bool m_hasGivenUp = false;
+};
+
+}  // namespace embedded

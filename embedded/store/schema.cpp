@@ -1,0 +1,194 @@
+#include "embedded/store/schema.h"
+
+#include "embedded/store/database.h"
+
+namespace embedded {
+namespace {
+
+// All numbers are as the binary interface shows them: magazines, slots, drives and sides from
+// zero, codes as in its records. Texts are bytes of no particular encoding.
+//
+// medium.place: 1 = a slot, 2 = a jukebox's import station, 3 = its export station, 4 = the shelf,
+//   outside of every jukebox. In a station, `magazine` is 0 and `slot` the position in the queue;
+//   on the shelf, `jukebox` is 0 too. The unique index keeps two media from one place, the row
+//   itself keeps a medium from two.
+// slot.state: 0 = not read yet, 1 = not present, 2 = its medium cannot be read, 3 = empty, 4 = full.
+// side.content: 3 = bad, 4 = blank, 5 = no file system, 6 = file system. A bad side may hold a volume.
+// side.part: the order of a volume's sides.
+// volume.id: below 0 while the service has never seen the volume: it waits on a medium that was
+//   not imported yet and gets its number when it is. Searches for IDs above 0 pass it by.
+// volume.state: what is shown: 0 = active, 1 = disabled, 2 = offline, other = unknown. Kept up to
+//   date with `enabled` and the places of its media by every change.
+// odd_state.state: what is shown of a volume instead, until a change works its state out anew.
+// magazine.first_slot: the absolute number of its first slot.
+// jukebox.slot_count: the slots of its present magazines.
+// server.epoch: grows with every start of the service; sessions of an older one are over.
+// server.fault_count: the rows of `fault`. server.journal_limit: the rows that `journal` keeps, 0 while
+//   it is switched off; journal_start: the last row from before it was switched on.
+// fault.function: the name of a function, or "*" for every one. The numbers of its item are null
+//   where any will do; `times` null: for ever; `code` null: only a delay (in milliseconds).
+// journal.time and duration: microseconds; argument: the text that came with the call.
+constexpr const char* kVersion1 = R"sql(
+CREATE TABLE server (
+  id INTEGER PRIMARY KEY CHECK (id = 1),
+  name TEXT NOT NULL,
+  running INTEGER NOT NULL CHECK (running IN (0, 1)),
+  epoch INTEGER NOT NULL,
+  next_volume INTEGER NOT NULL CHECK (next_volume > 0),
+  fault_count INTEGER NOT NULL DEFAULT 0,
+  journal_limit INTEGER NOT NULL DEFAULT 0,
+  journal_start INTEGER NOT NULL DEFAULT 0
+) STRICT;
+
+CREATE TABLE jukebox (
+  id INTEGER PRIMARY KEY CHECK (id > 0),
+  name TEXT NOT NULL,
+  enabled INTEGER NOT NULL,
+  double_sided INTEGER NOT NULL,
+  vendor TEXT NOT NULL, product TEXT NOT NULL, revision TEXT NOT NULL,
+  scsi1 INTEGER NOT NULL, scsi2 INTEGER NOT NULL, scsi3 INTEGER NOT NULL,
+  drive_count INTEGER NOT NULL,
+  magazine_count INTEGER NOT NULL,
+  slot_count INTEGER NOT NULL
+) STRICT;
+
+CREATE TABLE magazine (
+  jukebox INTEGER NOT NULL,
+  number INTEGER NOT NULL,
+  slot_count INTEGER NOT NULL,
+  first_slot INTEGER NOT NULL,
+  present INTEGER NOT NULL CHECK (present IN (0, 1)),
+  PRIMARY KEY (jukebox, number)
+) STRICT, WITHOUT ROWID;
+CREATE INDEX magazine_first_slot ON magazine (jukebox, first_slot, number);
+CREATE INDEX magazine_gap ON magazine (jukebox, number) WHERE present = 0 OR slot_count = 0;
+
+CREATE TABLE drive (
+  jukebox INTEGER NOT NULL,
+  number INTEGER NOT NULL,
+  enabled INTEGER NOT NULL,
+  vendor TEXT NOT NULL, product TEXT NOT NULL, revision TEXT NOT NULL,
+  scsi1 INTEGER NOT NULL, scsi2 INTEGER NOT NULL, scsi3 INTEGER NOT NULL,
+  value1 INTEGER NOT NULL, value2 INTEGER NOT NULL,
+  PRIMARY KEY (jukebox, number)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE slot (
+  jukebox INTEGER NOT NULL,
+  magazine INTEGER NOT NULL,
+  number INTEGER NOT NULL,
+  state INTEGER NOT NULL CHECK (state BETWEEN 0 AND 4),
+  PRIMARY KEY (jukebox, magazine, number)
+) STRICT, WITHOUT ROWID;
+CREATE INDEX slot_empty ON slot (jukebox, magazine, number) WHERE state = 3;
+
+CREATE TABLE medium (
+  id INTEGER PRIMARY KEY,
+  type INTEGER NOT NULL,
+  sides INTEGER NOT NULL CHECK (sides IN (1, 2)),
+  place INTEGER NOT NULL CHECK (place BETWEEN 1 AND 4),
+  jukebox INTEGER NOT NULL,
+  magazine INTEGER NOT NULL,
+  slot INTEGER NOT NULL
+) STRICT;
+CREATE UNIQUE INDEX medium_place ON medium (place, jukebox, magazine, slot);
+
+CREATE TABLE volume (
+  id INTEGER PRIMARY KEY CHECK (id <> 0),
+  type INTEGER NOT NULL,
+  state INTEGER NOT NULL,
+  enabled INTEGER NOT NULL CHECK (enabled IN (0, 1)),
+  file_system TEXT NOT NULL,
+  label TEXT NOT NULL,
+  total INTEGER NOT NULL,
+  free INTEGER NOT NULL,
+  value1 INTEGER NOT NULL,
+  value2 INTEGER NOT NULL
+) STRICT;
+
+CREATE TABLE side (
+  medium INTEGER NOT NULL,
+  side INTEGER NOT NULL CHECK (side IN (0, 1)),
+  content INTEGER NOT NULL CHECK (content BETWEEN 3 AND 6),
+  finalization INTEGER NOT NULL CHECK (finalization BETWEEN 0 AND 3),
+  sequential INTEGER NOT NULL CHECK (sequential IN (0, 1)),
+  volume INTEGER,
+  part INTEGER NOT NULL,
+  PRIMARY KEY (medium, side)
+) STRICT, WITHOUT ROWID;
+CREATE INDEX side_volume ON side (volume, part) WHERE volume IS NOT NULL;
+
+CREATE TABLE directory (
+  volume INTEGER NOT NULL,
+  position INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  PRIMARY KEY (volume, position)
+) STRICT, WITHOUT ROWID;
+CREATE UNIQUE INDEX directory_name ON directory (name);
+
+CREATE TABLE fault (
+  id INTEGER PRIMARY KEY,
+  function TEXT NOT NULL,
+  jukebox INTEGER, magazine INTEGER, slot INTEGER, side INTEGER, drive INTEGER, volume INTEGER,
+  skip INTEGER NOT NULL,
+  times INTEGER,
+  probability REAL NOT NULL,
+  seed INTEGER NOT NULL,
+  code INTEGER,
+  text TEXT NOT NULL,
+  delay INTEGER NOT NULL,
+  matched INTEGER NOT NULL,
+  fired INTEGER NOT NULL
+) STRICT;
+CREATE INDEX fault_function ON fault (function, id);
+
+CREATE TABLE journal (
+  id INTEGER PRIMARY KEY AUTOINCREMENT,
+  time INTEGER NOT NULL,
+  duration INTEGER NOT NULL,
+  process INTEGER NOT NULL,
+  session INTEGER NOT NULL,
+  function TEXT NOT NULL,
+  jukebox INTEGER, magazine INTEGER, slot INTEGER, side INTEGER, drive INTEGER, volume INTEGER,
+  argument TEXT NOT NULL,
+  succeeded INTEGER NOT NULL,
+  code INTEGER NOT NULL,
+  text TEXT NOT NULL,
+  change TEXT NOT NULL
+) STRICT;
+)sql";
+
+// Version 1 did not tell a state that was asked for from one that went wrong: each is taken for asked for.
+constexpr const char* kVersion2 = R"sql(
+CREATE TABLE odd_state (
+  volume INTEGER PRIMARY KEY,
+  state INTEGER NOT NULL
+) STRICT;
+INSERT INTO odd_state
+SELECT v.id, v.state FROM volume v LEFT JOIN (
+  SELECT i.volume AS id, count(*) AS total, sum(d.place = 1 AND g.present = 1) AS reached
+  FROM side i CROSS JOIN medium d ON d.id = i.medium
+  LEFT JOIN magazine g ON g.jukebox = d.jukebox AND g.number = d.magazine
+  WHERE i.volume IS NOT NULL GROUP BY i.volume) p ON p.id = v.id
+WHERE v.state <> CASE WHEN p.reached > 0 AND (p.reached = p.total OR v.type = 1) THEN 1 - v.enabled ELSE 2 END;
+)sql";
+
+struct Step {
+    int32_t version;  // that the database has after it
+    const char* script;
+};
+
+// A later release appends its step and never changes an earlier one.
+constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}};
+
+}  // namespace
+
+void Migrate(Database& database, int32_t version) {
+    for (const Step& step : kSteps) {
+        if (step.version > version) database.Execute(step.script);
+    }
+    database.Execute("PRAGMA application_id = " + std::to_string(kApplicationId));
+    database.Execute("PRAGMA user_version = " + std::to_string(kSchemaVersion));
+}
+
+}  // namespace embedded

@@ -1,9 +1,0 @@
-#include "krvcmd/commands/delete_command.h"
-
-namespace krvcmd {
-
-Status CDelete::Run() {
-    return {};
-}
-
-}  // namespace krvcmd

@@ -1,0 +1,82 @@
+#include <langinfo.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+#include <cstring>
+#include <cwchar>
+
+#include "krvcmd/console/platform/console_platform.h"
+
+namespace Ostrel::UI::Console::Platform {
+
+bool IsTerminal(Stream stream) {
+    return isatty(stream == Stream::StandardOutput ? STDOUT_FILENO : STDERR_FILENO) == 1;
+}
+
+bool ObeysSingleBytes() {
+    return true;
+}
+
+int32_t ScreenBufferWidth() {
+    winsize size{};
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
+
+namespace {
+
+// The characters of the user's locale. The process itself stays in the "C" locale, whose number formats and
+// comparisons everything else relies on.
+class UserLocale {
+  public:
+    UserLocale() : m_locale(newlocale(LC_CTYPE_MASK, "", nullptr)) {}
+    ~UserLocale() {
+        if (m_locale != nullptr) freelocale(m_locale);
+    }
+    UserLocale(const UserLocale&) = delete;
+    UserLocale& operator=(const UserLocale&) = delete;
+
+    bool IsUtf8() const {
+        return m_locale != nullptr && std::strcmp(nl_langinfo_l(CODESET, m_locale), "UTF-8") == 0;
+    }
+
+    int WidthOf(wchar_t character) const {
+        const locale_t previous = uselocale(m_locale);
+        const int width = wcwidth(character);
+        uselocale(previous);
+        return width;
+    }
+
+  private:
+    locale_t m_locale;
+};
+
+// Made when the first text with other characters than ASCII comes along.
+const UserLocale& GetUserLocale() {
+    static const UserLocale locale;
+    return locale;
+}
+
+}  // namespace
+
+bool ReadsUtf8() {
+    static const bool isUtf8 = GetUserLocale().IsUtf8();
+    return isUtf8;
+}
+
+int CharacterWidth(char32_t codePoint) {
+    const int width = GetUserLocale().WidthOf(static_cast<wchar_t>(codePoint));
+    return width < 0 ? 1 : width;
+}
+
+void SurviveBrokenPipes() {
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool IsBrokenPipe(int error) {
+    return error == EPIPE;
+}
+
+}  // namespace Ostrel::UI::Console::Platform

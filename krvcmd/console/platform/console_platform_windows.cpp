@@ -1,0 +1,50 @@
+#include <io.h>
+#include <windows.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "krvcmd/console/platform/console_platform.h"
+
+namespace Ostrel::UI::Console::Platform {
+
+bool IsTerminal(Stream stream) {
+    return _isatty(_fileno(stream == Stream::StandardOutput ? stdout : stderr)) != 0;
+}
+
+// They are letters and signs of the ANSI code page.
+bool ObeysSingleBytes() {
+    return false;
+}
+
+}  // namespace Ostrel::UI::Console::Platform
+
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+
+namespace Ostrel::UI::Console::Platform {
+
+int32_t ScreenBufferWidth() {
+    CONSOLE_SCREEN_BUFFER_INFO info{};
+    return GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &info) != 0 ? info.dwSize.X : 0;
+}
+
+// Texts are in the process's ANSI code page.
+bool ReadsUtf8() {
+    return false;
+}
+
+int CharacterWidth(char32_t /*codePoint*/) {
+    return 1;
+}
+
+// There is no signal that could end the process.
+void SurviveBrokenPipes() {}
+
+// The C runtime reports a closed pipe in both ways.
+bool IsBrokenPipe(int error) {
+    return error == EPIPE || error == EINVAL;
+}
+
+}  // namespace Ostrel::UI::Console::Platform

@@ -1,0 +1,201 @@
+#include "krvcmd/console/query/query_table.h"
+
+#include <utility>
+#include <vector>
+
+#include "krvcmd/console/platform/console_platform.h"
+#include "krvcmd/console/query/column_catalogue.h"
+#include "krvcmd/console/query/value_texts.h"
+#include "krvcmd/service/sdk/records.h"
+
+namespace Ostrel::UI::Console {
+namespace {
+
+constexpr uint32_t kWidthWithoutConsole = 32767;
+
+constexpr std::string_view kColumnHelpIntroduction =
+    "Following column identifiers can be used to specify columns of the table and the sort order. For "
+    "example, "
+    "to display IDs, location and labels of all volumes, sorted by label and volumes with identical labels "
+    "sorted by magazine/slot number:\n"
+    "query volumes columns=ILl sort=lms\n"
+    "\n"
+    "and sorted in reverse order:\n"
+    "query volumes columns=ILl sort=-lms\n"
+    "\n";
+
+// The last cell of a line stays free, so that a full line does not make the console begin another one.
+uint32_t ConsoleLineWidth() {
+    const int32_t bufferWidth = Platform::ScreenBufferWidth();
+    const bool isUsable = bufferWidth >= 2 && bufferWidth <= INT16_MAX;
+    return isUsable ? static_cast<uint32_t>(bufferWidth - 1) : kWidthWithoutConsole;
+}
+
+}  // namespace
+
+CKrvQueryTable::CKrvQueryTable() : m_cells(GetMemory()) {
+    SetSeparator("|");
+    SetMaxWidth(ConsoleLineWidth());
+}
+
+void CKrvQueryTable::PrintColumnHelp() {
+    PrintText(Stream::StandardOutput, "\n");
+    PrintText(Stream::StandardOutput, kColumnHelpIntroduction);
+    for (const ColumnInfo& column : GetColumnCatalogue())
+        PrintDefinition(column.letter, column.description);
+}
+
+bool CKrvQueryTable::SetColumnLetters(std::string_view letters) {
+    bool allKnown = true;
+    std::vector<CTableColumn> columns;
+    for (size_t index = 0; index < letters.size(); ++index) {
+        CTableColumn column = MakeColumn(letters.substr(index, 1));
+        if (column.GetColumnId() == 0) {
+            allKnown = false;
+            continue;
+        }
+        columns.push_back(std::move(column));
+    }
+    SetColumns(std::move(columns));
+    return allKnown;
+}
+
+bool CKrvQueryTable::SetSortLetters(std::string_view letters) {
+    bool allKnown = true;
+    int32_t direction = kAscending;
+    std::vector<SortKey> keys;
+    for (size_t index = 0; index < letters.size(); ++index) {
+        const std::string_view letter = letters.substr(index, 1);
+        if (letter == "+") {
+            direction = kAscending;
+        } else if (letter == "-") {
+            direction = kDescending;
+        } else if (const uint32_t columnId = FindColumnInfo(letter).columnId; columnId != 0) {
+            keys.push_back({columnId, direction});
+        } else {
+            allKnown = false;
+        }
+    }
+    SetSortKeys(std::move(keys));
+    return allKnown;
+}
+
+}  // namespace Ostrel::UI::Console
+
+// How records of the client library become rows of the query table.
+
+namespace Ostrel::UI::Console {
+
+using krvcmd::JukeboxInfo;
+using krvcmd::RecordText;
+using krvcmd::VolumeInfo;
+
+namespace {
+
+// Room for the cells of each kind of row.
+constexpr size_t kJukeboxCells = 10;
+constexpr size_t kMagazineCells = 5;
+constexpr size_t kDriveCells = 7;
+constexpr size_t kSlotCells = 6;
+constexpr size_t kVolumeCells = 11;
+constexpr size_t kSideCells = kVolumeCells + 7;
+
+void AddJukeboxIdentity(RowBuilder& row, const JukeboxInfo& jukebox) {
+    row.Number(column_id::kJukeboxId, jukebox.key.jukeboxId);
+    row.Text(column_id::kJukeboxName, RecordText(jukebox.record.name));
+}
+
+void AddDevice(RowBuilder& row, const DeviceIdentity& device) {
+    row.FormattedText(column_id::kProduct, [&] { return FormatProduct(device); });
+    row.Text(column_id::kRevision, RecordText(device.revision));
+    row.FormattedText(column_id::kScsiAddress, [&] { return FormatScsiAddress(device); });
+}
+
+void AddMediaType(RowBuilder& row, uint32_t mediumCode) {
+    if (mediumCode != kNoMediumCode) row.Word(column_id::kMediaType, MediaTypeText(mediumCode));
+}
+
+void AddVolumeCells(RowBuilder& row, const VolumeInfo& volume) {
+    const VolumeRecord& record = volume.record;
+    const auto total = static_cast<int64_t>(record.totalCapacity);
+    const auto free = static_cast<int64_t>(record.freeCapacity);
+    // The unsigned difference wraps around when more is free than there is; shown signed.
+    const auto used = static_cast<int64_t>(record.totalCapacity - record.freeCapacity);
+    row.Number(column_id::kVolumeId, volume.volumeId);
+    row.Capacity(column_id::kTotalCapacity, total);
+    row.Number(column_id::kTotalBytes, total);
+    row.Capacity(column_id::kUsedCapacity, used);
+    row.Number(column_id::kUsedBytes, used);
+    row.Percent(column_id::kUsedPercent, free, total);
+    row.Text(column_id::kLabel, RecordText(record.label));
+    row.Text(column_id::kFileSystem, RecordText(record.fileSystem));
+    row.Word(column_id::kStatus, VolumeStatusText(record.state));
+    row.Word(column_id::kVolumeType, VolumeTypeText(record.type));
+    if (!volume.aspects.empty()) row.Directory(column_id::kDirectory, volume.aspects.front());
+}
+
+}  // namespace
+
+void CKrvQueryTable::AddJukeboxRow(const JukeboxInfo& jukebox) {
+    const JukeboxRecord& record = jukebox.record;
+    RowBuilder row(m_cells, kJukeboxCells, GetMemory());
+    AddJukeboxIdentity(row, jukebox);
+    AddDevice(row, record.identity);
+    row.Word(column_id::kStatus, EnabledText(record.enabled));
+    row.Word(column_id::kFlipper, DoubleSidedText(record.doubleSided));
+    row.Number(column_id::kDriveCount, record.driveCount);
+    row.Number(column_id::kMagazineCount, record.magazineCount);
+    row.Number(column_id::kSlotCount, record.slotCount);
+    AddRow(row.TakeRow());
+}
+
+void CKrvQueryTable::AddMagazineRow(const JukeboxInfo& jukebox, const MagazineKey& key,
+                                    const MagazineRecord& magazine) {
+    RowBuilder row(m_cells, kMagazineCells, GetMemory());
+    AddJukeboxIdentity(row, jukebox);
+    row.OneBasedNumber(column_id::kMagazine, key.magazine);
+    if (magazine.slotCount != 0) row.Number(column_id::kSlotCount, magazine.slotCount);
+    row.Word(column_id::kStatus, PresentText(magazine.present));
+    AddRow(row.TakeRow());
+}
+
+void CKrvQueryTable::AddDriveRow(const JukeboxInfo& jukebox, const DriveKey& key, const DriveRecord& drive) {
+    RowBuilder row(m_cells, kDriveCells, GetMemory());
+    AddJukeboxIdentity(row, jukebox);
+    AddDevice(row, drive.identity);
+    row.OneBasedNumber(column_id::kDrive, key.drive);
+    row.Word(column_id::kStatus, EnabledText(drive.enabled));
+    AddRow(row.TakeRow());
+}
+
+void CKrvQueryTable::AddSlotRow(const JukeboxInfo& jukebox, const SlotKey& key, const SlotRecord& slot) {
+    RowBuilder row(m_cells, kSlotCells, GetMemory());
+    AddJukeboxIdentity(row, jukebox);
+    if (HasSeveralMagazines(jukebox)) row.OneBasedNumber(column_id::kMagazine, key.magazine);
+    row.OneBasedNumber(column_id::kSlot, key.slot);
+    row.Word(column_id::kStatus, SlotStatusText(slot.state));
+    AddMediaType(row, slot.mediumCode);
+    AddRow(row.TakeRow());
+}
+
+void CKrvQueryTable::AddSideRow(const JukeboxInfo& jukebox, const SideKey& key, const SideRecord& side,
+                                const VolumeInfo& volume) {
+    RowBuilder row(m_cells, kSideCells, GetMemory());
+    row.FormattedText(column_id::kLocation, [&] { return FormatLocation(jukebox, key); });
+    AddVolumeCells(row, volume);
+    if (HasSeveralMagazines(jukebox)) row.OneBasedNumber(column_id::kMagazine, key.magazine);
+    row.OneBasedNumber(column_id::kSlot, key.slot);
+    row.Word(column_id::kSide, SideText(key.side));
+    row.Word(column_id::kRecordedState, RecordedStateText(side.state));
+    AddMediaType(row, side.mediumCode);
+    row.Word(column_id::kFinalization, FinalizationText(side.finalization));
+    AddRow(row.TakeRow());
+}
+
+void CKrvQueryTable::AddVolumeRow(const VolumeInfo& volume) {
+    RowBuilder row(m_cells, kVolumeCells, GetMemory());
+    AddVolumeCells(row, volume);
+    AddRow(row.TakeRow());
+}
+
+}  // namespace Ostrel::UI::Console

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace Ostrel::UI::Console {
+
+// The text of one cell, in 24 bytes. A table of a whole farm holds millions of cells whose texts are mostly
+// numbers, locations and short names: up to 23 bytes lie in the object itself, longer ones on the heap.
+class CellText {
+  public:
+    CellText() = default;
+    explicit CellText(std::string_view text);
+    ~CellText() {
+        if (IsOnHeap()) delete[] GetHeapText().data;
+    }
+    CellText(const CellText&) = delete;
+    CellText& operator=(const CellText&) = delete;
+
+    // Replaces the text. When memory is short std::bad_alloc leaves the old text in place.
+    void Assign(std::string_view text);
+
+    // Whether the text has memory of its own.
+    bool IsOnHeap() const { return m_bytes[kInlineCapacity] == kOnHeap; }
+
+    std::string_view View() const {
+        if (!IsOnHeap()) return {m_bytes.data(), static_cast<size_t>(m_bytes[kInlineCapacity])};
+        const HeapText heapText = GetHeapText();
+        return {heapText.data, heapText.size};
+    }
+
+  private:
+    static constexpr size_t kInlineCapacity = 23;
+    static constexpr char kOnHeap = -1;
+
+    // How a text that lies on the heap is noted in the object's own bytes.
+    struct HeapText {
+        char* data;
+        uint32_t size;
+    };
+
+    HeapText GetHeapText() const;
+
+    // The last byte is the length of a text that lies here, or kOnHeap.
+    alignas(HeapText) std::array<char, kInlineCapacity + 1> m_bytes{};
+};
+
+static_assert(sizeof(CellText) == 24);
+
+}  // namespace Ostrel::UI::Console

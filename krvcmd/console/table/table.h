@@ -1,0 +1,161 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <memory_resource>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "krvcmd/console/table/table_item.h"
+
+namespace Ostrel::UI::Console {
+
+// One column of a table. Widths count characters.
+class CTableColumn {
+  public:
+    // The title decides the width and takes the minimum back to "not set".
+    void SetTitle(std::string_view title);
+    void SetColumnId(uint32_t columnId) { m_columnId = columnId; }
+    void SetMinWidth(int32_t minWidth) { m_minWidth = minWidth; }
+    void SetMaxWidth(int32_t maxWidth) { m_maxWidth = maxWidth; }
+    void SetWidth(uint32_t width) { m_width = width; }
+
+    const std::string& GetTitle() const { return m_title; }
+    uint32_t GetColumnId() const { return m_columnId; }
+    // -1 when not set, 0 for no minimum. A column whose minimum is not 0 is elastic: it gives way when
+    // the table is wider than the line.
+    int32_t GetMinWidth() const { return m_minWidth; }
+    // -1 when not set, 0 for no maximum.
+    int32_t GetMaxWidth() const { return m_maxWidth; }
+    uint32_t GetWidth() const { return m_width; }
+    // The width, or the title's length while there is none.
+    uint32_t GetWidthOrTitle() const;
+
+    // The title centred in a field of `width` characters, cut at its end when it is longer; 0 leaves
+    // the title as it is.
+    std::string RenderTitle(uint32_t width) const;
+
+  private:
+    int32_t m_minWidth = -1;
+    int32_t m_maxWidth = -1;
+    uint32_t m_width = 0;
+    std::string m_title;
+    uint32_t m_columnId = 0;
+};
+
+// One row: its cells in the order in which they were added. It does not own them; whoever created them
+// keeps them alive as long as the row. The same cell may stand in several rows.
+class CTableRow {
+  public:
+    CTableRow() = default;
+
+    // Makes room for `cellCount` cells in `memory`, which must outlive the row.
+    CTableRow(size_t cellCount, std::pmr::memory_resource* memory) : m_cells(memory) {
+        m_cells.reserve(cellCount);
+    }
+
+    void AddItem(const CTableItem& item) { m_cells.push_back(&item); }
+
+    // The first cell of that column, null when the row has none.
+    const CTableItem* FindItem(uint32_t columnId) const;
+
+    std::span<const CTableItem* const> GetItems() const { return m_cells; }
+
+    // Ask for what showing the row will read, so that it is at hand by then: first the list of its cells,
+    // some rows later the cells.
+    void FetchList() const {
+        constexpr size_t kPerCacheLine = 64 / sizeof(void*);
+        for (size_t index = 0; index < m_cells.size(); index += kPerCacheLine)
+            __builtin_prefetch(&m_cells[index]);
+    }
+    void FetchCells() const {
+        for (const CTableItem* item : m_cells)
+            __builtin_prefetch(item);
+    }
+
+  private:
+    std::pmr::vector<const CTableItem*> m_cells;
+};
+
+// One level of a table's sort order. The direction is the result of comparing a new row's cell with an
+// existing row's cell that puts the new row in front: -1 ascending, +1 descending.
+struct SortKey {
+    uint32_t columnId;
+    int32_t direction;
+};
+
+inline constexpr int32_t kAscending = -1;
+inline constexpr int32_t kDescending = 1;
+
+// What the rows so far have in one column.
+struct ColumnUsage {
+    int32_t maxTextLength;  // of the longest full text
+    uint32_t columnId;
+    uint32_t count;  // cells seen
+};
+
+// Columns, rows and the order of the rows. Columns and sort keys are set before rows are added. It knows
+// nothing of what the rows are about and prints nothing.
+class CTable {
+  public:
+    CTable() = default;
+    virtual ~CTable() = default;
+    CTable(const CTable&) = delete;
+    CTable& operator=(const CTable&) = delete;
+
+    void SetColumns(std::vector<CTableColumn> columns);
+    void SetSortKeys(std::vector<SortKey> sortKeys) { m_sortKeys = std::move(sortKeys); }
+    void SetSeparator(std::string_view separator) { m_separator = separator; }
+    // Whether columns that no row fills are laid out all the same.
+    void SetShowEmptyColumns(bool show) { m_showEmptyColumns = show; }
+
+    const std::string& GetSeparator() const { return m_separator; }
+    size_t GetColumnCount() const { return m_columns.size(); }
+    const std::vector<CTableColumn>& GetColumns() const { return m_columns; }
+    uint32_t GetContentWidth() const { return m_contentWidth; }
+    const std::vector<ColumnUsage>& GetColumnUsage() const { return m_columnUsage; }
+
+    // True also for an index behind the last column.
+    bool IsColumnEmpty(size_t index) const;
+
+    // Takes the row over; its cells must live as long as the table. A row without cells, and any row
+    // while there are no columns, is ignored.
+    void AddRow(CTableRow row);
+
+    // The rows as they are to be shown: in the order of the sort keys, rows that are equal in all of
+    // them in the order in which they were added.
+    std::vector<const CTableRow*> GetRowsInOrder() const;
+
+  protected:
+    std::vector<CTableColumn>& Columns() { return m_columns; }
+    bool ShowsEmptyColumns() const { return m_showEmptyColumns; }
+    void SetContentWidth(uint32_t width) { m_contentWidth = width; }
+    // Where rows and their cells may lie: given back as a whole with the table, never before.
+    std::pmr::memory_resource* GetMemory() { return &m_memory; }
+    // The column's entry in the usage list, null when no row has a cell for it.
+    const ColumnUsage* FindUsage(uint32_t columnId) const;
+
+  private:
+    // The index of the column's entry in the usage list, which is made if there is none.
+    size_t EnterUsage(uint32_t columnId);
+
+    // The sort keys that can tell rows apart: a key whose column no row fills, or whose column an earlier key
+    // has already compared, finds all rows equal.
+    std::vector<SortKey> GetDecisiveSortKeys() const;
+
+    std::pmr::monotonic_buffer_resource m_memory;  // the first member: the others lie in it
+    bool m_showEmptyColumns = false;
+    std::vector<ColumnUsage> m_columnUsage;  // in the order in which columns were first seen
+    std::vector<CTableColumn> m_columns;
+    std::pmr::deque<CTableRow> m_rows{&m_memory};  // in the order in which they were added
+    // A new table's key matches no cell: rows keep the order in which they were added.
+    std::vector<SortKey> m_sortKeys{{0, kAscending}};
+    std::string m_separator;
+    uint32_t m_contentWidth = 0;  // sum of the column widths that the last Print measured
+};
+
+}  // namespace Ostrel::UI::Console

@@ -1,0 +1,142 @@
+#include "krvcmd/console/table/table_item.h"
+
+#include <cstddef>
+#include <string_view>
+
+#include "krvcmd/console/text/display_width.h"
+#include "krvcmd/console/text/numbers.h"
+
+namespace Ostrel::UI::Console {
+namespace {
+
+size_t BlanksInFront(Alignment alignment, size_t blanks) {
+    switch (alignment) {
+        case Alignment::Left:
+            return 0;
+        case Alignment::Centre:
+            return blanks / 2;
+        case Alignment::Right:
+            return blanks;
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::string CTableItem::Render(uint32_t width) const {
+    std::string result;
+    RenderInto(result, width);
+    return result;
+}
+
+size_t CTableItem::RenderFitting(std::string& out, uint32_t width) const {
+    const std::string_view text = GetText();
+    const size_t length = GetTextLength();
+    if (width == 0) {
+        out += text;
+        return length;
+    }
+    const size_t blanks = width - length;
+    const size_t start = out.size();
+    out.append(text.size() + blanks, ' ');
+    text.copy(&out[start + BlanksInFront(m_alignment, blanks)], text.size());
+    return width;
+}
+
+namespace {
+
+constexpr std::string_view kDoesNotFit = "...";
+
+}  // namespace
+
+CTableIntItem::CTableIntItem(uint32_t columnId, int64_t value, NumberStyle style)
+    : CTableItem(columnId, Alignment::Right), m_style(style), m_value(value) {
+    CTableIntItem::FormatValue(CapacityPrecision::Whole);
+}
+
+void CTableIntItem::SetValue(int64_t value) {
+    m_value = value;
+    FormatValue(CapacityPrecision::Whole);
+}
+
+void CTableIntItem::FormatValue(CapacityPrecision precision) {
+    if (m_style == NumberStyle::WithUnit) {
+        AssignNumber(CapacityText(m_value, precision));
+    } else {
+        AssignNumber(DecimalText(m_value).View());
+    }
+}
+
+size_t CTableIntItem::RenderInto(std::string& out, uint32_t width) const {
+    if (Fits(width)) return RenderFitting(out, width);
+    const std::string_view shown = kDoesNotFit.substr(0, width);
+    out += shown;
+    return shown.size();
+}
+
+int32_t CTableIntItem::Compare(const CTableItem& other) const {
+    const int64_t otherValue = other.GetValue();
+    if (m_value == otherValue) return 0;
+    return m_value < otherValue ? -1 : 1;
+}
+
+CTableOneBasedIntItem::CTableOneBasedIntItem(uint32_t columnId, int32_t zeroBasedNumber)
+    : CTableIntItem(columnId) {
+    SetValue(int64_t{zeroBasedNumber} + 1);
+}
+
+void CTableOneBasedIntItem::FormatValue(CapacityPrecision /*precision*/) {
+    AssignNumber(DecimalText(GetValue()).View());
+}
+
+CTablePercentIntItem::CTablePercentIntItem(uint32_t columnId, int64_t free, int64_t total)
+    : CTableIntItem(columnId) {
+    SetValue(UsedPercent(free, total));
+}
+
+void CTablePercentIntItem::FormatValue(CapacityPrecision /*precision*/) {
+    AssignNumber(std::string(DecimalText(GetValue()).View()).append("%%"));
+}
+
+size_t CTablePercentIntItem::RenderInto(std::string& out, uint32_t width) const {
+    return CTableIntItem::RenderInto(out, width == 0 ? 0 : width + 1);
+}
+
+CTableStringItem::CTableStringItem(uint32_t columnId, std::string_view text)
+    : CTableItem(columnId, Alignment::Left) {
+    AssignText(text);
+}
+
+size_t CTableStringItem::RenderInto(std::string& out, uint32_t width) const {
+    return Fits(width) ? RenderFitting(out, width) : AppendEnd(out, GetText(), width);
+}
+
+int32_t CTableStringItem::Compare(const CTableItem& other) const {
+    return CompareNumberedTexts(GetOrderValue(), OrderValueOf(other.GetText()));
+}
+
+NumberedText CTableStringItem::OrderValueOf(std::string_view text) const {
+    return IsNaturalCompare() ? SplitTrailingNumber(text) : NumberedText{text, 0};
+}
+
+size_t CTableDirItem::RenderInto(std::string& out, uint32_t width) const {
+    if (Fits(width)) return RenderFitting(out, width);
+
+    const std::string_view text = GetText();
+    // Positions are unsigned and wrap around: without a backslash `first` is 0 and `last` the largest
+    // position, and with a single one `last - first` is the largest position.
+    const size_t first = text.find('\\') + 1;
+    const size_t last = text.rfind('\\');
+    if (first == last) return AppendBeginning(out, text, width);
+    const size_t middle = last - first;
+    if (middle > kEllipsis.size() && text.size() < middle + kEllipsis.size()) {
+        // The middle goes. Only a path that begins and ends with a backslash gets here, so nothing else is
+        // left.
+        constexpr std::string_view kElided = "\\...\\";
+        out += kElided;
+        return kElided.size();
+    }
+    return AppendEnd(out, text, width);
+}
+
+}  // namespace Ostrel::UI::Console

@@ -1,0 +1,133 @@
+#include "krvcmd/console/table/table_text.h"
+
+#include <algorithm>
+
+#include "krvcmd/console/table/table_item.h"
+#include "krvcmd/console/text/display_width.h"
+
+namespace Ostrel::UI::Console {
+namespace {
+
+// Fills the line that begins at `lineStart`, the last one of `text`, with blanks, or cuts it, to `width`.
+// `length` is its length so far.
+void FitLine(std::string& text, size_t lineStart, size_t length, size_t width) {
+    // Mostly the blank behind the last cell is all that is too much.
+    while (length > width && text.back() == ' ') {
+        text.pop_back();
+        --length;
+    }
+    if (length > width) {
+        const std::string_view rest = LeadingPart(std::string_view(text).substr(lineStart), width);
+        length = DisplayLength(rest);
+        text.resize(lineStart + rest.size());
+    }
+    text.append(width - length, ' ');
+}
+
+const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
+    return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
+}
+
+// Appends a cell, fit to be shown, and gives the positions that it takes.
+size_t AppendCell(std::string& body, const CTableItem& item, uint32_t width, Sink sink) {
+    const size_t start = body.size();
+    const size_t length = item.RenderInto(body, width);
+    if (!item.IsPlain()) TameCellText(body, start, sink);
+    return length;
+}
+
+void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTableRow& row) {
+    const size_t separatorLength = DisplayLength(layout.separator);
+    const size_t lineStart = body.size();
+    size_t lineLength = 0;
+    size_t limit = layout.lineWidth;
+    for (const LaidOutColumn& column : layout.columns) {
+        const size_t columnStart = body.size();
+        if (!column.isFirst) body += layout.separator;
+        body += ' ';
+        size_t cellLength = column.width;
+        if (const CTableItem* item = FindCell(row, column)) {
+            cellLength = AppendCell(body, *item, column.width, layout.sink);
+            // Room for the second per cent sign, which does not show.
+            if (item->GetColumnId() == kPercentColumnId) ++limit;
+        } else {
+            body.append(column.width, ' ');
+        }
+        const size_t blanks = lineLength + cellLength == limit ? 1 : 2;
+        // The separator in front does not count here.
+        if (lineLength + cellLength + blanks > limit) {
+            body.resize(columnStart);
+            break;
+        }
+        if (blanks == 2) body += ' ';
+        lineLength += cellLength + blanks + (column.isFirst ? 0 : separatorLength);
+    }
+    if (!EndsInPercentCell(std::string_view(body).substr(lineStart))) {
+        FitLine(body, lineStart, lineLength, layout.lineWidth);
+    }
+    body += '\n';
+}
+
+// Calls `append` for every row. Ordered rows lie in memory in any order, and to wait for each of them would
+// take longer than to show it, so they are asked for in time: a row, then the list of its cells, then these.
+template <typename Append>
+void ForEachRow(std::span<const CTableRow* const> rows, Append append) {
+    constexpr size_t kStep = 6;  // rows between two askings
+    for (size_t index = 0; index < rows.size(); ++index) {
+        if (index + 3 * kStep < rows.size()) __builtin_prefetch(rows[index + 3 * kStep]);
+        if (index + 2 * kStep < rows.size()) rows[index + 2 * kStep]->FetchList();
+        if (index + kStep < rows.size()) rows[index + kStep]->FetchCells();
+        append(*rows[index]);
+    }
+}
+
+}  // namespace
+
+bool EndsInPercentCell(std::string_view line) {
+    const size_t size = line.size();
+    return (size >= 2 && line[size - 2] == '%') || (size >= 3 && line[size - 3] == '%' && line.back() == '%');
+}
+
+std::string HeaderText(const TableLayout& layout) {
+    std::string text;
+    for (const LaidOutColumn& column : layout.columns) {
+        const std::string title = column.column->RenderTitle(column.width);
+        const size_t lineLength = DisplayLength(text);
+        const size_t titleLength = DisplayLength(title);
+        const std::string_view blankBehind = lineLength + titleLength == layout.lineWidth + 1 ? "" : " ";
+        if (lineLength + 1 + titleLength + blankBehind.size() > layout.lineWidth) break;
+        if (!text.empty()) text += layout.separator;
+        text.append(1, ' ').append(title).append(blankBehind);
+    }
+    const size_t lineLength = DisplayLength(text);
+    const size_t underlineLength = std::min(lineLength, layout.lineWidth);
+    FitLine(text, 0, lineLength, layout.lineWidth);
+    return text.append(1, '\n').append(underlineLength, '-').append(1, '\n');
+}
+
+std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
+    const auto percentColumns = static_cast<size_t>(std::count_if(
+        layout.columns.begin(), layout.columns.end(),
+        [](const LaidOutColumn& column) { return column.column->GetColumnId() == kPercentColumnId; }));
+    std::string body;
+    body.reserve(rows.size() * (layout.lineWidth + percentColumns + 1) + 1);
+    ForEachRow(rows, [&](const CTableRow& row) { AppendFormattedRow(body, layout, row); });
+    body += '\n';
+    return body;
+}
+
+std::string PlainBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
+    constexpr uint32_t kFullText = 0;
+    std::string body;
+    ForEachRow(rows, [&](const CTableRow& row) {
+        for (const LaidOutColumn& column : layout.columns) {
+            if (!column.isFirst) body += layout.separator;
+            if (const CTableItem* item = FindCell(row, column))
+                AppendCell(body, *item, kFullText, layout.sink);
+        }
+        body += '\n';
+    });
+    return body;
+}
+
+}  // namespace Ostrel::UI::Console

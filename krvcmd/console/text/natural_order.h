@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace Ostrel::UI::Console {
+
+// What cells are ordered by: a text and, among equal texts, a number. A text cell "Disc-12" is the text
+// "Disc" with the number 12; a number cell is its value without a text.
+struct NumberedText {
+    std::string_view text;
+    int64_t number = 0;
+};
+
+// Exactly -1, 0 or +1: the number of `left` comes before, with or after that of `right`.
+inline int32_t CompareNumbers(const NumberedText& left, const NumberedText& right) {
+    if (left.number == right.number) return 0;
+    return left.number < right.number ? -1 : 1;
+}
+
+// Exactly -1, 0 or +1: `left` comes before, with or after `right`. Texts compare byte by byte.
+inline int32_t CompareNumberedTexts(const NumberedText& left, const NumberedText& right) {
+    const int32_t texts = left.text.compare(right.text);
+    if (texts != 0) return texts < 0 ? -1 : 1;
+    return CompareNumbers(left, right);
+}
+
+// Splits off a number at the end of `text` (a last "%" behind its digits does not matter) that follows one of
+// the separators "-@,;:. "; the separator is dropped. At most 2147483647. A text without such a number, and
+// one that ends in the separator, is whole and has the number 0.
+NumberedText SplitTrailingNumber(std::string_view text);
+
+}  // namespace Ostrel::UI::Console

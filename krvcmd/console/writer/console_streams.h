@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "krvcmd/console/platform/console_platform.h"
+#include "krvcmd/frontend/base/status.h"
+
+namespace Ostrel::UI::Console {
+
+// The only place that writes to the console. Remembers the first write error.
+class ConsoleStreams {
+  public:
+    // Writes `text` as it stands. Standard output is flushed before anything goes to standard error, so
+    // that both keep their order when they end in the same place, and standard error after it. A stream that
+    // failed takes no more text.
+    void Write(Stream stream, std::string_view text);
+
+    // Flushes standard output. The first error of any Write or flush as a system error with the platform's
+    // error number; success when there was none. That the reader of a pipe went away is no error.
+    krvcmd::Status Finish();
+
+  private:
+    bool HasFailed(Stream stream) const;
+    void Flush(Stream stream);
+    void NoteFailure(Stream stream, int error);
+
+    std::array<bool, 2> m_failed{};
+    int m_firstError = 0;
+};
+
+}  // namespace Ostrel::UI::Console

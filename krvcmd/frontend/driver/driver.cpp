@@ -1,0 +1,57 @@
+#include "krvcmd/frontend/driver/driver.h"
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "krvcmd/commands/base/command.h"
+#include "krvcmd/commands/factory/command_factory.h"
+#include "krvcmd/console/writer/output_object.h"
+#include "krvcmd/frontend/base/memory_guard.h"
+#include "krvcmd/frontend/parsing/parser.h"
+#include "krvcmd/frontend/platform/process.h"
+#include "krvcmd/frontend/report/result_line.h"
+
+namespace krvcmd {
+namespace {
+
+Status ParseAndExecute(std::span<const char* const> arguments) {
+    ParameterList line;
+    if (Status status = ParseCommandLine(arguments, line); !status.IsOk()) return status;
+    return ExecuteCommandLine(line);
+}
+
+// The result line when there is no memory left to build one.
+void ReportOutOfMemory() {
+    const int code = static_cast<int>(os_code::kOutOfMemory);
+    (void)std::fflush(stdout);
+    (void)std::fprintf(stderr, "OS error %d: %s\n", code, std::strerror(code));
+}
+
+}  // namespace
+
+Status ExecuteCommandLine(const ParameterList& line) {
+    if (line.command == nullptr) return Status::SystemError(os_code::kInvalidCommandLine);
+    std::unique_ptr<CCommand> command;
+    Status status = CreateCommand(line.command, command);
+    if (status.IsOk()) status = command->Initialize(line.options, line.parameters);
+    if (status.IsOk()) status = command->Execute();
+    return status;
+}
+
+int RunProgram(std::span<const char* const> arguments) {
+    Status status = GuardMemory([&] {
+        GetProgramNames() = {"krvcmd", "Carvoline"};
+        return ParseAndExecute(arguments);
+    });
+    bool reported = false;
+    Status result = GuardMemory([&] {
+        Status final = ReportResult(GetBannerFlags(), status);
+        reported = true;
+        return final;
+    });
+    if (!reported) ReportOutOfMemory();
+    return ExitStatus(result.Code());
+}
+
+}  // namespace krvcmd

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "krvcmd/frontend/base/status.h"
+#include "krvcmd/frontend/parsing/parameter_list.h"
+
+namespace krvcmd {
+
+enum class AddressKind : int32_t {
+    None = 0,
+    Volumes = 1,   // V
+    SlotSide = 2,  // J, S and one side, M optional
+    Slots = 3,     // J and S, M optional
+    Magazine = 5,  // J and M
+    Jukebox = 6,   // J
+    Drive = 7,     // J and D
+};
+
+// One addressed target. Magazine, slot and drive are one-based, as the user wrote them; -1 stands
+// for "not given".
+struct ItemAddress {
+    int32_t jukeboxId = -1;
+    std::string jukeboxName;  // given instead of an ID
+    int32_t magazine = -1;
+    int32_t slot = -1;
+    int32_t side = -1;  // 0 = A, 1 = B; -1 = none or both given
+    int32_t drive = -1;
+    int32_t volumeId = -1;
+};
+
+// The addressed targets of one command line: one entry for each number of its lists and ranges.
+// Entries are made one at a time, so that "S1-2000000000" costs no memory. A reversed range holds
+// no entry.
+class ItemAddressList {
+  public:
+    // An empty list.
+    ItemAddressList() = default;
+
+    // Entries are copies of `common`, with `varying` running through `numbers`.
+    ItemAddressList(ItemAddress common, int32_t ItemAddress::*varying, std::vector<NumberRange> numbers);
+
+    class Iterator {
+      public:
+        explicit Iterator(const ItemAddressList& list);
+        ItemAddress operator*() const;
+        Iterator& operator++();
+        bool operator==(std::default_sentinel_t) const;
+
+      private:
+        void SkipEmptyRanges();
+
+        const ItemAddressList* m_list;
+        size_t m_range = 0;
+        int64_t m_number = 0;  // 64 bits: may step past the largest number of a range
+    };
+
+    Iterator begin() const { return Iterator(*this); }
+    static std::default_sentinel_t end() { return {}; }
+
+    bool IsEmpty() const { return begin() == end(); }
+
+    // The first entry; the list must not be empty.
+    ItemAddress Front() const { return *begin(); }
+
+  private:
+    ItemAddress m_common;
+    int32_t ItemAddress::*m_varying = nullptr;
+    std::vector<NumberRange> m_numbers;
+};
+
+// Chooses the address kind from the parameters J, M, S, .A, .B, D and V and lists the entries.
+// System error 22 for a combination that addresses nothing, and where a single number is needed
+// but a list or range is given.
+Status ReadItemAddress(const std::vector<Parameter>& parameters, AddressKind& kind,
+                       ItemAddressList& addresses);
+
+}  // namespace krvcmd

@@ -1,8 +1,0 @@
-// Whether somebody watches.
-#pragma once
-
-namespace krvsim {
-
-bool IsStandardErrorATerminal();
-
-}  // namespace krvsim

@@ -1,0 +1,115 @@
+// No look-up goes through a table: its cost would grow with the farm.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "embedded/farms/farm_writer.h"
+#include "embedded/model/farm.h"
+#include "embedded/model/farm_words.h"
+#include "embedded/rules/moving.h"
+#include "embedded/store/database.h"
+#include "embedded/store/farm_file.h"
+#include "embedded/store/sql.h"
+#include "tests/unit/embedded/support/farm_home.h"
+
+namespace simulator_test {
+namespace {
+
+// The lines of the plan that the database makes for a statement.
+std::vector<std::string> PlanOf(embedded::Database& database, const std::string& statement) {
+    std::vector<std::string> lines;
+    const embedded::StatementHandle plan = database.Prepare("EXPLAIN QUERY PLAN " + statement);
+    while (sqlite3_step(plan.get()) == SQLITE_ROW) {
+        lines.emplace_back(reinterpret_cast<const char*>(sqlite3_column_text(plan.get(), 3)));
+    }
+    return lines;
+}
+
+class QueryPlan : public FarmTest {
+  protected:
+    std::unique_ptr<embedded::Database> m_database = embedded::OpenFarm(".", [](embedded::Database&) {});
+};
+
+TEST_F(QueryPlan, EveryLookUpIsAnIndexSearch) {
+    size_t searches = 0;
+    for (const char* statement : embedded::SqlTexts()) {
+        for (const std::string& line : PlanOf(*m_database, statement)) {
+            EXPECT_TRUE(line.starts_with("SEARCH ")) << statement << "\n  " << line;
+            ++searches;
+        }
+    }
+    EXPECT_GT(searches, embedded::kSqlCount / 2);
+}
+
+// A jukebox whose first magazine is missing, with a medium in every other of its slots. The second one has as
+// many slots, all full, and three empty ones behind them.
+embedded::Farm FarmWithAMissingMagazine(int32_t slots) {
+    const auto blank = [](int32_t slot) {
+        embedded::FarmMedium medium;
+        medium.slot = slot;
+        medium.type = 1;
+        medium.sides.push_back(embedded::UsualSide(medium.type, embedded::Content::Blank, 0));
+        return medium;
+    };
+    embedded::FarmMagazine missing;
+    missing.slotCount = slots;
+    missing.present = false;
+    for (int32_t slot = 1; slot <= slots; slot += 2)
+        missing.media.push_back(blank(slot));
+    embedded::FarmMagazine present;
+    present.slotCount = slots + 3;
+    for (int32_t slot = 1; slot <= slots; ++slot)
+        present.media.push_back(blank(slot));
+    embedded::FarmJukebox jukebox;
+    jukebox.id = 1;
+    jukebox.name = "x";
+    jukebox.magazines = {missing, present};
+    jukebox.waiting = {blank(0)};
+    embedded::Farm farm;
+    farm.jukeboxes.push_back(jukebox);
+    return farm;
+}
+
+int CountStep(void* steps) {
+    ++*static_cast<int64_t*>(steps);
+    return 0;
+}
+
+// The database's own steps of an import and of an export that name no slot.
+int64_t StepsOfMovingWithoutASlot(int32_t slotsOfTheMissingMagazine) {
+    const std::string server = "slots" + std::to_string(slotsOfTheMissingMagazine);
+    const auto database = embedded::OpenFarm(server, [&](embedded::Database& empty) {
+        embedded::WriteFarm(empty, server, FarmWithAMissingMagazine(slotsOfTheMissingMagazine));
+    });
+    int64_t steps = 0;
+    sqlite3_progress_handler(database->GetConnection(), 1, &CountStep, &steps);
+    const SlotKey anySlot{sizeof(SlotKey), 1, -1, -1};
+    const std::string firstEmpty = std::to_string(slotsOfTheMissingMagazine + 1);
+    EXPECT_EQ(embedded::ImportMedium(*database, anySlot), "imported: x\\2\\" + firstEmpty + " (blank CD-R)");
+    EXPECT_EQ(embedded::ExportMedium(*database, anySlot), "exported: x\\2\\1 (blank CD-R)");
+    return steps;
+}
+
+TEST_F(QueryPlan, MissingAndFullSlotsCostAMoveWithoutASlotNothing) {
+    const int64_t few = StepsOfMovingWithoutASlot(4);
+    const int64_t many = StepsOfMovingWithoutASlot(4'000);
+    EXPECT_GT(few, 100) << "they are counted";
+    EXPECT_LT(many, few + 50);
+}
+
+TEST_F(QueryPlan, AScanWouldBeNoticed) {
+    const std::vector<std::string> plan = PlanOf(*m_database, "SELECT id FROM volume WHERE label = 'x'");
+    ASSERT_EQ(plan.size(), 1U);
+    EXPECT_FALSE(plan[0].starts_with("SEARCH "));
+}
+
+TEST_F(QueryPlan, EveryStatementHasAText) {
+    for (const char* statement : embedded::SqlTexts()) {
+        ASSERT_NE(statement, nullptr);
+        EXPECT_NO_THROW((void)m_database->Prepare(statement)) << statement;
+    }
+}
+
+}  // namespace
+}  // namespace simulator_test

@@ -1,0 +1,248 @@
+// Copies of farms through a client library: through the embedded one, which must give an equal farm,
+// and through the scripted one, which fails wherever a test wants it to.
+#include <gtest/gtest.h>
+
+#include "tests/unit/embedded/support/client.h"
+#include "tests/unit/tools/tool_test.h"
+
+namespace simulator_test {
+namespace {
+
+class KrvsimClone : public ToolTest {
+  protected:
+    static constexpr const char* kEmbedded = KRVSIM_EMBEDDED_LIBRARY;
+
+    // The farm as the embedded library shows it.
+    static std::string Shown(const std::string& server) {
+        const ToolResult result = RunKrvsim({"dump", "--library", kEmbedded, "--from", server});
+        EXPECT_EQ(result.status, 0) << result.err;
+        return Body(result.out);
+    }
+
+    // Clones and expects that every item which the library shows could be read.
+    static std::string Cloned(std::vector<std::string> words) {
+        words.insert(words.begin(), {"clone", "--library", kEmbedded});
+        const ToolResult result = RunKrvsim(words);
+        EXPECT_EQ(result.status, 0) << result.err;
+        EXPECT_EQ(result.err.find("not read"), std::string::npos) << result.err;
+        return result.out;
+    }
+};
+
+TEST_F(KrvsimClone, CopyOfTheDemonstrationFarmShowsTheSame) {
+    EXPECT_EQ(Cloned({"--from", ".", "--to", "copy"}),
+              "Server \"copy\" has a copy of 8 jukeboxes and 50 volumes of server \".\".\n");
+    EXPECT_EQ(Shown("copy"), Shown("."));
+    Done({"check", "--server", "copy"});
+}
+
+TEST_F(KrvsimClone, WhatNoCallShowsIsToldItemByItem) {
+    // Volumes 401 and 402 are on the shelf and in an import station, 117 is in a magazine that is not
+    // present.
+    const ToolResult result = RunKrvsim({"clone", "--library", kEmbedded, "--to", "copy"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    for (const char* volume : {"401", "402", "117"}) {
+        const std::string line = std::string("not shown: the medium of volume ") + volume +
+                                 ": it lies in no slot that can be looked at\n";
+        EXPECT_NE(result.err.find(line), std::string::npos) << line << result.err;
+    }
+    EXPECT_NE(result.err.find("not shown: what is in magazine "), std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find("not shown: the medium of volume 33:"), std::string::npos);
+    Client copy("copy");
+    EXPECT_EQ(copy.VolumeOf(401).state, 2U);
+}
+
+TEST_F(KrvsimClone, CopiesOfGeneratedFarmsShowTheSame) {
+    for (const char* seed : {"1", "2", "3", "4", "5"}) {
+        Done(
+            {"generate", "--force", "--jukeboxes", "2", "--magazines", "2", "--slots", "30", "--seed", seed});
+        Cloned({"--to", "copy", "--force"});
+        EXPECT_EQ(Shown("copy"), Shown(".")) << seed;
+        Done({"check", "--server", "copy"});
+    }
+}
+
+TEST_F(KrvsimClone, CopyOnlyReads) {
+    Done({"init"});
+    const std::string before = Done({"dump"});
+    Done({"journal", "--on"});
+    Cloned({"--to", "copy"});
+    EXPECT_EQ(Done({"dump"}), before);
+    EXPECT_NE(Done({"journal", "--summary"}).find("0 changes; "), std::string::npos);
+}
+
+TEST_F(KrvsimClone, CopyCanBeActedOn) {
+    Cloned({"--to", "copy"});
+    Client copy("copy");
+    EXPECT_TRUE(copy.Export({8, 0, 2}).ok);
+    EXPECT_TRUE(copy.Format({11, 0, 9}, 0, "New").ok);
+    EXPECT_EQ(copy.VolumeOf(33).state, 2U);
+    EXPECT_EQ(Client().VolumeOf(33).state, 0U) << "the original is another farm";
+}
+
+TEST_F(KrvsimClone, ItemsThatCannotBeReadAreReportedOneByOne) {
+    Done({"init"});
+    Done({"fault", "add", "-f", "GetSlot", "-J", "@8", "-S", "1", "--code", "900", "--text", "Slot lost."});
+    Done({"fault", "add", "-f", "GetDrive", "-J", "@8", "-D", "2", "--code", "901", "--text", "Drive lost."});
+    Done({"fault", "add", "-f", "VolumeDetail", "-V", "33", "--code", "902", "--text", "Volume lost."});
+    Done({"fault", "add", "-f", "GetJukebox", "-J", "@41", "--code", "903", "--text", "Jukebox lost."});
+    const ToolResult result = RunKrvsim({"clone", "--library", kEmbedded, "--to", "copy"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    for (const char* line :
+         {"not read: slot 1 of magazine 1 of jukebox 8: KRV error 900: Slot lost.\n",
+          "not read: drive 2 of jukebox 8: KRV error 901: Drive lost.\n",
+          "not read: volume 33: KRV error 902: Volume lost.\n",
+          "not read: volume 33 on side A of slot 3 of magazine 1 of jukebox 8: it is not in the "
+          "list of volumes\n",
+          "not read: jukebox 41: KRV error 903: Jukebox lost.\n"}) {
+        EXPECT_NE(result.err.find(line), std::string::npos) << line << "\n" << result.err;
+    }
+    EXPECT_NE(result.err.find("5 items could not be read.\n"), std::string::npos) << result.err;
+    Done({"check", "--server", "copy"});
+    Client copy("copy");
+    EXPECT_EQ(copy.SlotState({8, 0, 0}), 0U);
+    EXPECT_EQ(copy.SideOf({8, 0, 2}, 1).volumeId, 34);
+    EXPECT_EQ(copy.Jukeboxes().size(), 7U);
+}
+
+TEST_F(KrvsimClone, FarmThatIsThereIsKeptUnlessForced) {
+    Done({"init", "--server", "copy", "--empty"});
+    EXPECT_NE(Refused({"clone", "--library", kEmbedded, "--to", "copy"}), "");
+    Client kept("copy");
+    EXPECT_TRUE(kept.Jukeboxes().empty());
+}
+
+TEST_F(KrvsimClone, LibraryAndServerThatAreNotThereAreNamed) {
+    const std::string missing = Refused({"clone", "--library", "/nowhere/lib.so", "--to", "copy"});
+    EXPECT_NE(missing.find("/nowhere/lib.so"), std::string::npos) << missing;
+    EXPECT_EQ(
+        Refused({"clone", "--library", kEmbedded, "--from", "nowhere", "--to", "copy"}),
+        "krvsim: no session with server \"nowhere\": KRV error 1010: Server \"nowhere\" is not known.\n");
+}
+
+// ---- Through the scripted library
+
+class KrvsimCloneOfScript : public ToolTest {
+  protected:
+    // A copy of the library in the test's folder, which reads its script afresh.
+    ToolResult CloneOf(const std::string& script) {
+        const std::filesystem::path library =
+            m_home.GetFolder() / ("scripted" + std::to_string(++m_copies) + ".so");
+        std::filesystem::copy_file(KRVSIM_SCRIPTED_LIBRARY, library);
+        m_log = m_home.GetFolder() / ("log" + std::to_string(m_copies));
+        SetEnvironment("KRVFAKE_SCRIPT", WriteFile("script", script).c_str());
+        SetEnvironment("KRVFAKE_LOG", m_log.string().c_str());
+        const ToolResult result =
+            RunKrvsim({"clone", "--library", library.string(), "--from", "far", "--to", "copy", "--force"});
+        SetEnvironment("KRVFAKE_SCRIPT", nullptr);
+        SetEnvironment("KRVFAKE_LOG", nullptr);
+        return result;
+    }
+
+    std::string Log() const {
+        std::stringstream text;
+        text << std::ifstream(m_log, std::ios::binary).rdbuf();
+        return text.str();
+    }
+
+    static constexpr const char* kFarm =
+        "jukebox 8 name=Tower doublesided=1\n"
+        "drive vendor=V product=P\n"
+        "magazine slots=4\n"
+        "volume 33 label=\"Sales 2005\" at=8/0/1/0 dir=sales\n"
+        "volume 34 label=\"Sales 2006\" at=8/0/1/1\n"
+        "volume 40 label=Gone state=2\n";
+
+    int m_copies = 0;
+    std::filesystem::path m_log;
+};
+
+TEST_F(KrvsimCloneOfScript, EveryCallKeepsToTheBinaryInterface) {
+    const ToolResult result = CloneOf(kFarm);
+    EXPECT_EQ(result.status, 0) << result.err;
+    const std::string log = Log();
+    EXPECT_NE(log.find("KrvSessionCreate"), std::string::npos);
+    EXPECT_NE(log.find("KrvSessionClose"), std::string::npos);
+    EXPECT_EQ(log.find("ERROR"), std::string::npos) << log;
+    for (const char* acting : {"Set", "Activate", "Deactivate", "Erase", "Format", "Finalize", "Import",
+                               "Export", "Scan", "Service"}) {
+        EXPECT_EQ(log.find(std::string("Krv") + acting), std::string::npos) << acting;
+        EXPECT_EQ(log.find(std::string("KrvVolume") + acting), std::string::npos) << acting;
+        EXPECT_EQ(log.find(std::string("KrvMedia") + acting), std::string::npos) << acting;
+    }
+}
+
+TEST_F(KrvsimCloneOfScript, FarmIsCopied) {
+    ASSERT_EQ(CloneOf(kFarm).status, 0);
+    Client copy("copy");
+    ASSERT_TRUE(copy.GetOpening().ok) << Describe(copy.GetOpening());
+    EXPECT_EQ(copy.Jukeboxes(), std::vector<uint32_t>{8});
+    EXPECT_EQ(copy.Volumes(), (std::vector<uint32_t>{33, 34, 40}));
+    EXPECT_EQ(copy.LabelOf(33), "Sales 2005");
+    EXPECT_EQ(copy.SideOf({8, 0, 1}, 1).volumeId, 34);
+    EXPECT_EQ(copy.VolumeOf(40).state, 2U);
+    std::vector<std::string> aspects;
+    ASSERT_TRUE(copy.Aspects(33, aspects).ok);
+    EXPECT_EQ(aspects, std::vector<std::string>{"sales"});
+    Done({"check", "--server", "copy"});
+}
+
+struct FailingCase {
+    const char* script;
+    const char* report;
+};
+
+TEST_F(KrvsimCloneOfScript, FailingItemsAreReportedAndTheRestIsCopied) {
+    const std::vector<FailingCase> cases = {
+        {"fail KrvGetSlot nth=1 code=9 text=No\n",
+         "not read: slot 1 of magazine 1 of jukebox 8: KRV error 9: No\n"},
+        {"fail KrvGetDrive code=9 text=No\n", "not read: drive 1 of jukebox 8: KRV error 9: No\n"},
+        {"fail KrvGetMagazine code=9 text=No\n", "not read: magazine 1 of jukebox 8: KRV error 9: No\n"},
+        {"fail KrvGetJukebox code=9 text=No\n", "not read: jukebox 8: KRV error 9: No\n"},
+        {"fail KrvVolumeAspects nth=1 code=9 text=No\n",
+         "not read: the directory names of volume 33: KRV error 9: No\n"},
+        {"fail KrvVolumeLocations nth=1 code=9 text=No\n",
+         "not read: the locations of volume 33: KRV error 9: No\n"},
+        {"fail KrvGetNextVolume nth=2 code=9 text=No\n",
+         "not read: the volumes after ID 33: KRV error 9: No\n"},
+        {"enumerate volumes 33 33 ...\n", "not read: the volumes after ID 33: the next ID is 33\n"},
+        {"enumerate jukeboxes 8 8 ...\n", "not read: the jukeboxes after ID 8: the next ID is 8\n"},
+    };
+    for (const FailingCase& failing : cases) {
+        const ToolResult result = CloneOf(std::string(kFarm) + failing.script);
+        EXPECT_EQ(result.status, 0) << failing.script << result.err;
+        EXPECT_NE(result.err.find(failing.report), std::string::npos) << failing.script << result.err;
+        Done({"check", "--server", "copy"});
+    }
+}
+
+TEST_F(KrvsimCloneOfScript, NonsenseOfALibraryIsKeptWithinReason) {
+    const std::vector<FailingCase> cases = {
+        {"jukebox 8 name=x\nmagazine slots=-5\n",
+         "not read: the slots of magazine 1 of jukebox 8: its number of parts, -5, is not possible\n"},
+        {"jukebox 8 name=x\ndrive claimed=2000000000\n",
+         "not read: the drives of jukebox 8: its number of parts, 2000000000, is not possible\n"},
+        {"jukebox 8 name=x\nmagazine slots=1\nslot state=9\n",
+         "not read: slot 1 of magazine 1 of jukebox 8: its state, 9, is not known\n"},
+        {"volume 5 type=7\n", "not read: volume 5: its type, 7, is not known: taken for a disc\n"},
+        {"volume 5 total=3 free=4\n",
+         "not read: volume 5: it has more free bytes than bytes: taken for empty\n"},
+        {"volume 5 dir=same\nvolume 6 dir=same\n",
+         "not read: the directory name \"same\" of volume 6: another volume has it already\n"},
+    };
+    for (const FailingCase& nonsense : cases) {
+        const ToolResult result = CloneOf(nonsense.script);
+        EXPECT_EQ(result.status, 0) << nonsense.script << result.err;
+        EXPECT_NE(result.err.find(nonsense.report), std::string::npos) << nonsense.script << result.err;
+        Done({"check", "--server", "copy"});
+    }
+}
+
+TEST_F(KrvsimCloneOfScript, SessionThatFailsIsARefusal) {
+    const ToolResult result = CloneOf("fail KrvSessionCreate code=77 text=\"Nobody home.\"\n");
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.err, "krvsim: no session with server \"far\": KRV error 77: Nobody home.\n");
+}
+
+}  // namespace
+}  // namespace simulator_test

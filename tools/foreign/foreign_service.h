@@ -1,0 +1,78 @@
+// A service behind any client library that keeps the binary interface, for reading alone: each call
+// with a fresh context and prepared records, as krvcmd makes them.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "embedded/platform/shared_library.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
+
+namespace embedded::tools {
+
+// Why a call failed.
+struct CallFailure {
+    int32_t code = 0;
+    std::string text;
+};
+
+// "KRV error CODE: TEXT"
+std::string FailureText(const CallFailure& failure);
+
+// The result of a look: nothing in `failure` is success.
+using Outcome = std::optional<CallFailure>;
+
+class ForeignService {
+  public:
+    // Loads the library and opens a session; throws ToolFailure when either does not work.
+    ForeignService(const std::string& library, const std::string& server);
+    ForeignService(const ForeignService&) = delete;
+    ForeignService& operator=(const ForeignService&) = delete;
+    ~ForeignService();
+
+    // One step of an enumeration; `id` becomes 0 after the last one.
+    Outcome NextJukebox(uint32_t& id) const;
+    Outcome NextVolume(uint32_t& id) const;
+
+    Outcome GetJukebox(int32_t jukebox, JukeboxRecord& record) const;
+    Outcome GetMagazine(int32_t jukebox, int32_t magazine, MagazineRecord& record) const;
+    Outcome GetDrive(int32_t jukebox, int32_t drive, DriveRecord& record) const;
+    Outcome GetSlot(int32_t jukebox, int32_t magazine, int32_t slot, SlotRecord& record) const;
+    // With code 3 the record is filled all the same.
+    Outcome GetSide(const SideKey& key, SideRecord& record) const;
+    Outcome GetVolume(uint32_t volume, VolumeRecord& record) const;
+    Outcome GetDirectories(uint32_t volume, std::vector<std::string>& directories) const;
+    // Code 500 is success without a location.
+    Outcome GetLocations(uint32_t volume, std::vector<SideKey>& locations) const;
+
+  private:
+    template <typename Function>
+    Function* Require(const char* name) const;
+
+    std::string m_path;
+    SharedLibrary m_library;
+    KrvSession m_session = 0;
+    decltype(KrvSessionCreate)* m_create;
+    decltype(KrvSessionClose)* m_close;
+    decltype(KrvGetNextJukebox)* m_nextJukebox;
+    decltype(KrvGetJukebox)* m_jukebox;
+    decltype(KrvGetMagazine)* m_magazine;
+    decltype(KrvGetDrive)* m_drive;
+    decltype(KrvGetSlot)* m_slot;
+    decltype(KrvGetSide)* m_side;
+    decltype(KrvGetNextVolume)* m_nextVolume;
+    decltype(KrvVolumeDetail)* m_volume;
+    decltype(KrvVolumeAspects)* m_aspects;
+    decltype(KrvVolumeLocations)* m_locations;
+};
+
+// A text field of a record: up to its first NUL or its end.
+template <size_t Size>
+std::string TextOf(const char (&field)[Size]) {
+    const std::string_view whole(field, Size);
+    return std::string(whole.substr(0, whole.find('\0')));
+}
+
+}  // namespace embedded::tools

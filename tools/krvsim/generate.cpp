@@ -1,0 +1,133 @@
+// krvsim generate: a large farm out of a few numbers.
+#include "embedded/farms/farm_writer.h"
+#include "embedded/model/farm_words.h"
+#include "embedded/model/joined.h"
+#include "embedded/model/media_types.h"
+#include "tools/common/command.h"
+#include "tools/common/counted.h"
+#include "tools/common/progress.h"
+#include "tools/krvsim/commands.h"
+#include "tools/krvsim/new_farm.h"
+#include "tools/krvsim/random.h"
+
+namespace embedded::tools {
+namespace {
+
+constexpr int64_t kMostSlots = 2'000'000;
+
+std::string Padded(int64_t number, size_t digits) {
+    std::string text = std::to_string(number);
+    if (text.size() < digits) text.insert(0, digits - text.size(), '0');
+    return text;
+}
+
+// Makes jukebox after jukebox; volumes are numbered as they come.
+class Generator {
+  public:
+    Generator(const GenerateOptions& options, FarmWriter& writer, Progress& progress)
+        : m_options(options), m_random(options.seed), m_writer(writer), m_progress(progress) {}
+
+    void Run() {
+        for (int32_t jukebox = 1; jukebox <= m_options.jukeboxes; ++jukebox)
+            AddJukebox(jukebox);
+        m_writer.Finish(true, 0);
+    }
+
+    int32_t GetVolumeCount() const { return m_lastVolume; }
+
+  private:
+    void AddJukebox(int32_t number) {
+        FarmJukebox jukebox;
+        jukebox.id = number;
+        jukebox.name = "Jukebox " + Padded(number, 3);
+        jukebox.doubleSided = m_random.PerCent(50);
+        jukebox.changer = {"TINDRAK", "Tower " + std::to_string(m_options.slots), "4.0", {number, 0, 0}};
+        for (int32_t drive = 1; drive <= 4; ++drive) {
+            jukebox.drives.push_back({{"OVELLE", "MultiDrive M5", "A103", {number, drive, 0}}, true, {0, 0}});
+        }
+        for (int32_t magazine = 0; magazine < m_options.magazines; ++magazine) {
+            jukebox.magazines.push_back(MakeMagazine(jukebox));
+        }
+        m_writer.AddJukebox(jukebox);
+        for (const FarmVolume& volume : m_volumes)
+            m_writer.AddVolume(volume);
+        // The slots of a jukebox count twice, with its volumes for the second time.
+        m_progress.Step(int64_t{m_options.magazines} * m_options.slots -
+                        static_cast<int64_t>(m_volumes.size()));
+        m_volumes.clear();
+    }
+
+    FarmMagazine MakeMagazine(const FarmJukebox& jukebox) {
+        FarmMagazine magazine;
+        magazine.slotCount = m_options.slots;
+        for (int32_t slot = 1; slot <= m_options.slots; ++slot) {
+            if (!m_random.PerCent(static_cast<uint64_t>(m_options.fill))) continue;
+            FarmMedium medium = MakeMedium(jukebox);
+            medium.slot = slot;
+            magazine.media.push_back(std::move(medium));
+        }
+        return magazine;
+    }
+
+    FarmMedium MakeMedium(const FarmJukebox& jukebox) {
+        const auto types = AllMediaTypes();
+        const MediaType& type = types[m_random.Below(types.size())];
+        FarmMedium medium;
+        medium.type = type.code;
+        const int sides = jukebox.doubleSided && m_random.PerCent(50) ? 2 : 1;
+        for (int side = 0; side < sides; ++side)
+            medium.sides.push_back(MakeSide(jukebox, type));
+        return medium;
+    }
+
+    // Most sides hold a volume, some are blank, a few are bad.
+    FarmSide MakeSide(const FarmJukebox& jukebox, const MediaType& type) {
+        const uint64_t fate = m_random.Below(100);
+        if (fate == 0) return UsualSide(type.code, Content::Bad, 0);
+        if (fate < 8 && type.writing != Writing::ReadOnly) return UsualSide(type.code, Content::Blank, 0);
+        FarmVolume volume;
+        volume.id = ++m_lastVolume;
+        const std::string number = Padded(volume.id, 7);
+        volume.label = "Disc-" + number;
+        volume.fileSystem = type.access == Access::Random ? "UDF 2.01" : "UDF 1.50 seq";
+        volume.total = type.capacity;
+        volume.free = m_random.Below(type.capacity);
+        volume.enabled = !m_random.PerCent(2);
+        volume.directories = {Joined({"archive\\", jukebox.name, "\\", number})};
+        m_volumes.push_back(std::move(volume));
+        return UsualSide(type.code, Content::FileSystem, m_lastVolume);
+    }
+
+    const GenerateOptions& m_options;
+    Random m_random;
+    FarmWriter& m_writer;
+    Progress& m_progress;
+    std::vector<FarmVolume> m_volumes;
+    int32_t m_lastVolume = 0;
+};
+
+}  // namespace
+
+void Generate(const GenerateOptions& options, const Streams& streams) {
+    const int64_t slots = int64_t{options.jukeboxes} * options.magazines * options.slots;
+    if (slots > kMostSlots) {
+        throw UsageFailure("that would be " + std::to_string(slots) + " slots, at most " +
+                           std::to_string(kMostSlots) + " are possible");
+    }
+    const Existing existing = options.force ? Existing::Replace : Existing::Keep;
+    RequireRoom(options.server, existing);
+    int32_t volumes = 0;
+    MakeFarm(options.server, existing, [&](Database& database) {
+        Progress progress(streams.err, "writing", 2 * slots);
+        FarmWriter writer(database, options.server, [&] { progress.Step(); });
+        Generator generator(options, writer, progress);
+        generator.Run();
+        volumes = generator.GetVolumeCount();
+    });
+    streams.out << "Server \"" << options.server << "\" has a farm of "
+                << Counted(options.jukeboxes, "jukebox", "jukeboxes") << ", "
+                << Counted(slots, "slot", "slots") << " and " << Counted(volumes, "volume", "volumes")
+                << ".\n";
+}
+
+}  // namespace embedded::tools
