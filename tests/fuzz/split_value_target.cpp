@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "krvcmd/frontend/grammar/command_grammar.h"
-#include "krvcmd/frontend/parsing/read_value.h"
+#include "krvcmd/frontend/parsing/parser.h"
 #include "krvcmd/frontend/parsing/token.h"
 #include "tests/fuzz/fuzz_target.h"
 

@@ -6,10 +6,10 @@
 namespace krvcmd::test {
 namespace {
 
-Status ParseAndExecute(const Words& words) {
+Status ParseAndExecute(const Words& words, Ostrel::UI::Console::COutputObject& writer) {
     ParameterList line;
     if (Status status = ParseCommandLine(words, line); !status.IsOk()) return status;
-    return ExecuteCommandLine(line);
+    return ExecuteCommandLine(line, writer);
 }
 
 }  // namespace
@@ -17,7 +17,7 @@ Status ParseAndExecute(const Words& words) {
 Outcome CommandTest::Run(const Words& words) {
     Outcome outcome;
     testing::internal::CaptureStdout();
-    outcome.status = Text(ParseAndExecute(words));
+    outcome.status = Text(ParseAndExecute(words, Writer()));
     outcome.output = testing::internal::GetCapturedStdout();
     outcome.calls = TakeCalls();
     return outcome;

@@ -25,10 +25,10 @@ bool IsSideBAbsent(const SlotPosition& position) {
 
 Status CFormat::ParseOptions() {
     (void)GetStringParameter("label", m_label, m_hasLabel);
-    (void)HasParameter("erase", m_erase);
-    (void)HasParameter("certify", m_certify);
-    (void)HasParameter("sequential", m_sequential);
-    (void)HasParameter("finalize", m_finalize);
+    m_erase = HasParameter("erase");
+    m_certify = HasParameter("certify");
+    m_sequential = HasParameter("sequential");
+    m_finalize = HasParameter("finalize");
     return {};
 }
 

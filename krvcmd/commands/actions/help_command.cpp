@@ -1,6 +1,5 @@
 #include "krvcmd/commands/actions/help_command.h"
 
-#include "krvcmd/console/query/query_table.h"
 #include "krvcmd/frontend/report/help.h"
 #include "krvcmd/frontend/report/result_line.h"
 
@@ -12,13 +11,12 @@ Status CHelp::Execute() {
 
 Status CHelp::Run() {
     BannerFlags& flags = GetBannerFlags();
-    const Status banner = PrintBanner(flags);
+    const Status banner = PrintBanner(flags, Writer());
     flags.quiet = true;  // no success message after the help text
 
-    Ostrel::UI::Console::CKrvQueryTable writer;
     const bool hasTopic = Parameters().size() == 1;
-    HelpPrinter(writer).PrintHelp(hasTopic ? Parameters().front().text : std::string());
-    const Status written = writer.Finish();
+    PrintHelp(hasTopic ? Parameters().front().text : std::string_view(), Writer());
+    const Status written = Writer().Finish();
     return FirstError(banner, written);
 }
 

@@ -4,8 +4,8 @@
 
 namespace krvcmd {
 
-// Prints help. Opens no session, so it works without a reachable service. The option "quiet" does
-// not suppress its banner, by design.
+// Prints help. It opens no session, so it works without a reachable service. Its banner appears even when
+// "quiet" is given.
 class CHelp : public CCommand {
   public:
     Status Run() override;

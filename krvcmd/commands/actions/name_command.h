@@ -6,8 +6,7 @@
 
 namespace krvcmd {
 
-// Renames a jukebox, or sets the directory name of volumes. Without a new name the library is
-// handed an empty text.
+// Renames a jukebox, or sets the directory name of volumes. Without a new name the library gets an empty text.
 class CName : public CCommand {
   public:
     Status ParseOptions() override;
@@ -20,8 +19,7 @@ class CName : public CCommand {
     std::string m_newName;
 };
 
-// Changes nothing, by design, and succeeds. No command line can name it; it is kept as it is
-// rather than inventing a removal.
+// Deliberately changes nothing and succeeds. No command line can name it.
 class CDelete : public CCommand {
   public:
     Status Run() override;

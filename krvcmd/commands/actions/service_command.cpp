@@ -5,21 +5,15 @@
 namespace krvcmd {
 
 Status CService::ParseOptions() {
-    (void)HasParameter("start", m_start);
-    (void)HasParameter("stop", m_stop);
-    (void)HasParameter("restart", m_restart);
+    m_start = HasParameter("start");
+    m_stop = HasParameter("stop");
+    m_restart = HasParameter("restart");
     const int given = int{m_start} + int{m_stop} + int{m_restart};
     return given == 1 ? Status() : Status::SystemError(os_code::kInvalidCommandLine);
 }
 
 Status CService::Execute() {
-    Status status;
-    if (!m_start) status = StartSession();
-    const Status banner = StartOutput();
-    if (status.IsOk()) status = RunGuarded(banner);
-    // Also for "start", which has no session to close.
-    CloseSession();
-    return FirstError(status, banner);
+    return RunAndClose(m_start ? Status() : StartSession());
 }
 
 Status CService::Run() {

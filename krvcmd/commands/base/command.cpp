@@ -1,5 +1,8 @@
 #include "krvcmd/commands/base/command.h"
 
+#include <ranges>
+#include <utility>
+
 #include "krvcmd/frontend/base/memory_guard.h"
 #include "krvcmd/frontend/report/result_line.h"
 #include "krvcmd/service/access/item_lookup.h"
@@ -7,6 +10,18 @@
 #include "krvcmd/service/interrupt/interrupt.h"
 
 namespace krvcmd {
+namespace {
+
+// Closes the session at the end of its scope.
+class SessionCloser {
+  public:
+    SessionCloser() = default;
+    SessionCloser(const SessionCloser&) = delete;
+    SessionCloser& operator=(const SessionCloser&) = delete;
+    ~SessionCloser() { CloseSession(); }
+};
+
+}  // namespace
 
 Status CCommand::ParseOptions() {
     return {};
@@ -22,9 +37,11 @@ void CCommand::AfterParse() {
     Validate();
 }
 
-Status CCommand::Initialize(const std::vector<Parameter>& options, const std::vector<Parameter>& parameters) {
+Status CCommand::Initialize(const std::vector<Parameter>& options, const std::vector<Parameter>& parameters,
+                            Ostrel::UI::Console::COutputObject& writer) {
     m_options = &options;
     m_parameters = &parameters;
+    m_writer = &writer;
     Status status = ParseCommonOptions();
     if (status.IsOk()) status = ReadItemAddress(parameters, m_addressKind, m_addresses);
     if (status.IsOk()) status = ParseOptions();
@@ -38,6 +55,7 @@ Status CCommand::ParseCommonOptions() {
         if (option.node->keyword == "quiet") {
             m_quiet = true;
         } else if (option.node->keyword == "server") {
+            m_hasServer = true;
             m_serverName = option.text;
         } else if (option.node->keyword == "yes") {
             m_yes = true;
@@ -49,13 +67,15 @@ Status CCommand::ParseCommonOptions() {
 }
 
 Status CCommand::Execute() {
-    Status status = StartSession();
-    // After the session attempt, whatever its outcome: the banner stands above the command's own
-    // output and above any error message.
+    return RunAndClose(StartSession());
+}
+
+Status CCommand::RunAndClose(Status started) {
+    const SessionCloser closer;
+    // Also after a failed session attempt: the banner stands above the command's output and any error message.
     const Status banner = StartOutput();
-    if (status.IsOk()) status = RunGuarded(banner);
-    CloseSession();
-    return FirstError(status, banner);
+    const Status result = started.IsOk() ? RunGuarded(banner) : std::move(started);
+    return FirstError(result, banner);
 }
 
 Status CCommand::StartSession() const {
@@ -65,7 +85,7 @@ Status CCommand::StartSession() const {
 Status CCommand::StartOutput() const {
     BannerFlags& flags = GetBannerFlags();
     if (m_quiet) flags.quiet = true;
-    return GuardMemory([&flags] { return PrintBanner(flags); });
+    return GuardMemory([&] { return PrintBanner(flags, Writer()); });
 }
 
 Status CCommand::RunGuarded(const Status& banner) {
@@ -82,30 +102,29 @@ Status CCommand::ResolveAddressedJukebox(int32_t& jukeboxId) const {
 }
 
 Status CCommand::GetIntParameter(std::string_view name, int32_t& value) const {
-    Status status = Status::SystemError(os_code::kNoSuchItem);
-    for (const Parameter& parameter : Parameters()) {
+    for (const Parameter& parameter : Parameters() | std::views::reverse) {
         if (parameter.node->keyword != name || parameter.ranges.empty()) continue;
         value = parameter.ranges.front().from;
-        status = {};
+        return {};
     }
-    return status;
+    return Status::SystemError(os_code::kNoSuchItem);
 }
 
-Status CCommand::HasParameter(std::string_view name, bool& present) const {
-    present = FindParameter(Parameters(), name) != nullptr;
-    return present ? Status() : Status::SystemError(os_code::kNoSuchItem);
+bool CCommand::HasParameter(std::string_view name) const {
+    return FindParameter(Parameters(), name) != nullptr;
 }
 
 Status CCommand::GetStringParameter(std::string_view name, std::string& value, bool& given) const {
     value.clear();
     given = false;
-    for (const Parameter& parameter : Parameters()) {
+    for (const Parameter& parameter : Parameters() | std::views::reverse) {
         const bool isFreeText = name.empty() && parameter.node->IsPlaceholder();
         if (!isFreeText && parameter.node->keyword != name) continue;
         value = parameter.text;
         given = true;
+        return {};
     }
-    return given ? Status() : Status::SystemError(os_code::kNoSuchItem);
+    return Status::SystemError(os_code::kNoSuchItem);
 }
 
 }  // namespace krvcmd

@@ -7,8 +7,8 @@
 
 namespace krvcmd {
 
-// Creates the command object for a command node; the only place that knows every command. No node
-// gives a plain CCommand. System error 22, and no object, for a keyword that is no command's.
+// Makes the command object for a command node, or a plain CCommand without a node. System error 22 and no
+// object for the node of an option or a parameter.
 Status CreateCommand(const KeywordNode* node, std::unique_ptr<CCommand>& command);
 
 }  // namespace krvcmd

@@ -13,17 +13,6 @@ namespace {
 
 constexpr uint32_t kWidthWithoutConsole = 32767;
 
-constexpr std::string_view kColumnHelpIntroduction =
-    "Following column identifiers can be used to specify columns of the table and the sort order. For "
-    "example, "
-    "to display IDs, location and labels of all volumes, sorted by label and volumes with identical labels "
-    "sorted by magazine/slot number:\n"
-    "query volumes columns=ILl sort=lms\n"
-    "\n"
-    "and sorted in reverse order:\n"
-    "query volumes columns=ILl sort=-lms\n"
-    "\n";
-
 // The last cell of a line stays free, so that a full line does not make the console begin another one.
 uint32_t ConsoleLineWidth() {
     const int32_t bufferWidth = Platform::ScreenBufferWidth();
@@ -36,13 +25,6 @@ uint32_t ConsoleLineWidth() {
 CKrvQueryTable::CKrvQueryTable() : m_cells(GetMemory()) {
     SetSeparator("|");
     SetMaxWidth(ConsoleLineWidth());
-}
-
-void CKrvQueryTable::PrintColumnHelp() {
-    PrintText(Stream::StandardOutput, "\n");
-    PrintText(Stream::StandardOutput, kColumnHelpIntroduction);
-    for (const ColumnInfo& column : GetColumnCatalogue())
-        PrintDefinition(column.letter, column.description);
 }
 
 bool CKrvQueryTable::SetColumnLetters(std::string_view letters) {

@@ -70,9 +70,6 @@ class CKrvQueryTable : public COutputObject {
   public:
     CKrvQueryTable();
 
-    // Explains the column identifiers on standard output.
-    void PrintColumnHelp();
-
     // Chooses the columns, left to right. False when a letter is unknown; the known ones are set all the
     // same.
     bool SetColumnLetters(std::string_view letters);

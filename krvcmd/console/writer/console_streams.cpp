@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include "krvcmd/console/platform/console_platform.h"
 
@@ -25,7 +26,8 @@ void ConsoleStreams::Write(Stream stream, std::string_view text) {
 
 krvcmd::Status ConsoleStreams::Finish() {
     Flush(Stream::StandardOutput);
-    return krvcmd::Status::SystemError(static_cast<uint32_t>(m_firstError));
+    m_failed = {};
+    return krvcmd::Status::SystemError(static_cast<uint32_t>(std::exchange(m_firstError, 0)));
 }
 
 bool ConsoleStreams::HasFailed(Stream stream) const {

@@ -16,8 +16,9 @@ class ConsoleStreams {
     // failed takes no more text.
     void Write(Stream stream, std::string_view text);
 
-    // Flushes standard output. The first error of any Write or flush as a system error with the platform's
-    // error number; success when there was none. That the reader of a pipe went away is no error.
+    // Flushes standard output. Gives the first error of any Write or flush since the last Finish as a system
+    // error with the platform's error number; success when there was none. A pipe without a reader is no error.
+    // The next Write tries a stream that failed again.
     krvcmd::Status Finish();
 
   private:

@@ -60,9 +60,8 @@ class COutputObject : public CTable {
     // True: header, underline, aligned cells. False: rows only, full texts with the separator between.
     void SetFormatted(bool formatted) { m_formatted = formatted; }
 
-    // Brings out what stands on standard output and gives the first write error that this writer met as
-    // a system error. A reader that went away is no error. After an error later text for the same stream
-    // is dropped.
+    // Flushes standard output and gives the first write error since the last Finish as a system error. A pipe
+    // without a reader is no error. From an error to the next Finish, text for the same stream is dropped.
     krvcmd::Status Finish() { return m_streams.Finish(); }
 
   private:

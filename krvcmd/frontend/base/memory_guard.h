@@ -7,8 +7,8 @@
 
 namespace krvcmd {
 
-// Runs `operation`, which returns a Status. This is the one place where memory that could not be
-// obtained becomes system error 12; a size that no memory could hold counts as that too.
+// Runs `operation`, which returns a Status. This is the one place where a failed allocation becomes system
+// error 12; so does a size that is too large for any.
 template <class Operation>
 Status GuardMemory(Operation operation) noexcept {
     try {

@@ -5,8 +5,8 @@
 
 namespace krvcmd {
 
-// System-style error numbers that the program itself produces. They are fixed numbers, not the
-// platform's errno macros: exit statuses are the same on every system.
+// The program's own system-style error numbers. They do not come from errno: exit statuses are the same on
+// every system.
 namespace os_code {
 inline constexpr uint32_t kNoSuchItem = 2;
 inline constexpr uint32_t kInterrupted = 4;
@@ -36,7 +36,7 @@ class [[nodiscard]] Status {
     // The system code of a system error, else the service code; 0 for success.
     uint32_t Code() const { return m_kind == Kind::SystemError ? m_osCode : m_serviceCode; }
 
-    // The library's error text; empty for everything but service errors.
+    // The library's error text; empty unless this is a service error.
     const std::string& Message() const { return m_message; }
 
   private:

@@ -3,10 +3,11 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 #include "krvcmd/commands/base/command.h"
 #include "krvcmd/commands/factory/command_factory.h"
-#include "krvcmd/console/writer/output_object.h"
+#include "krvcmd/console/query/query_table.h"
 #include "krvcmd/frontend/base/memory_guard.h"
 #include "krvcmd/frontend/parsing/parser.h"
 #include "krvcmd/frontend/platform/process.h"
@@ -15,10 +16,13 @@
 namespace krvcmd {
 namespace {
 
-Status ParseAndExecute(std::span<const char* const> arguments) {
+using Ostrel::UI::Console::COutputObject;
+using Ostrel::UI::Console::CKrvQueryTable;
+
+Status ParseAndExecute(std::span<const char* const> arguments, COutputObject& writer) {
     ParameterList line;
     if (Status status = ParseCommandLine(arguments, line); !status.IsOk()) return status;
-    return ExecuteCommandLine(line);
+    return ExecuteCommandLine(line, writer);
 }
 
 // The result line when there is no memory left to build one.
@@ -30,23 +34,26 @@ void ReportOutOfMemory() {
 
 }  // namespace
 
-Status ExecuteCommandLine(const ParameterList& line) {
+Status ExecuteCommandLine(const ParameterList& line, COutputObject& writer) {
     if (line.command == nullptr) return Status::SystemError(os_code::kInvalidCommandLine);
     std::unique_ptr<CCommand> command;
     Status status = CreateCommand(line.command, command);
-    if (status.IsOk()) status = command->Initialize(line.options, line.parameters);
+    if (status.IsOk()) status = command->Initialize(line.options, line.parameters, writer);
     if (status.IsOk()) status = command->Execute();
     return status;
 }
 
 int RunProgram(std::span<const char* const> arguments) {
-    Status status = GuardMemory([&] {
+    // The one writer of the run: a table without columns, as wide as the console.
+    std::optional<CKrvQueryTable> writer;
+    const Status status = GuardMemory([&] {
         GetProgramNames() = {"krvcmd", "Carvoline"};
-        return ParseAndExecute(arguments);
+        return ParseAndExecute(arguments, writer.emplace());
     });
     bool reported = false;
-    Status result = GuardMemory([&] {
-        Status final = ReportResult(GetBannerFlags(), status);
+    const Status result = GuardMemory([&] {
+        if (!writer) writer.emplace();
+        Status final = ReportResult(GetBannerFlags(), status, *writer);
         reported = true;
         return final;
     });

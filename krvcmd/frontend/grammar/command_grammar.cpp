@@ -23,7 +23,7 @@ constexpr ValueSpec kTextOrId[] = {kTextValue, kIdValue};
 constexpr ValueSpec kIdList[] = {kIdListValue};
 constexpr std::span<const ValueSpec> kNone;
 
-// ---- Makers of nodes: one line for each keyword below ----------------------------------------
+// ---- One line makes one keyword below --------------------------------------------------------
 
 constexpr string_view kEmptyConflict[] = {""};
 
@@ -87,7 +87,7 @@ constexpr KeywordNode kRestart    = Parameter("restart",    Dash::No,  kNone,   
 constexpr KeywordNode kAnyCommand = Placeholder("<command>",  "command keyword, to get further information");
 constexpr KeywordNode kNewName    = Placeholder("<new name>", "the new name");
 
-// Declared, but out of every command's reach.
+// Declared, but offered by no command.
 constexpr KeywordNode kYes            = Option("yes", Dash::Yes, kNone, "help - default");
 constexpr KeywordNode kRescan         = Parameter("rescan",         Dash::No,  kNone, "reinitialize the slot in the jukebox");
 constexpr KeywordNode kConfiguration  = Parameter("configuration",  Dash::No,  kNone, "output configuration");

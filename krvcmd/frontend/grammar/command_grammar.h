@@ -4,17 +4,17 @@
 
 namespace krvcmd {
 
-// Everything that may stand on the command line, as constant data.
+// All keywords of the command line, as constant data.
 class CommandGrammar {
   public:
-    // The 13 options and commands that can stand before or as the command, in the order of help.
+    // The 13 options and commands, in the order of help.
     static KeywordNode::Table TopLevel();
 
-    // The command "delete". It is deliberately not part of the top-level table, so no command
-    // line can name it and help does not list it.
+    // The command "delete". It is deliberately absent from the top-level table: no command line can name it
+    // and help does not list it.
     static const KeywordNode& Delete();
 
-    // Nodes that no command line can reach: declared, and kept as data.
+    // Declared keywords that no command line can reach.
     static KeywordNode::Table Unreachable();
 };
 

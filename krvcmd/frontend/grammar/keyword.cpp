@@ -7,12 +7,10 @@
 namespace krvcmd {
 namespace {
 
-// Folded texts are built in pieces of this many characters, each ended by its first blank.
+// Texts are compared in pieces of this many characters, each ended by its first blank.
 constexpr size_t kPieceLength = 31;
 
-// Comparing folded texts is comparing the texts themselves without what follows a blank in a
-// piece: taking 0x20 from every character is the same for both sides, and makes a blank the NUL
-// that ends its piece.
+// The text without what follows a blank in each piece.
 std::string Fold(std::string_view text) {
     std::string folded;
     folded.reserve(text.size());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ranges>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,7 +26,7 @@ struct Parameter {
     std::string text;                 // ValueKind::Text
     std::vector<NumberRange> ranges;  // ValueKind::Numbers: at least one
 
-    // A list of numbers, or a range even when it holds one number only.
+    // True for a list of numbers and for any range, also one of a single number.
     bool IsMultiple() const {
         return ranges.size() > 1 || (ranges.size() == 1 && ranges.front().writtenAsRange);
     }
@@ -40,6 +41,11 @@ struct ParameterList {
 };
 
 // The last parameter whose keyword, as the grammar spells it, is `keyword`; null when there is none.
-const Parameter* FindParameter(const std::vector<Parameter>& parameters, std::string_view keyword);
+inline const Parameter* FindParameter(const std::vector<Parameter>& parameters, std::string_view keyword) {
+    for (const Parameter& parameter : parameters | std::views::reverse) {
+        if (parameter.node->keyword == keyword) return &parameter;
+    }
+    return nullptr;
+}
 
 }  // namespace krvcmd

@@ -2,18 +2,50 @@
 
 #include <algorithm>
 #include <optional>
-#include <string_view>
 #include <utility>
 
 #include "krvcmd/frontend/grammar/command_grammar.h"
-#include "krvcmd/frontend/grammar/keyword.h"
-#include "krvcmd/frontend/parsing/read_value.h"
+#include "krvcmd/frontend/parsing/token.h"
 
 namespace krvcmd {
 namespace {
 
 Status InvalidCommandLine() {
     return Status::SystemError(os_code::kInvalidCommandLine);
+}
+
+// Reads the pieces of a value one after the other.
+class PieceReader {
+  public:
+    explicit PieceReader(std::vector<Token> pieces) : m_pieces(std::move(pieces)) {}
+
+    bool AtEnd() const { return m_position == m_pieces.size(); }
+
+    bool Skip(TokenType type) {
+        if (AtEnd() || m_pieces[m_position].type != type) return false;
+        ++m_position;
+        return true;
+    }
+
+    bool ReadNumber(int32_t& value) {
+        if (AtEnd()) return false;
+        const Token& piece = m_pieces[m_position];
+        if (piece.type != TokenType::Number || piece.outOfRange) return false;
+        value = piece.value;
+        ++m_position;
+        return true;
+    }
+
+  private:
+    std::vector<Token> m_pieces;
+    size_t m_position = 0;
+};
+
+bool ReadRange(PieceReader& pieces, NumberRange& range) {
+    if (!pieces.ReadNumber(range.from)) return false;
+    range.to = range.from;
+    range.writtenAsRange = pieces.Skip(TokenType::Dash);
+    return !range.writtenAsRange || pieces.ReadNumber(range.to);
 }
 
 // What a word of the command line was recognised as.
@@ -28,15 +60,14 @@ bool IsLetter(char character) {
 }
 
 const KeywordNode* TheOnlyPlaceholder(KeywordNode::Table candidates) {
-    const auto isPlaceholder = [](const KeywordNode* node) { return node->IsPlaceholder(); };
-    if (std::count_if(candidates.begin(), candidates.end(), isPlaceholder) != 1) return nullptr;
-    return *std::find_if(candidates.begin(), candidates.end(), isPlaceholder);
+    if (std::ranges::count_if(candidates, &KeywordNode::IsPlaceholder) != 1) return nullptr;
+    return *std::ranges::find_if(candidates, &KeywordNode::IsPlaceholder);
 }
 
 RecognisedWord Recognise(std::string_view word, KeywordNode::Table candidates) {
     if (const KeywordNode* node = FindKeyword(candidates, word)) return {node, std::nullopt};
 
-    const auto lettersEnd = std::find_if_not(word.begin(), word.end(), IsLetter);
+    const auto lettersEnd = std::ranges::find_if_not(word, IsLetter);
     const auto letterCount = static_cast<size_t>(lettersEnd - word.begin());
     if (const KeywordNode* node = FindKeyword(candidates, word.substr(0, letterCount))) {
         return {node, word.substr(letterCount)};
@@ -55,6 +86,50 @@ Status TakeValue(Parameter& parameter, std::optional<std::string_view> attachedV
 }
 
 }  // namespace
+
+bool TakesValue(const KeywordNode& node) {
+    return !node.values.empty();
+}
+
+Status ReadValue(Parameter& parameter, std::string_view text) {
+    const ValueSpec* numberForm = nullptr;
+    const ValueSpec* textForm = nullptr;
+    for (const ValueSpec& form : parameter.node->values) {
+        if (form.valueType == ValueSpec::kNumber) {
+            numberForm = &form;
+        } else if (form.valueType == ValueSpec::kText) {
+            textForm = &form;
+        } else {
+            return InvalidCommandLine();
+        }
+    }
+    if (numberForm != nullptr) {
+        Status status = ReadNumberList(parameter, *numberForm, text);
+        if (status.IsOk() || textForm == nullptr) return status;
+    }
+    if (text.starts_with('=')) text.remove_prefix(1);
+    parameter.text = text;
+    parameter.valueKind = ValueKind::Text;
+    return {};
+}
+
+Status ReadNumberList(Parameter& parameter, const ValueSpec& form, std::string_view text) {
+    PieceReader pieces(SplitValue(text));
+    pieces.Skip(TokenType::Equals);
+    if (form.idForm == ValueSpec::kId && !pieces.Skip(TokenType::At)) return InvalidCommandLine();
+
+    std::vector<NumberRange> ranges;
+    do {
+        NumberRange range;
+        if (!ReadRange(pieces, range)) return InvalidCommandLine();
+        ranges.push_back(range);
+    } while (pieces.Skip(TokenType::Comma));
+    if (!pieces.AtEnd()) return InvalidCommandLine();
+
+    parameter.ranges = std::move(ranges);
+    parameter.valueKind = ValueKind::Numbers;
+    return {};
+}
 
 Status Parse(ParameterList& line, TokenStream& stream, KeywordNode::Table candidates) {
     Token token;

@@ -1,6 +1,8 @@
 #include "krvcmd/frontend/parsing/token.h"
 
+#include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <system_error>
 #include <utility>
 
@@ -18,10 +20,8 @@ constexpr Separator kSeparators[] = {
 };
 
 const Separator* FindSeparator(char character) {
-    for (const Separator& separator : kSeparators) {
-        if (separator.character == character) return &separator;
-    }
-    return nullptr;
+    const Separator* found = std::ranges::find(kSeparators, character, &Separator::character);
+    return found == std::end(kSeparators) ? nullptr : found;
 }
 
 Token MakeNumber(std::string_view digits) {

@@ -28,8 +28,7 @@ struct Token {
     TokenType type = TokenType::Word;
     std::string text;
     int32_t value = 0;  // of a number
-    // The digits do not fit a signed 32-bit number, so the number stands for no value.
-    bool outOfRange = false;
+    bool outOfRange = false;  // the number does not fit into 32 bits; `value` means nothing
 };
 
 // Tokens with a read position.
@@ -38,8 +37,7 @@ class TokenStream {
     TokenStream() = default;
     explicit TokenStream(std::vector<Token> tokens) : m_tokens(std::move(tokens)) {}
 
-    // Hands out the next token. Past the last one: system error 2, which readers take as the end
-    // of the input, never as an error.
+    // Hands out the next token. System error 2 past the last one: the end of the input, not a fault.
     Status Read(Token& token);
 
     size_t Size() const { return m_tokens.size(); }
@@ -49,12 +47,11 @@ class TokenStream {
     size_t m_position = 0;
 };
 
-// Makes every argument one word token that holds the whole argument. No arguments, or a first one
-// that is empty, give an empty stream; an empty argument anywhere else is system error 22.
-// `arguments` are those after the program's path.
+// Makes each argument (those after the program's path) one word token. Without arguments, or when the first is
+// empty, the stream is empty; an empty argument anywhere else is system error 22.
 Status Tokenize(std::span<const char* const> arguments, TokenStream& stream);
 
-// Splits one value into separators, runs of digits and words. A word swallows all that follows it.
+// Splits one value into separators, runs of digits and words. A word reaches to the end of the text.
 std::vector<Token> SplitValue(std::string_view text);
 
 }  // namespace krvcmd

@@ -4,15 +4,14 @@
 
 namespace krvcmd {
 
-// Makes the process's standard streams safe to use, once, before anything else is opened:
-//  - a reader of the output that goes away does not end the process;
-//  - a standard stream that was closed by the caller stays unusable. Without this, the next file
-//    that a library opens would take its place, and output would be written into that file.
+// Makes the standard streams safe to use. Call it once, before any file is opened:
+//  - writing into a pipe without a reader is a write error and does not end the process;
+//  - a standard stream that the caller closed stays unusable, so that no file opened later takes its
+//    descriptor and receives the output.
 void PrepareStandardStreams();
 
-// The process's exit status for a result code. Where a process can only report 8 bits, these are
-// the low 8 bits of the code, and 255 for an error whose low 8 bits are 0: an error never looks
-// like success. Elsewhere it is the whole code.
+// The exit status of the process for a result code: the whole code on Windows. Elsewhere only the low 8 bits
+// survive, and 255 stands for an error whose low 8 bits are 0, so that no error looks like success.
 int ExitStatus(uint32_t code);
 
 }  // namespace krvcmd

@@ -8,11 +8,11 @@ namespace {
 constexpr size_t kOutputBuffer = 65536;
 }
 
-// There is no signal for a broken pipe here, and the C runtime's streams stay closed when the
-// caller gave none: a file that is opened later takes neither their place nor their number.
+// Broken pipes raise no signal here, and a standard stream that the caller closed stays closed: files that are
+// opened later do not take its descriptor.
 void PrepareStandardStreams() {
-    // On a console the C runtime hands over one character at a time unless it is told to gather them.
-    // Whoever writes to standard error flushes standard output before.
+    // Without a buffer the C runtime writes to a console character by character. Writers to standard error flush
+    // this buffer first.
     (void)std::setvbuf(stdout, nullptr, _IOFBF, kOutputBuffer);
 }
 

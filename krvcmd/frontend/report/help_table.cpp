@@ -5,7 +5,7 @@
 
 #include "krvcmd/frontend/grammar/command_grammar.h"
 
-// "one ore more" and "media to import" in the entry of export are the program's own wording.
+// Scripts and manuals quote these texts: "one ore more" and the "media to import" of export stay as they are.
 
 namespace krvcmd {
 
@@ -53,9 +53,25 @@ constexpr std::string_view kHelpOnHelp =
     "display detailed help for a command:\n"
     "[CmdLine] help <command>\n";
 
+constexpr std::string_view kColumnIdentifiers =
+    "Following column identifiers can be used to specify columns of the table and the sort order. "
+    "For example, to display IDs, location and labels of all volumes, sorted by label and volumes "
+    "with identical labels sorted by magazine/slot number:\n"
+    "query volumes columns=ILl sort=lms\n"
+    "\n"
+    "and sorted in reverse order:\n"
+    "query volumes columns=ILl sort=-lms\n"
+    "\n";
+
 }  // namespace help_text
 
 namespace {
+
+// The legend of the commands that take jukeboxes, slots and volumes.
+constexpr std::string_view kItemLegend =
+    "    <jukebox>: <name> | @<ID>\n"
+    "    <volume>:  @<ID>\n"
+    "    <nr>:      positive integer\n";
 
 // ---- service -----------------------------------------------------------------------------
 
@@ -110,11 +126,6 @@ constexpr std::string_view kExportSyntax =
     "    [CmdLine] export J <jukebox> [S <nr>] [repeat = <nr>]\n"
     "    [CmdLine] export V <volume>\n";
 
-constexpr std::string_view kExportLegend =
-    "    <jukebox>: <name> | @<ID>\n"
-    "    <volume>:  @<ID>\n"
-    "    <nr>:      positive integer\n";
-
 constexpr std::string_view kExportExample =
     "    [CmdLine] export J @29 M 2 S1 repeat 3\n"
     "    [CmdLine] quiet server \"My Server\" export J \"My Box\" S1 repeat=3\n"
@@ -134,11 +145,6 @@ constexpr std::string_view kScanSyntax =
     "    [CmdLine] scan J <jukebox> [M <nr> [S <nr>]]\n"
     "    [CmdLine] scan J <jukebox> [S <nr>]\n"
     "    [CmdLine] scan V <volume>\n";
-
-constexpr std::string_view kScanLegend =
-    "    <jukebox>: <name> | @<ID>\n"
-    "    <volume>:  @<ID>\n"
-    "    <nr>:      positive integer\n";
 
 constexpr std::string_view kScanExample =
     "    [CmdLine] scan J @29 M2 S1\n"
@@ -190,11 +196,6 @@ constexpr std::string_view kEnableSyntax =
     "    [CmdLine] enable D <nr>\n"
     "    [CmdLine] enable V <volume>\n";
 
-constexpr std::string_view kEnableLegend =
-    "    <jukebox>: <name> | @<ID>\n"
-    "    <volume>:  @<ID>\n"
-    "    <nr>:      positive integer\n";
-
 constexpr std::string_view kEnableExample = "    [CmdLine] enable J @31\n";
 
 // ---- disable -----------------------------------------------------------------------------
@@ -208,11 +209,6 @@ constexpr std::string_view kDisableSyntax =
     "    [CmdLine] disable J <jukebox> [S <nr>]\n"
     "    [CmdLine] disable D <nr>\n"
     "    [CmdLine] disable V <volume>\n";
-
-constexpr std::string_view kDisableLegend =
-    "    <jukebox>: <name> | @<ID>\n"
-    "    <volume>:  @<ID>\n"
-    "    <nr>:      positive integer\n";
 
 constexpr std::string_view kDisableExample = "    [CmdLine] disable J @31\n";
 
@@ -265,11 +261,11 @@ constexpr std::string_view kQueryExample =
 
 // ---- The table -----------------------------------------------------------------------------
 
-// The texts in the order of the grammar's top-level table. Entries without a node are skipped:
-// the options have no help of their own, and "help" shows the general help.
+// The texts in the order of the grammar's top-level table. Skipped entries have no detailed help: for the
+// options and for "help" itself the general help is shown.
 enum class Node { Skipped, OfTopLevelTable };
 
-struct HelpTexts {
+struct EntryTexts {
     Node node = Node::Skipped;
     std::string_view description;
     std::string_view syntax;
@@ -277,19 +273,19 @@ struct HelpTexts {
     std::string_view example;
 };
 
-constexpr HelpTexts kTexts[] = {
+constexpr EntryTexts kTexts[] = {
     /* quiet   */ {},
     /* server  */ {},
     /* help    */ {Node::Skipped, "usage/help output", {}, {}, {}},
     /* ?       */ {Node::OfTopLevelTable, "usage/help output", {}, {}, {}},
     /* service */ {Node::OfTopLevelTable, kServiceDescription, kServiceSyntax, {}, kServiceExample},
     /* import  */ {Node::OfTopLevelTable, kImportDescription, kImportSyntax, kImportLegend, kImportExample},
-    /* export  */ {Node::OfTopLevelTable, kExportDescription, kExportSyntax, kExportLegend, kExportExample},
-    /* scan    */ {Node::OfTopLevelTable, kScanDescription, kScanSyntax, kScanLegend, kScanExample},
+    /* export  */ {Node::OfTopLevelTable, kExportDescription, kExportSyntax, kItemLegend, kExportExample},
+    /* scan    */ {Node::OfTopLevelTable, kScanDescription, kScanSyntax, kItemLegend, kScanExample},
     /* format  */ {Node::OfTopLevelTable, kFormatDescription, kFormatSyntax, kFormatLegend, kFormatExample},
-    /* enable  */ {Node::OfTopLevelTable, kEnableDescription, kEnableSyntax, kEnableLegend, kEnableExample},
+    /* enable  */ {Node::OfTopLevelTable, kEnableDescription, kEnableSyntax, kItemLegend, kEnableExample},
     /* disable */
-    {Node::OfTopLevelTable, kDisableDescription, kDisableSyntax, kDisableLegend, kDisableExample},
+    {Node::OfTopLevelTable, kDisableDescription, kDisableSyntax, kItemLegend, kDisableExample},
     /* name    */ {Node::OfTopLevelTable, kNameDescription, kNameSyntax, kNameLegend, kNameExample},
     /* query   */ {Node::OfTopLevelTable, kQueryDescription, kQuerySyntax, kQueryLegend, kQueryExample},
 };
@@ -298,7 +294,7 @@ std::array<HelpEntry, std::size(kTexts)> JoinWithGrammar() {
     std::array<HelpEntry, std::size(kTexts)> entries;
     const KeywordNode::Table topLevel = CommandGrammar::TopLevel();
     for (size_t i = 0; i < entries.size(); ++i) {
-        const HelpTexts& texts = kTexts[i];
+        const EntryTexts& texts = kTexts[i];
         const KeywordNode* node = texts.node == Node::OfTopLevelTable ? topLevel[i] : nullptr;
         entries[i] = {node, texts.description, texts.syntax, texts.legend, texts.example};
     }

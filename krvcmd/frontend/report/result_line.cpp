@@ -3,36 +3,15 @@
 #include <cstring>
 #include <utility>
 
-#include "krvcmd/console/query/query_table.h"
 #include "krvcmd/console/text/safe_text.h"
 
 namespace krvcmd {
-
-BannerFlags& GetBannerFlags() {
-    static BannerFlags flags;
-    return flags;
-}
-
-Status PrintBanner(BannerFlags& flags) {
-    using Ostrel::UI::Console::Stream;
-    if (flags.quiet || flags.bannerShown) return {};
-    Ostrel::UI::Console::CKrvQueryTable writer;
-    // One text: when memory runs out, the banner has been written whole or not at all, and is never
-    // begun a second time.
-    writer.PrintText(Stream::StandardOutput,
-                     "[ProductName] - command line interface\n"
-                     "Copyright (c) Ostrel 2003-2026\n"
-                     "\n");
-    flags.bannerShown = true;
-    return writer.Finish();
-}
-
-using Ostrel::UI::Console::Stream;
-using Ostrel::UI::Console::TamedText;
-
 namespace {
 
-std::string SystemErrorMessage(uint32_t code) {
+using Ostrel::UI::Console::COutputObject;
+using Ostrel::UI::Console::Stream;
+
+std::string SystemErrorText(uint32_t code) {
     switch (code) {
         case os_code::kNoSuchItem:
             return "Error: No such item present.\n";
@@ -45,21 +24,38 @@ std::string SystemErrorMessage(uint32_t code) {
 
 }  // namespace
 
-std::string ErrorMessage(const Status& status) {
-    if (!status.IsServiceError()) return SystemErrorMessage(status.Code());
-    // The text comes from outside: a terminal must not act upon what it holds.
-    const std::string text = TamedText(status.Message(), Stream::StandardError);
+BannerFlags& GetBannerFlags() {
+    static BannerFlags flags;
+    return flags;
+}
+
+std::string_view BannerText() {
+    return "[ProductName] - command line interface\n"
+           "Copyright (c) Ostrel 2003-2026\n"
+           "\n";
+}
+
+std::string ResultText(const Status& status) {
+    if (status.IsOk()) return "Operation completed successfully.\n";
+    if (!status.IsServiceError()) return SystemErrorText(status.Code());
+    // The service's text must not control the terminal.
+    const std::string text = Ostrel::UI::Console::TamedText(status.Message(), Stream::StandardError);
     return "KRV error " + std::to_string(status.Code()) + ": " + text + "\n";
 }
 
-Status ReportResult(BannerFlags& flags, const Status& status) {
-    Status result = FirstError(status, PrintBanner(flags));
-    if (result.IsOk() && flags.quiet) return result;
+Status PrintBanner(BannerFlags& flags, COutputObject& writer) {
+    if (flags.quiet || flags.bannerShown) return {};
+    // One text: without memory it is not begun, so it never appears in part or twice.
+    writer.PrintText(Stream::StandardOutput, BannerText());
+    flags.bannerShown = true;
+    return writer.Finish();
+}
 
-    Ostrel::UI::Console::CKrvQueryTable writer;
-    writer.PrintText(Stream::StandardError,
-                     result.IsOk() ? "Operation completed successfully.\n" : ErrorMessage(result));
-    // Nothing below needs memory: once the line is out, the report cannot fail and be made again.
+Status ReportResult(BannerFlags& flags, const Status& status, COutputObject& writer) {
+    Status result = FirstError(status, PrintBanner(flags, writer));
+    if (result.IsOk() && flags.quiet) return result;
+    writer.PrintText(Stream::StandardError, ResultText(result));
+    // Nothing below needs memory: a line that has been printed is not reported again.
     Status written = writer.Finish();
     return result.IsOk() ? std::move(written) : std::move(result);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
+#include "krvcmd/console/writer/output_object.h"
 #include "krvcmd/frontend/base/status.h"
 
 namespace krvcmd {
@@ -14,16 +16,19 @@ struct BannerFlags {
 
 BannerFlags& GetBannerFlags();
 
-// Prints the banner to standard output, at most once in a run and never when quiet is set. The
-// result is that of the writing.
-Status PrintBanner(BannerFlags& flags);
+// The product, its maker and the years, and an empty line.
+std::string_view BannerText();
 
-// The result line for a failed run, with its line end. `status` must be an error.
-std::string ErrorMessage(const Status& status);
+// The line that tells how the run ended, with its line end.
+std::string ResultText(const Status& status);
 
-// Prints the banner, if nobody has yet, and the one result line of the run to standard error: the
-// error message, or the success message unless quiet is set. Gives the final result of the run:
-// `status`, or, when that is success and its report cannot be written, the error of the writing.
-Status ReportResult(BannerFlags& flags, const Status& status);
+// Prints the banner to standard output, at most once in a run and never when quiet is set. Gives the
+// first write error.
+Status PrintBanner(BannerFlags& flags, Ostrel::UI::Console::COutputObject& writer);
+
+// Prints the banner, unless it has been shown, and the result line to standard error; a success stays
+// without one when quiet is set. Gives the final result of the run: `status`, or, when that is success,
+// the first write error of the report.
+Status ReportResult(BannerFlags& flags, const Status& status, Ostrel::UI::Console::COutputObject& writer);
 
 }  // namespace krvcmd

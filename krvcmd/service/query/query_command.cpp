@@ -30,11 +30,11 @@ void CQuery::ReadText(std::string_view name, TextOption& option) const {
 Status CQuery::ParseOptions() {
     // The grammar offers neither configuration, detectsequence nor filter: they are read, and never
     // found.
-    (void)HasParameter("configuration", m_configuration);
-    (void)HasParameter("detectsequence", m_detectSequence);
+    m_configuration = HasParameter("configuration");
+    m_detectSequence = HasParameter("detectsequence");
     ReadText("columns", m_columns);
     ReadText("sort", m_sort);
-    (void)HasParameter("notable", m_notable);
+    m_notable = HasParameter("notable");
     ReadText("separator", m_separator);
     m_hasWidth = GetIntParameter("width", m_width).IsOk();
     ReadText("filter", m_filter);
@@ -46,9 +46,7 @@ Status CQuery::ParseOptions() {
 
 const QueryObjectInfo* CQuery::ChosenObject() const {
     for (const QueryObjectInfo& info : QueryObjects()) {
-        bool present = false;
-        (void)HasParameter(info.keyword, present);
-        if (present) return &info;
+        if (HasParameter(info.keyword)) return &info;
     }
     return nullptr;
 }

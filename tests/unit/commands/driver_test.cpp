@@ -11,15 +11,22 @@ using krvfake::Occurrence;
 using test::Calls;
 using test::Words;
 
-constexpr std::string_view kBanner =
+const std::string kBanner =
     "Carvoline - command line interface\n"
     "Copyright (c) Ostrel 2003-2026\n"
     "\n";
-constexpr std::string_view kInvalid =
+const std::string kInvalid =
     "Error: Invalid command line parameter. Specify help to get further information.\n";
-constexpr std::string_view kSuccess = "Operation completed successfully.\n";
+const std::string kSuccess = "Operation completed successfully.\n";
 
-// Whole runs of the program, from the words to the exit status.
+// One run of the program, from the words to the exit status.
+struct ProgramRun {
+    Words words;
+    int exitStatus;
+    std::string output;
+    std::string errors;
+};
+
 class DriverTest : public test::ServiceTest {
   protected:
     DriverTest() {
@@ -27,112 +34,64 @@ class DriverTest : public test::ServiceTest {
         GetProgramNames() = {};  // the driver sets them
     }
 
-    int RunWords(const Words& words) {
+    static void Expect(const ProgramRun& run) {
         GetBannerFlags() = {};
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
-        const int exitStatus = RunProgram(words);
-        m_errors = testing::internal::GetCapturedStderr();
-        m_output = testing::internal::GetCapturedStdout();
-        return exitStatus;
+        const int exitStatus = RunProgram(run.words);
+        const std::string errors = testing::internal::GetCapturedStderr();
+        const std::string output = testing::internal::GetCapturedStdout();
+        const std::string words = testing::PrintToString(run.words);
+        EXPECT_EQ(exitStatus, run.exitStatus) << words;
+        EXPECT_EQ(output, run.output) << words;
+        EXPECT_EQ(errors, run.errors) << words;
     }
-
-    std::string m_output;
-    std::string m_errors;
 };
 
 TEST_F(DriverTest, RefusesALineWithoutACommand) {
-    for (const Words& words : {Words{}, Words{""}, Words{"quiet"}, Words{"server=x"}}) {
-        EXPECT_EQ(RunWords(words), 22);
-        EXPECT_EQ(m_output, kBanner);
-        EXPECT_EQ(m_errors, kInvalid);
-    }
+    for (const Words& words : {Words{}, Words{""}, Words{"quiet"}, Words{"server=x"}})
+        Expect({words, 22, kBanner, kInvalid});
     EXPECT_EQ(TakeCalls(), Calls{});
 }
 
-// No command object has set the quiet flag when the parser fails.
+// Only a command that starts its work sets the quiet flag.
 TEST_F(DriverTest, ShowsTheBannerForAWrongLineEvenWhenQuiet) {
-    for (const Words& words : {Words{"quiet", "xyz"}, Words{"quiet", "q"}, Words{"quiet", "query", "xyz"}}) {
-        EXPECT_EQ(RunWords(words), 22);
-        EXPECT_EQ(m_output, kBanner);
-        EXPECT_EQ(m_errors, kInvalid);
-    }
-}
-
-TEST_F(DriverTest, ShowsTheBannerForACommandThatRefusesItsParametersEvenWhenQuiet) {
-    EXPECT_EQ(RunWords({"quiet", "service"}), 22);
-    EXPECT_EQ(m_output, kBanner);
-    EXPECT_EQ(m_errors, kInvalid);
+    for (const Words& words : {Words{"quiet", "xyz"}, Words{"quiet", "query", "xyz"}, Words{"quiet", "service"}})
+        Expect({words, 22, kBanner, kInvalid});
     EXPECT_EQ(TakeCalls(), Calls{});
 }
 
-TEST_F(DriverTest, ReportsSuccess) {
-    EXPECT_EQ(RunWords({"export", "J@8", "S1"}), 0);
-    EXPECT_EQ(m_output, kBanner);
-    EXPECT_EQ(m_errors, kSuccess);
-}
-
-TEST_F(DriverTest, PrintsNothingForAQuietSuccess) {
-    EXPECT_EQ(RunWords({"quiet", "export", "J@8", "S1"}), 0);
-    EXPECT_EQ(m_output, "");
-    EXPECT_EQ(m_errors, "");
-}
-
-TEST_F(DriverTest, PrintsErrorsOfAQuietCommandWithoutTheBanner) {
-    EXPECT_EQ(RunWords({"quiet", "scan", "J@8", "M5"}), 2);
-    EXPECT_EQ(m_output, "");
-    EXPECT_EQ(m_errors, "Error: No such item present.\n");
-}
-
-TEST_F(DriverTest, ReportsAnUnknownJukeboxAsASystemError) {
-    EXPECT_EQ(RunWords({"scan", "J", "nobody"}), 6);
-    EXPECT_EQ(m_output, kBanner);
-    EXPECT_EQ(m_errors, std::string("OS error 6: ") + std::strerror(6) + "\n");
+TEST_F(DriverTest, ReportsHowTheCommandEnded) {
+    Expect({{"export", "J@8", "S1"}, 0, kBanner, kSuccess});
+    Expect({{"quiet", "export", "J@8", "S1"}, 0, "", ""});
+    Expect({{"quiet", "scan", "J@8", "M5"}, 2, "", "Error: No such item present.\n"});
+    Expect({{"scan", "J", "nobody"}, 6, kBanner, std::string("OS error 6: ") + std::strerror(6) + "\n"});
+    Expect({{"query", "volumes", "columns=IQ"}, 22, kBanner, kInvalid});
 }
 
 TEST_F(DriverTest, ExitsWithTheCodeOfAServiceError) {
     Fake().FailCall("KrvMediaExport", Occurrence::Every(), {99, "The robot is on holiday."});
-    EXPECT_EQ(RunWords({"export", "J@8", "S1"}), 99);
-    EXPECT_EQ(m_output, kBanner);
-    EXPECT_EQ(m_errors, "KRV error 99: The robot is on holiday.\n");
-}
-
-TEST_F(DriverTest, ReportsAServiceErrorWithCodeZeroThoughItsExitStatusIsZero) {
+    Expect({{"export", "J@8", "S1"}, 99, kBanner, "KRV error 99: The robot is on holiday.\n"});
     Fake().FailCall("KrvMediaExport", Occurrence::Every(), {0, ""});
-    EXPECT_EQ(RunWords({"export", "J@8", "S1"}), 0);
-    EXPECT_EQ(m_errors, "KRV error 0: \n");
+    Expect({{"export", "J@8", "S1"}, 0, kBanner, "KRV error 0: \n"});
 }
 
-TEST_F(DriverTest, ReportsNothingBehindHelp) {
-    for (const Words& words : {Words{"help"}, Words{"?"}, Words{"help", "scan"}, Words{"quiet", "help"}}) {
-        EXPECT_EQ(RunWords(words), 0);
-        EXPECT_TRUE(m_output.starts_with(kBanner));
-        EXPECT_EQ(m_errors, "");
-    }
-}
-
-TEST_F(DriverTest, ReportsTheRefusalOfColumnsWithoutATable) {
-    EXPECT_EQ(RunWords({"query", "volumes", "columns=IQ"}), 22);
-    EXPECT_EQ(m_output, kBanner);
-    EXPECT_EQ(m_errors, kInvalid);
+TEST_F(DriverTest, PrintsNoResultLineAfterHelp) {
+    for (const Words& words : {Words{"help", "?"}, Words{"quiet", "help", "?"}})
+        Expect({words, 0, kBanner + "usage/help output\n", ""});
 }
 
 TEST_F(DriverTest, PrintsBareRowsWithoutBannerAndSuccessMessage) {
-    EXPECT_EQ(RunWords({"query", "jukeboxes", "col=JN", "notable"}), 0);
-    EXPECT_EQ(m_output, "8|Tower\n");
-    EXPECT_EQ(m_errors, "");
+    Expect({{"query", "jukeboxes", "col=JN", "notable"}, 0, "8|Tower\n", ""});
 }
 
-TEST_F(DriverTest, ExecutesNothingWithoutACommandNode) {
-    const ParameterList line;
-    EXPECT_EQ(test::Text(ExecuteCommandLine(line)), "error 22");
-    EXPECT_EQ(TakeCalls(), Calls{});
-}
-
-TEST_F(DriverTest, ExecutesNothingForANodeThatIsNoCommand) {
-    ParameterList line;
-    line.command = &test::Node("quiet");
-    EXPECT_EQ(test::Text(ExecuteCommandLine(line)), "error 22");
+TEST_F(DriverTest, ExecutesNothingWithoutTheNodeOfACommand) {
+    Ostrel::UI::Console::COutputObject writer;
+    for (const KeywordNode* node : {static_cast<const KeywordNode*>(nullptr), &test::Node("quiet")}) {
+        ParameterList line;
+        line.command = node;
+        EXPECT_EQ(test::Text(ExecuteCommandLine(line, writer)), "error 22");
+    }
     EXPECT_EQ(TakeCalls(), Calls{});
 }
 

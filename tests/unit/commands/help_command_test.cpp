@@ -1,5 +1,5 @@
-#include "krvcmd/console/query/query_table.h"
 #include "krvcmd/frontend/report/help.h"
+#include "tests/support/captured_output.h"
 #include "tests/support/command_fixture.h"
 
 namespace krvcmd {
@@ -16,7 +16,7 @@ constexpr std::string_view kBanner =
 
 class HelpCommandTest : public test::CommandTest {
   protected:
-    // What the command prints behind the banner; no call is made and the run stays quiet from then on.
+    // What the command prints below the banner. It makes no call, and the rest of the run is quiet.
     std::string HelpOf(const Words& words) {
         GetBannerFlags() = {};
         const Outcome outcome = Run(words);
@@ -28,35 +28,32 @@ class HelpCommandTest : public test::CommandTest {
         return outcome.output.substr(kBanner.size());
     }
 
-    static std::string Topic(std::string_view word) {
-        testing::internal::CaptureStdout();
-        Ostrel::UI::Console::CKrvQueryTable writer;
-        HelpPrinter(writer).PrintHelp(word);
-        EXPECT_TRUE(writer.Finish().IsOk());
-        return testing::internal::GetCapturedStdout();
+    std::string Topic(std::string_view word) {
+        return test::OutputOf([&] {
+            PrintHelp(word, Writer());
+            EXPECT_TRUE(Writer().Finish().IsOk());
+        });
     }
 };
 
-TEST_F(HelpCommandTest, PrintsTheGeneralHelpWithoutATopic) {
-    for (const Words& words : {Words{"help"}, Words{"?"}, Words{"-?"}, Words{"/?"}, Words{"h"}}) {
-        EXPECT_EQ(HelpOf(words), Topic(""));
-    }
-}
-
-TEST_F(HelpCommandTest, PrintsTheHelpOfItsTopic) {
-    EXPECT_EQ(HelpOf({"help", "service"}), Topic("service"));
-    EXPECT_EQ(HelpOf({"help", "qu"}), Topic("query"));
-    EXPECT_EQ(HelpOf({"help", "?"}), "usage/help output\n");
-    EXPECT_EQ(HelpOf({"help", "=scan"}), Topic("scan"));
-}
-
-TEST_F(HelpCommandTest, PrintsTheGeneralHelpForUnknownTopics) {
-    for (const char* topic : {"xyz", "help", "quiet", "delete"})
-        EXPECT_EQ(HelpOf({"help", topic}), Topic(""));
-}
-
-TEST_F(HelpCommandTest, PrintsTheGeneralHelpForSeveralTopics) {
-    EXPECT_EQ(HelpOf({"help", "service", "scan"}), Topic(""));
+TEST_F(HelpCommandTest, PrintsTheHelpOfItsOneTopic) {
+    struct Row {
+        Words words;
+        std::string_view topic;
+    };
+    const Row rows[] = {
+        {{"help"}, ""},
+        {{"?"}, ""},
+        {{"help", "service"}, "service"},
+        {{"help", "qu"}, "query"},
+        {{"help", "?"}, "?"},
+        {{"help", "=scan"}, "scan"},
+        {{"help", "= x"}, " x"},
+        {{"help", "xyz"}, ""},
+        {{"help", "service", "scan"}, ""},  // several topics are none
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(HelpOf(row.words), Topic(row.topic)) << testing::PrintToString(row.words);
 }
 
 TEST_F(HelpCommandTest, PrintsTheBannerEvenWhenQuiet) {

@@ -148,7 +148,7 @@ TEST_F(MediaCommandsTest, ImportHasNoVolumeForm) {
     const std::vector<Parameter> options;
     const std::vector<Parameter> parameters = {volume};
     CImport import;
-    ASSERT_TRUE(import.Initialize(options, parameters).IsOk());
+    ASSERT_TRUE(import.Initialize(options, parameters, Writer()).IsOk());
     EXPECT_EQ(test::Text(import.Run()), "error 6");
     EXPECT_EQ(TakeCalls(), Calls{});
 }

@@ -1,3 +1,5 @@
+#include "krvcmd/commands/actions/name_command.h"
+
 #include "krvcmd/commands/factory/command_factory.h"
 #include "tests/support/command_fixture.h"
 
@@ -26,14 +28,9 @@ TEST_F(NameTest, SetsTheDirectoryOfAVolume) {
               (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"dir1/volume273\""}));
 }
 
-TEST_F(NameTest, TakesTheNewNameFromAnywhereBehindTheCommand) {
+TEST_F(NameTest, TakesTheLastNewNameFromAnywhereBehindTheCommand) {
     EXPECT_EQ(StatusAndCalls({"name", "dir1/volume273", "V@273"}),
               (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"dir1/volume273\""}));
-    EXPECT_EQ(StatusAndCalls({"name", "V@273", "=dir"}),
-              (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"dir\""}));
-}
-
-TEST_F(NameTest, TakesTheLastOfSeveralNewNames) {
     EXPECT_EQ(StatusAndCalls({"name", "V@273", "one", "two"}),
               (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"two\""}));
 }
@@ -42,11 +39,6 @@ TEST_F(NameTest, HandsOverAnEmptyTextWithoutANewName) {
     EXPECT_EQ(StatusAndCalls({"name", "J@31"}),
               (Calls{"OK", "KrvGetJukebox J=31", "KrvJukeboxSetName J=31 name=\"\""}));
     EXPECT_EQ(StatusAndCalls({"name", "V@273"}), (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"\""}));
-}
-
-TEST_F(NameTest, SetsTheSameDirectoryForEveryVolume) {
-    EXPECT_EQ(StatusAndCalls({"name", "V@33,35", "d"}),
-              (Calls{"OK", "KrvVolumeSetAspects V=33 text=\"d\"", "KrvVolumeSetAspects V=35 text=\"d\""}));
 }
 
 TEST_F(NameTest, GoesOnBehindAFailureAndReportsTheLastEntry) {
@@ -68,7 +60,7 @@ TEST_F(NameTest, DoesNothingWithoutAnAddress) {
 }
 
 TEST_F(NameTest, RefusesEveryOtherAddressForm) {
-    // The grammar offers "name" neither M, S nor D, so that these take a line of their own.
+    // The grammar offers "name" no M, S or D, so these parameters are handed over directly.
     const auto parameter = [](const char* keyword) {
         return Parameter{&test::Node(keyword), ValueKind::Numbers, {}, {{31, 31, false}}};
     };
@@ -78,10 +70,31 @@ TEST_F(NameTest, RefusesEveryOtherAddressForm) {
         line.parameters = {parameter("query.J"), parameter(keyword)};
         std::unique_ptr<CCommand> command;
         ASSERT_TRUE(CreateCommand(line.command, command).IsOk());
-        ASSERT_TRUE(command->Initialize(line.options, line.parameters).IsOk());
+        ASSERT_TRUE(command->Initialize(line.options, line.parameters, Writer()).IsOk());
         EXPECT_EQ(test::Text(command->Run()), "error 22") << keyword;
         EXPECT_EQ(TakeCalls(), (Calls{"KrvGetJukebox J=31"})) << keyword;
     }
+}
+
+using DeleteTest = test::CommandTest;
+
+TEST_F(DeleteTest, OpensAndClosesTheSessionAndChangesNothing) {
+    const std::vector<Parameter> options;
+    const std::vector<Parameter> volume = {
+        {&test::Node("query.V"), ValueKind::Numbers, {}, {{33, 33, false}}}};
+    GetBannerFlags() = {false, true};
+    for (const std::vector<Parameter>& parameters : {std::vector<Parameter>{}, volume}) {
+        CDelete command;
+        ASSERT_TRUE(command.Initialize(options, parameters, Writer()).IsOk());
+        EXPECT_EQ(test::Text(command.Execute()), "OK");
+        EXPECT_EQ(TakeCalls(), (Calls{"KrvSessionCreate server=\".\"", "KrvSessionClose"}));
+    }
+}
+
+TEST_F(DeleteTest, CannotBeNamedOnTheCommandLine) {
+    const test::Outcome outcome = Run({"delete", "V@33"});
+    EXPECT_EQ(outcome.status, "error 22");
+    EXPECT_EQ(outcome.calls, Calls{});
 }
 
 }  // namespace

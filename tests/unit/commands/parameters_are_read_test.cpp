@@ -1,4 +1,4 @@
-// No parameter is offered that nothing reads: with each of them a command does something else than without.
+// Every parameter that the grammar offers changes what its command does.
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@ using krvfake::kSideB;
 using test::Outcome;
 using test::Words;
 
-// The words of the parameter make a difference at the end of the line.
+// With `words` at its end, `line` does something else.
 struct Row {
     std::string_view command;
     std::string_view parameter;
@@ -109,7 +109,7 @@ TEST_F(ParametersAreReadTest, ChangeWhatTheirCommandDoes) {
     }
 }
 
-TEST_F(ParametersAreReadTest, AreCoveredForEveryCommand) {
+TEST_F(ParametersAreReadTest, AreAllTestedHere) {
     size_t offered = 0;
     for (const KeywordNode* command : CommandGrammar::TopLevel()) {
         for (const KeywordNode* parameter : command->children) {
@@ -117,7 +117,7 @@ TEST_F(ParametersAreReadTest, AreCoveredForEveryCommand) {
             const auto isAbout = [&](const Row& row) {
                 return row.command == command->keyword && row.parameter == parameter->keyword;
             };
-            EXPECT_EQ(std::count_if(Rows().begin(), Rows().end(), isAbout), 1)
+            EXPECT_EQ(std::ranges::count_if(Rows(), isAbout), 1)
                 << command->keyword << " " << parameter->keyword;
         }
     }

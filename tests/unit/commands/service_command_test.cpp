@@ -6,11 +6,15 @@ namespace {
 using krvfake::Occurrence;
 using test::Calls;
 using test::Outcome;
+using test::Words;
+
+const std::string kOpen = "KrvSessionCreate server=\".\"";
+const std::string kClose = "KrvSessionClose";
 
 class ServiceCommandTest : public test::CommandTest {
   protected:
     // Status and all calls, those for the session included.
-    Calls Done(const test::Words& words) {
+    Calls StatusAndAllCalls(const Words& words) {
         GetBannerFlags() = {false, true};
         Outcome outcome = Run(words);
         outcome.calls.insert(outcome.calls.begin(), outcome.status);
@@ -18,64 +22,54 @@ class ServiceCommandTest : public test::CommandTest {
     }
 };
 
-TEST_F(ServiceCommandTest, StartsWithoutASessionButClosesOne) {
-    EXPECT_EQ(Done({"service", "start"}), (Calls{"OK", "KrvServiceStart server=\".\"", "KrvSessionClose"}));
-}
-
-TEST_F(ServiceCommandTest, StartsTheServiceOfTheServer) {
-    EXPECT_EQ(Done({"server=my_server", "service", "start"}),
-              (Calls{"OK", "KrvServiceStart server=\"my_server\"", "KrvSessionClose"}));
-    EXPECT_EQ(Done({"server=", "service", "start"}),
-              (Calls{"OK", "KrvServiceStart server=\"\"", "KrvSessionClose"}));
-}
-
-TEST_F(ServiceCommandTest, StopsAndRestartsThroughASession) {
-    EXPECT_EQ(Done({"service", "stop"}),
-              (Calls{"OK", "KrvSessionCreate server=\".\"", "KrvServiceStop", "KrvSessionClose"}));
-    EXPECT_EQ(Done({"server=my_server", "service", "restart"}),
-              (Calls{"OK", "KrvSessionCreate server=\"my_server\"", "KrvServiceRestart", "KrvSessionClose"}));
+TEST_F(ServiceCommandTest, StartsWithoutASessionAndStopsAndRestartsThroughOne) {
+    struct Row {
+        Words words;
+        Calls expected;
+    };
+    const Row rows[] = {
+        {{"service", "start"}, {"OK", "KrvServiceStart server=\".\"", kClose}},
+        {{"service", "start", "start"}, {"OK", "KrvServiceStart server=\".\"", kClose}},
+        {{"server=x", "service", "start"}, {"OK", "KrvServiceStart server=\"x\"", kClose}},
+        {{"server=", "service", "start"}, {"OK", "KrvServiceStart server=\"\"", kClose}},
+        {{"service", "stop"}, {"OK", kOpen, "KrvServiceStop", kClose}},
+        {{"server=x", "service", "restart"},
+         {"OK", "KrvSessionCreate server=\"x\"", "KrvServiceRestart", kClose}},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(StatusAndAllCalls(row.words), row.expected);
 }
 
 TEST_F(ServiceCommandTest, NeedsExactlyOneWordBeforeAnyContact) {
-    const test::Words rows[] = {
+    const Words rows[] = {
         {"service"},
         {"service", "start", "stop"},
         {"service", "start", "restart"},
         {"service", "stop", "restart"},
         {"service", "start", "stop", "restart"},
     };
-    for (const test::Words& words : rows)
-        EXPECT_EQ(Done(words), (Calls{"error 22"})) << words.size();
-}
-
-TEST_F(ServiceCommandTest, AcceptsTheSameWordTwice) {
-    EXPECT_EQ(Done({"service", "start", "start"}),
-              (Calls{"OK", "KrvServiceStart server=\".\"", "KrvSessionClose"}));
+    for (const Words& words : rows)
+        EXPECT_EQ(StatusAndAllCalls(words), (Calls{"error 22"})) << testing::PrintToString(words);
 }
 
 TEST_F(ServiceCommandTest, ReportsTheSessionErrorAndMakesNoServiceCall) {
     Fake().FailCall("KrvSessionCreate", Occurrence::Every(), {1002, "not running"});
-    const std::string error = "service error 1002: not running";
-    EXPECT_EQ(Done({"service", "stop"}), (Calls{error, "KrvSessionCreate server=\".\"", "KrvSessionClose"}));
-    EXPECT_EQ(Done({"service", "restart"}),
-              (Calls{error, "KrvSessionCreate server=\".\"", "KrvSessionClose"}));
-    EXPECT_EQ(Done({"service", "start"}).front(), "OK");
+    for (const char* word : {"stop", "restart"}) {
+        EXPECT_EQ(StatusAndAllCalls({"service", word}),
+                  (Calls{"service error 1002: not running", kOpen, kClose}));
+    }
+    EXPECT_EQ(StatusAndAllCalls({"service", "start"}).front(), "OK");
 }
 
-TEST_F(ServiceCommandTest, ReportsTheErrorOfEachServiceCall) {
-    for (const char* call : {"KrvServiceStart", "KrvServiceStop", "KrvServiceRestart"}) {
+TEST_F(ServiceCommandTest, ReportsTheErrorOfEachServiceCallAndCloses) {
+    for (const char* call : {"KrvServiceStart", "KrvServiceStop", "KrvServiceRestart", "KrvSessionClose"}) {
         Fake().FailCall(call, Occurrence::Every(), {9, "no"});
     }
     for (const char* word : {"start", "stop", "restart"}) {
-        const Calls done = Done({"service", word});
-        EXPECT_EQ(done.front(), "service error 9: no") << word;
-        EXPECT_EQ(done.back(), "KrvSessionClose") << word;
+        const Calls calls = StatusAndAllCalls({"service", word});
+        EXPECT_EQ(calls.front(), "service error 9: no") << word;
+        EXPECT_EQ(calls.back(), kClose) << word;
     }
-}
-
-TEST_F(ServiceCommandTest, IgnoresAFailureToClose) {
-    Fake().FailCall("KrvSessionClose", Occurrence::Every(), {9, "no"});
-    EXPECT_EQ(Done({"service", "start"}).front(), "OK");
 }
 
 TEST_F(ServiceCommandTest, PrintsTheBannerUnlessQuiet) {

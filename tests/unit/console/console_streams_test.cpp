@@ -47,6 +47,25 @@ TEST_F(ConsoleStreamsTest, ReportAClosedDescriptor) {
     EXPECT_EQ(status.Code(), 9U);  // bad file descriptor
 }
 
+TEST_F(ConsoleStreamsTest, StartAfreshWhenFinished) {
+    ConsoleStreams streams;
+    krvcmd::Status first;
+    {
+        const RedirectedStreams redirected(-1, m_file);
+        streams.Write(Stream::StandardOutput, "lost\n");
+        first = streams.Finish();
+    }
+    krvcmd::Status second = krvcmd::Status::SystemError(1);
+    {
+        const RedirectedStreams redirected(m_file, m_file);
+        streams.Write(Stream::StandardOutput, "kept\n");
+        second = streams.Finish();
+    }
+    EXPECT_EQ(first.Code(), 9U);
+    EXPECT_TRUE(second.IsOk());
+    EXPECT_EQ(FileText(), "kept\n");
+}
+
 TEST_F(ConsoleStreamsTest, ReportNothingOfAClosedDescriptorThatIsNotNeeded) {
     krvcmd::Status status = krvcmd::Status::SystemError(1);
     {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
 #include <set>
 #include <string>
 #include <vector>
@@ -167,9 +166,7 @@ TEST(CommandGrammar, DescribesTheParameters) {
     const std::vector<const KeywordNode*> nodes = AllParameters();
     EXPECT_EQ(nodes.size(), std::size(rows));
     for (const KeywordNode* node : nodes) {
-        const auto row = std::find_if(std::begin(rows), std::end(rows), [node](const Row& candidate) {
-            return candidate.keyword == node->keyword;
-        });
+        const auto row = std::ranges::find(rows, node->keyword, &Row::keyword);
         ASSERT_NE(row, std::end(rows)) << node->keyword;
         ExpectRow(*node, *row, KeywordKind::Parameter);
     }
@@ -178,60 +175,20 @@ TEST(CommandGrammar, DescribesTheParameters) {
 TEST(CommandGrammar, KeepsTheNodesThatNoLineCanReach) {
     ASSERT_EQ(Keywords(CommandGrammar::Unreachable()), "yes rescan configuration detectsequence filter");
     const KeywordNode::Table nodes = CommandGrammar::Unreachable();
-    ExpectRow(*nodes[0], {"yes", "yes", "none", "[]", "help - default"}, KeywordKind::Option);
-    ExpectRow(*nodes[1], {"rescan", "no", "none", "[]", "reinitialize the slot in the jukebox"},
-              KeywordKind::Parameter);
-    ExpectRow(*nodes[2], {"configuration", "no", "none", "[]", "output configuration"},
-              KeywordKind::Parameter);
-    ExpectRow(*nodes[3], {"detectsequence", "no", "none", "[]", "output detect sequence"},
-              KeywordKind::Parameter);
-    ExpectRow(*nodes[4], {"filter", "yes", "text", "[]", "filter table output"}, KeywordKind::Parameter);
-}
-
-// ---- What holds for every table ----------------------------------------------------------------
-
-void WalkNodes(const std::function<void(const KeywordNode&)>& visit) {
-    const std::function<void(KeywordNode::Table)> walk = [&](KeywordNode::Table table) {
-        for (const KeywordNode* node : table) {
-            ASSERT_NE(node, nullptr);
-            visit(*node);
-            walk(node->children);
-        }
+    const Row rows[] = {
+        {"yes", "yes", "none", "[]", "help - default"},
+        {"rescan", "no", "none", "[]", "reinitialize the slot in the jukebox"},
+        {"configuration", "no", "none", "[]", "output configuration"},
+        {"detectsequence", "no", "none", "[]", "output detect sequence"},
+        {"filter", "yes", "text", "[]", "filter table output"},
     };
-    walk(CommandGrammar::TopLevel());
-    walk(CommandGrammar::Unreachable());
-    visit(CommandGrammar::Delete());
-    walk(CommandGrammar::Delete().children);
-}
-
-TEST(CommandGrammar, GivesEveryKeywordANameAndAHelpTextOfOneLine) {
-    int count = 0;
-    WalkNodes([&count](const KeywordNode& node) {
-        ++count;
-        EXPECT_FALSE(node.keyword.empty());
-        EXPECT_FALSE(node.help.empty()) << node.keyword;
-        EXPECT_EQ(node.help.find_first_of("\n\r\t%"), std::string_view::npos) << node.keyword;
-    });
-    // 13 top-level nodes with 1 + 3 + 4 + 5 + 4 + 11 + 5 + 5 + 3 + 17 parameters, 5 unreachable ones, and
-    // delete with one parameter.
-    EXPECT_EQ(count, 13 + 58 + 5 + 2);
-}
-
-TEST(CommandGrammar, HasOptionsAndCommandsAtTheTopAndParametersBelow) {
-    for (const KeywordNode* node : CommandGrammar::TopLevel()) {
-        EXPECT_NE(node->kind, KeywordKind::Parameter) << node->keyword;
-        EXPECT_TRUE(node->kind == KeywordKind::Command || node->children.empty()) << node->keyword;
-        for (const KeywordNode* child : node->children) {
-            EXPECT_EQ(child->kind, KeywordKind::Parameter) << child->keyword;
-            EXPECT_TRUE(child->children.empty()) << child->keyword;
-        }
-    }
+    for (size_t i = 0; i < nodes.size(); ++i)
+        ExpectRow(*nodes[i], rows[i], i == 0 ? KeywordKind::Option : KeywordKind::Parameter);
 }
 
 TEST(CommandGrammar, LetsEveryKeywordSelectItselfAtItsLevel) {
     const auto expectSelfSelection = [](KeywordNode::Table table) {
         for (const KeywordNode* node : table) {
-            // A blank ends the keyword that is compared, for the placeholder as for the word.
             EXPECT_EQ(FindKeyword(table, node->keyword), node) << node->keyword;
             if (!node->dashAllowed) continue;
             EXPECT_EQ(FindKeyword(table, "-" + string(node->keyword)), node) << node->keyword;
@@ -241,37 +198,6 @@ TEST(CommandGrammar, LetsEveryKeywordSelectItselfAtItsLevel) {
     expectSelfSelection(CommandGrammar::TopLevel());
     for (const KeywordNode* node : CommandGrammar::TopLevel())
         expectSelfSelection(node->children);
-}
-
-TEST(CommandGrammar, HasAtMostOnePlaceholderForEachCommand) {
-    for (const KeywordNode* command : CommandGrammar::TopLevel()) {
-        EXPECT_LE(std::count_if(command->children.begin(), command->children.end(),
-                                [](const KeywordNode* node) { return node->IsPlaceholder(); }),
-                  1)
-            << command->keyword;
-    }
-}
-
-TEST(CommandGrammar, KeepsDeleteAndTheUnreachableNodesOutOfEveryTable) {
-    std::set<const KeywordNode*> reachable(CommandGrammar::TopLevel().begin(),
-                                           CommandGrammar::TopLevel().end());
-    const std::vector<const KeywordNode*> parameters = AllParameters();
-    reachable.insert(parameters.begin(), parameters.end());
-    EXPECT_EQ(reachable.count(&CommandGrammar::Delete()), 0U);
-    for (const KeywordNode* node : CommandGrammar::Unreachable()) {
-        EXPECT_EQ(reachable.count(node), 0U) << node->keyword;
-    }
-}
-
-TEST(CommandGrammar, HasNoValueFormThatMakesAKeywordUnusable) {
-    WalkNodes([](const KeywordNode& node) {
-        EXPECT_EQ(Forms(node).find("unusable"), string::npos) << node.keyword;
-    });
-}
-
-TEST(CommandGrammar, SharesOneNodeForAParameterThatSeveralCommandsOffer) {
-    EXPECT_EQ(&test::Node("import.J"), &test::Node("query.J"));
-    EXPECT_EQ(&test::Node("export.V"), &test::Node("name.V"));
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ std::vector<std::string> LinesOf(std::string_view text) {
     return lines;
 }
 
-// The words of an example line, split as a shell does: blanks part words, double quotes hold them together.
+// The words of an example line, split as a shell splits them: at blanks outside double quotes.
 std::vector<std::string> WordsOf(std::string_view line) {
     std::vector<std::string> words(1);
     bool quoted = false;
@@ -75,35 +75,24 @@ TEST(HelpTable, HasAnEntryForEachEntryOfTheTopLevelTable) {
     }
 }
 
-TEST(HelpTable, SkipsTheOptionsAndHelpItself) {
-    for (const HelpEntry& entry : HelpTable().first(3)) {
-        EXPECT_EQ(entry.node, nullptr);
-        EXPECT_EQ(entry.syntax, "");
-        EXPECT_EQ(entry.legend, "");
-        EXPECT_EQ(entry.example, "");
-    }
-    EXPECT_EQ(HelpTable()[0].description, "");
-    EXPECT_EQ(HelpTable()[1].description, "");
-    EXPECT_EQ(HelpTable()[2].description, "usage/help output");
-}
-
-TEST(HelpTable, HasOnlyADescriptionForTheQuestionMark) {
-    const HelpEntry& entry = HelpTable()[3];
-    ASSERT_NE(entry.node, nullptr);
-    EXPECT_EQ(entry.node->keyword, "?");
-    EXPECT_EQ(entry.description, "usage/help output");
-    EXPECT_EQ(entry.syntax, "");
-    EXPECT_EQ(entry.legend, "");
-    EXPECT_EQ(entry.example, "");
-}
-
-TEST(HelpTable, HasEveryTextOfEveryCommandButTheLegendOfService) {
-    for (const HelpEntry& entry : HelpTable().subspan(4)) {
-        ASSERT_NE(entry.node, nullptr);
-        EXPECT_FALSE(entry.description.empty()) << entry.node->keyword;
-        EXPECT_FALSE(entry.syntax.empty()) << entry.node->keyword;
-        EXPECT_FALSE(entry.example.empty()) << entry.node->keyword;
-        EXPECT_EQ(entry.legend.empty(), entry.node->keyword == "service") << entry.node->keyword;
+TEST(HelpTable, HasTheTextsOfEachEntry) {
+    const std::string_view complete = "node description syntax legend example";
+    const std::string_view expected[] = {
+        /* quiet */ "",      /* server */ "",       /* help */ "description",
+        /* ? */ "node description",
+        /* service */ "node description syntax example",
+        /* import */ complete, /* export */ complete, /* scan */ complete, /* format */ complete,
+        /* enable */ complete, /* disable */ complete, /* name */ complete, /* query */ complete,
+    };
+    ASSERT_EQ(HelpTable().size(), std::size(expected));
+    for (size_t i = 0; i < std::size(expected); ++i) {
+        const HelpEntry& entry = HelpTable()[i];
+        std::string present = entry.node == nullptr ? "" : "node ";
+        if (!entry.description.empty()) present += "description ";
+        if (!entry.syntax.empty()) present += "syntax ";
+        if (!entry.legend.empty()) present += "legend ";
+        if (!entry.example.empty()) present += "example ";
+        EXPECT_EQ(present.substr(0, present.find_last_not_of(' ') + 1), expected[i]) << i;
     }
 }
 
@@ -117,7 +106,7 @@ TEST(HelpTable, IndentsSyntaxLegendAndExampleByFourBlanks) {
     }
 }
 
-TEST(HelpTable, ShowsTheCommandOfTheEntryInEachSyntaxLineButContinuations) {
+TEST(HelpTable, BeginsEachSyntaxLineButContinuationsWithItsCommand) {
     std::vector<std::string> continuations;
     for (const HelpEntry& entry : HelpTable().subspan(4)) {
         const std::string start = "    [CmdLine] " + std::string(entry.node->keyword) + " ";
@@ -136,8 +125,8 @@ TEST(HelpTable, KeepsTheTrailingBlankOfTheFormatSyntax) {
     EXPECT_NE(HelpTable()[8].syntax.find("[.A | .B]] \n        [label="), std::string_view::npos);
 }
 
-TEST(HelpTable, HoldsNoPerCentSign) {
-    // One would have to be doubled to be shown.
+TEST(HelpTable, HoldsNoPercentSign) {
+    // It would have to be doubled to be shown.
     for (const HelpEntry& entry : HelpTable()) {
         for (const std::string_view text : {entry.description, entry.syntax, entry.legend, entry.example}) {
             EXPECT_EQ(text.find('%'), std::string_view::npos);
@@ -148,7 +137,7 @@ TEST(HelpTable, HoldsNoPerCentSign) {
 TEST(HelpTable, ShowsExamplesThatTheParserUnderstands) {
     const std::pair<std::string, std::string> rows[] = {
         {"service start", ": service start"},
-        // The command's own word is missing in these two: the text's own mistake, kept.
+        // These two lack the word "service", so they do not work as they are shown.
         {"quiet server=my_server restart", "error 22"},
         {"quiet server=\"sales server\" stop", "error 22"},
         {"import J @29 M2 S 1 repeat=3", ": import J={29} M={2} S={1} repeat={3}"},

@@ -63,49 +63,17 @@ TEST(Parse, TakesAttachedAndSeparateValuesAlike) {
     });
 }
 
-TEST(Parse, TakesTheSlashOfARangeForTheDash) {
-    ExpectRows({
-        {{"scan", "J@8", "S3-5"}, ": scan J={8} S={3-5}"},
-        {{"scan", "J@8", "S3/5"}, ": scan J={8} S={3-5}"},
-        {{"scan", "J@8", "S/5"}, "error 22"},
-    });
-}
-
-TEST(Parse, TellsJukeboxIdsFromNames) {
-    ExpectRows({
-        {{"query", "J", "@17"}, ": query J={17}"},
-        {{"query", "J", "17"}, ": query J=\"17\""},
-        {{"query", "J17"}, ": query J=\"17\""},
-        {{"query", "J", "MyBox"}, ": query J=\"MyBox\""},
-        {{"query", "J=MyBox"}, ": query J=\"MyBox\""},
-        {{"query", "J", "@99999999999"}, ": query J=\"@99999999999\""},
-    });
-}
-
-TEST(Parse, AcceptsAbbreviationsOfEveryKeyword) {
+TEST(Parse, ExpandsAbbreviations) {
     ExpectRows({
         {{"qui", "serve=x", "que", "vol", "col=ILl", "so=lms", "se", ",", "wi=80", "no"},
          "quiet server=\"x\" : query volumes columns=\"ILl\" sort=\"lms\" separator=\",\" width={80} "
          "notable"},
         {{"fo", "V@33", "la=x", "er", "ce", "se", "fi"},
          ": format V={33} label=\"x\" erase certify sequential finalize"},
-        {{"exp", "J@8", "rep2"}, ": export J={8} repeat={2}"},
-        {{"servi", "res"}, ": service restart"},
-        {{"query", "magazine", "J@8", "M1"}, ": query magazines J={8} M={1}"},
-        {{"query", "sl"}, ": query slots"},
     });
 }
 
-TEST(Parse, AcceptsDashFormsWhereTheGrammarHasThem) {
-    ExpectRows({
-        {{"-quiet", "/server", "x", "query", "-volumes", "/notable", "-separator", ","},
-         "quiet server=\"x\" : query volumes notable separator=\",\""},
-        {{"/?"}, ": ?"},
-        {{"-?"}, ": ?"},
-    });
-}
-
-// A word with a dash has no leading letters, so its value cannot be attached.
+// A dash is no letter, so a word that begins with one has no attached value.
 TEST(Parse, ReadsAttachedValuesBehindLettersOnly) {
     ExpectRows({
         {{"query", "sep=,"}, ": query separator=\",\""},
@@ -116,8 +84,7 @@ TEST(Parse, ReadsAttachedValuesBehindLettersOnly) {
     });
 }
 
-// The letters are those of ASCII, from the first to the last of either case; what stands next to them in the
-// character set is none.
+// Letters are those of ASCII; their neighbours in the character set are none.
 TEST(Parse, EndsTheLettersOfAWordBeforeTheFirstOtherCharacter) {
     ExpectRows({
         {{"query", "JA=x"}, "error 22"},
@@ -176,25 +143,13 @@ TEST(Parse, AcceptsCombinationsThatOnlyTheCommandCanJudge) {
     });
 }
 
-TEST(Parse, NeitherAllocatesNorCountsTheNumbersOfARange) {
-    EXPECT_EQ(ParsedAs({"scan", "J@8", "S1-2000000000"}), ": scan J={8} S={1-2000000000}");
-}
-
 TEST(Parse, RefusesWordsThatNothingTakes) {
     ExpectRows({
-        {{"q"}, "error 22"},
-        {{"qu"}, "error 22"},
-        {{"s"}, "error 22"},
         {{"xyz"}, "error 22"},
-        {{"Query"}, "error 22"},
-        {{"delete"}, "error 22"},
+        {{"quiet", "xyz"}, "error 22"},
         {{"delete", "V@33"}, "error 22"},
         {{"yes", "help"}, "error 22"},
-        {{"quiet", "xyz"}, "error 22"},
         {{"=x"}, "error 22"},
-        {{"query", "Jz"}, "error 22"},  // a run of letters is one keyword: no J with the value "z"
-        {{"query", "JZ"}, "error 22"},
-        {{"query", "s"}, "error 22"},
         {{"query", "sq"}, "error 22"},
         {{"query", "xyz"}, "error 22"},
         {{"query", "configuration"}, "error 22"},
@@ -202,9 +157,7 @@ TEST(Parse, RefusesWordsThatNothingTakes) {
         {{"import", "V@33"}, "error 22"},
         {{"import", "j@8"}, "error 22"},
         {{"scan", "J@8", ".A"}, "error 22"},
-        {{"scan", "J@8", "repeat=2"}, "error 22"},
         {{"?", "query"}, "error 22"},
-        {{"service", "re", "now"}, "error 22"},
         {{"query", "volumes", " "}, "error 22"},
     });
 }
@@ -222,22 +175,12 @@ TEST(Parse, RefusesOptionsAndCommandsBehindTheCommand) {
 TEST(Parse, RefusesMissingAndMalformedValues) {
     ExpectRows({
         {{"server"}, "error 22"},
-        {{"quiet", "server"}, "error 22"},
         {{"import", "J"}, "error 22"},
-        {{"import", "J@8", "repeat"}, "error 22"},
+        {{"import", "J@8", "M"}, "error 22"},
         {{"import", "J@8", "repeat="}, "error 22"},
         {{"import", "J@8", "repeat", "=", "3"}, "error 22"},
-        {{"import", "J@8", "repeat=x"}, "error 22"},
-        {{"import", "J@8", "repeat=-1"}, "error 22"},
-        {{"import", "J@8", "M"}, "error 22"},
         {{"import", "J@8", "Mx"}, "error 22"},
-        {{"import", "J@8", "S1,"}, "error 22"},
-        {{"import", "J@8", "S1-"}, "error 22"},
-        {{"import", "J@8", "S2147483648"}, "error 22"},
         {{"scan", "V", "273"}, "error 22"},
-        {{"scan", "V273"}, "error 22"},
-        {{"scan", "V", "Sales"}, "error 22"},
-        {{"query", "width=wide"}, "error 22"},
     });
 }
 
@@ -286,7 +229,7 @@ TEST(Parse, RefusesTokensThatAreNoWords) {
 }
 
 TEST(Parse, RefusesASecondCommandAmongTheSameCandidates) {
-    // A command whose parameters hold a command again: no grammar of today has one.
+    // The grammar offers no command among the parameters of another.
     const KeywordNode inner = test::MakeNode("inner", KeywordKind::Command);
     const KeywordNode* const children[] = {&inner};
     KeywordNode outer = test::MakeNode("outer", KeywordKind::Command);

@@ -1,4 +1,4 @@
-#include "krvcmd/frontend/parsing/read_value.h"
+#include "krvcmd/frontend/parsing/parser.h"
 
 #include <gtest/gtest.h>
 
@@ -155,16 +155,6 @@ TEST(ReadValue, RefusesFormsOfAnotherType) {
     Parameter parameter;
     parameter.node = &node;
     EXPECT_EQ(test::Text(ReadValue(parameter, "text")), "error 22");
-}
-
-TEST(ReadNumberList, NeedsTheAtSignOnlyForIds) {
-    constexpr ValueSpec kPlain{ValueSpec::kNumber, ValueSpec::kPlain};
-    constexpr ValueSpec kId{ValueSpec::kNumber, ValueSpec::kId};
-    Parameter parameter;
-    EXPECT_EQ(test::Text(ReadNumberList(parameter, kPlain, "17")), "OK");
-    EXPECT_EQ(test::Text(ReadNumberList(parameter, kPlain, "@17")), "error 22");
-    EXPECT_EQ(test::Text(ReadNumberList(parameter, kId, "@17")), "OK");
-    EXPECT_EQ(test::Text(ReadNumberList(parameter, kId, "17")), "error 22");
 }
 
 TEST(TakesValue, IsTrueForKeywordsWithAtLeastOneForm) {

@@ -2,62 +2,39 @@
 
 #include <gtest/gtest.h>
 
+#include <string_view>
 #include <type_traits>
 
 namespace krvcmd {
 namespace {
 
-// It travels by value, and a move leaves nothing to fail.
+// Copied freely, and moved without failing.
 static_assert(std::is_copy_constructible_v<Status> && std::is_copy_assignable_v<Status>);
 static_assert(std::is_nothrow_move_constructible_v<Status> && std::is_nothrow_move_assignable_v<Status>);
-// A number alone does not say of which kind an error is.
+// A number alone does not tell the kind of an error.
 static_assert(!std::is_constructible_v<Status, int> && !std::is_convertible_v<Status, bool>);
 
-TEST(Status, IsSuccessByDefault) {
-    const Status status;
-    EXPECT_TRUE(status.IsOk());
-    EXPECT_FALSE(status.IsServiceError());
-    EXPECT_EQ(status.GetKind(), Status::Kind::Success);
-    EXPECT_EQ(status.Code(), 0U);
-    EXPECT_EQ(status.Message(), "");
-}
-
-TEST(Status, IsSuccessForTheSystemErrorZero) {
-    const Status status = Status::SystemError(0);
-    EXPECT_TRUE(status.IsOk());
-    EXPECT_EQ(status.GetKind(), Status::Kind::Success);
-    EXPECT_EQ(status.Code(), 0U);
-}
-
-TEST(Status, CarriesTheNumberOfASystemErrorAndNoText) {
-    const Status status = Status::SystemError(22);
-    EXPECT_FALSE(status.IsOk());
-    EXPECT_FALSE(status.IsServiceError());
-    EXPECT_EQ(status.GetKind(), Status::Kind::SystemError);
-    EXPECT_EQ(status.Code(), 22U);
-    EXPECT_EQ(status.Message(), "");
-}
-
-TEST(Status, CarriesCodeAndTextOfAServiceError) {
-    const Status status = Status::ServiceError(501, "The slot is empty.");
-    EXPECT_FALSE(status.IsOk());
-    EXPECT_TRUE(status.IsServiceError());
-    EXPECT_EQ(status.GetKind(), Status::Kind::ServiceError);
-    EXPECT_EQ(status.Code(), 501U);
-    EXPECT_EQ(status.Message(), "The slot is empty.");
-}
-
-TEST(Status, IsAnErrorEvenWhenTheServiceErrorHasCodeZero) {
-    const Status status = Status::ServiceError(0, "");
-    EXPECT_FALSE(status.IsOk());
-    EXPECT_TRUE(status.IsServiceError());
-    EXPECT_EQ(status.Code(), 0U);
-}
-
-TEST(Status, NumbersItsKindsAsTheInterfaceDoes) {
-    EXPECT_EQ(static_cast<uint32_t>(Status::Kind::Success), 0U);
-    EXPECT_EQ(static_cast<uint32_t>(Status::Kind::SystemError), 1U);
-    EXPECT_EQ(static_cast<uint32_t>(Status::Kind::ServiceError), 3U);
+TEST(Status, CarriesKindCodeAndTextAsTheInterfaceNumbersThem) {
+    struct Row {
+        Status status;
+        uint32_t kind;
+        uint32_t code;
+        std::string_view message;
+    };
+    const Row rows[] = {
+        {Status(), 0, 0, ""},
+        {Status::SystemError(0), 0, 0, ""},
+        {Status::SystemError(22), 1, 22, ""},
+        {Status::ServiceError(501, "The slot is empty."), 3, 501, "The slot is empty."},
+        {Status::ServiceError(0, ""), 3, 0, ""},  // an error although its code is 0
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(static_cast<uint32_t>(row.status.GetKind()), row.kind);
+        EXPECT_EQ(row.status.IsOk(), row.kind == 0);
+        EXPECT_EQ(row.status.IsServiceError(), row.kind == 3);
+        EXPECT_EQ(row.status.Code(), row.code);
+        EXPECT_EQ(row.status.Message(), row.message);
+    }
 }
 
 TEST(Status, TakesTheFirstOfTwoErrors) {

@@ -204,7 +204,7 @@ class QueryHiddenOptionsTest : public QueryOptionsTest {
     std::string Executed(const std::vector<Parameter>& parameters) {
         CQuery query;
         const std::vector<Parameter> options;
-        Status status = query.Initialize(options, parameters);
+        Status status = query.Initialize(options, parameters, Writer());
         if (!status.IsOk()) return "not initialized: " + test::Text(status);
         status = query.Run();
         return test::Text(status);
