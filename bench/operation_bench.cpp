@@ -11,7 +11,7 @@
 #include "krvcmd/frontend/grammar/command_grammar.h"
 #include "krvcmd/frontend/grammar/keyword.h"
 #include "krvcmd/frontend/parsing/token.h"
-#include "krvcmd/service/access/library_call.h"
+#include "krvcmd/service/sdk/call.h"
 
 namespace {
 

@@ -13,6 +13,7 @@
 #include "krvcmd/console/query/query_objects.h"
 #include "krvcmd/frontend/grammar/command_grammar.h"
 #include "krvcmd/frontend/report/help_table.h"
+#include "krvcmd/service/sdk/codes.h"
 #include "packaging/generate/client_interface.h"
 #include "packaging/generate/manual_text.h"
 #include "packaging/generate/program_text.h"
@@ -210,6 +211,15 @@ std::string Records() {
     return text;
 }
 
+std::string Codes() {
+    std::string text;
+    for (const ServiceCode& code : kServiceCodes) {
+        text += ".TP\n\\fB" + std::to_string(code.code) + "\\fR\\ \\ " + ManualText(code.meaning) + "\n";
+        text += ManualProse(code.effect) + "\n";
+    }
+    return text;
+}
+
 // The words of a layout file for one field, in one sentence.
 std::string Words(string_view field) {
     std::span<const embedded::Word> words;
@@ -263,6 +273,7 @@ std::string ManualBlock(string_view part, string_view argument) {
     if (part == "prototypes") return Prototypes();
     if (part == "functions") return Functions();
     if (part == "records") return Records();
+    if (part == "codes") return Codes();
     throw std::runtime_error("no such part of a manual page: " + std::string(part));
 }
 

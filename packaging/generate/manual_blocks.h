@@ -21,6 +21,7 @@ namespace krvcmd {
 //   prototypes            the client library's functions, as in C
 //   functions             the same, section by section, with their descriptions
 //   records               its records, field by field
+//   codes                 its codes that mean something to krvcmd, and what krvcmd does
 //
 // `argument` is empty where nothing stands behind the part. Throws std::runtime_error for a part, a
 // command or a file that there is not.

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "krvcmd/service/sdk/codes.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace krvfake {
@@ -19,8 +20,7 @@ using Answer = std::optional<Failure>;
 
 // The code of every "there is no such item" that nobody scripted.
 inline constexpr int32_t kUnknownItem = 1001;
-// The code of a volume that lies nowhere.
-inline constexpr int32_t kNoLocation = 500;
+inline constexpr auto kNoLocation = static_cast<int32_t>(krvcmd::service_code::kNoLocation);
 
 // Where the answers of the looking calls come from: a farm in memory or made up arithmetically.
 class Answers {

@@ -117,7 +117,7 @@ Volume& Volume::At(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side
     Jukebox* const holder = farm->FindJukebox(jukebox);
     if (holder == nullptr) throw std::invalid_argument("a volume lies in a jukebox that was not added");
     Slot& entry = holder->SlotEntry(magazine, slot);
-    entry.state = kSlotFull;
+    entry.state = slot_state::kFull;
     entry.mediumCode = mediumCode;
     entry.sides.at(static_cast<size_t>(side)) = {6, mediumCode, 1, id};
     return SaysItIsAt(jukebox, magazine, slot, side);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "krvcmd/service/sdk/codes.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace krvfake {
@@ -22,16 +23,11 @@ namespace krvfake {
 //     farm.AddJukebox(8, "Tower").WithDrive({"OSTREL", "J-200", "3404", {0, 4, 1}}).WithMagazine(10);
 //     farm.AddVolume(33, "Sales 2005").WithMedium(5).At(8, 0, 1, kSideA);
 
-inline constexpr int32_t kSideA = 0;
-inline constexpr int32_t kSideB = 1;
-
-inline constexpr uint32_t kSlotUnknown = 0;
-inline constexpr uint32_t kSlotNotPresent = 1;
-inline constexpr uint32_t kSlotScanFailed = 2;
-inline constexpr uint32_t kSlotEmpty = 3;
-inline constexpr uint32_t kSlotFull = 4;
-
-inline constexpr uint32_t kNoMedium = 255;
+using krvcmd::kNoMedium;
+using krvcmd::kSideA;
+using krvcmd::kSideB;
+namespace slot_state = krvcmd::slot_state;
+namespace side_state = krvcmd::side_state;
 
 // Who a changer or a drive is.
 struct Device {
@@ -48,7 +44,7 @@ struct Drive {
 
 // One side as KrvGetSide answers it. A side that nobody describes is not present.
 struct Side {
-    uint32_t state = 1;
+    uint32_t state = side_state::kNotPresent;
     uint32_t mediumCode = kNoMedium;
     uint32_t finalization = 0;
     int32_t volumeId = 0;
@@ -56,7 +52,7 @@ struct Side {
 
 // One slot as KrvGetSlot answers it, with its two sides. A slot that nobody describes is empty.
 struct Slot {
-    uint32_t state = kSlotEmpty;
+    uint32_t state = slot_state::kEmpty;
     uint32_t mediumCode = kNoMedium;
     std::array<Side, 2> sides{};
 };

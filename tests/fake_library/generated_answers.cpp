@@ -62,7 +62,7 @@ Answer GeneratedAnswers::DescribeDrive(const DriveKey& key, DriveRecord& record)
 
 Answer GeneratedAnswers::DescribeSlot(const SlotKey& key, SlotRecord& record) {
     if (!HasSlot(key.jukeboxId, key.magazine, key.slot)) return Unknown();
-    record.state = 4;
+    record.state = krvcmd::slot_state::kFull;
     record.mediumCode = kDvdR;
     return {};
 }
@@ -71,9 +71,10 @@ Answer GeneratedAnswers::DescribeSide(const SideKey& key, SideRecord& record) {
     if (!HasSlot(key.jukeboxId, key.magazine, key.slot)) return Unknown();
     record.mediumCode = kDvdR;
     record.finalization = 1;
-    record.state = key.side == 0 ? 6 : 1;
+    const bool isSideA = key.side == krvcmd::kSideA;
+    record.state = isSideA ? krvcmd::side_state::kFileSystem : krvcmd::side_state::kNotPresent;
     record.volumeId =
-        key.side == 0 ? static_cast<int32_t>(SlotIndex(key.jukeboxId, key.magazine, key.slot) + 1) : 0;
+        isSideA ? static_cast<int32_t>(SlotIndex(key.jukeboxId, key.magazine, key.slot) + 1) : 0;
     return {};
 }
 

@@ -96,7 +96,7 @@ void ScriptReader::ReadMagazine(const ScriptLine& line) {
 
 void ScriptReader::ReadSlot(const ScriptLine& line) {
     CurrentJukebox().WithSlot(Int(line.Number("M", 0)), Int(line.Number("S", 0)),
-                              Unsigned(line.Number("state", kSlotEmpty)),
+                              Unsigned(line.Number("state", slot_state::kEmpty)),
                               Unsigned(line.Number("medium", kNoMedium)));
 }
 

@@ -2,7 +2,7 @@
 // what it wrote.
 #include <vector>
 
-#include "krvcmd/service/access/volume_lookup.h"
+#include "krvcmd/service/sdk/call.h"
 #include "tests/fuzz/bytes_reader.h"
 
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

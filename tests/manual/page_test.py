@@ -12,6 +12,7 @@ PAGES = []
 KRVSIM = os.environ.get("KRVSIM_PROGRAM", "krvsim")
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
 HEADER = PROJECT / "krvcmd/service/sdk/krv_sdk.h"
+CODES = PROJECT / "krvcmd/service/sdk/codes.h"
 LAYOUT_READER = PROJECT / "embedded/layout/layout_reader.cpp"
 
 
@@ -88,6 +89,19 @@ class ManualPages(unittest.TestCase):
         self.assertGreater(len(fields), 60)
         for field, offset in fields:
             self.assertShows(text, rf"^       {offset}: .*\b{field}\b")
+
+    def test_krv_sdk_shows_the_table_of_codes(self):
+        source = CODES.read_text()
+        numbers = {name: int(number) for name, number in re.findall(
+            r"constexpr uint32_t (k\w+) = (\d+);", source.partition("namespace service_code {")[2])}
+        rows = re.findall(r'\{service_code::(k\w+),((?:\s*"[^"]*",?)+)\}', source)
+        self.assertEqual([numbers[name] for name, _ in rows], sorted(numbers.values()))
+        self.assertEqual(sorted(numbers.values()), [2, 3, 4, 7, 500, 501, 502])
+        shown = " ".join(rendered("krv-sdk.3").partition("\n   Codes\n")[2].partition("\nFUNCTIONS\n")[0].split())
+        for name, texts in rows:
+            with self.subTest(code=name):
+                text = "".join(re.findall(r'"([^"]*)"', re.sub(r'",\s*"', " ", texts))).replace("`", "")
+                self.assertIn(f"{numbers[name]} {text}", shown)
 
     def test_krvsim_layout_explains_every_field_that_is_read(self):
         explained = rendered("krvsim-layout.5").partition("\nFIELDS\n")[2].partition("\nWORDS\n")[0]

@@ -124,7 +124,7 @@ TEST_F(HostileAnswers, TheLargestIdIsAnIdLikeAnyOther) {
 TEST_F(HostileAnswers, AVolumeIdThatIsNoneIsNoVolume) {
     for (const int32_t none : {0, -1, kSmallest}) {
         m_library.Reset();
-        m_farm.AddJukebox(8, "Tower").WithMagazine(1).WithSlot(0, 0, krvfake::kSlotFull, 5);
+        m_farm.AddJukebox(8, "Tower").WithMagazine(1).WithSlot(0, 0, krvfake::slot_state::kFull, 5);
         m_farm.FindJukebox(8)->WithSide(0, 0, kSideA, {6, 5, 1, none});
         const ProgramRun query = Run({"query", "slots", "J@8", "notable"});
         EXPECT_EQ(query.output, "");
@@ -236,16 +236,6 @@ TEST_F(HostileAnswers, AnyCountsAreShownAsTheyStand) {
 }
 
 // ---- Locations -------------------------------------------------------------------------------------
-
-TEST_F(HostileAnswers, MoreLocationsThanMemoryCanHoldAreOutOfMemory) {
-    for (const uint32_t count : {107'374'183U, 0x7FFFFFFFU, 0x80000000U, 0xFFFFFFFFU}) {
-        m_library.Reset();
-        m_farm.AddVolume(33, "Sales").locationCounts = {count};
-        const ProgramRun run = Run({"query", "volumes", "notable"});
-        EXPECT_EQ(run.exitStatus, 12) << count;
-        EXPECT_EQ(run.output, "");
-    }
-}
 
 TEST_F(HostileAnswers, LocationsThatTheArrayHasNoRoomForAreNotThere) {
     struct Case {

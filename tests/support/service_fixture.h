@@ -7,7 +7,7 @@
 
 #include "krvcmd/console/writer/output_object.h"
 #include "krvcmd/frontend/report/result_line.h"
-#include "krvcmd/service/access/library_call.h"
+#include "krvcmd/service/access/session.h"
 #include "tests/fake_library/fake_library.h"
 #include "tests/support/command_line.h"
 

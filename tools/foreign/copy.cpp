@@ -10,6 +10,7 @@
 #include "embedded/model/farm.h"
 #include "embedded/model/farm_words.h"
 #include "embedded/model/media_types.h"
+#include "krvcmd/service/sdk/codes.h"
 #include "tools/common/command.h"
 #include "tools/common/progress.h"
 #include "tools/foreign/foreign_service.h"
@@ -17,8 +18,7 @@
 namespace embedded::tools {
 namespace {
 
-constexpr int32_t kSideUnreadable = 3;
-constexpr uint32_t kSideNotPresent = 1;
+constexpr auto kSideUnreadable = static_cast<int32_t>(krvcmd::service_code::kSideUnreadable);
 // More is taken for a mistake of the library.
 constexpr int32_t kMostSlots = 10'000'000;
 constexpr int32_t kMostParts = 1'000'000;
@@ -198,7 +198,7 @@ class Copier {
         FarmDrive drive;
         DriveRecord record{};
         drive.enabled = false;
-        if (IsRead(m_service.GetDrive(jukebox.id, number, record),
+        if (IsRead(m_service.GetDrive({sizeof(DriveKey), jukebox.id, number}, record),
                    "drive " + std::to_string(number + 1) + " of " + owner)) {
             drive.device = DeviceOf(record.identity);
             drive.enabled = record.enabled != 0;
@@ -214,7 +214,7 @@ class Copier {
         FarmMagazine magazine;
         magazine.present = false;
         MagazineRecord record{};
-        if (IsRead(m_service.GetMagazine(jukebox.id, number, record), name)) {
+        if (IsRead(m_service.GetMagazine({sizeof(MagazineKey), jukebox.id, number}, record), name)) {
             magazine.present = record.present != 0;
             magazine.slotCount = Sane(record.slotCount, kMostSlots, "the slots of " + name);
             if (!magazine.present) ReportHidden("what is in " + name, "it is not present");
@@ -235,7 +235,8 @@ class Copier {
 
     void ReadSlot(const SlotPlace& place, const std::string& name, FarmMagazine& magazine) {
         SlotRecord record{};
-        if (!IsRead(m_service.GetSlot(place.jukebox, place.magazine, place.slot, record), name)) {
+        if (!IsRead(m_service.GetSlot({sizeof(SlotKey), place.jukebox, place.magazine, place.slot}, record),
+                    name)) {
             magazine.oddSlots.push_back({place.slot + 1, SlotState::Unknown});
             return;
         }
@@ -270,7 +271,7 @@ class Copier {
                 if (side == 0) medium.sides.push_back(UsualSide(type, Content::Bad, 0));
                 continue;
             }
-            if (side == 1 && record.state == kSideNotPresent) continue;
+            if (side == 1 && record.state == krvcmd::side_state::kNotPresent) continue;
             medium.sides.push_back(SideOf(key, type, slot, record, sideName));
         }
         return medium;

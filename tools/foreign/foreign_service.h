@@ -1,5 +1,3 @@
-// A service behind any client library that keeps the binary interface, for reading alone: each call
-// with a fresh context and prepared records, as krvcmd makes them.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +7,7 @@
 
 #include "embedded/platform/shared_library.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
+#include "krvcmd/service/sdk/records.h"
 
 namespace embedded::tools {
 
@@ -21,9 +20,10 @@ struct CallFailure {
 // "KRV error CODE: TEXT"
 std::string FailureText(const CallFailure& failure);
 
-// The result of a look: nothing in `failure` is success.
+// The result of a call: no value is success.
 using Outcome = std::optional<CallFailure>;
 
+// A service behind any client library that keeps the binary interface, for reading only.
 class ForeignService {
   public:
     // Loads the library and opens a session; throws ToolFailure when either does not work.
@@ -37,9 +37,9 @@ class ForeignService {
     Outcome NextVolume(uint32_t& id) const;
 
     Outcome GetJukebox(int32_t jukebox, JukeboxRecord& record) const;
-    Outcome GetMagazine(int32_t jukebox, int32_t magazine, MagazineRecord& record) const;
-    Outcome GetDrive(int32_t jukebox, int32_t drive, DriveRecord& record) const;
-    Outcome GetSlot(int32_t jukebox, int32_t magazine, int32_t slot, SlotRecord& record) const;
+    Outcome GetMagazine(const MagazineKey& key, MagazineRecord& record) const;
+    Outcome GetDrive(const DriveKey& key, DriveRecord& record) const;
+    Outcome GetSlot(const SlotKey& key, SlotRecord& record) const;
     // With code 3 the record is filled all the same.
     Outcome GetSide(const SideKey& key, SideRecord& record) const;
     Outcome GetVolume(uint32_t volume, VolumeRecord& record) const;
@@ -50,6 +50,12 @@ class ForeignService {
   private:
     template <typename Function>
     Function* Require(const char* name) const;
+    template <typename Function, typename... Arguments>
+    Outcome Call(Function* function, Arguments... arguments) const;
+    template <typename Function, typename Key, typename Record>
+    Outcome LookUp(Function* function, const Key& key, Record& record) const;
+    template <typename Function>
+    Outcome Step(Function* function, uint32_t& id) const;
 
     std::string m_path;
     SharedLibrary m_library;
@@ -68,11 +74,10 @@ class ForeignService {
     decltype(KrvVolumeLocations)* m_locations;
 };
 
-// A text field of a record: up to its first NUL or its end.
+// The text of a field of a record.
 template <size_t Size>
 std::string TextOf(const char (&field)[Size]) {
-    const std::string_view whole(field, Size);
-    return std::string(whole.substr(0, whole.find('\0')));
+    return std::string(krvcmd::RecordText(field));
 }
 
 }  // namespace embedded::tools

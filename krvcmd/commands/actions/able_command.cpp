@@ -6,14 +6,6 @@
 #include "krvcmd/service/sdk/keys.h"
 
 namespace krvcmd {
-namespace {
-
-constexpr int32_t kNoSideGiven = -1;
-constexpr int32_t kSideA = 0;
-constexpr int32_t kSideB = 1;
-constexpr int32_t kBothSides = 2;
-
-}  // namespace
 
 Status CAble::Run() {
     if (AddressesNothing()) return {};
@@ -30,15 +22,16 @@ Status CAble::Run() {
 }
 
 Status CAble::SetItemActive(const ItemAddress& entry) const {
+    const JukeboxKey jukebox = MakeJukeboxKey(entry.jukeboxId);
     switch (Kind()) {
         case AddressKind::Jukebox:
-            return SetJukeboxActive(m_activity, entry.jukeboxId);
+            return SetJukeboxActive(m_enable, entry.jukeboxId);
         case AddressKind::Magazine:
-            return SetMagazineActive(m_activity, entry.jukeboxId, entry.magazine - 1);
+            return SetMagazineActive(m_enable, MakeMagazineKey(jukebox, entry.magazine.value_or(kUnset)));
         case AddressKind::Drive:
-            return SetDriveActive(m_activity, entry.jukeboxId, entry.drive - 1);
+            return SetDriveActive(m_enable, MakeDriveKey(jukebox, entry.drive.value_or(kUnset)));
         case AddressKind::Volumes:
-            return SetVolumeActive(m_activity, entry.volumeId);
+            return SetVolumeActive(m_enable, entry.volumeId);
         case AddressKind::Slots:
         case AddressKind::SlotSide:
             return SetSlotVolumesActive(entry);
@@ -50,19 +43,17 @@ Status CAble::SetItemActive(const ItemAddress& entry) const {
 
 Status CAble::SetSlotVolumesActive(const ItemAddress& entry) const {
     SlotIterator slots;
-    Status status = slots.Initialize(entry.jukeboxId, entry.magazine, entry.slot, entry.side);
+    Status status = slots.Initialize(entry);
     if (!status.IsOk()) return status;
 
     const SlotPosition& position = slots.Position();
-    if (entry.side < kNoSideGiven || entry.side > kBothSides)
+    if (position.side < kUnset || position.side > kBothSides)
         return Status::SystemError(os_code::kInvalidCommandLine);
-    const bool oneSide = entry.side == kSideA || entry.side == kSideB;
-    const int32_t first = oneSide ? entry.side : kSideA;
-    const int32_t last = oneSide ? entry.side : kSideB;
-    for (int32_t side = first; status.IsOk() && side <= last; ++side) {
+    const SideRange sides = SidesOf(position.side);
+    for (int32_t side = sides.first; status.IsOk() && side <= sides.last; ++side) {
         SideRecord record;
-        status = GetSideInfo(MakeSideKey(position.jukeboxId, position.magazine, position.slot, side), record);
-        if (status.IsOk() && record.volumeId > 0) status = SetVolumeActive(m_activity, record.volumeId);
+        status = GetSideInfo(position.GetSideKey(side), record);
+        if (status.IsOk() && record.volumeId > 0) status = SetVolumeActive(m_enable, record.volumeId);
     }
     return status;
 }

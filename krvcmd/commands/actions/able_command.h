@@ -11,27 +11,27 @@ class CAble : public CCommand {
   public:
     Status Run() override;
 
-    // Switches the volumes on the addressed sides of a slot (-1 or 2: both sides); a side without a volume is
-    // passed over. The jukebox of the entry is resolved. System error 22 for a side that there is not.
+    // Switches the volumes on the addressed sides of a slot (no side or 2: both); a side without a volume is
+    // passed over. The jukebox of the entry is an ID. System error 22 for an unknown side.
     Status SetSlotVolumesActive(const ItemAddress& entry) const;
 
   protected:
-    explicit CAble(Activity activity) : m_activity(activity) {}
+    explicit CAble(Enable enable) : m_enable(enable) {}
 
   private:
     Status SetItemActive(const ItemAddress& entry) const;
 
-    Activity m_activity;
+    Enable m_enable;
 };
 
 class CEnable : public CAble {
   public:
-    CEnable() : CAble(Activity::Enable) {}
+    CEnable() : CAble(Enable::Yes) {}
 };
 
 class CDisable : public CAble {
   public:
-    CDisable() : CAble(Activity::Disable) {}
+    CDisable() : CAble(Enable::No) {}
 };
 
 }  // namespace krvcmd

@@ -15,16 +15,11 @@ class CFormat : public CCommand, public CWorker {
     Status Work(const SlotPosition& position) override;
 
   private:
-    struct SideRange {
-        int32_t first;
-        int32_t last;
-    };
-
-    // Which sides of the medium to work on. System error 22 for a side that does not exist.
+    // Which sides of the medium to work on. System error 22 for an unknown side.
     Status ChooseSides(const SlotPosition& position, SideRange& sides) const;
 
-    // One library call for one side (0 = A, 1 = B, 2 = the whole medium).
-    Status FormatSide(const SlotPosition& position, int32_t side) const;
+    // One library call for side A, side B or the whole medium.
+    Status FormatSide(const SideKey& key) const;
 
     bool m_hasLabel = false;
     std::string m_label;

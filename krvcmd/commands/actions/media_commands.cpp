@@ -2,22 +2,15 @@
 
 #include "krvcmd/service/access/item_lookup.h"
 #include "krvcmd/service/access/media_calls.h"
-#include "krvcmd/service/sdk/keys.h"
+#include "krvcmd/service/sdk/codes.h"
 
 namespace krvcmd {
 namespace {
 
-constexpr uint32_t kAlreadyDone = 4;  // service answer: the slot is as it was wanted
-constexpr int32_t kBothSides = 2;
-
 // A slot that is already as wanted counts as done. Only the service's own answer does: the system
 // error of the same number is an interruption.
 Status TreatAlreadyDoneAsSuccess(const Status& status) {
-    return status.IsServiceError() && status.Code() == kAlreadyDone ? Status() : status;
-}
-
-SlotKey SlotKeyOf(const SlotPosition& position) {
-    return MakeSlotKey(position.jukeboxId, position.magazine, position.slot);
+    return status.IsServiceError() && status.Code() == service_code::kAlreadyDone ? Status() : status;
 }
 
 }  // namespace
@@ -35,11 +28,11 @@ Status CImport::Run() {
     // Not ResolveAddressedJukebox: a volume address makes no exception here and is not resolved.
     Status status = ResolveJukebox(Addresses().Front(), jukeboxId);
     if (!status.IsOk()) return status;
-    return WorkOnEntries(Kind(), Addresses(), jukeboxId, NoMedium::EndsWalk);
+    return WorkOnEntries(Kind(), Addresses(), jukeboxId, {.repeat = m_repeat, .stopWhenNoMedium = true});
 }
 
 Status CImport::Work(const SlotPosition& position) {
-    return TreatAlreadyDoneAsSuccess(ImportMedium(SlotKeyOf(position)));
+    return TreatAlreadyDoneAsSuccess(ImportMedium(position.GetSlotKey()));
 }
 
 Status CExport::ParseOptions() {
@@ -52,11 +45,11 @@ Status CExport::Run() {
     int32_t jukeboxId = -1;
     Status status = ResolveAddressedJukebox(jukeboxId);
     if (!status.IsOk()) return status;
-    return WorkOnEntries(Kind(), Addresses(), jukeboxId, NoMedium::PassesOver);
+    return WorkOnEntries(Kind(), Addresses(), jukeboxId, {.repeat = m_repeat});
 }
 
 Status CExport::Work(const SlotPosition& position) {
-    return TreatAlreadyDoneAsSuccess(ExportMedium(SlotKeyOf(position)));
+    return TreatAlreadyDoneAsSuccess(ExportMedium(position.GetSlotKey()));
 }
 
 Status CScan::Run() {
@@ -64,14 +57,12 @@ Status CScan::Run() {
     int32_t jukeboxId = -1;
     Status status = ResolveAddressedJukebox(jukeboxId);
     if (!status.IsOk()) return status;
-    return WorkOnEntries(Kind(), Addresses(), jukeboxId, NoMedium::PassesOver);
+    return WorkOnEntries(Kind(), Addresses(), jukeboxId, {});
 }
 
 Status CScan::Work(const SlotPosition& position) {
-    const int32_t side = position.side < 0 ? kBothSides : position.side;
-    if (side > kBothSides) return Status::SystemError(os_code::kInvalidCommandLine);
-    return TreatAlreadyDoneAsSuccess(
-        ScanMedium(MakeSideKey(position.jukeboxId, position.magazine, position.slot, kBothSides)));
+    if (position.side > kBothSides) return Status::SystemError(os_code::kInvalidCommandLine);
+    return TreatAlreadyDoneAsSuccess(ScanMedium(position.GetSideKey(kBothSides)));
 }
 
 }  // namespace krvcmd

@@ -1,82 +1,77 @@
 #include "krvcmd/commands/base/worker.h"
 
+#include <algorithm>
 #include <limits>
+#include <optional>
 
-#include "krvcmd/service/access/slot_iterator.h"
-#include "krvcmd/service/access/volume_lookup.h"
+#include "krvcmd/service/access/item_lookup.h"
 #include "krvcmd/service/interrupt/interrupt.h"
+#include "krvcmd/service/sdk/codes.h"
 
 namespace krvcmd {
 namespace {
 
-// The service's answers that steer a walk.
-constexpr uint32_t kEndOfSlots = os_code::kNoSuchItem;
-constexpr uint32_t kInterruptedByOperator = 7;
-constexpr uint32_t kNoMediumCode = 501;
-constexpr uint32_t kSlotNotUsable = 502;
-
-WorkLevel ChooseLevel(int32_t repeat, int32_t magazine, int32_t slot) {
-    if (repeat != 0) return WorkLevel::Slot;
-    if (magazine < 0 && slot < 0) return WorkLevel::Jukebox;
-    return slot < 0 ? WorkLevel::Magazine : WorkLevel::Slot;
+WorkLevel ChooseLevel(int32_t repeat, const ItemAddress& address) {
+    if (repeat != 0 || address.slot.has_value()) return WorkLevel::Slot;
+    return address.magazine.has_value() ? WorkLevel::Magazine : WorkLevel::Jukebox;
 }
 
-// The one-based number of a zero-based index from the library, which may be any number.
-int32_t OneBased(int32_t index) {
-    return index == std::numeric_limits<int32_t>::max() ? index : index + 1;
+// An index in a location as an address gives it. The library may answer any number: one below -1 is no
+// address, and the largest number has no index.
+std::optional<int32_t> AddressedIndex(int32_t index) {
+    if (index < kUnset) return std::nullopt;
+    return std::min(index, std::numeric_limits<int32_t>::max() - 1);
 }
 
 }  // namespace
 
-Status CWorker::DoWork(int32_t repeat, NoMedium noMedium, int32_t jukeboxId, int32_t magazine, int32_t slot,
-                       int32_t side) {
-    const WorkLevel level = ChooseLevel(repeat, magazine, slot);
-    const bool multiple = repeat != 0 || slot < 0;
-    int64_t remaining = repeat;  // successes still wanted
+Status CWorker::DoWork(const WalkRules& rules, const ItemAddress& address) {
+    const WorkLevel level = ChooseLevel(rules.repeat, address);
+    const bool isWalk = rules.repeat != 0 || !address.slot.has_value();
+    int64_t remaining = rules.repeat;  // successes still wanted
 
     SlotIterator slots;
-    Status status = slots.Initialize(jukeboxId, magazine, slot, side);
+    Status status = slots.Initialize(address);
     if (!status.IsOk()) return status;
     slots.SetLevel(level);
     do {
         status = Work(slots.Position());
         const uint32_t code = status.Code();
-        if (code == kInterruptedByOperator || !multiple) break;
+        if (code == service_code::kStoppedByOperator || !isWalk) break;
         if (status.IsOk()) --remaining;  // only genuine successes count
-        if (noMedium == NoMedium::EndsWalk && code == kNoMediumCode) {
+        if (rules.stopWhenNoMedium && code == service_code::kNoMedium) {
             status = {};
             break;
         }
-        if (code == kNoMediumCode || code == kSlotNotUsable) status = {};
+        if (code == service_code::kNoMedium || code == service_code::kSlotNotUsable) status = {};
         if (status.IsOk()) status = slots.Next();
     } while (status.IsOk() && (level != WorkLevel::Slot || remaining >= 1));
 
-    if (status.Code() == kEndOfSlots) return {};
-    return status;
+    // At the end of the slots the iterator reports the same code as a system error.
+    static_assert(service_code::kNoSuchItem == os_code::kNoSuchItem);
+    return status.Code() == service_code::kNoSuchItem ? Status() : status;
 }
 
 Status CWorker::DoVolume(int32_t volumeId) {
-    SideKey location;
-    bool found = false;
-    Status status = ReadFirstVolumeLocation(volumeId, location, found);
-    if (!status.IsOk() || !found) return status;
-    return DoWork(0, NoMedium::EndsWalk, location.jukeboxId, OneBased(location.magazine),
-                  OneBased(location.slot), location.side);
-}
-
-Status CWorker::WorkOnEntry(AddressKind kind, const ItemAddress& entry, int32_t jukeboxId,
-                            NoMedium noMedium) {
-    if (kind == AddressKind::Volumes) return DoVolume(entry.volumeId);
-    return DoWork(m_repeat, noMedium, jukeboxId, entry.magazine, entry.slot, entry.side);
+    std::optional<SideKey> location;
+    Status status = GetFirstVolumeLocation(volumeId, location);
+    if (!status.IsOk() || !location.has_value()) return status;
+    ItemAddress address;
+    address.jukeboxId = location->jukeboxId;
+    address.magazine = AddressedIndex(location->magazine);
+    address.slot = AddressedIndex(location->slot);
+    address.side = location->side;
+    return DoWork({.stopWhenNoMedium = true}, address);
 }
 
 Status CWorker::WorkOnEntries(AddressKind kind, const ItemAddressList& addresses, int32_t jukeboxId,
-                              NoMedium noMedium) {
+                              const WalkRules& rules) {
     Status status;
     if (kind == AddressKind::Drive) return status;
-    for (const ItemAddress& entry : addresses) {
+    for (ItemAddress entry : addresses) {
         if (InterruptRequested()) break;
-        status = WorkOnEntry(kind, entry, jukeboxId, noMedium);
+        entry.jukeboxId = jukeboxId;
+        status = kind == AddressKind::Volumes ? DoVolume(entry.volumeId) : DoWork(rules, entry);
     }
     return status;
 }

@@ -94,7 +94,7 @@ void AddDevice(RowBuilder& row, const DeviceIdentity& device) {
 }
 
 void AddMediaType(RowBuilder& row, uint32_t mediumCode) {
-    if (mediumCode != kNoMediumCode) row.Word(column_id::kMediaType, MediaTypeText(mediumCode));
+    if (mediumCode != krvcmd::kNoMedium) row.Word(column_id::kMediaType, MediaTypeText(mediumCode));
 }
 
 void AddVolumeCells(RowBuilder& row, const VolumeInfo& volume) {

@@ -22,9 +22,6 @@ std::string_view RecordedStateText(uint32_t state);
 std::string_view FinalizationText(uint32_t state);
 std::string_view MediaTypeText(uint32_t code);
 
-// The media type code of a slot or side without a medium.
-inline constexpr uint32_t kNoMediumCode = 255;
-
 // Where a disc side lies: the jukebox's name, the magazine (only when the jukebox has more than one), the
 // slot and the side, such as "Tower\3\12.B" or "Tower\12.A".
 std::string FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& key);

@@ -67,49 +67,57 @@ bool HasListWhereSingleIsNeeded(const AddressParameters& given) {
     return given.drive != nullptr && IsMultiple(given.jukebox);
 }
 
-// A list given where one number counts, counts with its first number.
-int32_t FirstNumber(const Parameter* parameter) {
-    return parameter == nullptr || parameter->ranges.empty() ? -1 : parameter->ranges.front().from;
+// Where one number counts, a list counts with its first.
+std::optional<int32_t> FirstNumber(const Parameter* parameter) {
+    if (parameter == nullptr || parameter->ranges.empty()) return std::nullopt;
+    return parameter->ranges.front().from;
 }
 
-std::vector<NumberRange> Single(int32_t number) {
-    return {{number, number, false}};
+// The one place where a number of the command line becomes an index.
+int32_t ZeroBased(int32_t number) {
+    return number - 1;
+}
+
+std::optional<int32_t> FirstIndex(const Parameter* parameter) {
+    const std::optional<int32_t> number = FirstNumber(parameter);
+    return number.has_value() ? std::optional(ZeroBased(*number)) : std::nullopt;
 }
 
 ItemAddressList ListEntries(const AddressParameters& given, AddressKind kind) {
     ItemAddress common;
     if (given.jukebox != nullptr) {
-        common.jukeboxId = FirstNumber(given.jukebox);
+        common.jukeboxId = FirstNumber(given.jukebox).value_or(common.jukeboxId);
         common.jukeboxName = given.jukebox->text;
     }
-    common.magazine = FirstNumber(given.magazine);
-    common.slot = FirstNumber(given.slot);
-    common.drive = FirstNumber(given.drive);
+    common.magazine = FirstIndex(given.magazine);
+    common.slot = FirstIndex(given.slot);
+    common.drive = FirstIndex(given.drive);
     if (given.HasOneSide()) common.side = given.sideA != nullptr ? 0 : 1;
 
+    const auto setSlot = [](ItemAddress& entry, int32_t number) { entry.slot = ZeroBased(number); };
+    const auto setMagazine = [](ItemAddress& entry, int32_t number) { entry.magazine = ZeroBased(number); };
+    const auto setVolume = [](ItemAddress& entry, int32_t id) { entry.volumeId = id; };
     switch (kind) {
         case AddressKind::None:
             return {};
         case AddressKind::Volumes:
-            return {common, &ItemAddress::volumeId, given.volume->ranges};
+            return {common, setVolume, given.volume->ranges};
         case AddressKind::SlotSide:
         case AddressKind::Slots:
-            return {common, &ItemAddress::slot, given.slot->ranges};
+            return {common, setSlot, given.slot->ranges};
         case AddressKind::Magazine:
-            return {common, &ItemAddress::magazine, given.magazine->ranges};
+            return {common, setMagazine, given.magazine->ranges};
         case AddressKind::Jukebox:
-            return {common, &ItemAddress::jukeboxId, Single(common.jukeboxId)};
         case AddressKind::Drive:
-            return {common, &ItemAddress::drive, Single(common.drive)};
+            return {common, [](ItemAddress&, int32_t) {}, {NumberRange{}}};
     }
     return {};
 }
 
 }  // namespace
 
-ItemAddressList::ItemAddressList(ItemAddress common, int32_t ItemAddress::*varying,
-                                 std::vector<NumberRange> numbers)
-    : m_common(std::move(common)), m_varying(varying), m_numbers(std::move(numbers)) {}
+ItemAddressList::ItemAddressList(ItemAddress common, SetNumber setNumber, std::vector<NumberRange> numbers)
+    : m_common(std::move(common)), m_setNumber(setNumber), m_numbers(std::move(numbers)) {}
 
 ItemAddressList::Iterator::Iterator(const ItemAddressList& list) : m_list(&list) {
     if (!list.m_numbers.empty()) m_number = list.m_numbers.front().from;
@@ -118,7 +126,7 @@ ItemAddressList::Iterator::Iterator(const ItemAddressList& list) : m_list(&list)
 
 ItemAddress ItemAddressList::Iterator::operator*() const {
     ItemAddress entry = m_list->m_common;
-    entry.*(m_list->m_varying) = static_cast<int32_t>(m_number);
+    m_list->m_setNumber(entry, static_cast<int32_t>(m_number));
     return entry;
 }
 

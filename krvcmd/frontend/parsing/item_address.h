@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,16 +22,16 @@ enum class AddressKind : int32_t {
     Drive = 7,     // J and D
 };
 
-// One addressed target. Magazine, slot and drive are one-based, as the user wrote them; -1 stands
-// for "not given".
+// One addressed target. Magazine, slot and drive are zero-based: one less than the user wrote, so that 0 on
+// the command line becomes -1.
 struct ItemAddress {
-    int32_t jukeboxId = -1;
+    int32_t jukeboxId = -1;   // below 1: not given
     std::string jukeboxName;  // given instead of an ID
-    int32_t magazine = -1;
-    int32_t slot = -1;
-    int32_t side = -1;  // 0 = A, 1 = B; -1 = none or both given
-    int32_t drive = -1;
-    int32_t volumeId = -1;
+    std::optional<int32_t> magazine;
+    std::optional<int32_t> slot;
+    std::optional<int32_t> side;  // 0 = A, 1 = B; without a value: none or both given
+    std::optional<int32_t> drive;
+    int32_t volumeId = -1;  // below 1: not given
 };
 
 // The addressed targets of one command line: one entry for each number of its lists and ranges.
@@ -41,8 +42,11 @@ class ItemAddressList {
     // An empty list.
     ItemAddressList() = default;
 
-    // Entries are copies of `common`, with `varying` running through `numbers`.
-    ItemAddressList(ItemAddress common, int32_t ItemAddress::*varying, std::vector<NumberRange> numbers);
+    // Puts one number of the command line into an entry.
+    using SetNumber = void (*)(ItemAddress& entry, int32_t number);
+
+    // Entries are copies of `common`, into each of which one number of `numbers` is put.
+    ItemAddressList(ItemAddress common, SetNumber setNumber, std::vector<NumberRange> numbers);
 
     class Iterator {
       public:
@@ -69,7 +73,7 @@ class ItemAddressList {
 
   private:
     ItemAddress m_common;
-    int32_t ItemAddress::*m_varying = nullptr;
+    SetNumber m_setNumber = nullptr;
     std::vector<NumberRange> m_numbers;
 };
 

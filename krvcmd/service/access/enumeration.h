@@ -8,8 +8,8 @@
 namespace krvcmd {
 
 // Steps through the IDs that one of the library's enumerations yields. The enumeration ends,
-// without any error, when a step fails or yields an ID below 1. It also ends when it comes round
-// to an ID that it has been at: a library that goes in circles must not hang the program.
+// without any error, when a step fails or yields an ID below 1. It also ends at an ID that it has
+// been at before: a library that goes in circles must not hang the program.
 class IdEnumeration {
   public:
     // KrvGetNextJukebox or KrvGetNextVolume.
@@ -24,19 +24,18 @@ class IdEnumeration {
     int32_t Id() const { return static_cast<int32_t>(m_id); }
 
   private:
-    bool HasComeRound(uint32_t id);
+    bool IsRepeated(uint32_t id);
 
     NextFunction m_next;
     uint32_t m_id = 0;
-    // An earlier ID of the walk, replaced after 1, 2, 4, 8, ... steps. A walk in circles meets it
-    // at the latest when the distance to its replacement is the circle's length.
+    // An earlier ID, replaced after 1, 2, 4, 8, ... steps (Brent's cycle detection).
     uint32_t m_milestone = 0;
     uint64_t m_steps = 0;
     uint64_t m_nextMilestone = 1;
 };
 
-// Calls `handle` (jukebox or volume ID → Status) for each ID until one is not handled with
-// success. Gives the last status; success when there is no ID.
+// Calls `handle` (jukebox or volume ID → Status) for each ID up to the first that fails. Returns the last
+// status; success when there is no ID.
 template <class Handler>
 Status ForEachId(IdEnumeration::NextFunction next, Handler handle) {
     Status status;

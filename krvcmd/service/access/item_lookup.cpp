@@ -3,64 +3,24 @@
 #include <string_view>
 
 #include "krvcmd/service/access/enumeration.h"
-#include "krvcmd/service/access/library_call.h"
+#include "krvcmd/service/access/session.h"
 #include "krvcmd/service/sdk/keys.h"
-#include "krvcmd/service/sdk/records.h"
 
 namespace krvcmd {
 namespace {
 
-// The media type code that stands for "not told yet".
-constexpr uint32_t kUnknownMedium = 254;
-
-}  // namespace
-
-Status GetJukebox(int32_t jukeboxId, JukeboxInfo& jukebox) {
-    jukebox.key = MakeJukeboxKey(jukeboxId);
-    jukebox.record = {};
-    jukebox.record.size = sizeof(JukeboxRecord);
-    jukebox.record.driveCount = -1;
-    jukebox.record.magazineCount = -1;
-    return CallLibrary(KrvGetJukebox, &jukebox.key, &jukebox.record);
+template <class Function, class Key, class Record>
+Status LookUp(Function function, const Key& key, Record& record) {
+    Preset(record);
+    return CallLibrary(function, &key, &record);
 }
 
-Status GetMagazineInfo(int32_t jukeboxId, int32_t magazine, MagazineRecord& record) {
-    const MagazineKey key = MakeMagazineKey(jukeboxId, magazine);
-    record = {};
-    record.size = sizeof(MagazineRecord);
-    record.slotCount = -1;
-    return CallLibrary(KrvGetMagazine, &key, &record);
+// One call of a function that lists something of the volume.
+template <class Function>
+auto ListOf(Function function, int32_t volumeId) {
+    const auto id = static_cast<uint32_t>(volumeId);
+    return [function, id](auto... arguments) { return CallLibrary(function, id, arguments...); };
 }
-
-Status GetDriveInfo(int32_t jukeboxId, int32_t drive, DriveRecord& record) {
-    const DriveKey key = MakeDriveKey(jukeboxId, drive);
-    record = {};
-    record.size = sizeof(DriveRecord);
-    return CallLibrary(KrvGetDrive, &key, &record);
-}
-
-Status GetSlotInfo(int32_t jukeboxId, int32_t magazine, int32_t slot, SlotRecord& record) {
-    const SlotKey key = MakeSlotKey(jukeboxId, magazine, slot);
-    record = {};
-    record.size = sizeof(SlotRecord);
-    record.mediumCode = kUnknownMedium;
-    return CallLibrary(KrvGetSlot, &key, &record);
-}
-
-Status GetSideInfo(const SideKey& key, SideRecord& record) {
-    record = {};
-    record.size = sizeof(SideRecord);
-    record.mediumCode = kUnknownMedium;
-    record.volumeId = -1;
-    return CallLibrary(KrvGetSide, &key, &record);
-}
-
-Status CheckJukebox(int32_t jukeboxId) {
-    JukeboxInfo jukebox;
-    return GetJukebox(jukeboxId, jukebox);
-}
-
-namespace {
 
 // A jukebox that cannot be described is passed over.
 bool HasName(int32_t jukeboxId, std::string_view name) {
@@ -70,8 +30,51 @@ bool HasName(int32_t jukeboxId, std::string_view name) {
 
 }  // namespace
 
+Status GetJukebox(int32_t jukeboxId, JukeboxInfo& jukebox) {
+    jukebox.key = MakeJukeboxKey(jukeboxId);
+    return LookUp(KrvGetJukebox, jukebox.key, jukebox.record);
+}
+
+Status GetMagazineInfo(const MagazineKey& key, MagazineRecord& record) {
+    return LookUp(KrvGetMagazine, key, record);
+}
+
+Status GetDriveInfo(const DriveKey& key, DriveRecord& record) {
+    return LookUp(KrvGetDrive, key, record);
+}
+
+Status GetSlotInfo(const SlotKey& key, SlotRecord& record) {
+    return LookUp(KrvGetSlot, key, record);
+}
+
+Status GetSideInfo(const SideKey& key, SideRecord& record) {
+    return LookUp(KrvGetSide, key, record);
+}
+
+Status GetVolume(int32_t volumeId, VolumeInfo& volume) {
+    volume.volumeId = volumeId;
+    volume.aspects.clear();
+    Preset(volume.record);
+    Status status = CallLibrary(KrvVolumeDetail, static_cast<uint32_t>(volumeId), &volume.record);
+    if (!status.IsOk()) return status;
+    return ReadAspects(ListOf(KrvVolumeAspects, volumeId), volume.aspects);
+}
+
+Status GetVolumeLocations(int32_t volumeId, std::vector<SideKey>& locations) {
+    return ReadLocations(ListOf(KrvVolumeLocations, volumeId), locations);
+}
+
+Status GetFirstVolumeLocation(int32_t volumeId, std::optional<SideKey>& location) {
+    return ReadFirstLocation(ListOf(KrvVolumeLocations, volumeId), location);
+}
+
+Status CheckJukebox(int32_t jukeboxId) {
+    JukeboxInfo jukebox;
+    return GetJukebox(jukeboxId, jukebox);
+}
+
 Status ResolveJukebox(const ItemAddress& address, int32_t& jukeboxId) {
-    jukeboxId = -1;
+    jukeboxId = kUnset;
     if (address.jukeboxId >= 1) {
         jukeboxId = address.jukeboxId;
         return CheckJukebox(jukeboxId);

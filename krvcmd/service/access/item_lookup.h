@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "krvcmd/frontend/base/status.h"
 #include "krvcmd/frontend/parsing/item_address.h"
@@ -9,14 +12,23 @@
 
 namespace krvcmd {
 
-// One question to the library each. Numbers are zero-based. Every record is preset as the library
-// expects it before the call; on a service error it holds what the library left in it.
+// One item each, asked for afresh. Jukeboxes and volumes are named by their IDs, everything else by its key.
+// A record is preset before the call; on a service error it holds what the library left in it.
 
 Status GetJukebox(int32_t jukeboxId, JukeboxInfo& jukebox);
-Status GetMagazineInfo(int32_t jukeboxId, int32_t magazine, MagazineRecord& record);
-Status GetDriveInfo(int32_t jukeboxId, int32_t drive, DriveRecord& record);
-Status GetSlotInfo(int32_t jukeboxId, int32_t magazine, int32_t slot, SlotRecord& record);
+Status GetMagazineInfo(const MagazineKey& key, MagazineRecord& record);
+Status GetDriveInfo(const DriveKey& key, DriveRecord& record);
+Status GetSlotInfo(const SlotKey& key, SlotRecord& record);
 Status GetSideInfo(const SideKey& key, SideRecord& record);
+
+// The volume's record and its aspects.
+Status GetVolume(int32_t volumeId, VolumeInfo& volume);
+
+// Where the volume lies. A volume that lies nowhere has no location, which is no error.
+Status GetVolumeLocations(int32_t volumeId, std::vector<SideKey>& locations);
+
+// As GetVolumeLocations, but only one location is asked for, however many there are.
+Status GetFirstVolumeLocation(int32_t volumeId, std::optional<SideKey>& location);
 
 // Asks for the jukebox only to learn whether the library knows it.
 Status CheckJukebox(int32_t jukeboxId);

@@ -1,6 +1,6 @@
 #include "krvcmd/service/access/media_calls.h"
 
-#include "krvcmd/service/access/library_call.h"
+#include "krvcmd/service/access/session.h"
 #include "krvcmd/service/sdk/keys.h"
 
 namespace krvcmd {
@@ -29,24 +29,22 @@ Status FormatVolume(const SideKey& key, const FormatOptions& options) {
     return CallLibrary(KrvVolumeFormat, &key, &options);
 }
 
-Status SetJukeboxActive(Activity activity, int32_t jukeboxId) {
+Status SetJukeboxActive(Enable enable, int32_t jukeboxId) {
     const JukeboxKey key = MakeJukeboxKey(jukeboxId);
-    return CallLibrary(activity == Activity::Enable ? KrvActivateJukebox : KrvDeactivateJukebox, &key);
+    return CallLibrary(enable == Enable::Yes ? KrvActivateJukebox : KrvDeactivateJukebox, &key);
 }
 
-Status SetMagazineActive(Activity activity, int32_t jukeboxId, int32_t magazine) {
-    const MagazineKey key = MakeMagazineKey(jukeboxId, magazine);
-    return CallLibrary(activity == Activity::Enable ? KrvActivateMagazine : KrvDeactivateMagazine, &key);
+Status SetMagazineActive(Enable enable, const MagazineKey& key) {
+    return CallLibrary(enable == Enable::Yes ? KrvActivateMagazine : KrvDeactivateMagazine, &key);
 }
 
-Status SetDriveActive(Activity activity, int32_t jukeboxId, int32_t drive) {
-    const DriveKey key = MakeDriveKey(jukeboxId, drive);
-    return CallLibrary(activity == Activity::Enable ? KrvActivateDrive : KrvDeactivateDrive, &key);
+Status SetDriveActive(Enable enable, const DriveKey& key) {
+    return CallLibrary(enable == Enable::Yes ? KrvActivateDrive : KrvDeactivateDrive, &key);
 }
 
-Status SetVolumeActive(Activity activity, int32_t volumeId) {
+Status SetVolumeActive(Enable enable, int32_t volumeId) {
     const auto id = static_cast<uint32_t>(volumeId);
-    if (activity == Activity::Disable) return CallLibrary(KrvVolumeDeactivate, id);
+    if (enable == Enable::No) return CallLibrary(KrvVolumeDeactivate, id);
     return CallLibrary(KrvVolumeActivate, id, static_cast<const void*>(nullptr));
 }
 

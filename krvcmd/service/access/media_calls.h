@@ -8,8 +8,7 @@
 
 namespace krvcmd {
 
-// One call to the library each: what moves, rewrites, switches and renames items. The keys are
-// zero-based (makers in keys.h).
+// One call to the library each. Jukeboxes and volumes are named by their IDs, everything else by its key.
 
 Status ImportMedium(const SlotKey& key);
 Status ExportMedium(const SlotKey& key);
@@ -19,12 +18,12 @@ Status EraseVolume(const SideKey& key);
 Status FinalizeMedium(const SideKey& key);
 Status FormatVolume(const SideKey& key, const FormatOptions& options);
 
-enum class Activity { Enable, Disable };
+enum class Enable : bool { No, Yes };
 
-Status SetJukeboxActive(Activity activity, int32_t jukeboxId);
-Status SetMagazineActive(Activity activity, int32_t jukeboxId, int32_t magazine);
-Status SetDriveActive(Activity activity, int32_t jukeboxId, int32_t drive);
-Status SetVolumeActive(Activity activity, int32_t volumeId);
+Status SetJukeboxActive(Enable enable, int32_t jukeboxId);
+Status SetMagazineActive(Enable enable, const MagazineKey& key);
+Status SetDriveActive(Enable enable, const DriveKey& key);
+Status SetVolumeActive(Enable enable, int32_t volumeId);
 
 Status RenameJukebox(int32_t jukeboxId, const std::string& newName);
 Status SetVolumeDirectory(int32_t volumeId, const std::string& directory);

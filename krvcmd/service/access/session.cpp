@@ -1,8 +1,11 @@
 #include "krvcmd/service/access/session.h"
 
-#include "krvcmd/service/access/library_call.h"
-
 namespace krvcmd {
+
+KrvSession& GetSession() {
+    static KrvSession session = 0;
+    return session;
+}
 
 Status OpenSession(const std::string& serverName) {
     return CallLibrary(KrvSessionCreate, serverName.c_str(), &GetSession());
@@ -10,8 +13,7 @@ Status OpenSession(const std::string& serverName) {
 
 void CloseSession() {
     // Also after an interruption, so not by way of CallLibrary.
-    CallContext context;
-    (void)KrvSessionClose(context.Get());
+    (void)CallInSession(GetSession(), KrvSessionClose);
 }
 
 Status StartService(const std::string& serverName) {

@@ -3,8 +3,20 @@
 #include <string>
 
 #include "krvcmd/frontend/base/status.h"
+#include "krvcmd/service/interrupt/interrupt.h"
+#include "krvcmd/service/sdk/call.h"
 
 namespace krvcmd {
+
+// The program-wide session handle; 0 until the library writes it when a session is created.
+KrvSession& GetSession();
+
+// Calls `function` in the program's session. After an interruption the call is not made: system error 4.
+template <class Function, class... Arguments>
+Status CallLibrary(Function function, Arguments... arguments) {
+    if (InterruptRequested()) return Status::SystemError(os_code::kInterrupted);
+    return CallInSession(GetSession(), function, arguments...);
+}
 
 // Opens the program's one session, with the service on `serverName` ("." = the local machine).
 Status OpenSession(const std::string& serverName);

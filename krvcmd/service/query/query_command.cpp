@@ -1,9 +1,13 @@
 #include "krvcmd/service/query/query_command.h"
 
+#include <algorithm>
+#include <optional>
+
 #include "krvcmd/frontend/base/memory_guard.h"
 #include "krvcmd/frontend/report/result_line.h"
 #include "krvcmd/service/access/enumeration.h"
 #include "krvcmd/service/interrupt/interrupt.h"
+#include "krvcmd/service/sdk/keys.h"
 
 namespace krvcmd {
 namespace {
@@ -14,9 +18,9 @@ Status InvalidQuery() {
     return Status::SystemError(os_code::kInvalidCommandLine);
 }
 
-// A number as the user wrote it, made zero-based; -1 (not given) stays.
-int32_t ZeroBased(int32_t number) {
-    return number >= 1 ? number - 1 : number;
+// The number 0 on the command line is the index -1: the first item.
+int32_t IndexOrUnset(std::optional<int32_t> index) {
+    return index.has_value() ? std::max(*index, 0) : kUnset;
 }
 
 }  // namespace
@@ -103,7 +107,10 @@ Status CQuery::GatherDrives(int32_t jukeboxId) {
     if (AddressesAllJukeboxes()) {
         return ForEachJukebox([this](int32_t id) { return m_walks.ListDrives(id); });
     }
-    if (Kind() == AddressKind::Drive) return m_walks.ListDrive(jukeboxId, Addresses().Front().drive - 1);
+    if (Kind() == AddressKind::Drive) {
+        const int32_t drive = Addresses().Front().drive.value_or(kUnset);
+        return m_walks.ListDrive(MakeDriveKey(MakeJukeboxKey(jukeboxId), drive));
+    }
     return m_walks.ListDrives(jukeboxId);
 }
 
@@ -112,29 +119,35 @@ Status CQuery::GatherSlotsOrVolumes(QueryObject object, int32_t jukeboxId) {
     m_walks.SetSlotRows(object == QueryObject::Slots ? SlotRows::Add : SlotRows::LeaveOut);
     if (Kind() == AddressKind::None) {
         if (object == QueryObject::Volumes) return m_walks.ListAllVolumes();
-        return ForEachJukebox([this](int32_t id) { return WalkSlots(id, -1, -1, -1); });
+        return ForEachJukebox([this](int32_t id) {
+            ItemAddress wholeJukebox;
+            wholeJukebox.jukeboxId = id;
+            return WalkSlots(wholeJukebox);
+        });
     }
     // A failed entry does not end the loop: the last entry's result is the result.
     Status status;
-    for (const ItemAddress& entry : Addresses()) {
+    for (ItemAddress entry : Addresses()) {
         if (InterruptRequested()) break;
-        status = GatherEntry(entry, jukeboxId);
+        entry.jukeboxId = jukeboxId;
+        status = GatherEntry(entry);
     }
     return status;
 }
 
-Status CQuery::GatherEntry(const ItemAddress& entry, int32_t jukeboxId) {
+Status CQuery::GatherEntry(const ItemAddress& entry) {
     switch (Kind()) {
         case AddressKind::Volumes:
-            return m_walks.ListVolume(-1, entry.volumeId);
+            return m_walks.ListVolume(QueryWalks::kNoJukebox, entry.volumeId);
         case AddressKind::Jukebox:
         case AddressKind::Magazine:
         case AddressKind::Slots:
-            return WalkSlots(jukeboxId, entry.magazine, entry.slot, entry.side);
+            return WalkSlots(entry);
         case AddressKind::SlotSide:
             // Straight to the slot: without a magazine the library takes the slot's number as
             // counting through the whole jukebox.
-            return m_walks.ListSlot(jukeboxId, ZeroBased(entry.magazine), ZeroBased(entry.slot), entry.side);
+            return m_walks.ListSlot({entry.jukeboxId, IndexOrUnset(entry.magazine), IndexOrUnset(entry.slot),
+                                     entry.side.value_or(kUnset)});
         case AddressKind::None:
         case AddressKind::Drive:
             break;
@@ -142,12 +155,12 @@ Status CQuery::GatherEntry(const ItemAddress& entry, int32_t jukeboxId) {
     return InvalidQuery();
 }
 
-Status CQuery::WalkSlots(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side) {
-    return DoWork(0, NoMedium::PassesOver, jukeboxId, magazine, slot, side);
+Status CQuery::WalkSlots(const ItemAddress& address) {
+    return DoWork({}, address);
 }
 
 Status CQuery::Work(const SlotPosition& position) {
-    return m_walks.ListSlot(position.jukeboxId, position.magazine, position.slot, position.side);
+    return m_walks.ListSlot(position);
 }
 
 }  // namespace krvcmd

@@ -47,10 +47,8 @@ class CQuery : public CCommand, public CWorker {
     Status GatherMagazines(int32_t jukeboxId);
     Status GatherDrives(int32_t jukeboxId);
     Status GatherSlotsOrVolumes(QueryObject object, int32_t jukeboxId);
-    Status GatherEntry(const ItemAddress& entry, int32_t jukeboxId);
-
-    // Walks slots, one-based; -1 where not given.
-    Status WalkSlots(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side);
+    Status GatherEntry(const ItemAddress& entry);
+    Status WalkSlots(const ItemAddress& address);
 
     // Items that a query of jukeboxes, magazines or drives takes as "no address".
     bool AddressesAllJukeboxes() const {

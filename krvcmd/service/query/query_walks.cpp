@@ -2,20 +2,10 @@
 
 #include "krvcmd/service/access/enumeration.h"
 #include "krvcmd/service/access/item_lookup.h"
-#include "krvcmd/service/access/volume_lookup.h"
 #include "krvcmd/service/interrupt/interrupt.h"
-#include "krvcmd/service/sdk/keys.h"
+#include "krvcmd/service/sdk/codes.h"
 
 namespace krvcmd {
-namespace {
-
-constexpr uint32_t kSlotEmpty = 3;
-constexpr uint32_t kSlotFull = 4;
-constexpr uint32_t kSideUnreadable = 3;  // service code
-constexpr int32_t kSideA = 0;
-constexpr int32_t kSideB = 1;
-
-}  // namespace
 
 Status QueryWalks::ListJukeboxes(int32_t jukeboxId) {
     const auto list = [this](int32_t id) {
@@ -32,10 +22,11 @@ Status QueryWalks::ListMagazines(int32_t jukeboxId) {
     Status status = GetJukebox(jukeboxId, jukebox);
     if (!status.IsOk()) return status;
     for (int32_t m = 0; m < jukebox.record.magazineCount && !InterruptRequested(); ++m) {
+        const MagazineKey key = MakeMagazineKey(jukebox.key, m);
         MagazineRecord record;
-        Status found = GetMagazineInfo(jukeboxId, m, record);
+        Status found = GetMagazineInfo(key, record);
         if (found.IsOk()) {
-            m_table.AddMagazineRow(jukebox, MakeMagazineKey(jukeboxId, m), record);
+            m_table.AddMagazineRow(jukebox, key, record);
         } else {
             status = found;
         }
@@ -49,61 +40,60 @@ Status QueryWalks::ListDrives(int32_t jukeboxId) {
     if (!status.IsOk()) return status;
     status = Status::SystemError(os_code::kNoSuchItem);
     for (int32_t d = 0; d < jukebox.record.driveCount && !InterruptRequested(); ++d) {
-        status = ListDrive(jukeboxId, d);
+        status = ListDrive(MakeDriveKey(jukebox.key, d));
     }
     return status;
 }
 
-Status QueryWalks::ListDrive(int32_t jukeboxId, int32_t drive) {
+Status QueryWalks::ListDrive(const DriveKey& key) {
     JukeboxInfo jukebox;
-    Status status = GetJukebox(jukeboxId, jukebox);
+    Status status = GetJukebox(key.jukeboxId, jukebox);
     if (!status.IsOk()) return status;
     DriveRecord record;
-    status = GetDriveInfo(jukeboxId, drive, record);
-    if (status.IsOk()) m_table.AddDriveRow(jukebox, MakeDriveKey(jukeboxId, drive), record);
+    status = GetDriveInfo(key, record);
+    if (status.IsOk()) m_table.AddDriveRow(jukebox, key, record);
     return status;
 }
 
-Status QueryWalks::ListSlot(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side) {
+Status QueryWalks::ListSlot(const SlotPosition& position) {
     JukeboxInfo jukebox;
-    Status status = GetJukebox(jukeboxId, jukebox);
+    Status status = GetJukebox(position.jukeboxId, jukebox);
     if (!status.IsOk()) return status;
+    const SlotKey key = position.GetSlotKey();
     SlotRecord record;
-    status = GetSlotInfo(jukeboxId, magazine, slot, record);
+    status = GetSlotInfo(key, record);
     if (!status.IsOk()) return status;
 
-    if (record.state != kSlotFull) {
-        const bool addRow = m_slotRows == SlotRows::Add && record.state != kSlotEmpty;
-        if (addRow) m_table.AddSlotRow(jukebox, MakeSlotKey(jukeboxId, magazine, slot), record);
+    if (record.state != slot_state::kFull) {
+        const bool addRow = m_slotRows == SlotRows::Add && record.state != slot_state::kEmpty;
+        if (addRow) m_table.AddSlotRow(jukebox, key, record);
         return status;
     }
-    const bool oneSide = side == kSideA || side == kSideB;
-    const int32_t first = oneSide ? side : kSideA;
-    const int32_t last = oneSide ? side : kSideB;
-    for (int32_t s = first; s <= last; ++s) {
-        status = ListSide(MakeSideKey(jukeboxId, magazine, slot, s));
-    }
-    return status.Code() == kSideUnreadable ? Status() : status;
+    const SideRange sides = SidesOf(position.side);
+    for (int32_t side = sides.first; side <= sides.last; ++side)
+        status = ListSide(MakeSideKey(key, side));
+    return status.Code() == service_code::kSideUnreadable ? Status() : status;
 }
 
 Status QueryWalks::ListSide(const SideKey& key) {
     SideRecord record;
     Status status = GetSideInfo(key, record);
-    const bool usable = status.IsOk() || status.Code() == kSideUnreadable;
-    if (!usable || record.volumeId < 1) return status;
-    return ListVolume(key.jukeboxId, record.volumeId);
+    const bool isUsable = status.IsOk() || status.Code() == service_code::kSideUnreadable;
+    if (!isUsable || record.volumeId < 1) return status;
+    return ListVolume(MakeJukeboxKey(key.jukeboxId), record.volumeId);
 }
 
-Status QueryWalks::ListVolume(int32_t jukeboxId, int32_t volumeId) {
+Status QueryWalks::ListVolume(const JukeboxKey& jukeboxKey, int32_t volumeId) {
     Status status = GetVolume(volumeId, m_volume);
     if (!status.IsOk()) return status;
-    status = ReadVolumeLocations(volumeId, m_locations);
+    status = GetVolumeLocations(volumeId, m_locations);
     if (!status.IsOk()) return status;
     if (m_locations.empty()) {
         m_table.AddVolumeRow(m_volume);
         return status;
     }
-    if (jukeboxId < 1) jukeboxId = m_locations.front().jukeboxId;
+    const bool hasJukebox = jukeboxKey.jukeboxId >= 1;
+    const int32_t jukeboxId = hasJukebox ? jukeboxKey.jukeboxId : m_locations.front().jukeboxId;
     for (const SideKey& location : m_locations)
         status = ListVolumeAt(jukeboxId, location, m_volume);
     return status;
@@ -120,7 +110,7 @@ Status QueryWalks::ListVolumeAt(int32_t jukeboxId, const SideKey& location, cons
 }
 
 Status QueryWalks::ListAllVolumes() {
-    return ForEachVolume([this](int32_t volumeId) { return ListVolume(-1, volumeId); });
+    return ForEachVolume([this](int32_t volumeId) { return ListVolume(kNoJukebox, volumeId); });
 }
 
 }  // namespace krvcmd

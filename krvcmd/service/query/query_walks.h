@@ -5,12 +5,14 @@
 
 #include "krvcmd/console/query/query_table.h"
 #include "krvcmd/frontend/base/status.h"
+#include "krvcmd/service/access/slot_iterator.h"
+#include "krvcmd/service/sdk/keys.h"
 #include "krvcmd/service/sdk/records.h"
 
 namespace krvcmd {
 
 // Looks items up and adds one row for each to a query table. Nothing is cached: every look-up asks
-// the library. Magazine, slot, drive and side are zero-based; a jukebox ID below 1 means "none".
+// the library.
 class QueryWalks {
   public:
     enum class SlotRows { Add, LeaveOut };
@@ -22,7 +24,7 @@ class QueryWalks {
     // them out).
     void SetSlotRows(SlotRows slotRows) { m_slotRows = slotRows; }
 
-    // One jukebox, or all of them without an ID; ends at the first that cannot be described.
+    // One jukebox, or all of them with an ID below 1; ends at the first that cannot be described.
     Status ListJukeboxes(int32_t jukeboxId);
 
     // All magazines. One that cannot be described does not end the walk; the last failure is the
@@ -32,18 +34,20 @@ class QueryWalks {
     // All drives; each drive's result replaces the one before. System error 2: there is none.
     Status ListDrives(int32_t jukeboxId);
 
-    Status ListDrive(int32_t jukeboxId, int32_t drive);
+    Status ListDrive(const DriveKey& key);
 
-    // The volumes of a full slot, or the slot itself. Empty slots are never listed. Side 0 = A,
-    // 1 = B, anything else = both; a side that cannot be read (code 3) is no error.
-    Status ListSlot(int32_t jukeboxId, int32_t magazine, int32_t slot, int32_t side);
+    // The volumes on the sides of a full slot, or the slot itself. Empty slots are never listed. A side that
+    // cannot be read (code 3) is no error.
+    Status ListSlot(const SlotPosition& position);
 
-    // One row for each location of the volume, or one without location. Without a jukebox ID the
-    // first location's jukebox is taken, for every location, deliberately.
-    Status ListVolume(int32_t jukeboxId, int32_t volumeId);
+    // One row for each location of the volume, or one without location. All locations are shown in the
+    // jukebox of the key or, without one (kNoJukebox), in that of the first location, deliberately.
+    Status ListVolume(const JukeboxKey& jukeboxKey, int32_t volumeId);
 
     // Every volume the service knows; ends at the first that fails.
     Status ListAllVolumes();
+
+    static constexpr JukeboxKey kNoJukebox{sizeof(JukeboxKey), kUnset};
 
   private:
     Status ListSide(const SideKey& key);
@@ -51,8 +55,7 @@ class QueryWalks {
 
     Ostrel::UI::Console::CKrvQueryTable& m_table;
     SlotRows m_slotRows = SlotRows::Add;
-    // What is known of the volume at hand. They stay from one volume to the next, so that each finds the
-    // memory of the one before.
+    // The volume being listed. Members, so that each volume reuses the memory of the one before.
     VolumeInfo m_volume;
     std::vector<SideKey> m_locations;
 };

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "krvcmd/service/sdk/codes.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace krvcmd {
@@ -18,13 +19,57 @@ inline std::string_view RecordText(const char (&field)[N]) {
     return {field, end == nullptr ? N : static_cast<size_t>(static_cast<const char*>(end) - field)};
 }
 
-// A jukebox as lookups return it: the key it was asked with (so its ID) and what the library said.
+// Puts a record into the state that the library expects before it fills the record.
+
+inline void Preset(JukeboxRecord& record) {
+    record = {};
+    record.size = sizeof(JukeboxRecord);
+    record.driveCount = -1;
+    record.magazineCount = -1;
+}
+
+inline void Preset(MagazineRecord& record) {
+    record = {};
+    record.size = sizeof(MagazineRecord);
+    record.slotCount = -1;
+}
+
+inline void Preset(DriveRecord& record) {
+    record = {};
+    record.size = sizeof(DriveRecord);
+}
+
+inline void Preset(SlotRecord& record) {
+    record = {};
+    record.size = sizeof(SlotRecord);
+    record.mediumCode = kUnknownMedium;
+}
+
+inline void Preset(SideRecord& record) {
+    record = {};
+    record.size = sizeof(SideRecord);
+    record.mediumCode = kUnknownMedium;
+    record.volumeId = -1;
+}
+
+inline void Preset(VolumeRecord& record) {
+    record = {};
+    record.size = sizeof(VolumeRecord);
+    record.libraryValue1 = -1;
+}
+
+inline void Preset(FormatOptions& options) {
+    options = {};
+    options.size = sizeof(FormatOptions);
+}
+
+// A jukebox as look-ups return it: the key it was asked with (so its ID) and what the library said.
 struct JukeboxInfo {
     JukeboxKey key{};
     JukeboxRecord record{};
 };
 
-// A volume as lookups return it.
+// A volume as look-ups return it.
 struct VolumeInfo {
     int32_t volumeId = -1;
     VolumeRecord record{};

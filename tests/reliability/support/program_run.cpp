@@ -3,7 +3,7 @@
 #include "krvcmd/console/writer/output_object.h"
 #include "krvcmd/frontend/driver/driver.h"
 #include "krvcmd/frontend/report/result_line.h"
-#include "krvcmd/service/access/library_call.h"
+#include "krvcmd/service/access/session.h"
 #include "tests/fake_library/fake_library.h"
 
 namespace krvcmd::reliability {

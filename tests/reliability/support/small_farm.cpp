@@ -14,7 +14,7 @@ void BuildSmallFarm(krvfake::Farm& farm) {
         .WithMagazine(3)
         .WithMissingMagazine(0)
         .WithMagazine(2)
-        .WithSlot(2, 0, krvfake::kSlotScanFailed, 254);
+        .WithSlot(2, 0, krvfake::slot_state::kScanFailed, 254);
     farm.AddJukebox(11, "MyBox").Disabled().WithMagazine(3);
     farm.AddJukebox(29, "Shelf");
 

@@ -75,7 +75,7 @@ TEST_F(AbleTest, SwitchesTheVolumesOnBothSidesOfASlot) {
 }
 
 // A command line can only name side A or B, or none.
-TEST_F(AbleTest, RefusesASideThatThereIsNotOnceTheSlotIsFound) {
+TEST_F(AbleTest, RefusesAnUnknownSideOnceTheSlotIsFound) {
     struct Row {
         int32_t side;
         const char* status;
@@ -90,8 +90,8 @@ TEST_F(AbleTest, RefusesASideThatThereIsNotOnceTheSlotIsFound) {
     for (const Row& row : rows) {
         ItemAddress slot;
         slot.jukeboxId = 31;
-        slot.magazine = 1;
-        slot.slot = 2;
+        slot.magazine = 0;
+        slot.slot = 1;
         slot.side = row.side;
         EXPECT_EQ(test::Text(enable.SetSlotVolumesActive(slot)), row.status) << row.side;
         Calls expected = {m_resolve, "KrvGetMagazine J=31 M=0"};

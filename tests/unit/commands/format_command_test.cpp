@@ -20,7 +20,7 @@ class FormatTest : public test::CommandTest {
     FormatTest() {
         krvfake::Jukebox& jukebox = Farm().AddJukebox(8, "Tower").WithMagazine(3);
         for (const int32_t slot : {0, 1, 2}) {
-            jukebox.WithSlot(0, slot, krvfake::kSlotFull, 20);
+            jukebox.WithSlot(0, slot, krvfake::slot_state::kFull, 20);
             jukebox.WithSide(0, slot, kSideA, {kHasFileSystem, 20, 1, 0});
             jukebox.WithSide(0, slot, kSideB, {slot == 1 ? kNotPresent : kHasFileSystem, 20, 1, 0});
         }

@@ -11,8 +11,11 @@ namespace krvcmd {
 namespace {
 
 using test::ScriptedWorker;
+using test::SlotsOf;
 using test::Text;
-using NoMedium = CWorker::NoMedium;
+using Index = std::optional<int32_t>;
+
+constexpr auto kNone = std::nullopt;
 
 constexpr int kSlotsPerMagazine = 3;
 constexpr int kSlots = 2 * kSlotsPerMagazine;
@@ -25,28 +28,28 @@ std::string Position(int index) {
 struct Walk {
     std::string name;
     int32_t repeat;
-    int32_t magazine;
-    int32_t slot;
+    Index magazine;
+    Index slot;
     int first;
     int end;  // behind the last one
 
-    bool IsSingle() const { return repeat == 0 && slot > 0; }
+    bool IsSingle() const { return repeat == 0 && slot.has_value(); }
 };
 
 const std::vector<Walk>& Walks() {
     static const std::vector<Walk> walks = {
-        {"one slot", 0, 1, 2, 1, 2},
-        {"one slot of the jukebox", 0, -1, 5, 4, 5},
-        {"first magazine", 0, 1, -1, 0, 3},
-        {"second magazine", 0, 2, -1, 3, 6},
-        {"jukebox", 0, -1, -1, 0, 6},
-        {"one repeat from a slot", 1, 1, 2, 1, 6},
-        {"three repeats from a slot", 3, 1, 2, 1, 6},
-        {"three repeats from a slot of the jukebox", 3, -1, 3, 2, 6},
-        {"two repeats from a magazine", 2, 2, -1, 3, 6},
-        {"four repeats from the jukebox", 4, -1, -1, 0, 6},
-        {"more repeats than slots", 50, 1, 1, 0, 6},
-        {"negative repeat", -2, 1, 2, 1, 6},
+        {"one slot", 0, 0, 1, 1, 2},
+        {"one slot of the jukebox", 0, kNone, 4, 4, 5},
+        {"first magazine", 0, 0, kNone, 0, 3},
+        {"second magazine", 0, 1, kNone, 3, 6},
+        {"jukebox", 0, kNone, kNone, 0, 6},
+        {"one repeat from a slot", 1, 0, 1, 1, 6},
+        {"three repeats from a slot", 3, 0, 1, 1, 6},
+        {"three repeats from a slot of the jukebox", 3, kNone, 2, 2, 6},
+        {"two repeats from a magazine", 2, 1, kNone, 3, 6},
+        {"four repeats from the jukebox", 4, kNone, kNone, 0, 6},
+        {"more repeats than slots", 50, 0, 0, 0, 6},
+        {"negative repeat", -2, 0, 1, 1, 6},
     };
     return walks;
 }
@@ -57,7 +60,7 @@ struct Expected {
 };
 
 // What follows from one answer `code` at the slot `failing`, rule by rule.
-Expected Expect(const Walk& walk, int failing, uint32_t code, NoMedium noMedium) {
+Expected Expect(const Walk& walk, int failing, uint32_t code, bool stopWhenNoMedium) {
     const int reachable = walk.end - walk.first;
     // Without a failure a walk ends with its slots, with its repeats, or, negative, after one slot.
     int wanted = reachable;
@@ -72,7 +75,7 @@ Expected Expect(const Walk& walk, int failing, uint32_t code, NoMedium noMedium)
     const bool isPassedOver = code == 502 || code == 501;
     if (code == 2) return {before + 1, "OK"};
     if (walk.IsSingle() || !isPassedOver) return {before + 1, error};
-    if (code == 501 && noMedium == NoMedium::EndsWalk) return {before + 1, "OK"};
+    if (code == 501 && stopWhenNoMedium) return {before + 1, "OK"};
     // Passed over: the slot does not count as a repeat, so that one more slot is worked on for it. A
     // negative count is used up by the first slot, whatever its answer.
     if (walk.repeat < 0) return {1, "OK"};
@@ -88,21 +91,21 @@ class WorkerAnswersTest : public test::ServiceTest {
 
 TEST_F(WorkerAnswersTest, SteerEveryWalkAtEveryPosition) {
     for (const Walk& walk : Walks()) {
-        for (const NoMedium noMedium : {NoMedium::PassesOver, NoMedium::EndsWalk}) {
+        for (const bool stopWhenNoMedium : {false, true}) {
             for (const uint32_t code : {0U, 1U, 2U, 3U, 4U, 7U, 500U, 501U, 502U, 503U, 0x7FFFFFFFU}) {
                 for (int failing = 0; failing < kSlots; ++failing) {
                     ScriptedWorker worker;
                     worker.Answers(Position(failing), Status::ServiceError(code, "no"));
                     const Status status =
-                        worker.DoWork(walk.repeat, noMedium, 8, walk.magazine, walk.slot, -1);
+                        worker.DoWork({walk.repeat, stopWhenNoMedium}, SlotsOf(8, walk.magazine, walk.slot));
 
-                    const Expected expected = Expect(walk, failing, code, noMedium);
+                    const Expected expected = Expect(walk, failing, code, stopWhenNoMedium);
                     std::string visited;
                     for (int i = 0; i < expected.worked; ++i)
                         visited += Position(walk.first + i) + " ";
                     EXPECT_EQ(worker.Visited() + Text(status), visited + expected.result)
                         << walk.name << ", " << code << " at " << Position(failing)
-                        << (noMedium == NoMedium::EndsWalk ? ", ending at 501" : "");
+                        << (stopWhenNoMedium ? ", ending at 501" : "");
                 }
             }
         }
@@ -114,7 +117,7 @@ TEST_F(WorkerAnswersTest, LetARunOfUnusableSlotsPassToTheEnd) {
         ScriptedWorker worker;
         for (int i = 0; i < kSlots; ++i)
             worker.Answers(Position(i), Status::ServiceError(code, "no"));
-        EXPECT_EQ(Text(worker.DoWork(2, NoMedium::PassesOver, 8, 1, 1, -1)), "OK");
+        EXPECT_EQ(Text(worker.DoWork({.repeat = 2}, SlotsOf(8, 0, 0))), "OK");
         EXPECT_EQ(worker.Visited(), "0/0 0/1 0/2 1/0 1/1 1/2 ");
     }
 }
@@ -123,7 +126,7 @@ TEST_F(WorkerAnswersTest, EndTheWalkAtCode7BeforeARepeatIsCounted) {
     ScriptedWorker worker;
     worker.Answers("0/0", Status::ServiceError(502, "no"));
     worker.Answers("0/2", Status::ServiceError(7, "interrupted"));
-    EXPECT_EQ(Text(worker.DoWork(3, NoMedium::PassesOver, 8, 1, 1, -1)), "service error 7: interrupted");
+    EXPECT_EQ(Text(worker.DoWork({.repeat = 3}, SlotsOf(8, 0, 0))), "service error 7: interrupted");
     EXPECT_EQ(worker.Visited(), "0/0 0/1 0/2 ");
 }
 

@@ -11,8 +11,12 @@ namespace {
 using krvfake::Occurrence;
 using test::Calls;
 using test::ScriptedWorker;
+using test::SlotsOf;
 using test::Text;
-using NoMedium = CWorker::NoMedium;
+using Index = std::optional<int32_t>;
+
+constexpr auto kNone = std::nullopt;
+constexpr bool kStop = true;  // when there is no medium
 
 // Walks over jukebox 8, which has two magazines of three slots.
 class WorkerTest : public test::ServiceTest {
@@ -20,13 +24,13 @@ class WorkerTest : public test::ServiceTest {
     WorkerTest() : m_jukebox(Farm().AddJukebox(8, "Tower").WithMagazine(3).WithMagazine(3)) {}
 
     // The positions that were worked on (zero-based, magazine/slot), then the walk's result.
-    std::string Walk(ScriptedWorker& worker, int32_t repeat, int32_t magazine, int32_t slot,
-                     NoMedium noMedium = NoMedium::PassesOver) {
-        const Status status = worker.DoWork(repeat, noMedium, 8, magazine, slot, -1);
+    static std::string Walk(ScriptedWorker& worker, int32_t repeat, Index magazine, Index slot,
+                            bool stopWhenNoMedium = false) {
+        const Status status = worker.DoWork({repeat, stopWhenNoMedium}, SlotsOf(8, magazine, slot));
         return worker.Visited() + Text(status);
     }
 
-    std::string Walk(int32_t repeat, int32_t magazine, int32_t slot) {
+    static std::string Walk(int32_t repeat, Index magazine, Index slot) {
         ScriptedWorker worker;
         return Walk(worker, repeat, magazine, slot);
     }
@@ -35,115 +39,117 @@ class WorkerTest : public test::ServiceTest {
 };
 
 TEST_F(WorkerTest, WorksOnASingleSlotOnce) {
-    EXPECT_EQ(Walk(0, 2, 1), "1/0 OK");
-    EXPECT_EQ(Walk(0, -1, 4), "1/0 OK");  // numbered through the jukebox
-    EXPECT_EQ(Walk(0, 1, 3), "0/2 OK");
+    EXPECT_EQ(Walk(0, 1, 0), "1/0 OK");
+    EXPECT_EQ(Walk(0, kNone, 3), "1/0 OK");  // numbered through the jukebox
+    EXPECT_EQ(Walk(0, 0, 2), "0/2 OK");
 }
 
 TEST_F(WorkerTest, WorksOnEverySlotOfAMagazine) {
-    EXPECT_EQ(Walk(0, 1, -1), "0/0 0/1 0/2 OK");
-    EXPECT_EQ(Walk(0, 2, -1), "1/0 1/1 1/2 OK");
+    EXPECT_EQ(Walk(0, 0, kNone), "0/0 0/1 0/2 OK");
+    EXPECT_EQ(Walk(0, 1, kNone), "1/0 1/1 1/2 OK");
 }
 
 TEST_F(WorkerTest, WorksOnEverySlotOfAJukebox) {
-    EXPECT_EQ(Walk(0, -1, -1), "0/0 0/1 0/2 1/0 1/1 1/2 OK");
+    EXPECT_EQ(Walk(0, kNone, kNone), "0/0 0/1 0/2 1/0 1/1 1/2 OK");
 }
 
 TEST_F(WorkerTest, RepeatsFromTheAddressedSlotAcrossMagazines) {
-    EXPECT_EQ(Walk(3, 1, 2), "0/1 0/2 1/0 OK");
-    EXPECT_EQ(Walk(2, -1, 3), "0/2 1/0 OK");
-    EXPECT_EQ(Walk(1, 2, 2), "1/1 OK");
+    EXPECT_EQ(Walk(3, 0, 1), "0/1 0/2 1/0 OK");
+    EXPECT_EQ(Walk(2, kNone, 2), "0/2 1/0 OK");
+    EXPECT_EQ(Walk(1, 1, 1), "1/1 OK");
 }
 
 TEST_F(WorkerTest, RepeatsFromTheFirstSlotOfTheAddressedMagazineOrJukebox) {
-    EXPECT_EQ(Walk(2, 2, -1), "1/0 1/1 OK");
-    EXPECT_EQ(Walk(4, 1, -1), "0/0 0/1 0/2 1/0 OK");
-    EXPECT_EQ(Walk(2, -1, -1), "0/0 0/1 OK");
+    EXPECT_EQ(Walk(2, 1, kNone), "1/0 1/1 OK");
+    EXPECT_EQ(Walk(4, 0, kNone), "0/0 0/1 0/2 1/0 OK");
+    EXPECT_EQ(Walk(2, kNone, kNone), "0/0 0/1 OK");
 }
 
 TEST_F(WorkerTest, EndsWithSuccessWhenThereAreFewerSlotsThanRepeats) {
-    EXPECT_EQ(Walk(100, 2, 2), "1/1 1/2 OK");
-    EXPECT_EQ(Walk(std::numeric_limits<int32_t>::max(), 2, 3), "1/2 OK");
+    EXPECT_EQ(Walk(100, 1, 1), "1/1 1/2 OK");
+    EXPECT_EQ(Walk(std::numeric_limits<int32_t>::max(), 1, 2), "1/2 OK");
 }
 
 TEST_F(WorkerTest, WorksOnceForANegativeRepeat) {
-    EXPECT_EQ(Walk(-1, 1, 1), "0/0 OK");
-    EXPECT_EQ(Walk(std::numeric_limits<int32_t>::min(), 1, -1), "0/0 OK");
+    EXPECT_EQ(Walk(-1, 0, 0), "0/0 OK");
+    EXPECT_EQ(Walk(std::numeric_limits<int32_t>::min(), 0, kNone), "0/0 OK");
 }
 
 TEST_F(WorkerTest, CountsOnlySuccessesAsRepeats) {
     ScriptedWorker worker;
     worker.Answers("0/1", Status::ServiceError(502, "not usable"));
-    EXPECT_EQ(Walk(worker, 3, 1, 1), "0/0 0/1 0/2 1/0 OK");
+    EXPECT_EQ(Walk(worker, 3, 0, 0), "0/0 0/1 0/2 1/0 OK");
 }
 
 TEST_F(WorkerTest, ReportsTheFailureOfASingleSlot) {
     for (const uint32_t code : {3U, 4U, 7U, 501U, 502U, 1000U}) {
         ScriptedWorker worker;
         worker.Answers("0/0", Status::ServiceError(code, "no"));
-        EXPECT_EQ(Walk(worker, 0, 1, 1), "0/0 service error " + std::to_string(code) + ": no");
+        EXPECT_EQ(Walk(worker, 0, 0, 0), "0/0 service error " + std::to_string(code) + ": no");
     }
 }
 
 TEST_F(WorkerTest, TakesCode2OfASingleSlotAsSuccess) {
     ScriptedWorker service;
     service.Answers("0/0", Status::ServiceError(2, "no"));
-    EXPECT_EQ(Walk(service, 0, 1, 1), "0/0 OK");
+    EXPECT_EQ(Walk(service, 0, 0, 0), "0/0 OK");
     ScriptedWorker system;
     system.Answers("0/0", Status::SystemError(2));
-    EXPECT_EQ(Walk(system, 0, 1, 1), "0/0 OK");
+    EXPECT_EQ(Walk(system, 0, 0, 0), "0/0 OK");
 }
 
 TEST_F(WorkerTest, KeepsCode501OfASingleSlotEvenWhereItEndsWalks) {
     ScriptedWorker worker;
     worker.Answers("0/0", Status::ServiceError(501, "none"));
-    EXPECT_EQ(Walk(worker, 0, 1, 1, NoMedium::EndsWalk), "0/0 service error 501: none");
+    EXPECT_EQ(Walk(worker, 0, 0, 0, kStop), "0/0 service error 501: none");
 }
 
 TEST_F(WorkerTest, EndsAtCode501WithSuccessOnlyWhereNoMediumEndsTheWalk) {
     ScriptedWorker ending;
     ending.Answers("0/1", Status::ServiceError(501, "none"));
-    EXPECT_EQ(Walk(ending, 0, 1, -1, NoMedium::EndsWalk), "0/0 0/1 OK");
+    EXPECT_EQ(Walk(ending, 0, 0, kNone, kStop), "0/0 0/1 OK");
     ScriptedWorker passing;
     passing.Answers("0/1", Status::ServiceError(501, "none"));
-    EXPECT_EQ(Walk(passing, 0, 1, -1, NoMedium::PassesOver), "0/0 0/1 0/2 OK");
+    EXPECT_EQ(Walk(passing, 0, 0, kNone), "0/0 0/1 0/2 OK");
 }
 
 TEST_F(WorkerTest, EndsAtCode7WithThatError) {
     ScriptedWorker worker;
     worker.Answers("0/1", Status::ServiceError(7, "interrupted"));
-    EXPECT_EQ(Walk(worker, 0, -1, -1), "0/0 0/1 service error 7: interrupted");
+    EXPECT_EQ(Walk(worker, 0, kNone, kNone), "0/0 0/1 service error 7: interrupted");
 }
 
 TEST_F(WorkerTest, EndsAtAnErrorWithCodeZeroToo) {
     ScriptedWorker worker;
     worker.Answers("0/1", Status::ServiceError(0, "odd"));
-    EXPECT_EQ(Walk(worker, 0, -1, -1), "0/0 0/1 service error 0: odd");
+    EXPECT_EQ(Walk(worker, 0, kNone, kNone), "0/0 0/1 service error 0: odd");
 }
 
 TEST_F(WorkerTest, EndsAtCode2InTheMiddleOfAWalkWithSuccess) {
     ScriptedWorker worker;
     worker.Answers("0/1", Status::ServiceError(2, "no"));
-    EXPECT_EQ(Walk(worker, 0, -1, -1), "0/0 0/1 OK");
+    EXPECT_EQ(Walk(worker, 0, kNone, kNone), "0/0 0/1 OK");
 }
 
 TEST_F(WorkerTest, HandsJukeboxAndSideOnToTheWork) {
     for (const int32_t side : {-1, 0, 1, 2, 7}) {
         ScriptedWorker worker;
-        EXPECT_TRUE(worker.DoWork(0, NoMedium::PassesOver, 8, 1, 1, side).IsOk());
+        ItemAddress address = SlotsOf(8, 0, 0);
+        address.side = side;
+        EXPECT_TRUE(worker.DoWork({}, address).IsOk());
         EXPECT_EQ(worker.Last().jukeboxId, 8);
         EXPECT_EQ(worker.Last().side, side);
     }
 }
 
 TEST_F(WorkerTest, ReportsAnAddressThatDoesNotExistWithoutWork) {
-    EXPECT_EQ(Walk(0, 3, 1), "error 2");  // code 2 of the address itself is no success
-    EXPECT_EQ(Walk(0, 3, -1), "error 2");
-    EXPECT_EQ(Walk(0, 1, 4), "error 22");
-    EXPECT_EQ(Walk(0, -1, 7), "error 22");
-    EXPECT_EQ(Walk(5, 3, -1), "error 2");
+    EXPECT_EQ(Walk(0, 2, 0), "error 2");  // code 2 of the address itself is no success
+    EXPECT_EQ(Walk(0, 2, kNone), "error 2");
+    EXPECT_EQ(Walk(0, 0, 3), "error 22");
+    EXPECT_EQ(Walk(0, kNone, 6), "error 22");
+    EXPECT_EQ(Walk(5, 2, kNone), "error 2");
     ScriptedWorker worker;
-    EXPECT_EQ(Text(worker.DoWork(0, NoMedium::PassesOver, 9, -1, -1, -1)),
+    EXPECT_EQ(Text(worker.DoWork({}, SlotsOf(9, kNone, kNone))),
               "service error 1001: There is no jukebox 9.");
     EXPECT_EQ(worker.Visited(), "");
 }
@@ -151,18 +157,18 @@ TEST_F(WorkerTest, ReportsAnAddressThatDoesNotExistWithoutWork) {
 TEST_F(WorkerTest, WorksOnceInAMagazineThatCannotBeDescribed) {
     m_jukebox.WithMagazine(1);
     Fake().FailCall("KrvGetMagazine J=8 M=1", Occurrence::Every(), {9, "missing"});
-    EXPECT_EQ(Walk(0, -1, -1), "0/0 0/1 0/2 1/0 2/0 OK");
+    EXPECT_EQ(Walk(0, kNone, kNone), "0/0 0/1 0/2 1/0 2/0 OK");
 }
 
 TEST_F(WorkerTest, AsksForTheNextMagazineEvenWhenEnoughIsDone) {
     // The step to the next slot comes before the count is looked at.
-    EXPECT_EQ(Walk(1, 1, 3), "0/2 OK");
+    EXPECT_EQ(Walk(1, 0, 2), "0/2 OK");
     EXPECT_EQ(TakeCalls(), (Calls{"KrvGetJukebox J=8", "KrvGetMagazine J=8 M=0", "KrvGetMagazine J=8 M=1"}));
 }
 
 TEST_F(WorkerTest, AsksForNoOtherMagazineAfterASingleSlotOrAMagazine) {
-    EXPECT_EQ(Walk(0, 1, 3), "0/2 OK");
-    EXPECT_EQ(Walk(0, 1, -1), "0/0 0/1 0/2 OK");
+    EXPECT_EQ(Walk(0, 0, 2), "0/2 OK");
+    EXPECT_EQ(Walk(0, 0, kNone), "0/0 0/1 0/2 OK");
     const Calls once = {"KrvGetJukebox J=8", "KrvGetMagazine J=8 M=0"};
     EXPECT_EQ(TakeCalls(), (Calls{once[0], once[1], once[0], once[1]}));
 }
@@ -218,7 +224,7 @@ TEST_F(WorkerVolumeTest, SurvivesLocationsThatAreNone) {
     EXPECT_EQ(WalkVolume(33), "error 2");
     Farm().AddVolume(34, "x").SaysItIsAt(8, 0, kLargest, 0);
     EXPECT_EQ(WalkVolume(34), "error 22");
-    // An index of -1 is the number 0, which means the first magazine and slot.
+    // An index of -1 stands for the first magazine and slot.
     Farm().AddVolume(35, "x").SaysItIsAt(8, -1, -1, -1);
     EXPECT_EQ(WalkVolume(35), "0/0 OK");
 }

@@ -10,10 +10,14 @@ namespace {
 
 constexpr int32_t kLargest = std::numeric_limits<int32_t>::max();
 
+void SetSlot(ItemAddress& entry, int32_t number) {
+    entry.slot = number;
+}
+
 ItemAddressList SlotsOf(std::vector<NumberRange> numbers) {
     ItemAddress common;
     common.jukeboxId = 8;
-    return {common, &ItemAddress::slot, std::move(numbers)};
+    return {common, SetSlot, std::move(numbers)};
 }
 
 // The slots of the first entries, `atMost` of them.
@@ -21,7 +25,7 @@ std::vector<int32_t> Slots(const ItemAddressList& list, size_t atMost = 100) {
     std::vector<int32_t> slots;
     for (const ItemAddress& entry : list) {
         EXPECT_EQ(entry.jukeboxId, 8);
-        slots.push_back(entry.slot);
+        slots.push_back(entry.slot.value_or(-1));
         if (slots.size() == atMost) break;
     }
     return slots;
@@ -44,14 +48,14 @@ TEST(ItemAddressList, GivesEveryEntryTheCommonPart) {
     common.jukeboxName = "MyBox";
     common.magazine = 2;
     common.side = 1;
-    const ItemAddressList list(common, &ItemAddress::slot, {{4, 5, true}});
+    const ItemAddressList list(common, SetSlot, {{4, 5, true}});
     int32_t slot = 4;
     for (const ItemAddress& entry : list) {
         EXPECT_EQ(entry.jukeboxName, "MyBox");
         EXPECT_EQ(entry.magazine, 2);
         EXPECT_EQ(entry.side, 1);
         EXPECT_EQ(entry.slot, slot++);
-        EXPECT_EQ(entry.drive, -1);
+        EXPECT_FALSE(entry.drive.has_value());
         EXPECT_EQ(entry.volumeId, -1);
     }
     EXPECT_EQ(slot, 6);

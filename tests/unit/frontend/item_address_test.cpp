@@ -97,8 +97,8 @@ TEST(ReadItemAddress, NumbersTheKindsAsScriptsOfTheLibraryKnowThem) {
 
 // ---- Entries ---------------------------------------------------------------------------------
 
-// The entries as the parser and ReadItemAddress make them from the words behind "query": each with
-// what it gives, M, S, D and V as the user wrote them.
+// The entries as the parser and ReadItemAddress make them from the words behind "query": each with what it
+// gives, IDs as the user wrote them; M, S and D are one less.
 std::string Addressed(const Words& words) {
     Words line = {"query"};
     line.insert(line.end(), words.begin(), words.end());
@@ -111,18 +111,21 @@ std::string Addressed(const Words& words) {
         return test::Text(status);
 
     std::string text = "kind " + std::to_string(static_cast<int>(kind)) + ":";
-    const auto add = [&text](const char* name, int32_t number) {
-        if (number != -1) text += std::string(" ") + name + std::to_string(number);
+    const auto add = [&text](const char* name, std::optional<int32_t> number) {
+        if (number.has_value()) text += std::string(" ") + name + std::to_string(*number);
+    };
+    const auto addId = [&add](const char* name, int32_t id) {
+        if (id >= 0) add(name, id);
     };
     for (const ItemAddress& entry : addresses) {
         text += " (";
         if (!entry.jukeboxName.empty()) text += " \"" + entry.jukeboxName + "\"";
-        add("@", entry.jukeboxId);
+        addId("@", entry.jukeboxId);
         add("M", entry.magazine);
         add("S", entry.slot);
         add("side", entry.side);
         add("D", entry.drive);
-        add("V", entry.volumeId);
+        addId("V", entry.volumeId);
         text += " )";
     }
     return text;
@@ -148,24 +151,24 @@ TEST(ReadItemAddress, ListsOneEntryForEachAddressedItem) {
         {{"volumes"}, "kind 0:"},
         {{"V@33"}, "kind 1: ( V33 )"},
         {{"V@33,35-37"}, "kind 1: ( V33 ) ( V35 ) ( V36 ) ( V37 )"},
-        {{"J@8", "S3", ".A"}, "kind 2: ( @8 S3 side0 )"},
-        {{"J@8", "M2", "S3", ".B"}, "kind 2: ( @8 M2 S3 side1 )"},
-        {{"J@8", "S1-3"}, "kind 3: ( @8 S1 ) ( @8 S2 ) ( @8 S3 )"},
-        {{"J@8", "M2", "S1,5"}, "kind 3: ( @8 M2 S1 ) ( @8 M2 S5 )"},
-        {{"J@8", "M2"}, "kind 5: ( @8 M2 )"},
-        {{"J@8", "M1,3-4"}, "kind 5: ( @8 M1 ) ( @8 M3 ) ( @8 M4 )"},
+        {{"J@8", "S3", ".A"}, "kind 2: ( @8 S2 side0 )"},
+        {{"J@8", "M2", "S3", ".B"}, "kind 2: ( @8 M1 S2 side1 )"},
+        {{"J@8", "S1-3"}, "kind 3: ( @8 S0 ) ( @8 S1 ) ( @8 S2 )"},
+        {{"J@8", "M2", "S1,5"}, "kind 3: ( @8 M1 S0 ) ( @8 M1 S4 )"},
+        {{"J@8", "M2"}, "kind 5: ( @8 M1 )"},
+        {{"J@8", "M1,3-4"}, "kind 5: ( @8 M0 ) ( @8 M2 ) ( @8 M3 )"},
         {{"J@8"}, "kind 6: ( @8 )"},
         {{"J", "MyBox"}, "kind 6: ( \"MyBox\" )"},
-        {{"J", "MyBox", "M2", "S1"}, "kind 3: ( \"MyBox\" M2 S1 )"},
-        {{"J@8", "D2"}, "kind 7: ( @8 D2 )"},
+        {{"J", "MyBox", "M2", "S1"}, "kind 3: ( \"MyBox\" M1 S0 )"},
+        {{"J@8", "D2"}, "kind 7: ( @8 D1 )"},
     });
 }
 
 TEST(ReadItemAddress, TakesBothSidesTogetherAsNoSide) {
     ExpectRows({
-        {{"J@8", "S3", ".A", ".B"}, "kind 3: ( @8 S3 )"},
-        {{"J@8", "M2", "S3", ".B", ".A"}, "kind 3: ( @8 M2 S3 )"},
-        {{"J@8", "M2", ".A", ".B"}, "kind 5: ( @8 M2 )"},
+        {{"J@8", "S3", ".A", ".B"}, "kind 3: ( @8 S2 )"},
+        {{"J@8", "M2", "S3", ".B", ".A"}, "kind 3: ( @8 M1 S2 )"},
+        {{"J@8", "M2", ".A", ".B"}, "kind 5: ( @8 M1 )"},
         {{"J@8", ".A", ".B"}, "kind 6: ( @8 )"},
     });
 }
@@ -218,8 +221,8 @@ TEST(ReadItemAddress, TakesTheFirstNumberOfAListOfJukeboxesAndOfDrives) {
     ExpectRows({
         {{"J@8,11"}, "kind 6: ( @8 )"},
         {{"J@11-8"}, "kind 6: ( @11 )"},
-        {{"J@8", "D2,1"}, "kind 7: ( @8 D2 )"},
-        {{"J@8", "D3-5"}, "kind 7: ( @8 D3 )"},
+        {{"J@8", "D2,1"}, "kind 7: ( @8 D1 )"},
+        {{"J@8", "D3-5"}, "kind 7: ( @8 D2 )"},
     });
 }
 
@@ -228,18 +231,18 @@ TEST(ReadItemAddress, TakesTheLastOfAParameterGivenTwice) {
         {{"J@8", "J@11"}, "kind 6: ( @11 )"},
         {{"J@8", "J", "MyBox"}, "kind 6: ( \"MyBox\" )"},
         {{"J", "MyBox", "J@8"}, "kind 6: ( @8 )"},
-        {{"J@8", "S1,2", "S3", ".A"}, "kind 2: ( @8 S3 side0 )"},
-        {{"J@8", "M1", "M2", "S5", "S6"}, "kind 3: ( @8 M2 S6 )"},
+        {{"J@8", "S1,2", "S3", ".A"}, "kind 2: ( @8 S2 side0 )"},
+        {{"J@8", "M1", "M2", "S5", "S6"}, "kind 3: ( @8 M1 S5 )"},
         {{"V@33", "V@34"}, "kind 1: ( V34 )"},
-        {{"J@8", "D1", "D2"}, "kind 7: ( @8 D2 )"},
+        {{"J@8", "D1", "D2"}, "kind 7: ( @8 D1 )"},
     });
 }
 
-TEST(ReadItemAddress, KeepsZerosAsTheUserWroteThem) {
+TEST(ReadItemAddress, KeepsAZeroAsANumberThatIsGiven) {
     ExpectRows({
         {{"J@0"}, "kind 6: ( @0 )"},
-        {{"J@8", "M0", "S0"}, "kind 3: ( @8 M0 S0 )"},
-        {{"J@8", "D0"}, "kind 7: ( @8 D0 )"},
+        {{"J@8", "M0", "S0"}, "kind 3: ( @8 M-1 S-1 )"},
+        {{"J@8", "D0"}, "kind 7: ( @8 D-1 )"},
         {{"V@0"}, "kind 1: ( V0 )"},
     });
 }
@@ -249,7 +252,7 @@ TEST(ReadItemAddress, AddressesNothingWithAReversedRange) {
         {{"J@8", "S5-3"}, "kind 3:"},
         {{"J@8", "M5-3"}, "kind 5:"},
         {{"V@5-3"}, "kind 1:"},
-        {{"J@8", "S5-3,7,2-1,9-10"}, "kind 3: ( @8 S7 ) ( @8 S9 ) ( @8 S10 )"},
+        {{"J@8", "S5-3,7,2-1,9-10"}, "kind 3: ( @8 S6 ) ( @8 S8 ) ( @8 S9 )"},
     });
 }
 

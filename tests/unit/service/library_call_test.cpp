@@ -1,4 +1,4 @@
-#include "krvcmd/service/access/library_call.h"
+#include "krvcmd/service/access/session.h"
 
 #include <cstring>
 #include <type_traits>
@@ -17,8 +17,7 @@ static_assert(!std::is_move_constructible_v<CallContext> && !std::is_move_assign
 class LibraryCallTest : public test::ServiceTest {};
 
 TEST_F(LibraryCallTest, PreparesAContextForOneCall) {
-    GetSession() = 0x1122334455667788;
-    CallContext prepared;
+    CallContext prepared(0x1122334455667788);
     const KrvCallContext& context = *prepared.Get();
     EXPECT_EQ(context.headSize, 24U);
     EXPECT_EQ(context.session, 0x1122334455667788U);

@@ -25,8 +25,10 @@ std::vector<Row> CallEach() {
     options.size = sizeof(options);
     std::strcpy(options.label, "Sales 2005");
     options.certify = 1;
-    const SlotKey slot = MakeSlotKey(8, 0, 2);
-    const SideKey side = MakeSideKey(8, 0, 2, 1);
+    const MagazineKey magazine = MakeMagazineKey(MakeJukeboxKey(8), 1);
+    const DriveKey drive = MakeDriveKey(MakeJukeboxKey(8), 1);
+    const SlotKey slot{sizeof(SlotKey), 8, 0, 2};
+    const SideKey side = MakeSideKey(slot, kSideB);
     return {
         {"KrvMediaImport J=8 M=0 S=2", ImportMedium(slot)},
         {"KrvMediaExport J=8 M=0 S=2", ExportMedium(slot)},
@@ -35,14 +37,14 @@ std::vector<Row> CallEach() {
         {"KrvVolumeFinalize J=8 M=0 S=2 side=1", FinalizeMedium(side)},
         {"KrvVolumeFormat J=8 M=0 S=2 side=1 label=\"Sales 2005\" certify=1 sequential=0",
          FormatVolume(side, options)},
-        {"KrvActivateJukebox J=8", SetJukeboxActive(Activity::Enable, 8)},
-        {"KrvDeactivateJukebox J=8", SetJukeboxActive(Activity::Disable, 8)},
-        {"KrvActivateMagazine J=8 M=1", SetMagazineActive(Activity::Enable, 8, 1)},
-        {"KrvDeactivateMagazine J=8 M=1", SetMagazineActive(Activity::Disable, 8, 1)},
-        {"KrvActivateDrive J=8 D=1", SetDriveActive(Activity::Enable, 8, 1)},
-        {"KrvDeactivateDrive J=8 D=1", SetDriveActive(Activity::Disable, 8, 1)},
-        {"KrvVolumeActivate V=33", SetVolumeActive(Activity::Enable, 33)},
-        {"KrvVolumeDeactivate V=33", SetVolumeActive(Activity::Disable, 33)},
+        {"KrvActivateJukebox J=8", SetJukeboxActive(Enable::Yes, 8)},
+        {"KrvDeactivateJukebox J=8", SetJukeboxActive(Enable::No, 8)},
+        {"KrvActivateMagazine J=8 M=1", SetMagazineActive(Enable::Yes, magazine)},
+        {"KrvDeactivateMagazine J=8 M=1", SetMagazineActive(Enable::No, magazine)},
+        {"KrvActivateDrive J=8 D=1", SetDriveActive(Enable::Yes, drive)},
+        {"KrvDeactivateDrive J=8 D=1", SetDriveActive(Enable::No, drive)},
+        {"KrvVolumeActivate V=33", SetVolumeActive(Enable::Yes, 33)},
+        {"KrvVolumeDeactivate V=33", SetVolumeActive(Enable::No, 33)},
         {"KrvJukeboxSetName J=8 name=\"My New Name\"", RenameJukebox(8, "My New Name")},
         {"KrvVolumeSetAspects V=33 text=\"dir1/volume33\"", SetVolumeDirectory(33, "dir1/volume33")},
     };

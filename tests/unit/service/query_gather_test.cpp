@@ -23,7 +23,7 @@ class QueryGatherTest : public test::CommandTest {
             .WithDrive({"HP", "B", "2", {}})
             .WithMagazine(2)
             .WithMagazine(1);
-        Farm().AddJukebox(11, "Desk").WithMagazine(1).WithSlot(0, 0, krvfake::kSlotNotPresent);
+        Farm().AddJukebox(11, "Desk").WithMagazine(1).WithSlot(0, 0, krvfake::slot_state::kNotPresent);
         Farm().AddVolume(33, "One").At(8, 0, 1, kSideA);
         Farm().AddVolume(34, "Two").At(8, 1, 0, kSideB);
     }

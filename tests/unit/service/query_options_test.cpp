@@ -18,7 +18,7 @@ class QueryOptionsTest : public test::CommandTest {
             .AddJukebox(8, "Tower")
             .WithDrive({"HP", "C1716T", "3404", {0, 4, 1}})
             .WithMagazine(2)
-            .WithSlot(0, 1, krvfake::kSlotScanFailed);
+            .WithSlot(0, 1, krvfake::slot_state::kScanFailed);
         Farm().AddJukebox(11, "Desk").WithDrive({"HP", "C1718T", "3405", {0, 5, 1}}).WithMagazine(3);
         Farm().AddVolume(33, "beta").At(8, 0, 0, krvfake::kSideA);
         Farm().AddVolume(34, "alpha").At(11, 0, 2, krvfake::kSideB);

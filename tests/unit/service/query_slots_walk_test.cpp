@@ -16,15 +16,15 @@ class SlotWalkTest : public test::QueryWalksTest {
             .AddJukebox(8, "Tower")
             .DoubleSided()
             .WithMagazine(6)
-            .WithSlot(0, 1, krvfake::kSlotUnknown, 254)
-            .WithSlot(0, 2, krvfake::kSlotNotPresent)
-            .WithSlot(0, 3, krvfake::kSlotScanFailed, 12);
+            .WithSlot(0, 1, krvfake::slot_state::kUnknown, 254)
+            .WithSlot(0, 2, krvfake::slot_state::kNotPresent)
+            .WithSlot(0, 3, krvfake::slot_state::kScanFailed, 12);
         Farm().AddVolume(33, "Left").At(8, 0, 4, krvfake::kSideA);
         Farm().AddVolume(34, "Right").At(8, 0, 4, krvfake::kSideB);
         Farm().AddVolume(35, "Single").At(8, 0, 5, krvfake::kSideA);
     }
 
-    Status ListSlot(int32_t slot, int32_t side = -1) { return Walks().ListSlot(8, 0, slot, side); }
+    Status ListSlot(int32_t slot, int32_t side = kUnset) { return Walks().ListSlot({8, 0, slot, side}); }
 
     // The calls of a volume that lies at one place in jukebox 8, magazine 0.
     static Calls CallsOfVolume(const std::string& volume, const std::string& slotAndSide) {

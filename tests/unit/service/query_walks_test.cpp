@@ -94,8 +94,8 @@ TEST_F(ItemWalksTest, HandOnTheErrorOfAnUnknownJukebox) {
     EXPECT_EQ(Text(Walks().ListJukeboxes(9)), unknown);
     EXPECT_EQ(Text(Walks().ListMagazines(9)), unknown);
     EXPECT_EQ(Text(Walks().ListDrives(9)), unknown);
-    EXPECT_EQ(Text(Walks().ListDrive(9, 0)), unknown);
-    EXPECT_EQ(Text(Walks().ListSlot(9, 0, 0, -1)), unknown);
+    EXPECT_EQ(Text(Walks().ListDrive({12, 9, 0})), unknown);
+    EXPECT_EQ(Text(Walks().ListSlot({9, 0, 0, kUnset})), unknown);
     EXPECT_EQ(TakeCalls(), Calls(5, "KrvGetJukebox J=9"));
 }
 
@@ -127,13 +127,13 @@ TEST_F(ItemWalksTest, ReportAFailureOfTheLastDrive) {
 }
 
 TEST_F(ItemWalksTest, ListASingleDrive) {
-    EXPECT_EQ(Text(Walks().ListDrive(8, 1)), "OK");
+    EXPECT_EQ(Text(Walks().ListDrive({12, 8, 1})), "OK");
     EXPECT_EQ(Rows("d"), "2\n");
     EXPECT_EQ(TakeCalls(), (Calls{"KrvGetJukebox J=8", "KrvGetDrive J=8 D=1"}));
 }
 
 TEST_F(ItemWalksTest, HandOnTheErrorOfADriveThatDoesNotExist) {
-    EXPECT_EQ(Text(Walks().ListDrive(8, 2)), "service error 1001: There is no drive 2.");
+    EXPECT_EQ(Text(Walks().ListDrive({12, 8, 2})), "service error 1001: There is no drive 2.");
     EXPECT_EQ(Rows("d"), "");
 }
 

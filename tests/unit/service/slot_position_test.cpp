@@ -20,7 +20,8 @@ class SlotFromAbsoluteTest : public test::ServiceTest {
     // J/M/S/side, or the error.
     static std::string Found(int32_t absoluteSlot, int32_t jukebox = 8) {
         SlotPosition position;
-        const Status status = SlotFromAbsolute(jukebox, absoluteSlot, 1, position);
+        const Status status =
+            SlotFromAbsolute(MakeAbsoluteSlotKey(MakeJukeboxKey(jukebox), absoluteSlot), kSideB, position);
         if (!status.IsOk()) return Text(status);
         return std::to_string(position.jukeboxId) + "/" + std::to_string(position.magazine) + "/" +
                std::to_string(position.slot) + "/" + std::to_string(position.side);

@@ -1,7 +1,7 @@
 #include <limits>
 #include <string_view>
 
-#include "krvcmd/service/access/volume_lookup.h"
+#include "krvcmd/service/access/item_lookup.h"
 #include "krvcmd/service/sdk/records.h"
 #include "tests/support/service_fixture.h"
 
@@ -20,7 +20,8 @@ class VolumeAspectsTest : public test::ServiceTest {
     // The aspects of volume 33, or the error.
     Aspects Read() {
         Aspects aspects;
-        const Status status = ReadVolumeAspects(33, aspects);
+        const Status status = ReadAspects(
+            [](auto... arguments) { return CallLibrary(KrvVolumeAspects, 33U, arguments...); }, aspects);
         return status.IsOk() ? aspects : Aspects{Text(status)};
     }
 

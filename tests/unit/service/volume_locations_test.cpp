@@ -1,4 +1,4 @@
-#include "krvcmd/service/access/volume_lookup.h"
+#include "krvcmd/service/access/item_lookup.h"
 #include "tests/support/service_fixture.h"
 
 namespace krvcmd {
@@ -15,7 +15,7 @@ class VolumeLocationsTest : public test::ServiceTest {
     // All locations of volume 33 as J/M/S/side, or the error.
     static std::string Read() {
         std::vector<SideKey> locations;
-        const Status status = ReadVolumeLocations(33, locations);
+        const Status status = GetVolumeLocations(33, locations);
         std::string text;
         for (const SideKey& key : locations)
             text += Show(key) + " ";
@@ -23,11 +23,10 @@ class VolumeLocationsTest : public test::ServiceTest {
     }
 
     static std::string ReadFirst() {
-        SideKey location;
-        bool found = false;
-        const Status status = ReadFirstVolumeLocation(33, location, found);
+        std::optional<SideKey> location;
+        const Status status = GetFirstVolumeLocation(33, location);
         if (!status.IsOk()) return Text(status);
-        return found ? Show(location) : "none";
+        return location.has_value() ? Show(*location) : "none";
     }
 
     static std::string Show(const SideKey& key) {
@@ -93,15 +92,6 @@ TEST_F(VolumeLocationsTest, TakesTheSmallerCountWhenItShrinksBetweenTheCalls) {
     m_volume.SaysItIsAt(8, 0, 1, 0).SaysItIsAt(8, 0, 2, 0).SaysItIsAt(8, 0, 3, 0);
     m_volume.locationCounts = {3, 1};
     EXPECT_EQ(Read(), "8/0/1/0 ");
-}
-
-TEST_F(VolumeLocationsTest, RefusesACountThatNoMemoryHolds) {
-    for (const uint32_t count : {0xFFFFFFFFU, 0x80000000U, 200'000'000U}) {
-        m_volume.locationCounts = {count};
-        EXPECT_EQ(Read(), "error 12") << count;
-        // No second call is made.
-        EXPECT_EQ(TakeCalls(), (Calls{"KrvVolumeLocations V=33 room=1"}));
-    }
 }
 
 TEST_F(VolumeLocationsTest, AsksForTheFirstLocationOnlyHoweverManyThereAre) {

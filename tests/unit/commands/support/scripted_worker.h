@@ -1,12 +1,22 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "krvcmd/commands/base/worker.h"
 
 namespace krvcmd::test {
+
+// The address of slots in a jukebox, zero-based.
+inline ItemAddress SlotsOf(int32_t jukeboxId, std::optional<int32_t> magazine, std::optional<int32_t> slot) {
+    ItemAddress address;
+    address.jukeboxId = jukeboxId;
+    address.magazine = magazine;
+    address.slot = slot;
+    return address;
+}
 
 // A worker that notes where it works and answers as it was told, with success by default.
 class ScriptedWorker : public CWorker {

@@ -1,0 +1,115 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "krvcmd/frontend/base/status.h"
+#include "krvcmd/service/sdk/codes.h"
+#include "krvcmd/service/sdk/keys.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
+
+namespace krvcmd {
+
+// A call context, prepared for one call: it carries the session and an empty error part. It cannot be copied,
+// because it holds its own address.
+class CallContext {
+  public:
+    explicit CallContext(KrvSession session = 0);
+    CallContext(const CallContext&) = delete;
+    CallContext& operator=(const CallContext&) = delete;
+
+    KrvCallContext* Get() { return &m_context; }
+
+    // The service error that a failed call has left in the context.
+    Status ServiceError() const;
+
+  private:
+    KrvCallContext m_context{};
+};
+
+// Calls a function of the client library, linked or loaded, with a fresh context and `arguments`; a zero
+// result becomes a service error.
+template <class Function, class... Arguments>
+Status CallInSession(KrvSession session, Function function, Arguments... arguments) {
+    CallContext context(session);
+    if (function(context.Get(), arguments...) != 0) return {};
+    return context.ServiceError();
+}
+
+// ---- Lists, which the library gives in two steps: how long the list is, then the list. `call` makes one
+// call of
+// ---- the function named below for one volume: it takes the arguments behind the volume's ID and gives a
+// Status.
+
+// Splits a list of NUL-terminated strings that an empty string ends, and appends them to `aspects`. A string
+// that begins beyond `requiredSize`, the size of the list as the library tells it, is left out. Nothing
+// outside the buffer is read, even when the list has no end.
+void SplitAspects(std::span<const char> buffer, size_t requiredSize, std::vector<std::string>& aspects);
+
+struct FreeMemory {
+    void operator()(char* memory) const { std::free(memory); }
+};
+
+// Zeroed memory that costs nothing until it is touched. Throws std::bad_alloc.
+std::unique_ptr<char, FreeMemory> AllocateZeroed(size_t size);
+
+// Appends a volume's aspects (its directory names) to `aspects`, by KrvVolumeAspects.
+template <class Call>
+Status ReadAspects(Call call, std::vector<std::string>& aspects) {
+    char tooSmall = '\0';
+    uint32_t requiredSize = 0;
+    Status status = call(&tooSmall, uint32_t{1}, &requiredSize);
+    if (!status.IsOk() || requiredSize == 0) return status;
+
+    const uint32_t bufferSize = requiredSize;
+    const auto buffer = AllocateZeroed(bufferSize);
+    status = call(buffer.get(), bufferSize, &requiredSize);
+    if (status.IsOk()) SplitAspects({buffer.get(), bufferSize}, requiredSize, aspects);
+    return status;
+}
+
+// Asks for locations into an array of preset keys, by KrvVolumeLocations. `count` becomes the number of the
+// volume's locations, which may be more than the array holds; 0 for a volume that lies nowhere.
+template <class Call>
+Status AskForLocations(Call call, SideKey* locations, uint32_t& count) {
+    // The third argument of every call, however long the array is.
+    constexpr uint32_t kAlways1 = 1;
+    Status status = call(locations, kAlways1, &count);
+    if (!status.IsServiceError() || status.Code() != service_code::kNoLocation) return status;
+    count = 0;
+    return {};
+}
+
+// Reads one location, however many there are; none for a volume that lies nowhere.
+template <class Call>
+Status ReadFirstLocation(Call call, std::optional<SideKey>& location) {
+    SideKey key = kUnsetSideKey;
+    uint32_t count = 0;
+    Status status = AskForLocations(call, &key, count);
+    location = status.IsOk() && count >= 1 ? std::optional(key) : std::nullopt;
+    return status;
+}
+
+// Reads all locations; none after an error, and for a volume that lies nowhere.
+template <class Call>
+Status ReadLocations(Call call, std::vector<SideKey>& locations) {
+    locations.assign(1, kUnsetSideKey);
+    uint32_t count = 0;
+    Status status = AskForLocations(call, locations.data(), count);
+    if (status.IsOk() && count >= 2) {
+        locations.assign(count, kUnsetSideKey);
+        status = AskForLocations(call, locations.data(), count);
+    }
+    // The count may have grown between the calls; the array holds what it had room for.
+    locations.resize(status.IsOk() ? std::min<size_t>(count, locations.size()) : 0);
+    return status;
+}
+
+}  // namespace krvcmd
