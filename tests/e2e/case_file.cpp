@@ -4,31 +4,35 @@
 #include <array>
 #include <charconv>
 #include <csignal>
-#include <map>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
-
-#include "tests/e2e/known_texts.h"
+#include <utility>
 
 namespace e2e {
 namespace {
 
 constexpr std::string_view kIndent = "    ";
 
+constexpr std::string_view kBanner =
+    "Carvoline - command line interface\n"
+    "Copyright (c) Ostrel 2003-2026\n"
+    "\n";
+
 struct NamedText {
     std::string_view name;
     std::string_view text;
 };
 
-// What {name} stands for in expected outputs.
-constexpr std::array<NamedText, 7> kNamedTexts = {{
-    {"{banner}", kBanner},
-    {"{banner on 20 columns}", kBannerOn20Columns},
-    {"{success}", kSuccess},
-    {"{no such item}", kNoSuchItem},
-    {"{invalid}", kInvalid},
-    {"{unresolved}", kUnresolved},
-    {"{interrupted}", kInterrupted},
+// What {name} stands for in expected outputs, besides the result lines below.
+constexpr std::array<NamedText, 2> kNamedTexts = {{
+    {"banner", kBanner},
+    {"banner on 20 columns",
+     "Carvoline - command\n"
+     "line interface\n"
+     "Copyright (c)\n"
+     "Ostrel 2003-2026\n"
+     "\n"},
 }};
 
 struct Result {
@@ -37,28 +41,30 @@ struct Result {
     int exitStatus;
 };
 
-// What `result:` stands for: the result line and the exit status that belongs to it.
+// What `result:` stands for: the result line and its exit status.
+constexpr std::string_view kQuiet = "quiet";
 constexpr std::array<Result, 6> kResults = {{
-    {"success", kSuccess, 0},
-    {"quiet", "", 0},
-    {"no such item", kNoSuchItem, 2},
-    {"interrupted", kInterrupted, 4},
-    {"unresolved", kUnresolved, 6},
-    {"invalid", kInvalid, 22},
+    {"success", "Operation completed successfully.\n", 0},
+    {kQuiet, "", 0},
+    {"no such item", "Error: No such item present.\n", 2},
+    {"interrupted", "OS error 4: Interrupted system call\n", 4},
+    {"unresolved", "OS error 6: No such device or address\n", 6},
+    {"invalid", "Error: Invalid command line parameter. Specify help to get further information.\n", 22},
 }};
 
-enum class Block : uint8_t { None, Farm, Script, StandardOutput, StandardError, Calls };
+enum class Block : uint8_t { None, Farm, Script, StandardOutput, StandardError, Calls, CallsInSession };
 
 struct NamedBlock {
     std::string_view name;
     Block block;
 };
 
-constexpr std::array<NamedBlock, 4> kBlocks = {{
+constexpr std::array<NamedBlock, 5> kBlocks = {{
     {"script", Block::Script},
     {"stdout", Block::StandardOutput},
     {"stderr", Block::StandardError},
     {"calls", Block::Calls},
+    {"calls in session", Block::CallsInSession},
 }};
 
 struct NamedOutput {
@@ -81,8 +87,7 @@ constexpr std::array<NamedSignal, 2> kSignals = {{{"interrupt", SIGINT}, {"termi
 
 template <typename Table>
 const auto& Find(const Table& table, std::string_view name) {
-    const auto* const found =
-        std::find_if(table.begin(), table.end(), [&](const auto& row) { return row.name == name; });
+    const auto found = std::ranges::find_if(table, [&](const auto& row) { return row.name == name; });
     if (found == table.end()) throw std::runtime_error("unknown: " + std::string(name));
     return *found;
 }
@@ -96,10 +101,22 @@ int ParseInt(std::string_view text) {
     return value;
 }
 
-// One line of expected output with its "\n". "$" marks the end of a line that ends in blanks or is
-// empty; "$$" is a "$" that the line really ends in; "\t" at its beginning is a tab.
+void ReplaceAll(std::string& text, std::string_view what, std::string_view by) {
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+        text.replace(at, what.size(), by);
+}
+
+std::string_view TextNamed(std::string_view name) {
+    const auto named = std::ranges::find(kNamedTexts, name, &NamedText::name);
+    return named == kNamedTexts.end() ? Find(kResults, name).standardError : named->text;
+}
+
+// One line of expected output with its "\n". "$" marks the end of a line that ends in blanks or is empty;
+// "$$" is a "$" at the line's end; "\t" at its beginning is a tab.
 std::string OutputLine(std::string_view line) {
-    if (line.starts_with('{') && line.ends_with('}')) return std::string(Find(kNamedTexts, line).text);
+    if (line.starts_with('{') && line.ends_with('}')) {
+        return std::string(TextNamed(line.substr(1, line.size() - 2)));
+    }
     std::string output;
     if (line.starts_with("\\t")) {
         output += '\t';
@@ -109,23 +126,107 @@ std::string OutputLine(std::string_view line) {
     return output.append(line).append("\n");
 }
 
+// The call lines that a line stands for: "S=0..2" in it stands for S=0, S=1 and S=2.
+std::vector<std::string> CallLines(std::string_view line) {
+    const size_t dots = line.find("..");
+    const size_t equals = line.rfind('=', dots);
+    if (dots == std::string_view::npos || line.find('"') < dots) return {std::string(line)};
+    const size_t end = std::min(line.find(' ', dots), line.size());
+    const int first = ParseInt(line.substr(equals + 1, dots - equals - 1));
+    const int last = ParseInt(line.substr(dots + 2, end - dots - 2));
+    if (first >= last) throw std::runtime_error("a range of calls must grow");
+    std::vector<std::string> lines;
+    for (int number = first; number <= last; ++number) {
+        lines.push_back(std::string(line.substr(0, equals + 1)) + std::to_string(number) +
+                        std::string(line.substr(end)));
+    }
+    return lines;
+}
+
+struct Line {
+    int number;  // in the file, one-based
+    std::string text;
+};
+
+// A table of values for placeholders: the first row names them, each further row gives one value for each.
+using Table = std::vector<std::vector<std::string>>;
+
+// Moves past the indented lines behind `at`, which are the table's rows.
+Table ReadTable(const std::vector<Line>& lines, size_t& at) {
+    Table table;
+    while (at + 1 < lines.size() && lines[at + 1].text.starts_with(kIndent)) {
+        table.push_back(SplitShellWords(lines[++at].text));
+        if (table.back().size() != table.front().size())
+            throw std::runtime_error("a row of the table has gaps");
+    }
+    if (table.size() < 2) throw std::runtime_error("the table has no rows");
+    return table;
+}
+
+std::string Filled(std::string text, const std::vector<std::string>& names,
+                   const std::vector<std::string>& values) {
+    for (size_t column = 0; column < names.size(); ++column)
+        ReplaceAll(text, "<" + names[column] + ">", values[column]);
+    return text;
+}
+
 class CaseReader {
   public:
+    explicit CaseReader(const GoldenTexts& goldenTexts) : m_goldenTexts(goldenTexts) {}
+
     std::vector<Case> Read(std::string_view text) {
-        std::istringstream lines{std::string(text)};
-        for (std::string line; std::getline(lines, line);) {
-            ++m_line;
-            try {
-                ReadLine(line);
-            } catch (const std::exception& error) {
-                throw std::runtime_error("line " + std::to_string(m_line) + ": " + error.what());
-            }
+        std::istringstream stream{std::string(text)};
+        std::vector<Line> lines;
+        int number = 0;
+        for (std::string line; std::getline(stream, line);) {
+            if (line.starts_with("case ")) ReadLines(std::exchange(lines, {}));
+            lines.push_back({++number, line});
         }
-        FinishCase();
+        ReadLines(std::move(lines));
         return std::move(m_cases);
     }
 
   private:
+    // The lines before the first case, or those of one case up to the next.
+    void ReadLines(std::vector<Line> lines) {
+        if (lines.empty()) return;
+        m_line = lines.front().number;
+        try {
+            const Table table = TakeTables(lines);
+            for (size_t row = 1; row < std::max<size_t>(table.size(), 2); ++row) {
+                for (const Line& line : lines) {
+                    m_line = line.number;
+                    ReadLine(table.empty() ? line.text : Filled(line.text, table.front(), table[row]));
+                }
+                FinishCase();
+            }
+        } catch (const std::exception& error) {
+            throw std::runtime_error("line " + std::to_string(m_line) + ": " + error.what());
+        }
+    }
+
+    // Takes the tables out of the lines. Returns the one that multiplies the case, empty when there is none.
+    Table TakeTables(std::vector<Line>& lines) {
+        constexpr std::string_view kNamed = "each ";
+        constexpr std::string_view kUse = "each: ";
+        Table used;
+        std::vector<Line> others;
+        for (size_t at = 0; at < lines.size(); ++at) {
+            const Line& line = lines[at];
+            if (line.text == "each") {
+                used = ReadTable(lines, at);
+            } else if (line.text.starts_with(kUse)) {
+                used = m_tables.at(line.text.substr(kUse.size()));
+            } else if (line.text.starts_with(kNamed)) {
+                m_tables[line.text.substr(kNamed.size())] = ReadTable(lines, at);
+            } else {
+                others.push_back(line);
+            }
+        }
+        lines = std::move(others);
+        return used;
+    }
+
     void ReadLine(std::string_view line) {
         if (line.ends_with(' ')) throw std::runtime_error("the line ends in a blank; \"$\" shows its end");
         if (line.starts_with(kIndent)) {
@@ -135,17 +236,17 @@ class CaseReader {
         m_block = Block::None;
         if (line.empty() || line.starts_with('#')) return;
         if (line.starts_with("case ")) {
-            FinishCase();
             m_case = {};
-            m_hasCase = true;
-            m_hasOutput = m_hasResult = false;
             m_case.name = line.substr(5);
             m_case.line = m_line;
+            m_hasCase = true;
+            m_hasOutput = m_hasResult = m_namesFarm = false;
+            m_server.reset();
         } else if (line.starts_with("farm ")) {
             m_block = Block::Farm;
             m_farm = &m_farms[std::string(line.substr(5))];
         } else {
-            ReadCaseLine(line);
+            ReadSettingLine(line);
         }
     }
 
@@ -155,7 +256,7 @@ class CaseReader {
                 m_farm->append(line).append("\n");
                 return;
             case Block::Script:
-                m_case.run.script.append(line).append("\n");
+                m_script.append(line).append("\n");
                 return;
             case Block::StandardOutput:
                 m_case.standardOutput += OutputLine(line);
@@ -163,44 +264,61 @@ class CaseReader {
             case Block::StandardError:
                 m_case.standardError += OutputLine(line);
                 return;
+            case Block::CallsInSession:
+                if (line.starts_with("KrvSession"))
+                    throw std::runtime_error("the session's own calls are implied");
+                [[fallthrough]];
             case Block::Calls:
-                m_case.calls.emplace_back(line);
+                for (std::string& call : CallLines(line))
+                    m_case.calls.push_back(std::move(call));
                 return;
             case Block::None:
                 throw std::runtime_error("an indented line outside a block");
         }
     }
 
-    void ReadCaseLine(std::string_view line) {
-        if (!m_hasCase) throw std::runtime_error("no case stands above this line");
+    void ReadSettingLine(std::string_view line) {
         const size_t colon = line.find(':');
         const std::string_view key = line.substr(0, colon);
-        if (colon == std::string_view::npos) {
-            BeginBlock(key);
+        std::string_view value = colon == std::string_view::npos ? "" : line.substr(colon + 1);
+        if (value.starts_with(' ')) value.remove_prefix(1);
+        if (!m_hasCase && key == "farm") {
+            m_usualFarms = value;
             return;
         }
-        std::string_view value = line.substr(colon + 1);
-        if (value.starts_with(' ')) value.remove_prefix(1);
-        ReadSetting(key, value);
+        if (!m_hasCase) throw std::runtime_error("no case stands above this line");
+        if (colon == std::string_view::npos) {
+            BeginBlock(key);
+        } else if (!ReadStart(key, value) && !ReadExpectation(key, value)) {
+            throw std::runtime_error("unknown setting: " + std::string(key));
+        }
     }
 
-    void BeginBlock(std::string_view key) {
-        m_block = Find(kBlocks, key).block;
+    void BeginBlock(std::string_view name) {
+        constexpr std::string_view kOnServer = "calls in session on ";
+        if (name.starts_with(kOnServer)) {
+            BeginSession(name.substr(kOnServer.size()));
+            return;
+        }
+        m_block = Find(kBlocks, name).block;
         if (m_block == Block::StandardOutput) m_hasOutput = true;
         if (m_block == Block::Calls) m_case.comparesCalls = true;
+        if (m_block == Block::CallsInSession) BeginSession(".");
     }
 
-    void ReadSetting(std::string_view key, std::string_view value) {
-        if (ReadStart(key, value) || ReadExpectation(key, value)) return;
-        throw std::runtime_error("unknown setting: " + std::string(key));
+    void BeginSession(std::string_view server) {
+        m_block = Block::CallsInSession;
+        m_case.comparesCalls = true;
+        m_server = server;
     }
 
     // How the program is started. False: the key is none of these.
     bool ReadStart(std::string_view key, std::string_view value) {
         if (key == "words") {
-            m_case.commandLines.emplace_back(value);
+            m_case.commandLines.push_back({std::string(value), SplitShellWords(value)});
         } else if (key == "farm") {
-            UseFarms(value);
+            m_case.run.script = ScriptOf(value);
+            m_namesFarm = true;
         } else if (key == "columns") {
             m_case.run.columns = ParseInt(value);
         } else if (key == "locale") {
@@ -227,10 +345,13 @@ class CaseReader {
         if (key == "stdout") {
             if (value != "nothing") m_case.standardOutput = OutputLine(value);
             m_hasOutput = true;
+        } else if (key == "golden") {
+            const auto golden = m_goldenTexts.find(value);
+            if (golden == m_goldenTexts.end()) throw std::runtime_error("no such golden text");
+            m_case.standardOutput = golden->second;
+            m_hasOutput = true;
         } else if (key == "result") {
-            const Result& result = Find(kResults, value);
-            m_case.standardError = result.standardError;
-            ExpectExit(result.exitStatus);
+            ReadResult(value);
         } else if (key == "exit") {
             ExpectExit(ParseInt(value));
         } else if (key == "killed by") {
@@ -238,10 +359,29 @@ class CaseReader {
             m_case.killedBy = Find(kSignals, value).number;
         } else if (key == "calls" && value == "none") {
             m_case.comparesCalls = true;
+        } else if (key == "calls in session" && value == "none") {
+            BeginSession(".");
         } else {
             return false;
         }
         return true;
+    }
+
+    // A name of kResults or the result line of a service error, which has its code as the exit status. A code
+    // of 256 or more does not fit an exit status, so the case has to tell it.
+    void ReadResult(std::string_view value) {
+        constexpr std::string_view kServiceError = "KRV error ";
+        if (value.starts_with(kServiceError)) {
+            m_case.standardError = std::string(value) + "\n";
+            const std::string_view text = value.substr(kServiceError.size());
+            const int code = ParseInt(text.substr(0, text.find(": ")));
+            if (code < 256) ExpectExit(code);
+            return;
+        }
+        const Result& result = Find(kResults, value);
+        m_case.standardError = result.standardError;
+        ExpectExit(result.exitStatus);
+        if (value == kQuiet) m_hasOutput = true;
     }
 
     void ExpectExit(int status) {
@@ -249,7 +389,7 @@ class CaseReader {
         m_hasResult = true;
     }
 
-    // "after 6 calls". A second signal waits until the first one has been taken notice of.
+    // "after 6 calls". A second signal is sent a moment later, when the program has taken note of the first.
     void AddSignal(Interruption interruption, std::string_view value) {
         constexpr std::string_view kAfter = "after ";
         constexpr std::string_view kCalls = " calls";
@@ -262,47 +402,84 @@ class CaseReader {
         m_case.run.signals.push_back({static_cast<size_t>(ParseInt(value)), interruption, pause});
     }
 
-    // "one farm + another farm": their scripts one after the other.
-    void UseFarms(std::string_view names) {
+    // The scripts of "one farm + another farm", one after the other.
+    std::string ScriptOf(std::string_view names) const {
         constexpr std::string_view kAnd = " + ";
+        if (names.empty() || names == "none") return {};
+        std::string script;
         while (true) {
             const size_t end = names.find(kAnd);
             const auto farm = m_farms.find(std::string(names.substr(0, end)));
             if (farm == m_farms.end()) throw std::runtime_error("there is no such farm above");
-            m_case.run.script += farm->second;
-            if (end == std::string_view::npos) return;
+            script += farm->second;
+            if (end == std::string_view::npos) return script;
             names.remove_prefix(end + kAnd.size());
         }
     }
 
     void FinishCase() {
-        if (!m_hasCase) return;
-        m_hasCase = false;
-        const char* missing = nullptr;
-        if (m_case.commandLines.empty()) missing = "words";
-        if (!m_hasOutput) missing = "stdout";
-        if (!m_hasResult) missing = "result or exit";
-        if (missing != nullptr) {
-            throw std::runtime_error("the case above, \"" + m_case.name + "\", lacks " + missing);
+        if (!std::exchange(m_hasCase, false)) return;
+        if (m_case.commandLines.empty()) throw std::runtime_error("the case lacks words");
+        if (!m_hasResult) throw std::runtime_error("the case lacks a result or an exit status");
+        if (!m_namesFarm) m_case.run.script = ScriptOf(m_usualFarms);
+        m_case.run.script += std::exchange(m_script, {});
+        if (!m_hasOutput) m_case.standardOutput = kBanner;
+        if (m_server) {
+            m_case.calls.insert(m_case.calls.begin(), "KrvSessionCreate server=\"" + *m_server + "\"");
+            m_case.calls.emplace_back("KrvSessionClose");
         }
         m_cases.push_back(std::move(m_case));
     }
 
-    int m_line = 0;
-    Block m_block = Block::None;
+    const GoldenTexts& m_goldenTexts;
     std::map<std::string, std::string> m_farms;
+    std::map<std::string, Table> m_tables;
+    std::string m_usualFarms;  // of cases that name none
+    std::vector<Case> m_cases;
+    int m_line = 0;
+
+    // The case being read.
+    Case m_case;
+    Block m_block = Block::None;
     std::string* m_farm = nullptr;
+    std::string m_script;
+    std::optional<std::string> m_server;  // of `calls in session`
     bool m_hasCase = false;
     bool m_hasOutput = false;
     bool m_hasResult = false;
-    Case m_case;
-    std::vector<Case> m_cases;
+    bool m_namesFarm = false;
 };
 
 }  // namespace
 
-std::vector<Case> ReadCases(std::string_view text) {
-    return CaseReader().Read(text);
+std::vector<Case> ReadCases(std::string_view text, const GoldenTexts& goldenTexts) {
+    return CaseReader(goldenTexts).Read(text);
+}
+
+std::vector<std::string> SplitShellWords(std::string_view line) {
+    std::vector<std::string> words;
+    bool inWord = false;
+    char quote = '\0';
+    for (size_t i = 0; i < line.size(); ++i) {
+        const char c = line[i];
+        if (quote == '\0' && c == ' ') {
+            inWord = false;
+            continue;
+        }
+        if (!inWord) words.emplace_back();
+        inWord = true;
+        if (c == quote) {
+            quote = '\0';
+        } else if (quote == '\0' && (c == '"' || c == '\'')) {
+            quote = c;
+        } else if (c == '\\' && quote != '\'' && i + 1 < line.size()) {
+            words.back() += line[++i];
+        } else {
+            words.back() += c;
+        }
+    }
+    if (quote != '\0') throw std::runtime_error("a quote is not closed");
+    return words;
 }
 
 }  // namespace e2e

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,11 +9,17 @@
 
 namespace e2e {
 
-// One test as data: what is typed on top of which farm, and all that must come of it.
+// A command line without the program's name.
+struct CommandLine {
+    std::string text;                // as typed in a shell
+    std::vector<std::string> words;  // as the program receives them
+};
+
+// One test as data: what is typed on which farm, and what must come of it.
 struct Case {
     std::string name;                       // a sentence about behaviour
-    int line = 0;                           // where it stands in its file
-    std::vector<std::string> commandLines;  // each one must give all of the below
+    int line = 0;                           // one-based position in its file
+    std::vector<CommandLine> commandLines;  // each must give all of the below
     Run run;                                // everything but the words
     std::string standardOutput;
     std::string standardError;
@@ -20,11 +27,18 @@ struct Case {
     int killedBy = 0;  // the signal that ends the program, 0 when it ends by itself
     bool comparesCalls = false;
     std::vector<std::string> calls;
-    std::string notOnWindows;  // why the case says nothing about the Windows program; empty: it does
+    std::string notOnWindows;  // why the Windows program skips the case; empty when it does not
 };
 
-// The cases of a file (README.md describes the format). Throws std::runtime_error with the line's
-// number when something is missing or cannot be understood.
-std::vector<Case> ReadCases(std::string_view text);
+// Expected outputs, by the names of their files without ".txt".
+using GoldenTexts = std::map<std::string, std::string, std::less<>>;
+
+// The cases of a file; README.md describes the format. Throws std::runtime_error with the line's number when
+// something is missing or unknown.
+std::vector<Case> ReadCases(std::string_view text, const GoldenTexts& goldenTexts);
+
+// Splits a command line as a shell does: blanks separate words, single and double quotes group, a backslash
+// outside single quotes escapes the next character. Throws std::runtime_error for an open quote.
+std::vector<std::string> SplitShellWords(std::string_view line);
 
 }  // namespace e2e

@@ -1,5 +1,3 @@
-// Makes a test of every case in cases/*.case: a suite per file, named after it, a test per case,
-// named after its sentence.
 #include <gtest/gtest.h>
 
 #include <cctype>
@@ -9,13 +7,12 @@
 #include <fstream>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include "tests/e2e/case_file.h"
 #include "tests/e2e/expect_outcome.h"
 #include "tests/e2e/program.h"
-#include "tests/e2e/shell_words.h"
-#include "tests/e2e/windows_program.h"
 
 namespace e2e {
 namespace {
@@ -28,10 +25,10 @@ class CaseTest : public testing::Test {
         if (IsWindowsProgram() && !m_case.notOnWindows.empty()) {
             GTEST_SKIP() << "Not on Windows: " << m_case.notOnWindows;
         }
-        for (const std::string& commandLine : m_case.commandLines) {
-            SCOPED_TRACE("krvcmd " + commandLine);
+        for (const CommandLine& line : m_case.commandLines) {
+            SCOPED_TRACE("krvcmd " + line.text);
             e2e::Run run = m_case.run;
-            run.words = SplitShellWords(commandLine);
+            run.words = line.words;
             ExpectOutcome(m_case, RunProgram(run));
         }
     }
@@ -63,10 +60,27 @@ std::string ReadFile(const std::filesystem::path& path) {
     return text.str();
 }
 
-void RegisterCases(const std::filesystem::path& path) {
+// The files of a folder that have the extension, in order.
+std::set<std::filesystem::path> FilesIn(const std::filesystem::path& folder, const char* extension) {
+    std::set<std::filesystem::path> files;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == extension) files.insert(entry.path());
+    }
+    return files;
+}
+
+GoldenTexts ReadGoldenTexts() {
+    GoldenTexts texts;
+    for (const std::filesystem::path& path : FilesIn(KRVCMD_E2E_GOLDEN, ".txt"))
+        texts[path.stem().string()] = ReadFile(path);
+    return texts;
+}
+
+// A suite per file, named after it; a test per case, named after its sentence.
+void RegisterCases(const std::filesystem::path& path, const GoldenTexts& goldenTexts) {
     const std::string suite = CamelCase(path.stem().string());
     std::set<std::string> names;
-    for (const Case& entry : ReadCases(ReadFile(path))) {
+    for (const Case& entry : ReadCases(ReadFile(path), goldenTexts)) {
         const std::string name = CamelCase(entry.name);
         if (!names.insert(name).second) throw std::runtime_error("two cases are called " + name);
         testing::RegisterTest(suite.c_str(), name.c_str(), nullptr, nullptr, path.c_str(), entry.line,
@@ -79,13 +93,10 @@ void RegisterCases(const std::filesystem::path& path) {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    std::set<std::filesystem::path> paths;
-    for (const auto& entry : std::filesystem::directory_iterator(KRVCMD_E2E_CASES)) {
-        if (entry.path().extension() == ".case") paths.insert(entry.path());
-    }
-    for (const std::filesystem::path& path : paths) {
+    const e2e::GoldenTexts goldenTexts = e2e::ReadGoldenTexts();
+    for (const std::filesystem::path& path : e2e::FilesIn(KRVCMD_E2E_CASES, ".case")) {
         try {
-            e2e::RegisterCases(path);
+            e2e::RegisterCases(path, goldenTexts);
         } catch (const std::exception& error) {
             std::fprintf(stderr, "%s: %s\n", path.string().c_str(), error.what());
             return 1;

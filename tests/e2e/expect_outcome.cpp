@@ -4,18 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-
-#include "tests/e2e/on_screen.h"
-#include "tests/e2e/windows_program.h"
+#include <cstdlib>
 
 namespace e2e {
 namespace {
 
-bool IsError(const std::string& line) {
-    return line.starts_with("ERROR ");
-}
-
-// The text as it is compared: one line per line, its end visible.
+// The text with visible ends of its lines, for messages.
 std::string Visible(const std::string& text) {
     std::string result;
     for (const char c : text)
@@ -29,6 +23,38 @@ std::string Joined(const std::vector<std::string>& lines) {
         result += line + "\n";
     return result;
 }
+
+constexpr size_t kTabStop = 8;
+
+class Screen {
+  public:
+    explicit Screen(size_t columns) : m_columns(columns) {}
+
+    void Put(char byte) {
+        if (m_row.size() == m_columns) EndRow();
+        m_row += byte;
+    }
+
+    void Tab() {
+        do {
+            Put(' ');
+        } while (m_row.size() % kTabStop != 0 && m_row.size() < m_columns);
+    }
+
+    void EndRow() {
+        m_rows += WithoutBlanksAtTheEnd() + "\n";
+        m_row.clear();
+    }
+
+    std::string Rows() const { return m_rows + WithoutBlanksAtTheEnd(); }
+
+  private:
+    std::string WithoutBlanksAtTheEnd() const { return m_row.substr(0, m_row.find_last_not_of(' ') + 1); }
+
+    size_t m_columns;
+    std::string m_rows;
+    std::string m_row;
+};
 
 // Under wine a terminal shows the rows of a Windows console instead of the program's own bytes.
 std::string AsShown(const std::string& text, const Run& run) {
@@ -48,15 +74,34 @@ void ExpectEnd(const Case& expected, const Outcome& actual) {
 
 }  // namespace
 
+bool IsWindowsProgram() {
+    return std::getenv("KRVCMD_E2E_WINDOWS") != nullptr;
+}
+
+std::string AsOnScreen(std::string_view text, int columns) {
+    Screen screen(static_cast<size_t>(columns));
+    for (const char byte : text) {
+        if (byte == '\n') {
+            screen.EndRow();
+        } else if (byte == '\t') {
+            screen.Tab();
+        } else {
+            screen.Put(byte);
+        }
+    }
+    return screen.Rows();
+}
+
 void ExpectCleanCalls(const Outcome& actual) {
     for (const std::string& line : actual.calls)
-        EXPECT_FALSE(IsError(line)) << line;
+        EXPECT_FALSE(line.starts_with("ERROR ")) << line;
     if (actual.calls.empty()) return;
-    const auto count = [&](std::string_view start) {
-        return std::count_if(actual.calls.begin(), actual.calls.end(),
-                             [&](const std::string& line) { return line.starts_with(start); });
+    const auto count = [&](std::string_view call) {
+        return std::ranges::count_if(actual.calls,
+                                     [&](const std::string& line) { return line.starts_with(call); });
     };
     EXPECT_LE(count("KrvSessionCreate"), 1);
+    EXPECT_TRUE(count("KrvSessionCreate") == 0 || actual.calls.front().starts_with("KrvSessionCreate"));
     EXPECT_EQ(count("KrvSessionClose"), 1);
     EXPECT_EQ(actual.calls.back(), "KrvSessionClose");
 }

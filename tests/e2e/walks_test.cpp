@@ -1,20 +1,19 @@
-// A walk over a small jukebox (two magazines of two slots) in which one slot answers with a code that
-// steers the walk: which slots are touched, and how the run ends.
 #include <gtest/gtest.h>
 
 #include <array>
 #include <string>
 #include <vector>
 
+#include "tests/e2e/case_file.h"
 #include "tests/e2e/expect_outcome.h"
 #include "tests/e2e/program.h"
-#include "tests/e2e/shell_words.h"
 
 namespace e2e {
 namespace {
 
-// One command and one code. `touched` are the slots that are touched when the code is the answer at
-// the first, second, third, fourth slot; an "!" says that the run ends with the code as its error.
+// A walk over a jukebox of two magazines with two slots each, in which one slot answers with a code.
+// `touched` are the slots that the command touches when the code comes from the first, second, third and
+// fourth slot that it touches; "!" means that the run ends with the code as its error.
 struct Walk {
     const char* words;
     const char* function;

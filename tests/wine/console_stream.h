@@ -14,7 +14,7 @@ enum class Source : unsigned char {
 // Turns what a Windows program writes under wine into plain lines that end in "\n".
 //
 // From a console come the rows of the screen: a line that is longer than the screen is wide is two
-// rows, a tab is blanks, and blanks at a row's end are gone. AsOnScreen (tests/e2e/on_screen.h) does
+// rows, a tab is blanks, and blanks at a row's end are gone. AsOnScreen (tests/e2e/expect_outcome.h) does
 // the same to a text.
 class ConsoleStream {
   public:
