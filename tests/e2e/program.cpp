@@ -1,5 +1,3 @@
-// The one place that starts the program: on pipes or on a pseudo-terminal, with the scripted client
-// library first in the library path.
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
@@ -56,7 +54,7 @@ class Descriptor {
     int m_fd = -1;
 };
 
-// What the program writes to and what the test reads from.
+// The end that the program writes to and the end that the test reads from.
 struct Channel {
     Descriptor reading;
     Descriptor writing;
@@ -141,7 +139,7 @@ std::string EnvironmentOr(const char* name, const char* otherwise) {
     return value == nullptr ? otherwise : value;
 }
 
-// The child's side of the start: streams, environment, the program itself.
+// Sets up the streams and the environment in the child process, and starts the program there.
 [[noreturn]] void BecomeProgram(const Run& run, const Folder& folder, int output, int error) {
     if (output >= 0) {
         dup2(output, STDOUT_FILENO);
@@ -149,7 +147,7 @@ std::string EnvironmentOr(const char* name, const char* otherwise) {
         close(STDOUT_FILENO);
     }
     dup2(error, STDERR_FILENO);
-    // A test program started with SIGPIPE or SIGINT ignored must not hand that on.
+    // A test program started with SIGPIPE or SIGINT ignored must not pass that on.
     for (const int number : {SIGPIPE, SIGINT, SIGTERM})
         signal(number, SIG_DFL);
     setenv("LD_LIBRARY_PATH", EnvironmentOr("KRVCMD_E2E_LIBRARY", KRVCMD_E2E_LIBRARY).c_str(), 1);
@@ -165,15 +163,15 @@ std::string EnvironmentOr(const char* name, const char* otherwise) {
     _exit(127);
 }
 
-// The running program, watched until it has ended and its streams are read to their ends.
+// Watches the running program until it has ended and its streams are read to their ends.
 class Watch {
   public:
     Watch(const Run& run, const Folder& folder, pid_t child, Channel& output, Channel& error)
         : m_run(run), m_folder(folder), m_child(child), m_output(output), m_error(error) {}
 
-    Outcome ToTheEnd() {
+    Outcome UntilItEnds() {
         while (m_output.reading.IsOpen() || m_error.reading.IsOpen()) {
-            ReadWhatIsThere();
+            ReadAvailable();
             SendSignals();
             EndWhenTooLong();
         }
@@ -190,7 +188,7 @@ class Watch {
     }
 
   private:
-    void ReadWhatIsThere() {
+    void ReadAvailable() {
         std::array<pollfd, 2> waiting = {
             {{m_output.reading.Get(), POLLIN, 0}, {m_error.reading.Get(), POLLIN, 0}}};
         const bool busy = m_signalsSent < m_run.signals.size();
@@ -252,7 +250,7 @@ Outcome RunProgram(const Run& run) {
     }
     output.writing.Close();
     error.writing.Close();
-    return Watch(run, folder, child, output, error).ToTheEnd();
+    return Watch(run, folder, child, output, error).UntilItEnds();
 }
 
 }  // namespace e2e
