@@ -12,6 +12,7 @@
 namespace embedded {
 namespace {
 
+// Looks at each item once, in the order of the file.
 class Search {
   public:
     explicit Search(const Farm& farm) : m_farm(farm) {}
@@ -22,53 +23,56 @@ class Search {
         for (const FarmJukebox& jukebox : m_farm.jukeboxes)
             CheckJukebox(jukebox);
         for (const FarmMedium& medium : m_farm.shelf)
-            CheckMedium(medium, Place::Shelf, "the shelf");
+            CheckMedium(medium, Place::Shelf, "on the shelf");
         for (const FarmVolume& volume : m_farm.volumes)
             CheckSides(volume);
         return std::move(m_problems);
     }
 
   private:
-    void Complain(int line, std::string text) { m_problems.push_back({line, "", std::move(text)}); }
+    void AddProblem(int line, std::string text) { m_problems.push_back({line, "", std::move(text)}); }
 
     static std::string Name(const FarmVolume& volume) { return "volume " + std::to_string(volume.id); }
 
     void CheckVolume(const FarmVolume& volume) {
         const std::string name = Name(volume);
-        if (volume.id == 0) Complain(volume.line, "volume 0 is no volume: IDs are above or below 0");
-        if (!m_volumes.emplace(volume.id, &volume).second) Complain(volume.line, name + " is there twice");
-        if (volume.free > volume.total) Complain(volume.line, name + " has more free bytes than bytes");
+        if (volume.id == 0) AddProblem(volume.line, "volume 0: 0 is not a volume ID");
+        if (!m_volumes.emplace(volume.id, &volume).second)
+            AddProblem(volume.line, name + " is defined twice");
+        if (volume.free > volume.total) AddProblem(volume.line, name + " has more free than total bytes");
         if (m_farm.nextVolume != 0 && volume.id >= m_farm.nextVolume) {
-            Complain(volume.line, name + " is not below next_volume, " + std::to_string(m_farm.nextVolume));
+            AddProblem(volume.line,
+                       name + " is not below next_volume (" + std::to_string(m_farm.nextVolume) + ")");
         }
         if (volume.id < 0 && !volume.directories.empty()) {
-            Complain(volume.line, name + " has a directory name, but the service has never seen it");
+            AddProblem(volume.line, name + " has a directory name but was never imported");
         }
         for (const std::string& directory : volume.directories) {
-            if (directory.empty()) Complain(volume.line, name + " has an empty directory name");
+            if (directory.empty()) AddProblem(volume.line, name + " has an empty directory name");
             if (!m_directories.insert(directory).second) {
-                Complain(volume.line,
-                         Joined({name, " has the directory name \"", directory, "\", which is there twice"}));
+                AddProblem(volume.line, Joined({name, " has the directory name \"", directory,
+                                                "\", which is used twice"}));
             }
         }
     }
 
     void CheckJukebox(const FarmJukebox& jukebox) {
         const std::string name = "jukebox " + std::to_string(jukebox.id);
-        if (!m_jukeboxes.insert(jukebox.id).second) Complain(jukebox.line, name + " is there twice");
-        if (jukebox.name.empty()) Complain(jukebox.line, name + " has an empty name");
+        if (!m_jukeboxes.insert(jukebox.id).second) AddProblem(jukebox.line, name + " is defined twice");
+        if (jukebox.name.empty()) AddProblem(jukebox.line, name + " has an empty name");
         int64_t slots = 0;
         size_t number = 0;
         for (const FarmMagazine& magazine : jukebox.magazines) {
             slots += magazine.slotCount;
             CheckMagazine(magazine, "magazine " + std::to_string(++number) + " of " + name);
         }
-        if (slots > std::numeric_limits<int32_t>::max()) Complain(jukebox.line, name + " has too many slots");
+        if (slots > std::numeric_limits<int32_t>::max())
+            AddProblem(jukebox.line, name + " has too many slots");
         for (const FarmMedium& medium : jukebox.waiting) {
-            CheckMedium(medium, Place::ImportStation, "the import station of " + name);
+            CheckMedium(medium, Place::ImportStation, "in the import station of " + name);
         }
         for (const FarmMedium& medium : jukebox.exported) {
-            CheckMedium(medium, Place::ExportStation, "the export station of " + name);
+            CheckMedium(medium, Place::ExportStation, "in the export station of " + name);
         }
     }
 
@@ -76,20 +80,20 @@ class Search {
         std::map<int32_t, SlotState> odd;
         for (const FarmSlot& slot : magazine.oddSlots) {
             const std::string place = "slot " + std::to_string(slot.number) + " of " + name;
-            if (slot.number > magazine.slotCount) Complain(magazine.line, place + " does not exist");
+            if (slot.number > magazine.slotCount) AddProblem(magazine.line, place + " does not exist");
             if (!odd.emplace(slot.number, slot.state).second)
-                Complain(magazine.line, place + " has two states");
+                AddProblem(magazine.line, place + " is listed with two states");
         }
         std::set<int32_t> full;
         for (const FarmMedium& medium : magazine.media) {
             const std::string place = "slot " + std::to_string(medium.slot) + " of " + name;
-            if (medium.slot > magazine.slotCount) Complain(medium.line, place + " does not exist");
-            if (!full.insert(medium.slot).second) Complain(medium.line, place + " holds two media");
+            if (medium.slot > magazine.slotCount) AddProblem(medium.line, place + " does not exist");
+            if (!full.insert(medium.slot).second) AddProblem(medium.line, place + " holds two media");
             const auto state = odd.find(medium.slot);
             if (state != odd.end() && state->second == SlotState::NotPresent) {
-                Complain(medium.line, place + " is not present, but holds a medium");
+                AddProblem(medium.line, place + " is not present but holds a medium");
             }
-            CheckMedium(medium, Place::Slot, place);
+            CheckMedium(medium, Place::Slot, "in " + place);
         }
     }
 
@@ -99,14 +103,13 @@ class Search {
             const std::string volume = "volume " + std::to_string(side.volume);
             ++m_sides[side.volume];
             if (!m_volumes.contains(side.volume))
-                Complain(medium.line, Joined({volume, " in ", name, " is not declared"}));
+                AddProblem(medium.line, Joined({volume, " ", name, " is not defined"}));
             if (side.content == Content::Blank || side.content == Content::NoFileSystem) {
-                Complain(medium.line,
-                         Joined({volume, " in ", name, " lies on a side without a file system"}));
+                AddProblem(medium.line, Joined({volume, " ", name, " is on a side without a file system"}));
             }
             if (side.volume < 0 && (place == Place::Slot || place == Place::ExportStation)) {
-                Complain(medium.line,
-                         Joined({volume, " in ", name, " needs an ID above 0: the service has seen it"}));
+                AddProblem(medium.line,
+                           Joined({volume, " ", name, " was imported, so its ID must be above 0"}));
             }
         }
     }
@@ -115,11 +118,11 @@ class Search {
         const auto found = m_sides.find(volume.id);
         const int sides = found == m_sides.end() ? 0 : found->second;
         if (volume.type == VolumeType::Disc && sides > 1) {
-            Complain(volume.line,
-                     Name(volume) + " is a disc, but lies on " + std::to_string(sides) + " sides");
+            AddProblem(volume.line,
+                       Name(volume) + " is a disc but is on " + std::to_string(sides) + " sides");
         }
         if (volume.id < 0 && sides == 0) {
-            Complain(volume.line, Name(volume) + " lies on no medium, but the service has never seen it");
+            AddProblem(volume.line, Name(volume) + " is on no medium and was never imported");
         }
     }
 

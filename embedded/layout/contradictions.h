@@ -1,4 +1,3 @@
-// What in a farm contradicts itself, although each field alone is right.
 #pragma once
 
 #include <vector>
@@ -8,7 +7,9 @@
 
 namespace embedded {
 
-// Every contradiction, with the line of the layout file where the farm was read from one.
+// Every contradiction in a farm whose fields are valid one by one: duplicate IDs, names and places,
+// references to what does not exist, a disc on two sides, more free than total bytes. Each names the line of
+// its item where the farm was read from a layout file.
 std::vector<Problem> FindContradictions(const Farm& farm);
 
 }  // namespace embedded

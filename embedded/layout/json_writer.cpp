@@ -1,7 +1,8 @@
+#include "embedded/layout/json_writer.h"
+
 #include <nlohmann/json.hpp>
 
-#include "embedded/layout/layout_writer.h"
-#include "embedded/model/farm.h"
+#include "embedded/layout/text_encoding.h"
 #include "embedded/model/farm_words.h"
 #include "embedded/model/media_types.h"
 
@@ -10,7 +11,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// A text, or an object with its bytes where it is none.
+// The version of the object that is written.
+constexpr int kSchema = 1;
+
+// A string, or an object with the bytes where they are no UTF-8.
 Json Text(std::string_view bytes) {
     if (IsText(bytes)) return bytes;
     return {{"hex", ToHex(bytes)}};
@@ -31,7 +35,7 @@ constexpr Word kVolumeWords[] = {
 };
 
 template <typename Value>
-std::string_view Said(std::span<const Word> words, Value value) {
+std::string_view WordOrUnknown(std::span<const Word> words, Value value) {
     const std::string_view word = WordOf(words, static_cast<int32_t>(value));
     return word.empty() ? "unknown" : word;
 }
@@ -46,8 +50,8 @@ Json Device(const FarmDevice& device) {
 Json Medium(const FarmMedium& medium) {
     Json sides = Json::array();
     for (const FarmSide& side : medium.sides) {
-        Json entry = {{"content", Said(ContentWords(), side.content)},
-                      {"finalization", Said(FinalizationWords(), side.finalization)},
+        Json entry = {{"content", WordOrUnknown(ContentWords(), side.content)},
+                      {"finalization", WordOrUnknown(FinalizationWords(), side.finalization)},
                       {"sequential", side.sequential}};
         entry["volume"] = side.volume == 0 ? Json() : Json(side.volume);
         entry["part"] = side.part;
@@ -74,7 +78,7 @@ Json Magazine(const FarmMagazine& magazine, size_t number) {
         slot["medium"] = Medium(medium);
     }
     for (const FarmSlot& odd : magazine.oddSlots) {
-        slots.at(static_cast<size_t>(odd.number - 1))["state"] = Said(kSlotWords, odd.state);
+        slots.at(static_cast<size_t>(odd.number - 1))["state"] = WordOrUnknown(kSlotWords, odd.state);
     }
     return {{"magazine", number}, {"present", magazine.present}, {"slots", std::move(slots)}};
 }
@@ -109,9 +113,9 @@ Json Volume(const FarmVolume& volume, VolumeState usual) {
         directories.push_back(Text(directory));
     const int32_t state = volume.state.value_or(static_cast<int32_t>(usual));
     return {{"id", volume.id},
-            {"type", Said(VolumeTypeWords(), volume.type)},
+            {"type", WordOrUnknown(VolumeTypeWords(), volume.type)},
             {"enabled", volume.enabled},
-            {"state", Said(kVolumeWords, state)},
+            {"state", WordOrUnknown(kVolumeWords, state)},
             {"state_code", state},
             {"label", Text(volume.label)},
             {"file_system", Text(volume.fileSystem)},
@@ -122,7 +126,7 @@ Json Volume(const FarmVolume& volume, VolumeState usual) {
             {"value2", volume.value2}};
 }
 
-// The elements one by one, each on a line of its own, so that a large farm is never whole in memory twice.
+// One element a line, written one by one: a large farm is never in memory twice.
 template <typename Element, typename Write>
 void WriteList(std::ostream& out, const char* name, const std::vector<Element>& list, const Write& write) {
     out << "  \"" << name << "\": [";
@@ -138,7 +142,7 @@ void WriteList(std::ostream& out, const char* name, const std::vector<Element>& 
 
 void WriteJson(std::ostream& out, std::string_view server, const Farm& farm) {
     const std::map<int32_t, VolumeState> usual = UsualStates(farm);
-    out << "{\n  \"schema\": " << kJsonSchema << ",\n  \"server\": " << Text(server).dump()
+    out << "{\n  \"schema\": " << kSchema << ",\n  \"server\": " << Text(server).dump()
         << ",\n  \"running\": " << (farm.running ? "true" : "false")
         << ",\n  \"next_volume\": " << farm.nextVolume << ",\n";
     WriteList(out, "jukeboxes", farm.jukeboxes, Jukebox);

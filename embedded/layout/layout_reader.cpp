@@ -13,10 +13,10 @@ namespace {
 constexpr int32_t kFormat = 1;
 constexpr int64_t kLowest = std::numeric_limits<int32_t>::min();
 constexpr int64_t kHighest = std::numeric_limits<int32_t>::max();
-// No magazine is larger: its slots are entered one by one.
+// The slots of a magazine are stored one by one.
 constexpr int64_t kMostSlots = 10'000'000;
 
-// Media types that have no name are written as their code.
+// A name, or the code of a type without one.
 uint32_t ReadType(TableReader& reader) {
     reader.Require("type");
     const toml::node* node = reader.Node("type");
@@ -28,7 +28,7 @@ uint32_t ReadType(TableReader& reader) {
     if (name.has_value() && *name == "unknown") return kUnknownMedium;
     const MediaType* type = name.has_value() ? FindMediaType(*name) : nullptr;
     if (type != nullptr) return type->code;
-    reader.Complain("type", node, "is no media type");
+    reader.AddProblem("type", node, "is not a media type");
     return kUnknownMedium;
 }
 
@@ -46,7 +46,7 @@ FarmSide ReadSideTable(TableReader& reader, uint32_t type) {
     return side;
 }
 
-// A volume ID, a word for the content, or a table with more.
+// A volume ID, a content word, or a table.
 FarmSide ReadSide(TableReader& reader, std::string_view field, uint32_t type) {
     const toml::node* node = reader.Node(field);
     if (const auto volume = node->value_exact<int64_t>()) {
@@ -62,10 +62,10 @@ FarmSide ReadSide(TableReader& reader, std::string_view field, uint32_t type) {
     if (const toml::table* table = node->as_table()) {
         TableReader side(*table, reader.PathOf(field), reader.GetProblems());
         const FarmSide result = ReadSideTable(side, type);
-        side.Finish();
+        side.RejectUnknownFields();
         return result;
     }
-    reader.Complain(field, node, "is neither a volume ID, nor the word for a content, nor a table");
+    reader.AddProblem(field, node, "must be a volume ID, a content word or a table");
     return {};
 }
 
@@ -98,18 +98,13 @@ void ReadDevice(TableReader& reader, FarmDevice& device) {
     const toml::node* node = reader.Node("scsi");
     if (node == nullptr) return;
     const toml::array* list = node->as_array();
-    if (list == nullptr || list->size() != std::size(device.scsi)) {
-        reader.Complain("scsi", node, "is not a list of three numbers");
-        return;
-    }
-    for (size_t position = 0; position < list->size(); ++position) {
+    bool isValid = list != nullptr && list->size() == std::size(device.scsi);
+    for (size_t position = 0; isValid && position < list->size(); ++position) {
         const auto value = (*list)[position].value_exact<int64_t>();
-        if (value.has_value() && *value >= kLowest && *value <= kHighest) {
-            device.scsi[position] = static_cast<int32_t>(*value);
-        } else {
-            reader.Complain("scsi", node, "is not a list of three numbers");
-        }
+        isValid = value.has_value() && *value >= kLowest && *value <= kHighest;
+        if (isValid) device.scsi[position] = static_cast<int32_t>(*value);
     }
+    if (!isValid) reader.AddProblem("scsi", node, "must be an array of three integers");
 }
 
 FarmDrive ReadDrive(TableReader& reader) {
@@ -139,14 +134,14 @@ FarmMagazine ReadMagazine(TableReader& reader) {
     return magazine;
 }
 
-// A count that a layout may give to guard against a slip; it must be the number of what is there.
+// A layout may state a count to guard against slips; it must match.
 void CheckCount(TableReader& reader, std::string_view field, int64_t count) {
     if (!reader.Has(field)) return;
     int32_t declared = 0;
     reader.Number(field, 0, kHighest, declared);
     if (declared != count) {
-        reader.Complain(field, reader.Node(field),
-                        "is " + std::to_string(declared) + ", but there are " + std::to_string(count));
+        reader.AddProblem(field, reader.Node(field),
+                          "is " + std::to_string(declared) + ", but there are " + std::to_string(count));
         reader.GetProblems().back().isOfCount = true;
     }
 }
@@ -203,7 +198,7 @@ void ReadFarm(TableReader& reader, Farm& farm) {
     reader.Require("format");
     reader.Number("format", 0, kHighest, format);
     if (reader.Has("format") && format != kFormat) {
-        reader.Complain("format", reader.Node("format"), "is not " + std::to_string(kFormat));
+        reader.AddProblem("format", reader.Node("format"), "must be " + std::to_string(kFormat));
     }
     reader.Flag("running", farm.running);
     reader.Number("next_volume", 0, kHighest, farm.nextVolume);
@@ -212,7 +207,7 @@ void ReadFarm(TableReader& reader, Farm& farm) {
     farm.shelf = ReadMedia(reader, "shelf", Numbering::InOrder);
     CheckCount(reader, "jukebox_count", static_cast<int64_t>(farm.jukeboxes.size()));
     CheckCount(reader, "volume_count", static_cast<int64_t>(farm.volumes.size()));
-    reader.Finish();
+    reader.RejectUnknownFields();
 }
 
 }  // namespace

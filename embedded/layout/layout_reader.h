@@ -1,4 +1,3 @@
-// Reads a layout file (TOML) into a farm. docs/layout.md describes the format.
 #pragma once
 
 #include <string>
@@ -9,25 +8,26 @@
 
 namespace embedded {
 
-// One thing that is wrong with a layout file.
+// One problem of a layout file.
 struct Problem {
-    int line = 0;       // from 1; 0 when no line is to blame
-    std::string field;  // the dotted path of the field, empty when none is to blame
+    int line = 0;       // one-based; 0 = unknown
+    std::string field;  // dotted path such as "jukebox[2].name"; empty = the file or the farm as a whole
     std::string text;   // without a full stop
-    // The farm is read whole all the same: only a count that was given does not match it.
+    // Only a stated count does not match: the farm is complete all the same.
     bool isOfCount = false;
 };
 
-// "FILE:LINE: FIELD: TEXT", the parts that are not there left out.
+// "FILE:LINE: FIELD: TEXT", without the parts that are unknown.
 std::string ProblemText(std::string_view file, const Problem& problem);
 
 struct LayoutResult {
-    Farm farm;  // whole only when there is no problem
+    Farm farm;  // complete only without problems
     std::vector<Problem> problems;
 };
 
-// Finds every field that is missing, unknown or of the wrong kind; what contradicts what is
-// FindContradictions' business. A text that is no TOML yields its first fault alone.
+// Reads a layout file (TOML; docs/layout.md describes the format). Finds every field that is missing,
+// unknown, of the wrong type or out of range, but no contradictions between fields: FindContradictions does.
+// Of a text that is not TOML only the first problem is reported.
 LayoutResult ReadLayout(std::string_view text);
 
 }  // namespace embedded

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "embedded/layout/text_encoding.h"
 #include "embedded/model/farm_words.h"
 #include "embedded/model/joined.h"
 #include "embedded/model/media_types.h"
@@ -12,7 +13,6 @@ namespace {
 
 std::string Quoted(std::string_view text) {
     if (!IsText(text)) return Joined({"{ hex = \"", ToHex(text), "\" }"});
-    constexpr std::string_view kDigits = "0123456789abcdef";
     std::string quoted = "\"";
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
@@ -20,9 +20,7 @@ std::string Quoted(std::string_view text) {
             quoted += '\\';
             quoted += character;
         } else if (byte < 0x20 || byte == 0x7F) {
-            quoted += "\\u00";
-            quoted += kDigits[byte >> 4U];
-            quoted += kDigits[byte & 0xFU];
+            quoted += "\\u00" + ToHex({&character, 1});
         } else {
             quoted += character;
         }
@@ -30,12 +28,13 @@ std::string Quoted(std::string_view text) {
     return quoted + "\"";
 }
 
+// A number above the range of TOML is written as a string.
 std::string Number(uint64_t number) {
     const bool fits = number <= static_cast<uint64_t>(std::numeric_limits<int64_t>::max());
     return fits ? std::to_string(number) : "\"" + std::to_string(number) + "\"";
 }
 
-// Collects the fields of an inline table, or of the lines below a table's head.
+// The fields of a table, written inline or as lines below its heading.
 class Fields {
   public:
     void Add(std::string_view name, std::string_view value) {
@@ -67,6 +66,11 @@ const char* Truth(bool value) {
     return value ? "true" : "false";
 }
 
+template <typename Value>
+std::string QuotedWord(std::span<const Word> words, Value value) {
+    return Joined({"\"", WordOf(words, static_cast<int32_t>(value)), "\""});
+}
+
 std::string Type(uint32_t code) {
     if (code == kUnknownMedium) return "\"unknown\"";
     const MediaType* type = FindMediaType(code);
@@ -77,7 +81,7 @@ std::string Side(uint32_t type, const FarmSide& side) {
     const FarmSide usual = UsualSide(type, side.content, side.volume);
     const bool isUsual =
         side.finalization == usual.finalization && side.sequential == usual.sequential && side.part == 0;
-    std::string content = Joined({"\"", WordOf(ContentWords(), static_cast<int32_t>(side.content)), "\""});
+    const std::string content = QuotedWord(ContentWords(), side.content);
     if (isUsual && side.volume == 0) return content;
     if (isUsual && side.content == Content::FileSystem) return std::to_string(side.volume);
     Fields fields;
@@ -85,7 +89,7 @@ std::string Side(uint32_t type, const FarmSide& side) {
     const Content implied = side.volume == 0 ? Content::Blank : Content::FileSystem;
     fields.AddIf(side.content != implied, "content", content);
     fields.AddIf(side.finalization != usual.finalization, "finalization",
-                 Joined({"\"", WordOf(FinalizationWords(), static_cast<int32_t>(side.finalization)), "\""}));
+                 QuotedWord(FinalizationWords(), side.finalization));
     fields.AddIf(side.sequential != usual.sequential, "sequential", Truth(side.sequential));
     fields.AddIf(side.part != 0, "part", std::to_string(side.part));
     return fields.Inline();
@@ -177,8 +181,7 @@ void WriteJukebox(std::ostream& out, const FarmJukebox& jukebox) {
 std::string Volume(const FarmVolume& volume) {
     Fields fields;
     fields.Add("id", std::to_string(volume.id));
-    fields.AddIf(volume.type != VolumeType::Disc, "type",
-                 Joined({"\"", WordOf(VolumeTypeWords(), static_cast<int32_t>(volume.type)), "\""}));
+    fields.AddIf(volume.type != VolumeType::Disc, "type", QuotedWord(VolumeTypeWords(), volume.type));
     fields.AddIf(!volume.enabled, "enabled", "false");
     if (volume.state.has_value()) fields.Add("state", std::to_string(*volume.state));
     fields.AddIf(!volume.label.empty(), "label", Quoted(volume.label));

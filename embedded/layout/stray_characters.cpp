@@ -13,16 +13,15 @@ bool IsAscii(char character) {
     return static_cast<unsigned char>(character) < 0x80;
 }
 
-// Goes through a text, part by part. A fault in a part does not matter: the TOML library finds it too, and
-// reads nothing behind it.
+// Goes through a TOML text token by token. Invalid tokens do not matter: the TOML library stops at them.
 class Scanner {
   public:
     explicit Scanner(std::string_view text) : m_rest(text) {
         if (m_rest.starts_with(kByteOrderMark)) Skip(kByteOrderMark.size());
     }
 
-    // Whether the part at the beginning of the rest is as it may be; goes behind it.
-    bool TakePart() {
+    // Consumes one token; false when it holds a stray character.
+    bool TakeToken() {
         if (m_rest.starts_with(kLongBasic)) return TakeLongBasic();
         if (m_rest.starts_with(kLongLiteral)) return TakeUpTo(m_rest.find(kLongLiteral, 3), 3);
         switch (m_rest.front()) {
@@ -45,13 +44,13 @@ class Scanner {
   private:
     void Skip(size_t count) {
         const std::string_view skipped = m_rest.substr(0, count);
-        m_line += static_cast<int>(std::count(skipped.begin(), skipped.end(), '\n'));
+        m_line += static_cast<int>(std::ranges::count(skipped, '\n'));
         m_rest.remove_prefix(skipped.size());
     }
 
-    // To the end of the text when there is no such place.
-    bool TakeUpTo(size_t place, size_t andBehind) {
-        Skip(place == std::string_view::npos ? m_rest.size() : place + andBehind);
+    // Up to the place and `more` characters behind it, or to the end of the text for npos.
+    bool TakeUpTo(size_t place, size_t more) {
+        Skip(place == std::string_view::npos ? m_rest.size() : place + more);
         return true;
     }
 
@@ -72,7 +71,7 @@ class Scanner {
             const size_t next = m_rest.find_first_not_of(" \t\r\n");
             Skip(std::min(next, m_rest.size()));
             if (!AtEnd() && !IsAscii(m_rest.front())) return false;
-            // What stands directly behind the backslash does not end the text.
+            // A quotation mark directly behind the backslash does not end the string.
             if (next == 0) Skip(1);
         }
         return true;
@@ -87,8 +86,7 @@ class Scanner {
 std::optional<Problem> FindStrayCharacter(std::string_view text) {
     Scanner scanner(text);
     while (!scanner.AtEnd()) {
-        if (!scanner.TakePart())
-            return Problem{scanner.Line(), "", "a character outside of ASCII stands here"};
+        if (!scanner.TakeToken()) return Problem{scanner.Line(), "", "unexpected non-ASCII character"};
     }
     return std::nullopt;
 }

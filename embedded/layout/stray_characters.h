@@ -1,4 +1,3 @@
-// Characters outside of ASCII where a layout file cannot have them.
 #pragma once
 
 #include <optional>
@@ -8,9 +7,9 @@
 
 namespace embedded {
 
-// The first character outside of ASCII that stands neither in a text nor in a comment, or that begins a line
-// which a backslash joins to the one before. The TOML library leaves undefined what it does with these, so
-// they are refused before it sees them.
+// The first non-ASCII character outside of strings and comments, or at the start of a line that a backslash
+// joins to the one before. The TOML library's behaviour is undefined for these, so they are rejected before
+// it reads the text.
 std::optional<Problem> FindStrayCharacter(std::string_view text);
 
 }  // namespace embedded

@@ -1,5 +1,3 @@
-// Reads the fields of one table of a layout file, notes what is wrong with them, and what is in
-// the table that nobody asked for.
 #pragma once
 
 #include <cstdint>
@@ -12,11 +10,18 @@
 #include <vector>
 
 #include "embedded/layout/layout_reader.h"
-#include "embedded/layout/toml.h"
 #include "embedded/model/farm_words.h"
+
+#define TOML_HEADER_ONLY 1
+#define TOML_ENABLE_UNRELEASED_FEATURES 0
+// Release 3.3 asserts what some invalid texts break ("a = [ }") and then rejects them like any other.
+#define TOML_ASSERT(condition) static_cast<void>(0)
+#include <toml++/toml.h>
 
 namespace embedded {
 
+// Reads the fields of one table of a layout file. Adds a problem for each field of another type or out of
+// range, and for each one that nobody asked for.
 class TableReader {
   public:
     // The path is that of the table, for messages: "jukebox[2].drive[1]"; empty for the whole file.
@@ -26,37 +31,42 @@ class TableReader {
     int GetLine() const { return LineOf(m_table); }
     bool Has(std::string_view field) const { return m_table.contains(field); }
 
-    // Each leaves the target as it is when the field is not there or is wrong.
+    // Each leaves the target as it is when the field is missing or invalid.
     void Flag(std::string_view field, bool& target);
     void Number(std::string_view field, int64_t lowest, int64_t highest, int32_t& target);
     void Unsigned(std::string_view field, uint32_t& target);
-    // A whole number, or a text of digits where it is above what a TOML number holds.
+    // An integer, or a string of digits for one that is above the range of TOML.
     void Huge(std::string_view field, uint64_t& target);
-    // A text, or { hex = "..." } for one that is not UTF-8; at most `limit` bytes, none of them 0.
+    // A string, or { hex = "..." } for one that is not UTF-8; at most `limit` bytes, none of them 0.
     void Text(std::string_view field, size_t limit, std::string& target);
     // One of the words.
     void Choice(std::string_view field, std::span<const Word> words, int32_t& target);
-    // A list of numbers from 1.
+    // An array of integers from 1 up.
     std::vector<int32_t> Numbers(std::string_view field);
-    // A list of texts.
+    // An array of strings.
     std::vector<std::string> Texts(std::string_view field, size_t limit);
-    // Calls `read` with each table of a list of tables.
+    // Calls `read` with each table of an array of tables.
     void Tables(std::string_view field, const std::function<void(TableReader&)>& read);
 
-    // The node itself, for what takes more than one form; null when it is not there.
+    // The node itself, for a field with several forms; null when it is missing.
     const toml::node* Node(std::string_view field);
 
     void Require(std::string_view field);
-    void Complain(std::string_view field, const toml::node* node, std::string text);
+    // A null node stands for the line of the table.
+    void AddProblem(std::string_view field, const toml::node* node, std::string text);
     std::string PathOf(std::string_view field) const;
     std::vector<Problem>& GetProblems() { return m_problems; }
 
-    // Complains about every field that was never asked for.
-    void Finish();
+    // Adds a problem for every field that was never asked for.
+    void RejectUnknownFields();
 
     static int LineOf(const toml::node& node);
 
   private:
+    // The integer of a field; nothing when it is missing or invalid.
+    std::optional<int64_t> Integer(std::string_view field, int64_t lowest, int64_t highest);
+    // The array of a field; null when it is missing or no array. `elements` is for the message.
+    const toml::array* Array(std::string_view field, std::string_view elements);
     std::optional<std::string> TextOf(std::string_view field, const toml::node& node, size_t limit);
 
     const toml::table& m_table;

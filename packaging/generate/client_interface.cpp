@@ -18,7 +18,7 @@ std::string Trimmed(const std::string& text) {
     return text.substr(begin, text.find_last_not_of(' ') - begin + 1);
 }
 
-// Reads line by line; what goes over several lines is joined by blanks.
+// Reads line by line and joins what spans several lines by blanks.
 class Reader {
   public:
     explicit Reader(const std::string& header) : m_lines(header) {}
@@ -39,7 +39,7 @@ class Reader {
         return true;
     }
 
-    // The declaration that begins with the line, up to its semicolon.
+    // The declaration that starts at the line, up to its semicolon.
     std::string ReadDeclaration(std::string line) {
         std::string next;
         while (line.find(';') == std::string::npos && ReadLine(next))
@@ -47,7 +47,7 @@ class Reader {
         return line;
     }
 
-    // The comment that begins with the line, without its marks.
+    // The comment that starts at the line, without its marks.
     std::string ReadComment(std::string line) {
         std::string comment = line;
         while (line.find("*/") == std::string::npos && ReadLine(line)) {
@@ -115,8 +115,7 @@ class Reader {
     }
 
     Record& RecordOf(const std::string& name) {
-        const auto record = std::find_if(m_found.records.begin(), m_found.records.end(),
-                                         [&](const Record& candidate) { return candidate.name == name; });
+        const auto record = std::ranges::find(m_found.records, name, &Record::name);
         if (record == m_found.records.end()) throw std::runtime_error("no record: " + name);
         return *record;
     }
@@ -139,7 +138,7 @@ class Reader {
     static constexpr unsigned kUnknown = ~0U;
 
     std::istringstream m_lines;
-    std::string m_text;  // the description that belongs to what comes next
+    std::string m_text;  // the description of the declaration that follows
     std::string m_section;
     ClientInterface m_found;
 };

@@ -5,7 +5,7 @@
 
 namespace krvcmd {
 
-// The client library's binary interface, as its C header declares and describes it.
+// The binary interface of the client library, as its C header declares and describes it.
 struct ClientInterface {
     struct Field {
         std::string declaration;  // as in C, without the semicolon
@@ -19,17 +19,17 @@ struct ClientInterface {
         std::vector<Field> fields;
     };
     struct Function {
-        std::string section;  // heading under which it stands
+        std::string section;  // its heading
         std::string name;
-        std::string prototype;  // as in C, in one line, with the semicolon
+        std::string prototype;  // as in C, on one line, with the semicolon
         std::string text;
     };
     std::vector<Record> records;
     std::vector<Function> functions;
 };
 
-// Reads the header. Throws std::runtime_error for a record, a field or a function that is not described,
-// and for a record or a field whose size or offset is not asserted.
+// Reads the header. Throws std::runtime_error for a record, field or function without a description, and for
+// a record or field whose size or offset is not asserted.
 ClientInterface ReadClientInterface(const std::string& header);
 
 }  // namespace krvcmd

@@ -8,7 +8,7 @@
 #include "krvcmd/frontend/grammar/command_grammar.h"
 #include "krvcmd/frontend/parsing/item_address.h"
 #include "krvcmd/frontend/report/help_table.h"
-#include "packaging/generate/program_text.h"
+#include "packaging/generate/fill_template.h"
 
 namespace krvcmd {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 using std::string_view;
 using Keywords = std::vector<string_view>;
 
-// Alternatives that no table of the program tells: of the groups of one line, only one can take effect.
+// Alternatives that are in no table of the program: only one group of a line takes effect.
 struct Alternatives {
     string_view command;
     std::vector<Keywords> groups;
@@ -33,7 +33,7 @@ const std::vector<Alternatives>& AllAlternatives() {
     return all;
 }
 
-// Values that can be completed to something, by the keyword that takes them.
+// The keywords whose values can be completed.
 struct KnownValue {
     string_view keyword;
     string_view value;
@@ -41,7 +41,7 @@ struct KnownValue {
 constexpr KnownValue kKnownValues[] = {
     {"J", "jukebox"}, {"columns", "columns"}, {"sort", "sort"}, {"<command>", "topic"}};
 
-// The kind of a keyword's value in one word: one of kKnownValues, else id, number or text.
+// The kind of a keyword's value: one of kKnownValues, else id, number or text; empty without a value.
 string_view ValueWord(const KeywordNode& node) {
     if (node.values.empty()) return {};
     for (const KnownValue& known : kKnownValues) {
@@ -55,7 +55,7 @@ string_view ValueWord(const KeywordNode& node) {
 constexpr std::array<string_view, 7> kAddressKeywords = {"J", "M", "S", ".A", ".B", "D", "V"};
 
 bool Contains(std::span<const string_view> keywords, string_view keyword) {
-    return std::find(keywords.begin(), keywords.end(), keyword) != keywords.end();
+    return std::ranges::find(keywords, keyword) != keywords.end();
 }
 
 Keywords KeywordsOf(KeywordNode::Table table) {
@@ -86,8 +86,8 @@ bool AreAlternatives(string_view command, string_view keyword, string_view other
     for (const Alternatives& alternatives : AllAlternatives()) {
         if (alternatives.command != command) continue;
         const auto groupOf = [&](string_view word) {
-            return std::find_if(alternatives.groups.begin(), alternatives.groups.end(),
-                                [&](const Keywords& group) { return Contains(group, word); });
+            return std::ranges::find_if(alternatives.groups,
+                                        [&](const Keywords& group) { return Contains(group, word); });
         };
         const auto group = groupOf(keyword);
         const auto otherGroup = groupOf(other);
@@ -124,7 +124,7 @@ CompletionRow MakeRow(string_view level, const KeywordNode& node, KeywordNode::T
     return row;
 }
 
-// A renamed keyword must not leave a dead line behind.
+// Fails after a keyword was renamed without its alternatives.
 void CheckAlternatives() {
     for (const Alternatives& alternatives : AllAlternatives()) {
         Keywords known;
@@ -143,9 +143,13 @@ void CheckAlternatives() {
 
 }  // namespace
 
+std::span<const string_view> AddressKeywords() {
+    return kAddressKeywords;
+}
+
 bool CanStandTogether(const std::vector<string_view>& known, const std::vector<string_view>& keywords,
                       const std::vector<string_view>& multiple) {
-    // Every choice of address keywords is a number whose bits tell which of them are chosen.
+    // Each choice is a number with one bit for each address keyword.
     for (unsigned choice = 0; choice < (1U << kAddressKeywords.size()); ++choice) {
         Keywords chosen;
         bool isKnown = true;

@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+#include "krvcmd/console/writer/output_object.h"
+
 namespace krvcmd {
 namespace {
 
@@ -35,6 +37,13 @@ std::string FillTemplate(std::string_view text,
         }
     }
     return filled;
+}
+
+std::string ProgramText(std::string_view text) {
+    std::string replaced(text);
+    Ostrel::UI::Console::ReplacePlaceholder(replaced, "[CmdLine]", "krvcmd");
+    Ostrel::UI::Console::ReplacePlaceholder(replaced, "[ProductName]", "Carvoline");
+    return replaced;
 }
 
 }  // namespace krvcmd

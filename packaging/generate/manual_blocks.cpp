@@ -15,19 +15,17 @@
 #include "krvcmd/frontend/report/help_table.h"
 #include "krvcmd/service/sdk/codes.h"
 #include "packaging/generate/client_interface.h"
+#include "packaging/generate/completion_rows.h"
+#include "packaging/generate/fill_template.h"
 #include "packaging/generate/manual_text.h"
-#include "packaging/generate/program_text.h"
 
 namespace krvcmd {
 namespace {
 
 using std::string_view;
 
-constexpr string_view kAddressKeywords[] = {"J", "M", "S", ".A", ".B", "D", "V"};
-
 bool IsAddress(string_view keyword) {
-    return std::find(std::begin(kAddressKeywords), std::end(kAddressKeywords), keyword) !=
-           std::end(kAddressKeywords);
+    return std::ranges::find(AddressKeywords(), keyword) != AddressKeywords().end();
 }
 
 const KeywordNode& CommandNode(string_view command) {
@@ -44,7 +42,7 @@ const HelpEntry& HelpOf(string_view command) {
     throw std::runtime_error("no help on: " + std::string(command));
 }
 
-// How the value of a keyword is called.
+// The name of a keyword's value.
 string_view ValueName(const KeywordNode& node) {
     static const std::map<string_view, string_view> names = {
         {"J", "jukebox"},  {"server", "name"},    {"columns", "letters"}, {"sort", "letters"},
@@ -57,7 +55,7 @@ string_view ValueName(const KeywordNode& node) {
     return name->second;
 }
 
-// A keyword as it is typed, with what comes behind it.
+// A keyword and its value, as they are typed.
 std::string Tag(const KeywordNode& node) {
     if (node.IsPlaceholder()) return ManualSyntax(node.keyword);
     std::string value;

@@ -10,11 +10,11 @@ namespace krvcmd {
 //   options               the options before the command, with their help
 //   commands              every command with its help
 //   addressing            the keywords that address items, with their help
-//   syntax COMMAND        the lines of syntax of the command's help
-//   addresses COMMAND     one sentence: which of the addressing keywords the command knows
+//   syntax COMMAND        the syntax lines of the command's help
+//   addresses COMMAND     a sentence that names the addressing keywords of the command
 //   parameters COMMAND    its other parameters, with their help
 //   columns               every column: letter, title, description
-//   defaults              what each query shows, and in what order, if nothing is said
+//   defaults              the default columns and order of each query
 //   words FIELD           the words of a layout file for content, finalization or (type of) volume
 //   media                 the media types of a layout file: number, what they allow, capacity
 //   file PATH             a file of the project, as an example
@@ -23,8 +23,7 @@ namespace krvcmd {
 //   records               its records, field by field
 //   codes                 its codes that mean something to krvcmd, and what krvcmd does
 //
-// `argument` is empty where nothing stands behind the part. Throws std::runtime_error for a part, a
-// command or a file that there is not.
+// `argument` is empty for a part without one. Throws std::runtime_error for an unknown part, command or file.
 std::string ManualBlock(std::string_view part, std::string_view argument);
 
 }  // namespace krvcmd

@@ -5,23 +5,23 @@
 
 namespace krvcmd {
 
-// Text for a manual page, in lines of at most 79 characters: nothing in it is taken for a request, and "-"
-// comes out as the character that is typed.
+// Plain text for a manual page, escaped and broken into lines of at most 79 characters; "-" is the ASCII
+// character.
 std::string ManualText(std::string_view text);
 
-// Text that is escaped already, broken at blanks into such lines.
+// Escaped text, broken at blanks into such lines.
 std::string FilledManualText(const std::string& text);
 
-// One line of an example, not broken.
+// One line of an example, unbroken.
 std::string ManualLine(std::string_view line);
 
-// A macro and its argument, a whole line: .B "text".
+// A line with a macro and its argument: .B "text".
 std::string ManualMacro(std::string_view macro, std::string_view text);
 
-// A line of a syntax description: words in bold, what stands between < and > in italics.
+// A line of a syntax description: words in bold, names between < and > in italics.
 std::string ManualSyntax(std::string_view line);
 
-// Prose of the C header, likewise, with `names` in bold.
+// A comment of the C header as text for a manual page, with `names` in bold.
 std::string ManualProse(std::string_view text);
 
 }  // namespace krvcmd

@@ -24,7 +24,7 @@ std::string Fields(const std::vector<std::string>& fields) {
     std::string line;
     for (size_t i = 0; i < fields.size(); ++i) {
         if (fields[i].find('|') != std::string::npos)
-            throw std::runtime_error("divider within: " + fields[i]);
+            throw std::runtime_error("separator within: " + fields[i]);
         if (i > 0) line += '|';
         line += fields[i];
     }
@@ -55,7 +55,7 @@ std::vector<std::string> TopicLines() {
     return {topics.begin(), topics.end()};
 }
 
-// A single quote within single quotes, as each shell wants it.
+// A single quotation mark within single quotation marks.
 string_view QuoteWithinQuotes(string_view shell) {
     if (shell == "bash" || shell == "zsh") return "'\\''";
     if (shell == "fish") return "\\'";
@@ -64,7 +64,7 @@ string_view QuoteWithinQuotes(string_view shell) {
 }
 
 std::string Quoted(string_view shell, string_view text) {
-    // Asked for in any case, so that an unknown shell is refused.
+    // Looked up in any case, so that an unknown shell fails.
     const string_view innerQuote = QuoteWithinQuotes(shell);
     std::string quoted = "'";
     for (const char character : text) {
@@ -89,7 +89,7 @@ std::vector<std::string> LinesOf(string_view table) {
 }  // namespace
 
 std::string ShellTable(string_view shell, string_view table) {
-    // A list that goes over several lines has to say so in fish.
+    // In fish, a line of a list ends with a backslash when another follows.
     const string_view betweenLines = shell == "fish" ? " \\\n" : "\n";
     std::string text;
     for (const std::string& line : LinesOf(table)) {

@@ -5,12 +5,12 @@
 
 namespace krvcmd {
 
-// Tables for the completion scripts: one quoted text per line, its fields divided by "|".
+// A table for a completion script: one quoted text per line, with its fields separated by "|".
 //
 //   grammar  level|keyword|command or nothing|dash or nothing|value|excluded|excluded by a list|help
-//            where "excluded" are keywords divided by blanks
+//            where the excluded keywords are separated by blanks
 //   columns  letter|description
-//   topics   keyword of a command that has a help text of its own
+//   topics   keyword of a command with a help text
 //
 // `shell` is bash, zsh, fish or powershell, `table` one of the above.
 std::string ShellTable(std::string_view shell, std::string_view table);

@@ -3,7 +3,7 @@
 #include "krvcmd/service/sdk/call.h"
 #include "krvcmd/service/sdk/keys.h"
 #include "krvcmd/service/sdk/records.h"
-#include "tools/common/command.h"
+#include "tools/common/streams.h"
 
 namespace embedded::tools {
 namespace {

@@ -1,14 +1,21 @@
-// krvsim clone: a farm behind any client library becomes a local one.
 #include "embedded/farms/farm_writer.h"
-#include "tools/common/counted.h"
-#include "tools/common/progress.h"
-#include "tools/foreign/copy.h"
+#include "tools/common/long_task.h"
+#include "tools/common/plain_text.h"
+#include "tools/foreign/farm_copy.h"
 #include "tools/krvsim/commands.h"
 #include "tools/krvsim/new_farm.h"
 
 namespace embedded::tools {
 namespace {
 
+struct CloneOptions {
+    std::string library;
+    std::string from = ".";
+    std::string to;
+    Existing existing = Existing::Keep;
+};
+
+// How many steps the writing takes.
 int64_t PartsOf(const Farm& farm) {
     auto parts = static_cast<int64_t>(farm.volumes.size());
     for (const FarmJukebox& jukebox : farm.jukeboxes) {
@@ -18,19 +25,29 @@ int64_t PartsOf(const Farm& farm) {
     return parts;
 }
 
-}  // namespace
-
 void Clone(const CloneOptions& options, const Streams& streams) {
-    const Existing existing = options.force ? Existing::Replace : Existing::Keep;
-    RequireRoom(options.to, existing);
+    RequireRoom(options.to, options.existing);
     const Farm farm = CopyFarm(options.library, options.from, streams);
-    MakeFarm(options.to, existing, [&](Database& database) {
+    MakeFarm(options.to, options.existing, [&](Database& database) {
         Progress progress(streams.err, "writing", PartsOf(farm));
         WriteFarm(database, options.to, farm, [&] { progress.Step(); });
     });
-    streams.out << "Server \"" << options.to << "\" has a copy of " << CountedJukeboxes(farm.jukeboxes.size())
-                << " and " << CountedVolumes(farm.volumes.size()) << " of server \"" << options.from
+    streams.out << "Server \"" << options.to << "\" has a copy of "
+                << Counted(std::ssize(farm.jukeboxes), "jukebox", "jukeboxes") << " and "
+                << Counted(std::ssize(farm.volumes), "volume", "volumes") << " of server \"" << options.from
                 << "\".\n";
+}
+
+}  // namespace
+
+void AddClone(CommandLine& line) {
+    const auto [app, options] =
+        line.Add(line.GetTool(), "clone",
+                 "Copy a farm through a client library, without changing the original.", Clone);
+    app.add_option("--library", options.library, "client library (a file)")->required();
+    app.add_option("--from", options.from, "server to copy")->capture_default_str();
+    app.add_option("--to", options.to, "server that gets the copy")->required();
+    AddForceOption(app, options.existing);
 }
 
 }  // namespace embedded::tools

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "tools/common/command.h"
+#include "tools/common/streams.h"
 
 namespace embedded::tools {
 namespace {

@@ -1,135 +1,162 @@
-// krvsim fault: calls that shall fail or take long.
 #include <charconv>
+#include <limits>
 
 #include "embedded/calls/call_info.h"
 #include "embedded/farms/servers.h"
 #include "embedded/store/transaction.h"
-#include "tools/common/command.h"
-#include "tools/common/text_table.h"
+#include "tools/common/plain_text.h"
+#include "tools/krvsim/call_items.h"
 #include "tools/krvsim/commands.h"
 #include "tools/krvsim/farm_query.h"
-#include "tools/krvsim/item_words.h"
 
 namespace embedded::tools {
 namespace {
 
-constexpr const char* kUsualText = "The call was told to fail.";
+constexpr const char* kAnyFunction = "*";
+constexpr const char* kDefaultText = "A fault made the call fail.";
+constexpr size_t kMaxTextLength = sizeof(KrvErrorInfo::text) - 1;
+
+struct AddOptions {
+    std::string server = ".";
+    std::string function;  // "any" = every one
+    ItemOptions item;
+    int64_t nth = 1;               // the first matching call that fails or waits, one-based
+    std::optional<int64_t> times;  // how many do; nothing = all
+    double probability = 1;
+    int64_t seed = 1;
+    std::optional<int32_t> code;
+    std::string text;
+    std::string delay;  // a number and ms, s or m
+};
+
+struct ListOptions {
+    std::string server = ".";
+};
+
+struct ClearOptions {
+    std::string server = ".";
+    std::vector<int64_t> faults;  // empty = all
+};
 
 std::string FunctionOf(const std::string& word) {
-    if (word == "any") return "*";
+    if (word == "any") return kAnyFunction;
     const std::string_view function = FindFunction(word);
     if (!function.empty()) return std::string(function);
-    std::string message = "there is no function \"" + word + "\"; the functions are:";
+    std::string message = "unknown function \"" + word + "\"; the functions are:";
     for (const std::string_view known : FunctionNames())
         message.append("\n  ").append(known);
     throw ToolFailure(message);
 }
 
-// "250ms", "40s", "5m"; nothing at all is no delay.
+// "250ms", "40s", "5m"; an empty text is no delay.
 int64_t MillisecondsOf(const std::string& delay) {
     if (delay.empty()) return 0;
     int64_t number = 0;
     const char* end = delay.data() + delay.size();
     const auto result = std::from_chars(delay.data(), end, number);
     const std::string_view unit(result.ptr, static_cast<size_t>(end - result.ptr));
-    constexpr int64_t kMost = 24LL * 60 * 60 * 1000;
+    constexpr int64_t kMaxMilliseconds = 24LL * 60 * 60 * 1000;
     int64_t factor = 0;
     if (unit == "ms") factor = 1;
     if (unit == "s") factor = 1000;
     if (unit == "m") factor = 60'000;
-    if (result.ec != std::errc() || factor == 0 || number < 0 || number > kMost / factor) {
-        throw UsageFailure("--delay: \"" + delay + "\" is no time like 250ms, 40s or 5m, up to a day");
+    if (result.ec != std::errc() || factor == 0 || number < 0 || number > kMaxMilliseconds / factor) {
+        throw UsageFailure("--delay: \"" + delay +
+                           "\" is not a time such as 250ms, 40s or 5m of at most 24 hours");
     }
     return number * factor;
 }
 
-std::optional<int64_t> ZeroBased(const std::optional<int32_t>& number) {
-    return number.has_value() ? std::optional<int64_t>(*number - 1) : std::nullopt;
-}
-
-std::optional<int64_t> SideNumber(const std::string& side) {
-    if (side.empty()) return std::nullopt;
-    return side == "A" ? 0 : 1;
-}
-
-std::string WhenText(const Row& row) {
-    const int64_t skip = row.Integer(8);
-    std::string text;
-    if (row.IsNull(9)) {
-        text = skip == 0 ? "every call" : "from call " + std::to_string(skip + 1) + " on";
-    } else if (row.Integer(9) == 1) {
-        text = "call " + std::to_string(skip + 1);
-    } else {
-        text = std::to_string(row.Integer(9)) + " calls from call " + std::to_string(skip + 1) + " on";
-    }
-    if (row.Real(10) >= 1) return text;
-    std::string percent = std::to_string(row.Real(10) * 100);
-    percent.erase(percent.find_last_not_of('0') + 1);
-    if (percent.ends_with('.')) percent.pop_back();
-    return text + ", by a chance of " + percent + "%";
-}
-
-std::string EffectText(const Row& row) {
-    std::string text;
-    if (row.Integer(14) > 0) text = "wait " + std::to_string(row.Integer(14)) + " ms";
-    if (row.IsNull(12)) return text;
-    if (!text.empty()) text += ", ";
-    return text + "fail with " + std::to_string(row.Integer(12)) + ": " + row.Text(13);
-}
-
-}  // namespace
-
-void FaultAdd(const FaultAddOptions& options, const Streams& streams) {
+void Add(const AddOptions& options, const Streams& streams) {
     const int64_t delay = MillisecondsOf(options.delay);
-    if (!options.code.has_value() && delay == 0) throw UsageFailure("one of --code and --delay is needed");
-    if (!options.text.empty() && !options.code.has_value()) throw UsageFailure("--text needs a --code");
+    if (!options.code.has_value() && delay == 0) throw UsageFailure("--code or --delay is required");
+    if (!options.text.empty() && !options.code.has_value()) throw UsageFailure("--text requires --code");
+    const bool isDefaultText = options.code.has_value() && options.text.empty();
+    const std::string text = isDefaultText ? kDefaultText : options.text;
     const std::string function = FunctionOf(options.function);
     const std::unique_ptr<Database> database = OpenServer(options.server);
     int64_t id = 0;
     InTransaction(*database, [&] {
-        const FaultItem& item = options.item;
-        std::optional<int64_t> jukebox;
-        if (!item.jukebox.empty()) jukebox = FindJukebox(*database, item.jukebox);
+        const Item item = ItemOf(options.item, *database);
         Execute(*database,
-                "INSERT INTO fault (function, jukebox, magazine, slot, side, drive, volume, skip, times, "
-                "probability, "
-                "seed, code, text, delay, matched, fired) "
-                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, 0, 0)",
-                {function, OptionalValue(jukebox), OptionalValue(ZeroBased(item.magazine)),
-                 OptionalValue(ZeroBased(item.slot)), OptionalValue(SideNumber(item.side)),
-                 OptionalValue(ZeroBased(item.drive)), OptionalValue(item.volume), options.nth - 1,
-                 OptionalValue(options.times), options.probability, options.seed, OptionalValue(options.code),
-                 options.text.empty() && options.code.has_value() ? std::string(kUsualText) : options.text,
-                 delay});
+                R"(INSERT INTO fault (function, jukebox, magazine, slot, side, drive, volume, skip, times,
+                                      probability, seed, code, text, delay, matched, fired)
+                   VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, 0, 0))",
+                {function, OptionalValue(item.jukebox), OptionalValue(item.magazine),
+                 OptionalValue(item.slot), OptionalValue(item.side), OptionalValue(item.drive),
+                 OptionalValue(item.volume), options.nth - 1, OptionalValue(options.times),
+                 options.probability, options.seed, OptionalValue(options.code), text, delay});
         id = sqlite3_last_insert_rowid(database->GetConnection());
         Execute(*database, "UPDATE server SET fault_count = fault_count + 1", {});
     });
-    streams.out << "Fault " << id << " is set.\n";
+    streams.out << "Added fault " << id << ".\n";
 }
 
-void FaultList(const FaultListOptions& options, const Streams& streams) {
-    const std::unique_ptr<Database> database = OpenServer(options.server);
-    TextTable table({"Fault", "Function", "Item", "When", "Effect", "Calls", "Struck"});
-    bool isEmpty = true;
-    ForEachRow(
-        *database,
-        "SELECT id, function, jukebox, magazine, slot, side, drive, volume, skip, times, probability, seed, "
-        "code, text, delay, matched, fired FROM fault ORDER BY id",
-        {}, [&](const Row& row) {
-            isEmpty = false;
-            const std::string function = row.Text(1);
-            table.Add({std::to_string(row.Integer(0)), function == "*" ? "any" : function,
-                       ItemWords(ItemOfRow(row, 2), "any"), WhenText(row), EffectText(row),
-                       std::to_string(row.Integer(15)), std::to_string(row.Integer(16))});
-        });
-    if (isEmpty) {
-        streams.out << "There are no faults.\n";
+constexpr const char* kFaults =
+    R"(SELECT id, function, jukebox, magazine, slot, side, drive, volume, skip, times, probability, code, text,
+              delay, matched, fired
+       FROM fault ORDER BY id)";
+
+struct Fault {
+    int64_t id;
+    std::string function;
+    Item item;
+    int64_t skip;                  // matching calls before the first that fails or waits
+    std::optional<int64_t> times;  // nothing = all
+    double probability;
+    std::optional<int64_t> code;
+    std::string text;
+    int64_t delay;  // milliseconds
+    int64_t matched;
+    int64_t fired;
+};
+
+Fault FaultOf(const Row& row) {
+    return {row.Integer(0),   row.Text(1),  ItemOf(row, 2),  row.Integer(8),  row.Optional(9), row.Real(10),
+            row.Optional(11), row.Text(12), row.Integer(13), row.Integer(14), row.Integer(15)};
+}
+
+std::string WhenText(const Fault& fault) {
+    const std::string first = "call " + std::to_string(fault.skip + 1);
+    std::string text;
+    if (!fault.times.has_value()) {
+        text = fault.skip == 0 ? "every call" : "from " + first + " on";
     } else {
+        text = fault.times == 1 ? first : std::to_string(*fault.times) + " calls from " + first + " on";
+    }
+    if (fault.probability >= 1) return text;
+    std::string percent = std::to_string(fault.probability * 100);
+    percent.erase(percent.find_last_not_of('0') + 1);
+    if (percent.ends_with('.')) percent.pop_back();
+    return text + ", " + percent + "% chance";
+}
+
+std::string EffectText(const Fault& fault) {
+    std::string text;
+    if (fault.delay > 0) text = "wait " + std::to_string(fault.delay) + " ms";
+    if (!fault.code.has_value()) return text;
+    if (!text.empty()) text += ", ";
+    return text + "fail with " + std::to_string(*fault.code) + ": " + fault.text;
+}
+
+void List(const ListOptions& options, const Streams& streams) {
+    const std::unique_ptr<Database> database = OpenServer(options.server);
+    TextTable table({"Fault", "Function", "Item", "When", "Effect", "Calls", "Hits"});
+    ForEachRow(*database, kFaults, {}, [&](const Row& row) {
+        const Fault fault = FaultOf(row);
+        const std::string item = ItemText(fault.item);
+        table.Add({std::to_string(fault.id), fault.function == kAnyFunction ? "any" : fault.function,
+                   item.empty() ? "any" : item, WhenText(fault), EffectText(fault),
+                   std::to_string(fault.matched), std::to_string(fault.fired)});
+    });
+    if (table.HasRows()) {
         table.Write(streams.out);
+    } else {
+        streams.out << "There are no faults.\n";
     }
 }
 
-void FaultClear(const FaultClearOptions& options, const Streams& streams) {
+void Clear(const ClearOptions& options, const Streams& streams) {
     const std::unique_ptr<Database> database = OpenServer(options.server);
     int64_t cleared = 0;
     InTransaction(*database, [&] {
@@ -146,7 +173,42 @@ void FaultClear(const FaultClearOptions& options, const Streams& streams) {
         cleared = before - after;
         Execute(*database, "UPDATE server SET fault_count = ?1", {after});
     });
-    streams.out << "Cleared " << cleared << (cleared == 1 ? " fault.\n" : " faults.\n");
+    streams.out << "Cleared " << Counted(cleared, "fault", "faults") << ".\n";
+}
+
+void AddAdd(CommandLine& line, CLI::App& group) {
+    const auto [app, options] = line.Add(group, "add", "Add a fault.", Add);
+    AddServerOption(app, options.server);
+    app.add_option("--function,-f", options.function,
+                   "function, such as KrvMediaExport or MediaExport; any stands for all")
+        ->required();
+    AddItemOptions(app, options.item);
+    const CLI::Validator numbers = FromTo(1, std::numeric_limits<int32_t>::max());
+    app.add_option("--nth", options.nth, "first matching call to hit")->capture_default_str()->check(numbers);
+    app.add_option("--times", options.times, "number of calls to hit; without it, all")->check(numbers);
+    app.add_option("--probability", options.probability, "chance to hit each call, from 0 to 1")
+        ->capture_default_str()
+        ->check(FromTo(0.0, 1.0));
+    app.add_option("--seed", options.seed, "seed of that chance")->capture_default_str();
+    app.add_option("--code", options.code, "code to fail with");
+    app.add_option("--text", options.text, "error text, with --code")->check([](const std::string& text) {
+        const bool isLong = text.size() > kMaxTextLength;
+        return isLong ? "is longer than " + std::to_string(kMaxTextLength) + " bytes" : std::string();
+    });
+    app.add_option("--delay", options.delay, "time to wait first, such as 250ms, 40s or 5m");
+}
+
+}  // namespace
+
+void AddFault(CommandLine& line) {
+    CLI::App& group = CommandLine::AddGroup(line.GetTool(), "fault", "Make calls fail or take longer.");
+    AddAdd(line, group);
+    const auto [list, listOptions] = line.Add(group, "list", "List the faults of a server.", List);
+    AddServerOption(list, listOptions.server);
+    const auto [clear, clearOptions] =
+        line.Add(group, "clear", "Clear the faults with these numbers; without numbers, all of them.", Clear);
+    AddServerOption(clear, clearOptions.server);
+    clear.add_option("FAULT", clearOptions.faults, "number of a fault");
 }
 
 }  // namespace embedded::tools

@@ -1,19 +1,48 @@
-// krvsim generate: a large farm out of a few numbers.
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm_words.h"
 #include "embedded/model/joined.h"
 #include "embedded/model/media_types.h"
-#include "tools/common/command.h"
-#include "tools/common/counted.h"
-#include "tools/common/progress.h"
+#include "tools/common/long_task.h"
+#include "tools/common/plain_text.h"
 #include "tools/krvsim/commands.h"
 #include "tools/krvsim/new_farm.h"
-#include "tools/krvsim/random.h"
 
 namespace embedded::tools {
 namespace {
 
-constexpr int64_t kMostSlots = 2'000'000;
+constexpr int64_t kMaxSlots = 2'000'000;
+
+struct GenerateOptions {
+    std::string server = ".";
+    int32_t jukeboxes = 1;
+    int32_t magazines = 1;  // in each jukebox
+    int32_t slots = 100;    // in each magazine
+    int32_t fill = 80;      // percentage of the slots that hold a medium
+    int64_t seed = 1;
+    Existing existing = Existing::Keep;
+};
+
+// The same numbers for the same seed on every platform (SplitMix64).
+class Random {
+  public:
+    explicit Random(int64_t seed) : m_state(static_cast<uint64_t>(seed)) {}
+
+    // From 0 to count - 1.
+    uint64_t Below(uint64_t count) { return Next() % count; }
+
+    bool Chance(uint64_t percent) { return Below(100) < percent; }
+
+  private:
+    uint64_t Next() {
+        m_state += 0x9E3779B97F4A7C15U;
+        uint64_t mixed = m_state;
+        mixed = (mixed ^ (mixed >> 30U)) * 0xBF58476D1CE4E5B9U;
+        mixed = (mixed ^ (mixed >> 27U)) * 0x94D049BB133111EBU;
+        return mixed ^ (mixed >> 31U);
+    }
+
+    uint64_t m_state;
+};
 
 std::string Padded(int64_t number, size_t digits) {
     std::string text = std::to_string(number);
@@ -21,7 +50,7 @@ std::string Padded(int64_t number, size_t digits) {
     return text;
 }
 
-// Makes jukebox after jukebox; volumes are numbered as they come.
+// Makes one jukebox after the other; volume IDs ascend from 1.
 class Generator {
   public:
     Generator(const GenerateOptions& options, FarmWriter& writer, Progress& progress)
@@ -40,7 +69,7 @@ class Generator {
         FarmJukebox jukebox;
         jukebox.id = number;
         jukebox.name = "Jukebox " + Padded(number, 3);
-        jukebox.doubleSided = m_random.PerCent(50);
+        jukebox.doubleSided = m_random.Chance(50);
         jukebox.changer = {"TINDRAK", "Tower " + std::to_string(m_options.slots), "4.0", {number, 0, 0}};
         for (int32_t drive = 1; drive <= 4; ++drive) {
             jukebox.drives.push_back({{"OVELLE", "MultiDrive M5", "A103", {number, drive, 0}}, true, {0, 0}});
@@ -51,7 +80,7 @@ class Generator {
         m_writer.AddJukebox(jukebox);
         for (const FarmVolume& volume : m_volumes)
             m_writer.AddVolume(volume);
-        // The slots of a jukebox count twice, with its volumes for the second time.
+        // Each slot is two steps, whether or not it holds a volume.
         m_progress.Step(int64_t{m_options.magazines} * m_options.slots -
                         static_cast<int64_t>(m_volumes.size()));
         m_volumes.clear();
@@ -61,7 +90,7 @@ class Generator {
         FarmMagazine magazine;
         magazine.slotCount = m_options.slots;
         for (int32_t slot = 1; slot <= m_options.slots; ++slot) {
-            if (!m_random.PerCent(static_cast<uint64_t>(m_options.fill))) continue;
+            if (!m_random.Chance(static_cast<uint64_t>(m_options.fill))) continue;
             FarmMedium medium = MakeMedium(jukebox);
             medium.slot = slot;
             magazine.media.push_back(std::move(medium));
@@ -74,7 +103,7 @@ class Generator {
         const MediaType& type = types[m_random.Below(types.size())];
         FarmMedium medium;
         medium.type = type.code;
-        const int sides = jukebox.doubleSided && m_random.PerCent(50) ? 2 : 1;
+        const int sides = jukebox.doubleSided && m_random.Chance(50) ? 2 : 1;
         for (int side = 0; side < sides; ++side)
             medium.sides.push_back(MakeSide(jukebox, type));
         return medium;
@@ -92,7 +121,7 @@ class Generator {
         volume.fileSystem = type.access == Access::Random ? "UDF 2.01" : "UDF 1.50 seq";
         volume.total = type.capacity;
         volume.free = m_random.Below(type.capacity);
-        volume.enabled = !m_random.PerCent(2);
+        volume.enabled = !m_random.Chance(2);
         volume.directories = {Joined({"archive\\", jukebox.name, "\\", number})};
         m_volumes.push_back(std::move(volume));
         return UsualSide(type.code, Content::FileSystem, m_lastVolume);
@@ -106,18 +135,15 @@ class Generator {
     int32_t m_lastVolume = 0;
 };
 
-}  // namespace
-
 void Generate(const GenerateOptions& options, const Streams& streams) {
     const int64_t slots = int64_t{options.jukeboxes} * options.magazines * options.slots;
-    if (slots > kMostSlots) {
-        throw UsageFailure("that would be " + std::to_string(slots) + " slots, at most " +
-                           std::to_string(kMostSlots) + " are possible");
+    if (slots > kMaxSlots) {
+        throw UsageFailure(std::to_string(slots) + " slots are too many; the limit is " +
+                           std::to_string(kMaxSlots));
     }
-    const Existing existing = options.force ? Existing::Replace : Existing::Keep;
-    RequireRoom(options.server, existing);
+    RequireRoom(options.server, options.existing);
     int32_t volumes = 0;
-    MakeFarm(options.server, existing, [&](Database& database) {
+    MakeFarm(options.server, options.existing, [&](Database& database) {
         Progress progress(streams.err, "writing", 2 * slots);
         FarmWriter writer(database, options.server, [&] { progress.Step(); });
         Generator generator(options, writer, progress);
@@ -128,6 +154,33 @@ void Generate(const GenerateOptions& options, const Streams& streams) {
                 << Counted(options.jukeboxes, "jukebox", "jukeboxes") << ", "
                 << Counted(slots, "slot", "slots") << " and " << Counted(volumes, "volume", "volumes")
                 << ".\n";
+}
+
+}  // namespace
+
+void AddGenerate(CommandLine& line) {
+    const auto [app, options] = line.Add(line.GetTool(), "generate",
+                                         "Create a large farm; the same seed gives the same farm.", Generate);
+    AddServerOption(app, options.server);
+    const struct {
+        const char* name;
+        int32_t& value;
+        const char* description;
+    } counts[] = {
+        {"--jukeboxes", options.jukeboxes, "number of jukeboxes"},
+        {"--magazines", options.magazines, "magazines in each jukebox"},
+        {"--slots", options.slots, "slots in each magazine; at most 2000000 slots in total"},
+    };
+    for (const auto& count : counts) {
+        app.add_option(count.name, count.value, count.description)
+            ->capture_default_str()
+            ->check(FromTo(int64_t{1}, kMaxSlots));
+    }
+    app.add_option("--fill", options.fill, "percentage of the slots that hold a medium")
+        ->capture_default_str()
+        ->check(FromTo(0, 100));
+    app.add_option("--seed", options.seed, "seed of the random numbers")->capture_default_str();
+    AddForceOption(app, options.existing);
 }
 
 }  // namespace embedded::tools

@@ -1,4 +1,3 @@
-// krvsim init: a server gets a farm.
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -10,13 +9,21 @@
 #include "embedded/farms/farm_writer.h"
 #include "embedded/layout/contradictions.h"
 #include "embedded/layout/layout_reader.h"
-#include "tools/common/command.h"
-#include "tools/common/counted.h"
+#include "tools/common/plain_text.h"
 #include "tools/krvsim/commands.h"
 #include "tools/krvsim/new_farm.h"
 
 namespace embedded::tools {
 namespace {
+
+enum class Start { Demonstration, Empty, Layout };
+
+struct InitOptions {
+    std::string server = ".";
+    Start start = Start::Demonstration;
+    std::string layout;  // a file; "-" = standard input
+    Existing existing = Existing::Keep;
+};
 
 std::string ReadText(const std::string& file) {
     std::stringstream text;
@@ -25,7 +32,7 @@ std::string ReadText(const std::string& file) {
         return text.str();
     }
     std::error_code failure;
-    if (std::filesystem::is_directory(file, failure)) throw ToolFailure(file + ": is a folder");
+    if (std::filesystem::is_directory(file, failure)) throw ToolFailure(file + ": is a directory");
     std::ifstream stream(file, std::ios::binary);
     if (!stream.is_open()) throw ToolFailure(file + ": cannot be read");
     text << stream.rdbuf();
@@ -38,7 +45,7 @@ Farm ReadFarmOf(const InitOptions& options) {
     const bool isDemonstration = options.start == Start::Demonstration;
     const std::string text = isDemonstration ? std::string(DemonstrationLayout()) : ReadText(options.layout);
     LayoutResult layout = ReadLayout(text);
-    // Contradictions of what could not be read whole would be made-up ones.
+    // A farm that is not complete has contradictions that the file does not have.
     if (std::ranges::all_of(layout.problems, &Problem::isOfCount)) {
         std::ranges::move(FindContradictions(layout.farm), std::back_inserter(layout.problems));
     }
@@ -51,15 +58,33 @@ Farm ReadFarmOf(const InitOptions& options) {
     throw ToolFailure(message);
 }
 
-}  // namespace
-
 void Init(const InitOptions& options, const Streams& streams) {
     const Farm farm = ReadFarmOf(options);
-    MakeFarm(options.server, options.force ? Existing::Replace : Existing::Keep,
+    MakeFarm(options.server, options.existing,
              [&](Database& database) { WriteFarm(database, options.server, farm); });
     streams.out << "Server \"" << options.server << "\" has a farm of "
-                << CountedJukeboxes(farm.jukeboxes.size()) << " and " << CountedVolumes(farm.volumes.size())
-                << ".\n";
+                << Counted(std::ssize(farm.jukeboxes), "jukebox", "jukeboxes") << " and "
+                << Counted(std::ssize(farm.volumes), "volume", "volumes") << ".\n";
+}
+
+}  // namespace
+
+void AddInit(CommandLine& line) {
+    const auto [app, options] = line.Add(line.GetTool(), "init", "Create the farm of a server.", Init);
+    AddServerOption(app, options.server);
+    const auto start = [&options = options](Start value) {
+        return [&options, value] { options.start = value; };
+    };
+    CLI::Option* layout = app.add_option("--layout", options.layout,
+                                         "create it from this layout file; \"-\" is standard input");
+    layout->each([set = start(Start::Layout)](const std::string&) { set(); });
+    CLI::Option* demo = app.add_flag_callback("--demo", start(Start::Demonstration),
+                                              "create the demonstration farm (the default)");
+    CLI::Option* empty =
+        app.add_flag_callback("--empty", start(Start::Empty), "create a farm without jukeboxes");
+    layout->excludes(demo, empty);
+    demo->excludes(empty);
+    AddForceOption(app, options.existing);
 }
 
 }  // namespace embedded::tools

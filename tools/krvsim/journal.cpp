@@ -1,36 +1,70 @@
-// krvsim journal: every call that any process made.
 #include <map>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "embedded/farms/servers.h"
-#include "embedded/layout/layout_writer.h"
+#include "embedded/layout/text_encoding.h"
 #include "embedded/store/transaction.h"
-#include "tools/common/command.h"
-#include "tools/common/counted.h"
-#include "tools/common/interruption.h"
-#include "tools/common/local_time.h"
+#include "tools/common/long_task.h"
+#include "tools/common/plain_text.h"
+#include "tools/krvsim/call_items.h"
 #include "tools/krvsim/commands.h"
 #include "tools/krvsim/farm_query.h"
-#include "tools/krvsim/item_words.h"
 
 namespace embedded::tools {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr const char* kEntries =
-    "SELECT id, time, duration, process, session, function, jukebox, magazine, slot, side, drive, volume, "
-    "argument, "
-    "succeeded, code, text, change FROM journal WHERE id > ?1 ORDER BY id";
+enum class Task { Show, SwitchOn, SwitchOff, Summary };
 
-std::chrono::system_clock::time_point TimeOf(const Row& row) {
-    return std::chrono::system_clock::time_point(
-        std::chrono::duration_cast<std::chrono::system_clock::duration>(
-            std::chrono::microseconds(row.Integer(1))));
+struct JournalOptions {
+    std::string server = ".";
+    Task task = Task::Show;
+    int64_t limit = 100'000;  // how many entries are kept
+    bool follow = false;
+    bool json = false;
+    int64_t since = 0;  // only entries with a higher ID
+};
+
+constexpr const char* kEntries =
+    R"(SELECT id, time, duration, process, session, function, jukebox, magazine, slot, side, drive, volume,
+              argument, succeeded, code, text, change
+       FROM journal WHERE id > ?1 ORDER BY id)";
+
+struct Entry {
+    int64_t id;
+    std::chrono::system_clock::time_point time;
+    int64_t duration;  // microseconds
+    int64_t process;
+    uint64_t session;
+    std::string function;
+    Item item;
+    std::string argument;
+    bool succeeded;
+    int64_t code;
+    std::string text;
+    std::string change;
+};
+
+Entry EntryOf(const Row& row) {
+    const std::chrono::microseconds sinceEpoch(row.Integer(1));
+    return {row.Integer(0),
+            std::chrono::system_clock::time_point(
+                std::chrono::duration_cast<std::chrono::system_clock::duration>(sinceEpoch)),
+            row.Integer(2),
+            row.Integer(3),
+            static_cast<uint64_t>(row.Integer(4)),
+            row.Text(5),
+            ItemOf(row, 6),
+            row.Text(12),
+            row.Integer(13) != 0,
+            row.Integer(14),
+            row.Text(15),
+            row.Text(16)};
 }
 
-// Control characters and bytes that are no text would upset a terminal.
+// Harmless on a terminal: without control characters and bytes that are not UTF-8.
 std::string Printable(const std::string& text) {
     if (!IsText(text)) return "0x" + ToHex(text);
     std::string printable;
@@ -40,20 +74,20 @@ std::string Printable(const std::string& text) {
     return printable;
 }
 
-std::string Line(const Row& row) {
-    std::string line = std::to_string(row.Integer(0)) + "  " + PreciseTimeText(TimeOf(row)) + "  process " +
-                       std::to_string(row.Integer(3)) + "  " + row.Text(5);
-    const std::string item = ItemWords(ItemOfRow(row, 6), "");
+std::string LineOf(const Entry& entry) {
+    std::string line = std::to_string(entry.id) + "  " + PreciseTimeText(entry.time) + "  process " +
+                       std::to_string(entry.process) + "  " + entry.function;
+    const std::string item = ItemText(entry.item);
     if (!item.empty()) line += "  " + item;
-    if (!row.Text(12).empty()) line += "  \"" + Printable(row.Text(12)) + "\"";
+    if (!entry.argument.empty()) line += "  \"" + Printable(entry.argument) + "\"";
     line += "  ";
-    if (row.Integer(13) != 0) {
+    if (entry.succeeded) {
         line += "ok";
     } else {
-        line += "failed with " + std::to_string(row.Integer(14)) + ": " + Printable(row.Text(15));
+        line += "failed with " + std::to_string(entry.code) + ": " + Printable(entry.text);
     }
-    line += "  " + std::to_string(row.Integer(2)) + " us";
-    if (!row.Text(16).empty()) line += "  " + Printable(row.Text(16));
+    line += "  " + std::to_string(entry.duration) + " us";
+    if (!entry.change.empty()) line += "  " + Printable(entry.change);
     return line;
 }
 
@@ -62,38 +96,41 @@ Json Text(const std::string& bytes) {
     return {{"hex", ToHex(bytes)}};
 }
 
-Json Number(const std::optional<int64_t>& number, int64_t add) {
-    return number.has_value() ? Json(*number + add) : Json();
+Json OneBased(const std::optional<int64_t>& number) {
+    return number.has_value() ? Json(*number + 1) : Json();
 }
 
-// One object a line; the numbers of the item count from 1.
-Json Object(const Row& row) {
-    const Item item = ItemOfRow(row, 6);
-    Json side = Json();
-    if (item.side == 0) side = "A";
-    if (item.side == 1) side = "B";
-    if (item.side == 2) side = "both";
-    return {{"id", row.Integer(0)},
-            {"time", PreciseTimeText(TimeOf(row))},
-            {"duration_us", row.Integer(2)},
-            {"process", row.Integer(3)},
-            {"session", static_cast<uint64_t>(row.Integer(4))},
-            {"function", row.Text(5)},
-            {"jukebox", Number(item.jukebox, 0)},
-            {"magazine", Number(item.magazine, 1)},
-            {"slot", Number(item.slot, 1)},
-            {"side", side},
-            {"drive", Number(item.drive, 1)},
-            {"volume", Number(item.volume, 0)},
-            {"argument", Text(row.Text(12))},
-            {"succeeded", row.Integer(13) != 0},
-            {"code", row.Integer(14)},
-            {"text", Text(row.Text(15))},
-            {"change", Text(row.Text(16))}};
+Json Id(const std::optional<int64_t>& id) {
+    return id.has_value() ? Json(*id) : Json();
 }
 
-// A journal that is switched off and empty would leave its reader wondering.
-void RemarkOnSilence(Database& database, const JournalOptions& options, const Streams& streams) {
+Json Side(const std::optional<int64_t>& side) {
+    constexpr const char* kWords[] = {"A", "B", "both"};
+    return side.has_value() && *side >= 0 && *side <= 2 ? Json(kWords[*side]) : Json();
+}
+
+Json ObjectOf(const Entry& entry) {
+    return {{"id", entry.id},
+            {"time", PreciseTimeText(entry.time)},
+            {"duration_us", entry.duration},
+            {"process", entry.process},
+            {"session", entry.session},
+            {"function", entry.function},
+            {"jukebox", Id(entry.item.jukebox)},
+            {"magazine", OneBased(entry.item.magazine)},
+            {"slot", OneBased(entry.item.slot)},
+            {"side", Side(entry.item.side)},
+            {"drive", OneBased(entry.item.drive)},
+            {"volume", Id(entry.item.volume)},
+            {"argument", Text(entry.argument)},
+            {"succeeded", entry.succeeded},
+            {"code", entry.code},
+            {"text", Text(entry.text)},
+            {"change", Text(entry.change)}};
+}
+
+// Explains an empty output.
+void RemarkOnEmptyJournal(Database& database, const JournalOptions& options, const Streams& streams) {
     if (FindNumber(database, "SELECT journal_limit FROM server", {}) != 0) return;
     if (FindNumber(database, "SELECT min(id) FROM journal", {}).has_value()) return;
     streams.err << "The journal of server \"" << options.server
@@ -101,36 +138,34 @@ void RemarkOnSilence(Database& database, const JournalOptions& options, const St
 }
 
 void Show(Database& database, const JournalOptions& options, const Streams& streams) {
-    using Clock = std::chrono::steady_clock;
     constexpr std::chrono::milliseconds kPause{200};
-    const auto end =
-        options.followFor.has_value() ? std::optional(Clock::now() + *options.followFor) : std::nullopt;
     int64_t last = options.since;
-    std::optional<InterruptionNoted> interruption;
-    if (options.follow) interruption.emplace();
-    RemarkOnSilence(database, options, streams);
+    std::optional<InterruptGuard> guard;
+    if (options.follow) guard.emplace();
+    RemarkOnEmptyJournal(database, options, streams);
     while (true) {
         database.StartWaiting();
         ForEachRow(database, kEntries, {last}, [&](const Row& row) {
-            last = row.Integer(0);
-            streams.out << (options.json ? Object(row).dump() : Line(row)) << '\n';
+            const Entry entry = EntryOf(row);
+            last = entry.id;
+            streams.out << (options.json ? ObjectOf(entry).dump() : LineOf(entry)) << '\n';
         });
         streams.out.flush();
-        // A reader that has gone away ends it.
-        if (!options.follow || InterruptionNoted::IsInterrupted() || !streams.out.good() ||
-            (end.has_value() && Clock::now() >= *end))
-            return;
+        // A closed pipe ends it, too.
+        if (!options.follow || InterruptGuard::IsInterrupted() || !streams.out.good()) return;
         std::this_thread::sleep_for(kPause);
     }
 }
 
 void SwitchOn(Database& database, const JournalOptions& options, const Streams& streams) {
     InTransaction(database, [&] {
-        // A journal that runs goes on; only its limit is another one.
+        // A journal that is on keeps its start and gets another limit.
         Execute(database,
-                "UPDATE server SET journal_start = CASE WHEN journal_limit = 0 THEN coalesce((SELECT max(id) "
-                "FROM "
-                "journal), 0) ELSE journal_start END, journal_limit = ?1",
+                R"(UPDATE server SET
+                       journal_start = CASE WHEN journal_limit = 0
+                                            THEN coalesce((SELECT max(id) FROM journal), 0)
+                                            ELSE journal_start END,
+                       journal_limit = ?1)",
                 {options.limit});
     });
     streams.out << "The journal of server \"" << options.server << "\" is switched on and keeps "
@@ -142,17 +177,19 @@ void SwitchOff(Database& database, const JournalOptions& options, const Streams&
     streams.out << "The journal of server \"" << options.server << "\" is switched off.\n";
 }
 
-// The word that a change begins with: "exported: ..." is of the kind "exported".
+// The word that a change begins with, such as "exported" of "exported: ...".
 std::string KindOf(const std::string& change) {
     return change.substr(0, change.find(':'));
 }
 
 void Summarize(Database& database, const Streams& streams) {
+    const auto find = [&](const char* statement, int64_t start) {
+        return FindNumber(database, statement, {start});
+    };
     const int64_t start = FindNumber(database, "SELECT journal_start FROM server", {}).value_or(0);
-    const auto first = FindNumber(database, "SELECT min(id) FROM journal WHERE id > ?1", {start});
+    const auto first = find("SELECT min(id) FROM journal WHERE id > ?1", start);
     if (first.has_value() && *first > start + 1) {
-        const int64_t lost = *first - start - 1;
-        streams.out << "The first " << Counted(lost, "call is", "calls are")
+        streams.out << "The first " << Counted(*first - start - 1, "call is", "calls are")
                     << " no longer in the journal.\n";
     }
     std::map<std::string, int64_t> kinds;
@@ -164,33 +201,56 @@ void Summarize(Database& database, const Streams& streams) {
                    ++changes;
                    streams.out << Printable(change) << '\n';
                });
-    const int64_t calls =
-        FindNumber(database, "SELECT count(*) FROM journal WHERE id > ?1", {start}).value_or(0);
-    const int64_t failed =
-        FindNumber(database, "SELECT count(*) FROM journal WHERE id > ?1 AND succeeded = 0", {start})
-            .value_or(0);
     streams.out << Counted(changes, "change", "changes");
     const char* separator = ": ";
     for (const auto& [kind, count] : kinds) {
         streams.out << separator << count << " " << kind;
         separator = ", ";
     }
-    streams.out << "; " << Counted(calls, "call", "calls") << ", " << failed << " of them failed.\n";
+    const int64_t calls = find("SELECT count(*) FROM journal WHERE id > ?1", start).value_or(0);
+    const int64_t failed =
+        find("SELECT count(*) FROM journal WHERE id > ?1 AND succeeded = 0", start).value_or(0);
+    streams.out << "; " << Counted(calls, "call", "calls") << ", " << failed << " failed.\n";
 }
-
-}  // namespace
 
 void Journal(const JournalOptions& options, const Streams& streams) {
     const std::unique_ptr<Database> database = OpenServer(options.server);
     switch (options.task) {
-        case JournalTask::SwitchOn:
+        case Task::SwitchOn:
             return SwitchOn(*database, options, streams);
-        case JournalTask::SwitchOff:
+        case Task::SwitchOff:
             return SwitchOff(*database, options, streams);
-        case JournalTask::Summary:
+        case Task::Summary:
             return Summarize(*database, streams);
-        case JournalTask::Show:
+        case Task::Show:
             return Show(*database, options, streams);
+    }
+}
+
+}  // namespace
+
+void AddJournal(CommandLine& line) {
+    const auto [app, options] =
+        line.Add(line.GetTool(), "journal", "Show the calls that were made.", Journal);
+    AddServerOption(app, options.server);
+    const auto addTask = [&app = app, &options = options](const char* name, Task task,
+                                                          const char* description) {
+        return app.add_flag_callback(
+            name, [&options, task] { options.task = task; }, description);
+    };
+    CLI::Option* on = addTask("--on", Task::SwitchOn, "switch the journal on");
+    CLI::Option* off = addTask("--off", Task::SwitchOff, "switch the journal off; its entries stay");
+    CLI::Option* summary = addTask("--summary", Task::Summary, "show what changed since it was switched on");
+    on->excludes(off, summary);
+    off->excludes(summary);
+    app.add_option("--limit", options.limit, "number of calls to keep")
+        ->capture_default_str()
+        ->check(FromTo(1, 100'000'000))
+        ->needs(on);
+    for (CLI::Option* show : {app.add_flag("--follow", options.follow, "continue until interrupted"),
+                              app.add_flag("--json", options.json, "one JSON object per line"),
+                              app.add_option("--since", options.since, "only calls with a higher number")}) {
+        show->excludes(on, off, summary);
     }
 }
 

@@ -6,31 +6,30 @@
 #include "embedded/model/refusal.h"
 #include "embedded/store/farm_file.h"
 #include "embedded/store/transaction.h"
-#include "tools/common/command.h"
-#include "tools/common/interruption.h"
+#include "tools/common/long_task.h"
 
 namespace embedded::tools {
 namespace {
 
-std::string HasFarm(const std::string& server, const std::filesystem::path& file) {
-    return "server \"" + server + "\" has a farm already, in " + file.string() + " (--force replaces it)";
+std::string HasFarmText(const std::string& server, const std::filesystem::path& file) {
+    return "server \"" + server + "\" already has a farm, in " + file.string() + " (--force replaces it)";
 }
 
-// The database asks between its steps whether to go on.
+// The database asks after every few steps whether to stop.
 int MustStop(void* /*nothing*/) {
-    return InterruptionNoted::IsInterrupted() ? 1 : 0;
+    return InterruptGuard::IsInterrupted() ? 1 : 0;
 }
 
-// Fills a database; Ctrl-C ends it, and the caller undoes what is there by then.
+// Fills a database until Ctrl-C, which throws; the caller undoes what is there by then.
 void FillUnlessInterrupted(Database& database, const FillFarm& fill) {
     constexpr int kSteps = 10'000;
-    const InterruptionNoted interruption;
+    const InterruptGuard guard;
     sqlite3_progress_handler(database.GetConnection(), kSteps, &MustStop, nullptr);
     try {
         fill(database);
     } catch (const Refusal&) {
         sqlite3_progress_handler(database.GetConnection(), 0, nullptr, nullptr);
-        if (InterruptionNoted::IsInterrupted()) throw ToolFailure("interrupted; nothing was changed");
+        if (InterruptGuard::IsInterrupted()) throw ToolFailure("interrupted; nothing was changed");
         throw;
     }
     sqlite3_progress_handler(database.GetConnection(), 0, nullptr, nullptr);
@@ -38,12 +37,17 @@ void FillUnlessInterrupted(Database& database, const FillFarm& fill) {
 
 }  // namespace
 
+void AddForceOption(CLI::App& command, Existing& existing) {
+    command.add_flag_callback(
+        "--force", [&existing] { existing = Existing::Replace; }, "replace an existing farm");
+}
+
 void RequireRoom(const std::string& server, Existing existing) {
     if (existing == Existing::Replace) return;
     const std::filesystem::path path = FarmPath(server);
     std::error_code ignored;
     if (std::filesystem::exists(path, ignored) && OpenFarmAt(path) != nullptr)
-        throw ToolFailure(HasFarm(server, path));
+        throw ToolFailure(HasFarmText(server, path));
 }
 
 void MakeFarm(const std::string& server, Existing existing, const FillFarm& write) {
@@ -56,7 +60,7 @@ void MakeFarm(const std::string& server, Existing existing, const FillFarm& writ
         isNew = true;
     });
     if (isNew) return;
-    if (existing == Existing::Keep) throw ToolFailure(HasFarm(server, database->GetFile()));
+    if (existing == Existing::Keep) throw ToolFailure(HasFarmText(server, database->GetFile()));
     database->StartWaiting();
     InTransaction(*database, [&] { ReplaceFarm(*database, server, fill); });
 }

@@ -1,21 +1,25 @@
-// Gives a server a farm, all of it or nothing.
 #pragma once
 
 #include <functional>
 #include <string>
 
 #include "embedded/store/database.h"
+#include "tools/common/command_line.h"
 
 namespace embedded::tools {
 
-// What happens to a farm that the server has already.
+// What happens to a farm that the server already has.
 enum class Existing { Keep, Replace };
 
-// Refuses with Keep a server that has a farm: before a long task, whose end would tell the same.
+// The option --force: replace an existing farm.
+void AddForceOption(CLI::App& command, Existing& existing);
+
+// Throws ToolFailure when the server has a farm that is to be kept: before a long task that would end so.
 void RequireRoom(const std::string& server, Existing existing);
 
-// Runs `write` on empty tables. With Keep, a server that has a farm is refused. A file that is no
-// farm is refused in any case.
+// Makes the farm of a server: `write` fills empty tables. All of it is kept or, after a failure or an
+// interruption, nothing. Throws ToolFailure when the server has a farm that is to be kept; a file that is not
+// a farm is never replaced.
 void MakeFarm(const std::string& server, Existing existing, const std::function<void(Database&)>& write);
 
 }  // namespace embedded::tools

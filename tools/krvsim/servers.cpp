@@ -1,15 +1,11 @@
-// krvsim servers: which servers there are.
 #include "embedded/farms/servers.h"
 
-#include <ctime>
 #include <filesystem>
 
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/farm_file.h"
-#include "tools/common/command.h"
-#include "tools/common/local_time.h"
-#include "tools/common/text_table.h"
+#include "tools/common/plain_text.h"
 #include "tools/krvsim/commands.h"
 #include "tools/krvsim/farm_query.h"
 
@@ -21,8 +17,8 @@ struct FileFacts {
     std::filesystem::file_time_type time = std::filesystem::file_time_type::min();
 };
 
-// The farm's file and what lies beside it while it is in use.
-FileFacts FactsOf(const std::filesystem::path& farm) {
+// The farm's file and its write-ahead log.
+FileFacts FileFactsOf(const std::filesystem::path& farm) {
     FileFacts facts;
     for (const char* suffix : {"", "-wal"}) {
         std::filesystem::path file = farm;
@@ -37,16 +33,31 @@ FileFacts FactsOf(const std::filesystem::path& farm) {
     return facts;
 }
 
-std::string SizeText(uintmax_t bytes) {
-    constexpr uintmax_t kKilo = 1024;
-    if (bytes < kKilo) return std::to_string(bytes) + " B";
-    if (bytes < kKilo * kKilo) return std::to_string((bytes + kKilo / 2) / kKilo) + " KiB";
-    return std::to_string((bytes + kKilo * kKilo / 2) / (kKilo * kKilo)) + " MiB";
+// "running", "stopped", "empty", or why the farm cannot be used; the counts only where there is a farm.
+struct FarmFacts {
+    std::string state = "empty";
+    std::string jukeboxes = "-";
+    std::string volumes = "-";
+};
+
+FarmFacts FarmFactsOf(const std::filesystem::path& path) {
+    FarmFacts facts;
+    try {
+        const std::unique_ptr<Database> database = OpenFarmAt(path);
+        if (database == nullptr) return facts;
+        const auto find = [&](const char* statement) { return *FindNumber(*database, statement, {}); };
+        facts.state = find("SELECT coalesce(max(running), 0) FROM server") == 1 ? "running" : "stopped";
+        facts.jukeboxes = std::to_string(find("SELECT count(*) FROM jukebox"));
+        facts.volumes = std::to_string(find("SELECT count(*) FROM volume WHERE id > 0"));
+    } catch (const Refusal& refusal) {
+        facts.state = "unusable: " + refusal.GetText();
+    }
+    return facts;
 }
 
-}  // namespace
+struct ServersOptions {};
 
-void Servers(const Streams& streams) {
+void Servers(const ServersOptions& /*none*/, const Streams& streams) {
     const std::vector<std::string> servers = ListServers();
     if (servers.empty()) {
         streams.out << "There are no servers in " << StateFolder().string() << ".\n";
@@ -55,24 +66,18 @@ void Servers(const Streams& streams) {
     TextTable table({"Server", "State", "Jukeboxes", "Volumes", "Size", "Last use"});
     for (const std::string& server : servers) {
         const std::filesystem::path path = FarmPath(server);
-        const FileFacts facts = FactsOf(path);
-        std::string state = "empty";
-        std::string jukeboxes = "-";
-        std::string volumes = "-";
-        try {
-            if (const std::unique_ptr<Database> database = OpenFarmAt(path)) {
-                const bool isRunning = FindNumber(*database, "SELECT running FROM server", {}) == 1;
-                state = isRunning ? "running" : "stopped";
-                jukeboxes = std::to_string(*FindNumber(*database, "SELECT count(*) FROM jukebox", {}));
-                volumes =
-                    std::to_string(*FindNumber(*database, "SELECT count(*) FROM volume WHERE id > 0", {}));
-            }
-        } catch (const Refusal& refusal) {
-            state = "unusable: " + refusal.GetText();
-        }
-        table.Add({server, state, jukeboxes, volumes, SizeText(facts.size), TimeText(facts.time)});
+        const FileFacts file = FileFactsOf(path);
+        const FarmFacts farm = FarmFactsOf(path);
+        table.Add(
+            {server, farm.state, farm.jukeboxes, farm.volumes, SizeText(file.size), TimeText(file.time)});
     }
     table.Write(streams.out);
+}
+
+}  // namespace
+
+void AddServers(CommandLine& line) {
+    line.Add(line.GetTool(), "servers", "List the servers.", Servers);
 }
 
 }  // namespace embedded::tools

@@ -1,15 +1,14 @@
-// The command line of krvsim.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "tools/krvsim/commands.h"
+#include "tools/common/streams.h"
 
 namespace embedded::tools {
 
-// Runs the command that the words name, without the program's own name; returns the exit status: 0 =
-// done, 1 = refused, 2 = the command line is wrong.
+// Runs krvsim with these words, which begin with the command. Returns the exit status: 0 = done, 1 = failed,
+// 2 = the command line is invalid.
 int RunTool(const std::vector<std::string>& words, const Streams& streams);
 
 }  // namespace embedded::tools

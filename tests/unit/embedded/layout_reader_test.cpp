@@ -157,19 +157,19 @@ TEST(LayoutReader, FaultInTheTomlNamesItsLine) {
 
 TEST(LayoutReader, EveryFaultIsListedWithLineAndField) {
     const std::vector<std::string> expected = {
-        "farm.toml:1: format: is not 1",
-        "farm.toml:2: running: is neither true nor false",
-        R"(farm.toml:8: volume[1].type: is none of "disc", "mirror", "volume set")",
-        "farm.toml:8: volume[1].total: is not a whole number from 0 to 18446744073709551615",
-        "farm.toml:9: volume[2]: is not a table",
+        "farm.toml:1: format: must be 1",
+        "farm.toml:2: running: must be true or false",
+        R"(farm.toml:8: volume[1].type: must be one of "disc", "mirror", "volume set")",
+        "farm.toml:8: volume[1].total: must be an integer from 0 to 18446744073709551615",
+        "farm.toml:9: volume[2]: must be a table",
         "farm.toml:10: volume[3].id: is missing",
-        "farm.toml:10: volume[3].label: has 256 bytes, at most 255 are allowed",
-        "farm.toml:10: volume[3].directories: is not a list of texts",
-        "farm.toml:4: shelf[1].type: is no media type",
-        "farm.toml:4: shelf[1].a: is neither a volume ID, nor the word for a content, nor a table",
+        "farm.toml:10: volume[3].label: is 256 bytes long; the limit is 255",
+        "farm.toml:10: volume[3].directories: must be an array of strings",
+        "farm.toml:4: shelf[1].type: is not a media type",
+        "farm.toml:4: shelf[1].a: must be a volume ID, a content word or a table",
         "farm.toml:5: shelf[2].type: is missing",
         "farm.toml:5: shelf[2].a: is missing",
-        "farm.toml:3: colour: is not a field of the layout format",
+        "farm.toml:3: colour: is not a known field",
     };
     EXPECT_EQ(ProblemsOf("format = 2\n"
                          "running = 1\n"
@@ -204,12 +204,12 @@ TEST(LayoutReader, CountThatDoesNotMatchIsAFault) {
 
 TEST(LayoutReader, NumbersOutOfRangeAreFaults) {
     const std::vector<std::string> expected = {
-        "farm.toml:3: jukebox[1].id: is not from 1 to 2147483647",
-        "farm.toml:3: jukebox[1].name: holds a zero byte",
-        "farm.toml:3: jukebox[1].vendor: has 9 bytes, at most 8 are allowed",
-        "farm.toml:3: jukebox[1].scsi: is not a list of three numbers",
-        "farm.toml:3: jukebox[1].magazine[1].slots: is not from 0 to 10000000",
-        "farm.toml:3: jukebox[1].magazine[1].unknown: holds something other than a number from 1",
+        "farm.toml:3: jukebox[1].id: must be from 1 to 2147483647",
+        "farm.toml:3: jukebox[1].name: contains a NUL byte",
+        "farm.toml:3: jukebox[1].vendor: is 9 bytes long; the limit is 8",
+        "farm.toml:3: jukebox[1].scsi: must be an array of three integers",
+        "farm.toml:3: jukebox[1].magazine[1].slots: must be from 0 to 10000000",
+        "farm.toml:3: jukebox[1].magazine[1].unknown: must contain only integers from 1 up",
     };
     EXPECT_EQ(ProblemsOf("format = 1\n"
                          "jukebox = [\n"

@@ -2,9 +2,7 @@
 #include <sqlite3.h>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/tools/tool_test.h"
-#include "tools/common/progress.h"
-#include "tools/common/text_table.h"
+#include "tests/unit/tools/tool_fixture.h"
 
 namespace simulator_test {
 namespace {
@@ -18,7 +16,7 @@ void ChangeFarm(const std::filesystem::path& farm, const std::string& script) {
     sqlite3_close(connection);
 }
 
-class KrvsimCheck : public ToolTest {};
+class KrvsimCheck : public ToolFixture {};
 
 TEST_F(KrvsimCheck, DemonstrationFarmIsSound) {
     EXPECT_EQ(Done({"check"}), "The farm of server \".\" is sound.\n");
@@ -29,92 +27,99 @@ struct BreachCase {
     const char* breach;
 };
 
-TEST_F(KrvsimCheck, EveryBreachIsTold) {
+TEST_F(KrvsimCheck, ReportsEveryBrokenRule) {
     const std::vector<BreachCase> cases = {
         {"DELETE FROM server", "the server has 0 descriptions instead of one"},
         {"UPDATE jukebox SET name = '' WHERE id = 8", "jukebox 8 has an empty name"},
         {"UPDATE jukebox SET name = printf('%52s', 'x') WHERE id = 8",
          "the name of jukebox 8 is longer than 51 bytes"},
-        {"UPDATE jukebox SET drive_count = 9 WHERE id = 8", "jukebox 8 counts 9 drives, but has 2"},
-        {"UPDATE jukebox SET magazine_count = 9 WHERE id = 8", "jukebox 8 counts 9 magazines, but has 1"},
+        {"UPDATE jukebox SET drive_count = 9 WHERE id = 8", "jukebox 8 records 9 drives but has 2"},
+        {"UPDATE jukebox SET magazine_count = 9 WHERE id = 8", "jukebox 8 records 9 magazines but has 1"},
         {"UPDATE jukebox SET slot_count = 9 WHERE id = 8",
-         "jukebox 8 counts 9 slots, but its present magazines have 12"},
+         "jukebox 8 records 9 slots but its present magazines have 12"},
         {"UPDATE drive SET number = 5 WHERE jukebox = 8 AND number = 1",
-         "the drives of jukebox 8 are not numbered without gaps"},
+         "the drive numbers of jukebox 8 have gaps"},
         {"UPDATE magazine SET first_slot = 3 WHERE jukebox = 8",
-         "magazine 1 of jukebox 8 begins with slot 3, not 0"},
-        {"DELETE FROM jukebox WHERE id = 52", "magazine 1 belongs to jukebox 52, which is not there"},
+         "magazine 1 of jukebox 8 starts 3 slots after the first one instead of 0"},
+        {"DELETE FROM jukebox WHERE id = 52", "magazine 1 belongs to jukebox 52, which does not exist"},
         {"DELETE FROM slot WHERE jukebox = 8 AND number = 11",
-         "magazine 1 of jukebox 8 counts 12 slots, but has 11"},
+         "magazine 1 of jukebox 8 records 12 slots but has 11"},
         {"UPDATE slot SET state = 3 WHERE jukebox = 8 AND number = 0",
-         "slot 1 of magazine 1 of jukebox 8 is empty, but holds a medium"},
+         "slot 1 of magazine 1 of jukebox 8 is empty but holds a medium"},
         {"UPDATE slot SET state = 4 WHERE jukebox = 8 AND number = 4",
-         "slot 5 of magazine 1 of jukebox 8 is full, but holds no medium"},
+         "slot 5 of magazine 1 of jukebox 8 is full but holds no medium"},
         {"UPDATE medium SET slot = 90 WHERE place = 1 AND jukebox = 8 AND slot = 0",
-         "is in slot 91 of magazine 1 of jukebox 8, which is not there"},
+         "is in slot 91 of magazine 1 of jukebox 8, which does not exist"},
         {"UPDATE medium SET jukebox = 77 WHERE place = 3",
-         "is in a station of jukebox 77, which is not there"},
+         "is in a station of jukebox 77, which does not exist"},
         {"DROP INDEX medium_place; UPDATE medium SET slot = 1 WHERE place = 1 AND jukebox = 8 AND slot = 0",
-         "are in one place"},
-        {"DELETE FROM side WHERE volume = 34", "has 2 sides, but 1 are described"},
-        {"DELETE FROM volume WHERE id = 33; DELETE FROM directory WHERE volume = 33", "volume 33 on medium"},
-        {"UPDATE side SET content = 4 WHERE volume = 33", "volume 33 lies on a side without a file system"},
-        {"UPDATE side SET volume = 33 WHERE volume = 34", "volume 33 is a disc, but lies on 2 sides"},
-        {"UPDATE volume SET free = total + 1 WHERE id = 33", "volume 33 has more free bytes than bytes"},
-        {"UPDATE server SET next_volume = 500", "volume 517 has a number that is still to be given"},
+         "are in the same place"},
+        {"DELETE FROM side WHERE volume = 34", "records 2 sides but has 1"},
+        {"DELETE FROM volume WHERE id = 33; DELETE FROM directory WHERE volume = 33",
+         "holds volume 33, which does not exist"},
+        {"UPDATE side SET content = 4 WHERE volume = 33", "volume 33 is on a side of medium"},
+        {"UPDATE side SET volume = 33 WHERE volume = 34", "volume 33 is a disc but is on 2 sides"},
+        {"UPDATE volume SET free = total + 1 WHERE id = 33", "volume 33 has more free than total bytes"},
+        {"UPDATE server SET next_volume = 500", "volume 517 has an ID that was never assigned"},
         {"INSERT INTO directory VALUES (999, 0, 'lost')",
-         "volume 999, which is not there, has the directory name \"lost\""},
-        {"UPDATE server SET fault_count = 3", "the server counts 3 faults, but has 0"},
+         "the directory name \"lost\" belongs to volume 999, which does not exist"},
+        {"UPDATE server SET fault_count = 3", "the server records 3 faults but has 0"},
         // MyBox holds volume 33 in a slot, volume 401 is on the shelf, and volume 108 is disabled.
-        {"UPDATE volume SET state = 2 WHERE id = 33", "volume 33 is shown as offline, but is active"},
-        {"UPDATE volume SET state = 0 WHERE id = 401", "volume 401 is shown as active, but is offline"},
-        {"UPDATE volume SET state = 0 WHERE id = 108", "volume 108 is shown as active, but is disabled"},
-        {"UPDATE volume SET enabled = 0 WHERE id = 33", "volume 33 is shown as active, but is disabled"},
-        {"UPDATE volume SET state = 9 WHERE id = 33", "volume 33 is shown as state 9, but is active"},
+        {"UPDATE volume SET state = 2 WHERE id = 33",
+         "volume 33 is recorded as offline but should be active"},
+        {"UPDATE volume SET state = 0 WHERE id = 401",
+         "volume 401 is recorded as active but should be offline"},
+        {"UPDATE volume SET state = 0 WHERE id = 108",
+         "volume 108 is recorded as active but should be disabled"},
+        {"UPDATE volume SET enabled = 0 WHERE id = 33",
+         "volume 33 is recorded as active but should be disabled"},
+        {"UPDATE volume SET state = 9 WHERE id = 33",
+         "volume 33 is recorded as state 9 but should be active"},
         // Volume 116 is to be shown as state 3.
         {"UPDATE volume SET state = 0 WHERE id = 116",
-         "volume 116 is shown as active, but is to be shown as state 3"},
-        {"INSERT INTO odd_state VALUES (999, 1)",
-         "volume 999, which is not there, is to be shown as state 1"},
+         "volume 116 is recorded as active but should be state 3"},
+        {"INSERT INTO odd_state VALUES (999, 1)", "state 1 is set for volume 999, which does not exist"},
         {"UPDATE medium SET place = 4, jukebox = 0, magazine = 0, slot = 70 WHERE id = "
          "(SELECT medium FROM side WHERE volume = 33)",
-         "volume 33 is shown as active, but is offline"},
-        {"UPDATE magazine SET present = 0 WHERE jukebox = 8", "volume 33 is shown as active, but is offline"},
-        {"UPDATE side SET side = 1 WHERE volume = 201", "has a side B, but only 1 side"},
-        {"UPDATE medium SET type = 255 WHERE place = 4", "has type 255, which is not from 0 to 254"},
-        {"UPDATE medium SET jukebox = 8 WHERE place = 4", "is on the shelf, but names jukebox 8"},
+         "volume 33 is recorded as active but should be offline"},
+        {"UPDATE magazine SET present = 0 WHERE jukebox = 8",
+         "volume 33 is recorded as active but should be offline"},
+        {"UPDATE side SET side = 1 WHERE volume = 201", "has a side B but only 1 side"},
+        {"UPDATE medium SET type = 255 WHERE place = 4", "has the type 255; the range is 0 to 254"},
+        {"UPDATE medium SET jukebox = 8 WHERE place = 4", "is on the shelf but names jukebox 8"},
         {"UPDATE medium SET magazine = 1 WHERE place = 3", "but names magazine 2"},
-        {"UPDATE volume SET type = 3 WHERE id = 33", "volume 33 has type 3, which is not from 0 to 2"},
+        {"UPDATE volume SET type = 3 WHERE id = 33", "volume 33 has the type 3; the range is 0 to 2"},
         {"INSERT INTO volume VALUES (-99, 0, 2, 1, '', '', 0, 0, -1, 0)",
-         "volume -99 was never imported, but is on no medium"},
+         "volume -99 was never imported but is on no medium"},
         {"INSERT INTO directory VALUES (-1, 0, 'early')",
-         "volume -1 was never imported, but has the directory name \"early\""},
+         "volume -1 was never imported but has the directory name \"early\""},
         {"UPDATE volume SET label = printf('%256s', 'x') WHERE id = 33",
          "the label of volume 33 is longer than 255 bytes"},
         {"UPDATE volume SET file_system = printf('%30s', 'x') WHERE id = 33",
          "the file system name of volume 33 is longer than 29 bytes"},
         {"UPDATE directory SET name = printf('%1024s', 'x') WHERE volume = 33",
-         "the directory name of volume 33 is longer than 1023 bytes"},
+         "a directory name of volume 33 is longer than 1023 bytes"},
         {"DROP INDEX directory_name; INSERT INTO directory SELECT 34, 7, name FROM directory WHERE volume = "
          "33",
          "volumes 33 and 34 have the same directory name, \""},
-        {"UPDATE jukebox SET vendor = '123456789' WHERE id = 8", "the device names of jukebox 8 do not fit"},
+        {"UPDATE jukebox SET vendor = '123456789' WHERE id = 8",
+         "the vendor, product or revision of jukebox 8 is too long"},
         {"UPDATE drive SET revision = '12345' WHERE jukebox = 8 AND number = 1",
-         "the device names of drive 2 of jukebox 8 do not fit"},
+         "the vendor, product or revision of drive 2 of jukebox 8 is too long"},
         {"INSERT INTO fault SELECT 1, '*', NULL, NULL, NULL, NULL, NULL, NULL, 0, NULL, 1.5, 1, 7, '', 0, 0, "
          "0; "
          "UPDATE server SET fault_count = 1",
-         "fault 1 has a chance of 1.5, which is not from 0 to 1"},
+         "fault 1 has the probability 1.5; the range is 0 to 1"},
         {"INSERT INTO fault SELECT 1, '*', NULL, NULL, NULL, NULL, NULL, NULL, 0, NULL, 1, 1, NULL, '', 0, "
          "0, 0; "
          "UPDATE server SET fault_count = 1",
-         "fault 1 neither fails nor waits"},
-        {"UPDATE server SET journal_limit = -1", "the journal keeps -1 calls"},
+         "fault 1 has neither a code nor a delay"},
+        {"UPDATE server SET journal_limit = -1", "the journal limit is -1"},
     };
     for (const BreachCase& expected : cases) {
         Done({"init", "--server", "broken", "--force"});
         ChangeFarm(m_home.GetFolder() / "server-broken.db", expected.script);
-        const std::string error = Refused({"check", "--server", "broken"});
+        const std::string error = Failed({"check", "--server", "broken"});
         EXPECT_NE(error.find(expected.breach), std::string::npos) << expected.script << "\n" << error;
         std::filesystem::remove(m_home.GetFolder() / "server-broken.db");
     }
@@ -138,7 +143,7 @@ TEST_F(KrvsimCheck, EveryActionLeavesASoundFarm) {
     EXPECT_EQ(Done({"check"}), "The farm of server \".\" is sound.\n");
 }
 
-class KrvsimServers : public ToolTest {};
+class KrvsimServers : public ToolFixture {};
 
 TEST_F(KrvsimServers, AreListedWithTheirStates) {
     EXPECT_EQ(Done({"servers"}), "There are no servers in " + m_home.GetFolder().string() + ".\n");
@@ -162,22 +167,6 @@ TEST_F(KrvsimServers, AreListedWithTheirStates) {
     EXPECT_TRUE(starts[2].starts_with("bad        unusable: The file "));
     EXPECT_TRUE(starts[3].starts_with("empty one  running"));
     EXPECT_TRUE(starts[4].starts_with("my_server  stopped"));
-}
-
-TEST(ProgressLine, ShowsHowFarItIs) {
-    EXPECT_EQ(embedded::tools::ProgressLine("slots", 0, 10), "slots [..............................]   0%");
-    EXPECT_EQ(embedded::tools::ProgressLine("slots", 5, 10), "slots [###############...............]  50%");
-    EXPECT_EQ(embedded::tools::ProgressLine("slots", 10, 10), "slots [##############################] 100%");
-    EXPECT_EQ(embedded::tools::ProgressLine("slots", 11, 10), "slots [##############################] 100%");
-    EXPECT_EQ(embedded::tools::ProgressLine("items read:", 17, 0), "items read: 17");
-}
-
-TEST(TextTable, ColumnsAreAsWideAsTheirWidestCell) {
-    embedded::tools::TextTable table({"A", "Long head"});
-    table.Add({"wide cell", "x"});
-    std::stringstream out;
-    table.Write(out);
-    EXPECT_EQ(out.str(), "A          Long head\nwide cell  x\n");
 }
 
 }  // namespace

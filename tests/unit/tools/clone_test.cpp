@@ -1,14 +1,12 @@
-// Copies of farms through a client library: through the embedded one, which must give an equal farm,
-// and through the scripted one, which fails wherever a test wants it to.
 #include <gtest/gtest.h>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/tools/tool_test.h"
+#include "tests/unit/tools/tool_fixture.h"
 
 namespace simulator_test {
 namespace {
 
-class KrvsimClone : public ToolTest {
+class KrvsimClone : public ToolFixture {
   protected:
     static constexpr const char* kEmbedded = KRVSIM_EMBEDDED_LIBRARY;
 
@@ -36,18 +34,18 @@ TEST_F(KrvsimClone, CopyOfTheDemonstrationFarmShowsTheSame) {
     Done({"check", "--server", "copy"});
 }
 
-TEST_F(KrvsimClone, WhatNoCallShowsIsToldItemByItem) {
+TEST_F(KrvsimClone, ReportsWhatNoCallShows) {
     // Volumes 401 and 402 are on the shelf and in an import station, 117 is in a magazine that is not
     // present.
     const ToolResult result = RunKrvsim({"clone", "--library", kEmbedded, "--to", "copy"});
     EXPECT_EQ(result.status, 0) << result.err;
     for (const char* volume : {"401", "402", "117"}) {
-        const std::string line = std::string("not shown: the medium of volume ") + volume +
-                                 ": it lies in no slot that can be looked at\n";
+        const std::string line =
+            std::string("not visible: the medium of volume ") + volume + ": it is in no visible slot\n";
         EXPECT_NE(result.err.find(line), std::string::npos) << line << result.err;
     }
-    EXPECT_NE(result.err.find("not shown: what is in magazine "), std::string::npos) << result.err;
-    EXPECT_EQ(result.err.find("not shown: the medium of volume 33:"), std::string::npos);
+    EXPECT_NE(result.err.find("not visible: the media in magazine "), std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find("not visible: the medium of volume 33:"), std::string::npos);
     Client copy("copy");
     EXPECT_EQ(copy.VolumeOf(401).state, 2U);
 }
@@ -62,7 +60,7 @@ TEST_F(KrvsimClone, CopiesOfGeneratedFarmsShowTheSame) {
     }
 }
 
-TEST_F(KrvsimClone, CopyOnlyReads) {
+TEST_F(KrvsimClone, ChangesNothingInTheOriginal) {
     Done({"init"});
     const std::string before = Done({"dump"});
     Done({"journal", "--on"});
@@ -71,7 +69,7 @@ TEST_F(KrvsimClone, CopyOnlyReads) {
     EXPECT_NE(Done({"journal", "--summary"}).find("0 changes; "), std::string::npos);
 }
 
-TEST_F(KrvsimClone, CopyCanBeActedOn) {
+TEST_F(KrvsimClone, CopyCanBeChanged) {
     Cloned({"--to", "copy"});
     Client copy("copy");
     EXPECT_TRUE(copy.Export({8, 0, 2}).ok);
@@ -80,7 +78,7 @@ TEST_F(KrvsimClone, CopyCanBeActedOn) {
     EXPECT_EQ(Client().VolumeOf(33).state, 0U) << "the original is another farm";
 }
 
-TEST_F(KrvsimClone, ItemsThatCannotBeReadAreReportedOneByOne) {
+TEST_F(KrvsimClone, ReportsEveryItemThatCannotBeRead) {
     Done({"init"});
     Done({"fault", "add", "-f", "GetSlot", "-J", "@8", "-S", "1", "--code", "900", "--text", "Slot lost."});
     Done({"fault", "add", "-f", "GetDrive", "-J", "@8", "-D", "2", "--code", "901", "--text", "Drive lost."});
@@ -105,24 +103,24 @@ TEST_F(KrvsimClone, ItemsThatCannotBeReadAreReportedOneByOne) {
     EXPECT_EQ(copy.Jukeboxes().size(), 7U);
 }
 
-TEST_F(KrvsimClone, FarmThatIsThereIsKeptUnlessForced) {
+TEST_F(KrvsimClone, KeepsAnExistingFarmUnlessForced) {
     Done({"init", "--server", "copy", "--empty"});
-    EXPECT_NE(Refused({"clone", "--library", kEmbedded, "--to", "copy"}), "");
+    EXPECT_NE(Failed({"clone", "--library", kEmbedded, "--to", "copy"}), "");
     Client kept("copy");
     EXPECT_TRUE(kept.Jukeboxes().empty());
 }
 
-TEST_F(KrvsimClone, LibraryAndServerThatAreNotThereAreNamed) {
-    const std::string missing = Refused({"clone", "--library", "/nowhere/lib.so", "--to", "copy"});
+TEST_F(KrvsimClone, UnknownLibraryAndServerAreNamed) {
+    const std::string missing = Failed({"clone", "--library", "/nowhere/lib.so", "--to", "copy"});
     EXPECT_NE(missing.find("/nowhere/lib.so"), std::string::npos) << missing;
     EXPECT_EQ(
-        Refused({"clone", "--library", kEmbedded, "--from", "nowhere", "--to", "copy"}),
+        Failed({"clone", "--library", kEmbedded, "--from", "nowhere", "--to", "copy"}),
         "krvsim: no session with server \"nowhere\": KRV error 1010: Server \"nowhere\" is not known.\n");
 }
 
 // ---- Through the scripted library
 
-class KrvsimCloneOfScript : public ToolTest {
+class KrvsimCloneOfScript : public ToolFixture {
   protected:
     // A copy of the library in the test's folder, which reads its script afresh.
     ToolResult CloneOf(const std::string& script) {
@@ -216,19 +214,19 @@ TEST_F(KrvsimCloneOfScript, FailingItemsAreReportedAndTheRestIsCopied) {
     }
 }
 
-TEST_F(KrvsimCloneOfScript, NonsenseOfALibraryIsKeptWithinReason) {
+TEST_F(KrvsimCloneOfScript, InvalidAnswersAreCorrected) {
     const std::vector<FailingCase> cases = {
         {"jukebox 8 name=x\nmagazine slots=-5\n",
-         "not read: the slots of magazine 1 of jukebox 8: its number of parts, -5, is not possible\n"},
+         "not read: the slots of magazine 1 of jukebox 8: impossible count -5\n"},
         {"jukebox 8 name=x\ndrive claimed=2000000000\n",
-         "not read: the drives of jukebox 8: its number of parts, 2000000000, is not possible\n"},
+         "not read: the drives of jukebox 8: impossible count 2000000000\n"},
         {"jukebox 8 name=x\nmagazine slots=1\nslot state=9\n",
-         "not read: slot 1 of magazine 1 of jukebox 8: its state, 9, is not known\n"},
-        {"volume 5 type=7\n", "not read: volume 5: its type, 7, is not known: taken for a disc\n"},
+         "changed: slot 1 of magazine 1 of jukebox 8: invalid state 9, copied as unknown\n"},
+        {"volume 5 type=7\n", "changed: volume 5: invalid type 7, copied as a disc\n"},
         {"volume 5 total=3 free=4\n",
-         "not read: volume 5: it has more free bytes than bytes: taken for empty\n"},
+         "changed: volume 5: more free than total bytes, copied with all bytes free\n"},
         {"volume 5 dir=same\nvolume 6 dir=same\n",
-         "not read: the directory name \"same\" of volume 6: another volume has it already\n"},
+         "changed: volume 6: directory name \"same\" of another volume, left out\n"},
     };
     for (const FailingCase& nonsense : cases) {
         const ToolResult result = CloneOf(nonsense.script);
@@ -238,7 +236,7 @@ TEST_F(KrvsimCloneOfScript, NonsenseOfALibraryIsKeptWithinReason) {
     }
 }
 
-TEST_F(KrvsimCloneOfScript, SessionThatFailsIsARefusal) {
+TEST_F(KrvsimCloneOfScript, FailsWithoutASession) {
     const ToolResult result = CloneOf("fail KrvSessionCreate code=77 text=\"Nobody home.\"\n");
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.err, "krvsim: no session with server \"far\": KRV error 77: Nobody home.\n");

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "tests/unit/tools/tool_test.h"
+#include "tests/unit/tools/tool_fixture.h"
 
 namespace simulator_test {
 namespace {
 
-class KrvsimCommandLine : public ToolTest {};
+class KrvsimCommandLine : public ToolFixture {};
 
 TEST_F(KrvsimCommandLine, EveryCommandExplainsItself) {
     const std::vector<std::vector<std::string>> commands = {
@@ -22,7 +22,7 @@ TEST_F(KrvsimCommandLine, EveryCommandExplainsItself) {
     }
 }
 
-TEST_F(KrvsimCommandLine, WrongWordsEndWithStatusTwo) {
+TEST_F(KrvsimCommandLine, InvalidCommandLinesEndWithStatusTwo) {
     const std::vector<std::vector<std::string>> lines = {
         {},
         {"bogus"},
@@ -56,14 +56,25 @@ TEST_F(KrvsimCommandLine, WrongWordsEndWithStatusTwo) {
         EXPECT_NE(WrongUsage(words), "") << (words.empty() ? "nothing" : words[0]);
 }
 
-TEST_F(KrvsimCommandLine, UnknownServerIsRefusedWithStatusOne) {
+TEST_F(KrvsimCommandLine, UnknownServersEndWithStatusOne) {
     const std::vector<std::vector<std::string>> lines = {
         {"dump", "--server", "nowhere"},   {"load", "--server", "nowhere", "-J", "@1", "--type", "CD-R"},
         {"unload", "--server", "nowhere"}, {"fault", "list", "--server", "nowhere"},
         {"check", "--server", "nowhere"},  {"journal", "--server", "nowhere"},
     };
     for (const auto& words : lines)
-        EXPECT_EQ(Refused(words), "krvsim: Server \"nowhere\" is not known.\n") << words[0];
+        EXPECT_EQ(Failed(words), "krvsim: Server \"nowhere\" is not known.\n") << words[0];
+}
+
+// A stream that takes nothing, as a full disk does.
+class RefusingBuffer : public std::streambuf {};
+
+TEST_F(KrvsimCommandLine, FailsWhenTheOutputCannotBeWritten) {
+    RefusingBuffer buffer;
+    std::ostream out(&buffer);
+    std::stringstream err;
+    EXPECT_EQ(embedded::tools::RunTool({"servers"}, {out, err}), 1);
+    EXPECT_EQ(err.str(), "krvsim: cannot write the output\n");
 }
 
 }  // namespace

@@ -5,12 +5,12 @@
 
 #include "embedded/calls/faults.h"
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/tools/tool_test.h"
+#include "tests/unit/tools/tool_fixture.h"
 
 namespace simulator_test {
 namespace {
 
-class KrvsimFault : public ToolTest {
+class KrvsimFault : public ToolFixture {
   protected:
     static std::string Add(std::vector<std::string> words) {
         words.insert(words.begin(), {"fault", "add"});
@@ -18,7 +18,7 @@ class KrvsimFault : public ToolTest {
     }
 
     // Which of the calls fail, as a row of marks.
-    static std::string Struck(Client& client, int calls) {
+    static std::string Hits(Client& client, int calls) {
         std::string marks;
         for (int call = 0; call < calls; ++call) {
             JukeboxRecord record{};
@@ -29,26 +29,25 @@ class KrvsimFault : public ToolTest {
 };
 
 TEST_F(KrvsimFault, CallFailsWithCodeAndTextAndChangesNothing) {
-    EXPECT_EQ(Add({"-f", "KrvMediaExport", "--code", "7", "--text", "Stopped by hand."}),
-              "Fault 1 is set.\n");
+    EXPECT_EQ(Add({"-f", "KrvMediaExport", "--code", "7", "--text", "Stopped by hand."}), "Added fault 1.\n");
     Client client;
     EXPECT_EQ(Describe(client.Export({8, 0, 2})), "7: Stopped by hand.");
     EXPECT_EQ(client.SlotState({8, 0, 2}), 4U);
     EXPECT_TRUE(client.Scan({8, 0, 2}).ok) << "other functions are not meant";
 }
 
-TEST_F(KrvsimFault, OpenSessionFeelsAFaultAtOnceAndNoMoreWhenItIsCleared) {
+TEST_F(KrvsimFault, AffectsOpenSessionsUntilItIsCleared) {
     Client client;
-    EXPECT_EQ(Struck(client, 1), ".");
+    EXPECT_EQ(Hits(client, 1), ".");
     Add({"-f", "getjukebox", "--code", "9"});
-    EXPECT_EQ(Struck(client, 2), "XX");
+    EXPECT_EQ(Hits(client, 2), "XX");
     EXPECT_EQ(Done({"fault", "clear"}), "Cleared 1 fault.\n");
-    EXPECT_EQ(Struck(client, 2), "..");
+    EXPECT_EQ(Hits(client, 2), "..");
 }
 
 struct WhenCase {
     std::vector<std::string> when;
-    const char* struck;
+    const char* hits;
 };
 
 TEST_F(KrvsimFault, NthAndTimesChooseTheCalls) {
@@ -66,23 +65,23 @@ TEST_F(KrvsimFault, NthAndTimesChooseTheCalls) {
         words.insert(words.end(), expected.when.begin(), expected.when.end());
         Add(words);
         Client client;
-        EXPECT_EQ(Struck(client, 6), expected.struck);
+        EXPECT_EQ(Hits(client, 6), expected.hits);
     }
 }
 
-TEST_F(KrvsimFault, CountingGoesOnFromSessionToSession) {
+TEST_F(KrvsimFault, CountsCallsAcrossSessions) {
     Add({"-f", "GetJukebox", "--nth", "3", "--times", "1", "--code", "9"});
     std::string marks;
     for (int session = 0; session < 4; ++session) {
         Client client;
-        marks += Struck(client, 1);
+        marks += Hits(client, 1);
     }
     EXPECT_EQ(marks, "..X.");
 }
 
 struct ItemCase {
     std::vector<std::string> item;
-    const char* struck;  // the exports below, in order
+    const char* hits;  // the exports below, in order
 };
 
 TEST_F(KrvsimFault, ItemChoosesTheCalls) {
@@ -105,7 +104,7 @@ TEST_F(KrvsimFault, ItemChoosesTheCalls) {
         std::string marks;
         for (const Slot& slot : exports)
             marks += client.Export(slot).ok ? '.' : 'X';
-        EXPECT_EQ(marks, expected.struck) << expected.item[0] << expected.item[1];
+        EXPECT_EQ(marks, expected.hits) << expected.item[0] << expected.item[1];
     }
 }
 
@@ -125,7 +124,7 @@ TEST_F(KrvsimFault, SideDriveAndVolumeChooseTheCalls) {
     EXPECT_FALSE(client.Volume(33, volume).ok);
 }
 
-TEST_F(KrvsimFault, AnyFunctionMeansEachOfThemSessionsToo) {
+TEST_F(KrvsimFault, AnyFunctionIncludesSessionsAndTheService) {
     Add({"-f", "any", "--code", "9", "--text", "Nothing works."});
     const Client client;
     EXPECT_EQ(Describe(client.GetOpening()), "9: Nothing works.");
@@ -136,39 +135,36 @@ TEST_F(KrvsimFault, DelayOnlyDelays) {
     Add({"-f", "GetJukebox", "--delay", "120ms", "--times", "1"});
     Client client;
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(Struck(client, 2), "..");
+    EXPECT_EQ(Hits(client, 2), "..");
     EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(120));
 }
 
-TEST_F(KrvsimFault, ListTellsWhatIsSetAndHowOftenItStruck) {
+TEST_F(KrvsimFault, ListShowsFaultsAndTheirHits) {
     EXPECT_EQ(Done({"fault", "list"}), "There are no faults.\n");
     Add({"-f", "GetJukebox", "-J", "MyBox", "--nth", "2", "--times", "3", "--code", "9", "--text", "No."});
     Add({"-f", "any", "--delay", "2m", "--probability", "0.125", "-V", "4", "-S", "2"});
     Client client;
-    EXPECT_EQ(Struck(client, 3), ".XX");
-    // The widest cells: "every call, by a chance of 12.5%" (32) and "fail with 9: No." (16).
-    EXPECT_EQ(Done({"fault", "list"}),
-              "Fault  Function       Item              When                              Effect            "
-              "Calls  Struck\n"
-              "1      KrvGetJukebox  jukebox 8         3 calls from call 2 on            fail with 9: No.  "
-              "3      2\n"
-              "2      any            slot 2, volume 4  every call, by a chance of 12.5%  wait 120000 ms    "
-              "0      0\n");
+    EXPECT_EQ(Hits(client, 3), ".XX");
+    EXPECT_EQ(
+        Done({"fault", "list"}),
+        "Fault  Function       Item              When                      Effect            Calls  Hits\n"
+        "1      KrvGetJukebox  jukebox 8         3 calls from call 2 on    fail with 9: No.  3      2\n"
+        "2      any            slot 2, volume 4  every call, 12.5% chance  wait 120000 ms    0      0\n");
 }
 
-TEST_F(KrvsimFault, ClearTakesTheNamedOnesOrAll) {
+TEST_F(KrvsimFault, ClearRemovesTheGivenFaultsOrAll) {
     for (int fault = 0; fault < 3; ++fault)
         Add({"-f", "GetSlot", "--code", "9"});
-    EXPECT_EQ(Refused({"fault", "clear", "1", "7"}), "krvsim: there is no fault 7\n");
+    EXPECT_EQ(Failed({"fault", "clear", "1", "7"}), "krvsim: there is no fault 7\n");
     EXPECT_EQ(Done({"fault", "clear", "1", "3"}), "Cleared 2 faults.\n");
     EXPECT_EQ(Done({"fault", "clear"}), "Cleared 1 fault.\n");
     EXPECT_EQ(Done({"fault", "clear"}), "Cleared 0 faults.\n");
     Done({"check"});
 }
 
-TEST_F(KrvsimFault, UnknownFunctionIsRefusedWithTheKnownOnes) {
-    const std::string error = Refused({"fault", "add", "-f", "Explode", "--code", "9"});
-    EXPECT_TRUE(error.starts_with("krvsim: there is no function \"Explode\"; the functions are:\n")) << error;
+TEST_F(KrvsimFault, UnknownFunctionFailsWithAListOfFunctions) {
+    const std::string error = Failed({"fault", "add", "-f", "Explode", "--code", "9"});
+    EXPECT_TRUE(error.starts_with("krvsim: unknown function \"Explode\"; the functions are:\n")) << error;
     EXPECT_NE(error.find("KrvServiceRestart"), std::string::npos);
 }
 
@@ -182,7 +178,7 @@ TEST(FaultChance, IsTheSameForTheSameSeed) {
     EXPECT_TRUE(differs);
 }
 
-TEST(FaultChance, StrikesAboutAsOftenAsItSays) {
+TEST(FaultChance, HitsAboutAsOftenAsItsProbability) {
     constexpr int64_t kCalls = 20'000;
     for (const double probability : {0.0, 0.05, 0.5, 0.9, 1.0}) {
         int64_t struck = 0;

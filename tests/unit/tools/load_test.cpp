@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/tools/tool_test.h"
+#include "tests/unit/tools/tool_fixture.h"
 
 namespace simulator_test {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 constexpr Slot kGap{14, 0, 2};
 constexpr Slot kSecondGap{14, 0, 5};
 
-class KrvsimLoad : public ToolTest {};
+class KrvsimLoad : public ToolFixture {};
 
 TEST_F(KrvsimLoad, BlankMediaOfATypeWaitForImport) {
     EXPECT_EQ(Done({"load", "-J", "My Box", "--type", "BD-RE", "--count", "2"}),
@@ -25,7 +25,7 @@ TEST_F(KrvsimLoad, BlankMediaOfATypeWaitForImport) {
     Done({"check"});
 }
 
-TEST_F(KrvsimLoad, LabelledMediaHoldVolumesThatAreNewAtTheirImport) {
+TEST_F(KrvsimLoad, LabelledMediaHoldVolumesThatAppearAtTheirImport) {
     EXPECT_EQ(Done({"load", "-J", "@14", "--type", "DVD-RAM", "--label", "Fresh", "--count", "2",
                     "--double-sided"}),
               "Loaded 2 media; 2 wait for import.\n");
@@ -63,57 +63,56 @@ TEST_F(KrvsimLoad, OneVolumeComesBackFromAnExportStationOrTheShelf) {
     EXPECT_EQ(client.VolumeOf(401).state, 0U);
 }
 
-TEST_F(KrvsimLoad, WhatCannotBeLoadedIsRefusedAndNothingChanges) {
+TEST_F(KrvsimLoad, ImpossibleLoadFailsAndChangesNothing) {
     const std::string before = Done({"dump"});
-    EXPECT_EQ(Refused({"load", "-J", "@9", "--type", "CD-R"}), "krvsim: there is no jukebox @9\n");
-    EXPECT_EQ(Refused({"load", "-J", "mybox", "--type", "CD-R"}), "krvsim: there is no jukebox mybox\n");
-    EXPECT_EQ(Refused({"load", "-J", "@8", "--volume", "33"}),
+    EXPECT_EQ(Failed({"load", "-J", "@9", "--type", "CD-R"}), "krvsim: there is no jukebox @9\n");
+    EXPECT_EQ(Failed({"load", "-J", "mybox", "--type", "CD-R"}), "krvsim: there is no jukebox mybox\n");
+    EXPECT_EQ(Failed({"load", "-J", "@8", "--volume", "33"}),
               "krvsim: volume 33 is in a slot; export its medium first\n");
-    EXPECT_EQ(Refused({"load", "-J", "@8", "--volume", "402"}),
-              "krvsim: volume 402 waits in an import station already\n");
-    EXPECT_EQ(Refused({"load", "-J", "@8", "--volume", "4"}), "krvsim: volume 4 is on no medium\n");
-    const std::string types = Refused({"load", "-J", "@8", "--type", "DVD"});
-    EXPECT_TRUE(
-        types.starts_with("krvsim: there is no media type \"DVD\"; the types are:\nkrvsim:   CD-ROM\n"))
+    EXPECT_EQ(Failed({"load", "-J", "@8", "--volume", "402"}),
+              "krvsim: volume 402 is already in an import station\n");
+    EXPECT_EQ(Failed({"load", "-J", "@8", "--volume", "4"}), "krvsim: volume 4 is on no medium\n");
+    const std::string types = Failed({"load", "-J", "@8", "--type", "DVD"});
+    EXPECT_TRUE(types.starts_with("krvsim: unknown media type \"DVD\"; the types are:\nkrvsim:   CD-ROM\n"))
         << types;
     EXPECT_EQ(Done({"dump"}), before);
 }
 
-TEST_F(KrvsimLoad, LabelHasToFitItsRecordWithItsNumber) {
+TEST_F(KrvsimLoad, LabelWithItsNumberMustFitItsRecord) {
     const std::string before = Done({"dump"});
     const std::string longest(255, 'x');
     EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--label", longest + "x"}),
-              "krvsim: the label \"" + longest + "x\" has 256 bytes, at most 255 are allowed\n");
+              "krvsim: the label \"" + longest + "x\" is 256 bytes long; the limit is 255\n");
     EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--label", longest, "--count", "2"}),
-              "krvsim: the label \"" + longest + " 2\" has 257 bytes, at most 255 are allowed\n");
+              "krvsim: the label \"" + longest + " 2\" is 257 bytes long; the limit is 255\n");
     EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--label", longest, "--double-sided"}),
-              "krvsim: the label \"" + longest + " B\" has 257 bytes, at most 255 are allowed\n");
+              "krvsim: the label \"" + longest + " B\" is 257 bytes long; the limit is 255\n");
     EXPECT_EQ(Done({"dump"}), before);
     Done({"load", "-J", "@8", "--type", "CD-R", "--label", longest});
     Done({"check"});
 }
 
-TEST_F(KrvsimLoad, WordsThatDoNotGoTogetherAreExplained) {
-    EXPECT_EQ(WrongUsage({"load", "-J", "@8"}),
-              "krvsim: one of --type, --from-export and --volume is needed\n");
+TEST_F(KrvsimLoad, OptionsThatExcludeEachOtherAreExplained) {
+    EXPECT_EQ(WrongUsage({"load", "-J", "@8"}), "krvsim: --type, --from-export or --volume is required\n");
     EXPECT_EQ(WrongUsage({"load", "-J", "@8", "--type", "CD-R", "--volume", "401"}),
-              "krvsim: only one of --type, --from-export and --volume can be given\n");
-    EXPECT_EQ(Refused({"load", "-J", "8", "--type", "CD-R"}),
+              "krvsim: --type, --from-export and --volume exclude each other\n");
+    EXPECT_EQ(Failed({"load", "-J", "8", "--type", "CD-R"}),
               "krvsim: there is no jukebox 8 (an ID is written @8)\n");
-    // Volumes that were never imported have numbers below 0, which nobody is shown.
+    // IDs below 0 are those of volumes that were never imported.
     EXPECT_EQ(
         WrongUsage({"load", "-J", "@8", "--volume", "-1"}),
         "krvsim: --volume: Value -1 not in range 1 to 2147483647\nRun with --help for more information.\n");
 }
 
-class KrvsimUnload : public ToolTest {};
+class KrvsimUnload : public ToolFixture {};
 
-TEST_F(KrvsimUnload, ExportStationsAreEmptiedOntoTheShelf) {
+TEST_F(KrvsimUnload, MovesExportedMediaToTheShelf) {
     Client client;
     ASSERT_TRUE(client.Export({8, 0, 2}).ok);
-    EXPECT_EQ(Done({"unload", "-J", "MyBox"}), "Put 1 medium on the shelf.\n");
-    EXPECT_EQ(Done({"unload"}), "Put 1 medium on the shelf.\n") << "one was in Sales Tower's from the start";
-    EXPECT_EQ(Done({"unload"}), "Put 0 media on the shelf.\n");
+    EXPECT_EQ(Done({"unload", "-J", "MyBox"}), "Moved 1 medium to the shelf.\n");
+    EXPECT_EQ(Done({"unload"}), "Moved 1 medium to the shelf.\n")
+        << "one was in Sales Tower's from the start";
+    EXPECT_EQ(Done({"unload"}), "Moved 0 media to the shelf.\n");
     EXPECT_EQ(client.VolumeOf(33).state, 2U);
     EXPECT_EQ(client.LabelOf(33), "Sales 2004");
     EXPECT_EQ(Done({"load", "-J", "MyBox", "--from-export", "MyBox"}),

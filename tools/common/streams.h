@@ -1,4 +1,3 @@
-// What ends a command of krvsim that cannot do what it was asked for.
 #pragma once
 
 #include <ostream>
@@ -7,19 +6,21 @@
 
 namespace embedded::tools {
 
-// Where a command writes: its results to `out`, and what it has to remark to `err`.
+// Where a command writes: its results to `out`, its remarks to `err`.
 struct Streams {
     std::ostream& out;
     std::ostream& err;
 };
 
-// The message is one line or several, without "krvsim: " in front. Exit status 1.
+// A command cannot do what it was asked for. The message has one or more lines, without the tool's name in
+// front.
 class ToolFailure : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;
 };
 
-// The command line itself is wrong, beyond what its grammar tells. Exit status 2.
+// The command line is invalid in a way that only the command itself can tell, such as options that need each
+// other.
 class UsageFailure : public std::runtime_error {
   public:
     using std::runtime_error::runtime_error;

@@ -1,4 +1,3 @@
-// krvsim as a test runs it: words in, what it writes and its exit status out.
 #pragma once
 
 #include <filesystem>
@@ -25,9 +24,10 @@ inline ToolResult RunKrvsim(const std::vector<std::string>& words) {
     return {status, out.str(), err.str()};
 }
 
-class ToolTest : public FarmTest {
+// Runs krvsim within the test program, on farms in a folder of the test.
+class ToolFixture : public FarmTest {
   protected:
-    // Runs it and expects it to succeed in silence but for its output.
+    // Expects success without a remark; returns the output.
     static std::string Done(const std::vector<std::string>& words) {
         const ToolResult result = RunKrvsim(words);
         EXPECT_EQ(result.status, 0) << result.err;
@@ -35,20 +35,9 @@ class ToolTest : public FarmTest {
         return result.out;
     }
 
-    // Expects a refusal; returns what it says.
-    static std::string Refused(const std::vector<std::string>& words) {
-        const ToolResult result = RunKrvsim(words);
-        EXPECT_EQ(result.status, 1) << result.out;
-        EXPECT_EQ(result.out, "");
-        return result.err;
-    }
-
-    static std::string WrongUsage(const std::vector<std::string>& words) {
-        const ToolResult result = RunKrvsim(words);
-        EXPECT_EQ(result.status, 2) << result.out << result.err;
-        EXPECT_EQ(result.out, "");
-        return result.err;
-    }
+    // Expects a failure without output; returns the message.
+    static std::string Failed(const std::vector<std::string>& words) { return Message(words, 1); }
+    static std::string WrongUsage(const std::vector<std::string>& words) { return Message(words, 2); }
 
     std::string WriteFile(const char* name, const std::string& content) const {
         const std::filesystem::path file = m_home.GetFolder() / name;
@@ -58,6 +47,14 @@ class ToolTest : public FarmTest {
 
     // A layout without its first line, which names the server.
     static std::string Body(const std::string& layout) { return layout.substr(layout.find('\n') + 1); }
+
+  private:
+    static std::string Message(const std::vector<std::string>& words, int status) {
+        const ToolResult result = RunKrvsim(words);
+        EXPECT_EQ(result.status, status) << result.out << result.err;
+        EXPECT_EQ(result.out, "");
+        return result.err;
+    }
 };
 
 }  // namespace simulator_test

@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "embedded/layout/text_encoding.h"
+#include "tests/unit/embedded/support/client.h"
+#include "tests/unit/tools/tool_fixture.h"
+
+namespace simulator_test {
+namespace {
+
+class KrvsimDump : public ToolFixture {};
+
+TEST_F(KrvsimDump, JsonTellsTheWholeFarm) {
+    const auto farm = nlohmann::json::parse(Done({"dump", "--format", "json"}));
+    EXPECT_EQ(farm["schema"], 1);
+    EXPECT_EQ(farm["server"], ".");
+    EXPECT_EQ(farm["running"], true);
+    EXPECT_EQ(farm["jukeboxes"].size(), 8U);
+    EXPECT_EQ(farm["volumes"].size(), 53U);
+    EXPECT_EQ(farm["shelf"].size(), 1U);
+    const auto& box = farm["jukeboxes"][0];
+    EXPECT_EQ(box["name"], "MyBox");
+    EXPECT_EQ(box["drives"].size(), 2U);
+    const auto& slots = box["magazines"][0]["slots"];
+    ASSERT_EQ(slots.size(), 12U);
+    EXPECT_EQ(slots[2]["state"], "full");
+    EXPECT_EQ(slots[2]["medium"]["type"], "DVD-RAM");
+    EXPECT_EQ(slots[2]["medium"]["sides"][1]["volume"], 34);
+    EXPECT_EQ(slots[4]["state"], "empty");
+    EXPECT_EQ(slots[5]["state"], "not present");
+    EXPECT_TRUE(slots[4]["medium"].is_null());
+}
+
+TEST_F(KrvsimDump, JsonGivesBytesThatAreNoTextInHexadecimal) {
+    Client client;
+    ASSERT_TRUE(client.RenameJukebox(8, "K\xF6ln").ok);
+    const auto farm = nlohmann::json::parse(Done({"dump", "--format", "json"}));
+    EXPECT_EQ(farm["jukeboxes"][0]["name"]["hex"], "4bf66c6e");
+}
+
+struct TextCase {
+    const char* bytes;
+    bool isText;
+};
+
+TEST(TextEncoding, TextIsUtf8WithoutNul) {
+    const std::vector<TextCase> cases = {
+        {"", true},
+        {"plain", true},
+        {"K\xC3\xB6ln", true},
+        {"\xE2\x82\xAC", true},
+        {"\xF0\x9F\x92\xBF", true},
+        {"\xF4\x8F\xBF\xBF", true},
+        {"K\xF6ln", false},
+        {"\xC3", false},
+        {"\xC0\xAF", false},          // overlong
+        {"\xE0\x80\xAF", false},      // overlong
+        {"\xED\xA0\x80", false},      // a surrogate
+        {"\xF4\x90\x80\x80", false},  // beyond Unicode
+        {"\xE2\x82", false},
+        {"\x80", false},
+    };
+    for (const TextCase& expected : cases)
+        EXPECT_EQ(embedded::IsText(expected.bytes), expected.isText) << expected.bytes;
+    EXPECT_FALSE(embedded::IsText(std::string_view("a\0b", 3)));
+}
+
+TEST(TextEncoding, BytesAreWrittenAndReadInHexadecimal) {
+    EXPECT_EQ(embedded::ToHex("K\xF6"), "4bf6");
+    EXPECT_EQ(embedded::FromHex("4BF6"), "K\xF6");
+    for (const char* digits : {"4", "4g", "g4", "+4", "4 "})
+        EXPECT_EQ(embedded::FromHex(digits), std::nullopt) << digits;
+}
+
+}  // namespace
+}  // namespace simulator_test

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <any>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "tools/common/streams.h"
+
+namespace embedded::tools {
+
+// A command of a tool: where its options are defined, and where their values go.
+template <typename Options>
+struct Command {
+    CLI::App& app;
+    Options& options;
+};
+
+// The commands of a tool, and the running of the one that is asked for.
+class CommandLine {
+  public:
+    CommandLine(const std::string& tool, const std::string& description);
+    CommandLine(const CommandLine&) = delete;
+    CommandLine& operator=(const CommandLine&) = delete;
+    ~CommandLine() = default;
+
+    // The tool itself, the parent of its commands.
+    CLI::App& GetTool() { return m_tool; }
+
+    // A command that only has commands of its own, such as "fault".
+    static CLI::App& AddGroup(CLI::App& parent, const std::string& name, const std::string& description);
+
+    // A command that `work` does. Its options live as long as the command line.
+    template <typename Options>
+    Command<Options> Add(CLI::App& parent, const std::string& name, const std::string& description,
+                         void (*work)(const Options&, const Streams&)) {
+        auto& options = std::any_cast<Options&>(m_options.emplace_back(std::in_place_type<Options>));
+        CLI::App* const app = parent.add_subcommand(name, description);
+        app->callback([this, &options, work] {
+            m_work = [&options, work](const Streams& streams) { work(options, streams); };
+        });
+        return {*app, options};
+    }
+
+    // Runs the command that the words name, without the tool's own name, and returns the exit status: 0 =
+    // done, 1 = failed, 2 = the command line is invalid. Whatever the command throws becomes a message on
+    // `err`.
+    int Run(const std::vector<std::string>& words, const Streams& streams);
+
+  private:
+    int Explain(const CLI::Error& error, const Streams& streams) const;
+    int Fail(int status, const std::string& message, const Streams& streams) const;
+
+    CLI::App m_tool;
+    std::deque<std::any> m_options;
+    std::function<void(const Streams&)> m_work;
+};
+
+// An option for the server whose farm is meant, "." unless it is given.
+CLI::Option* AddServerOption(CLI::App& command, std::string& server);
+
+// A range of numbers that the help of the option does not repeat.
+template <typename Number>
+CLI::Validator FromTo(Number lowest, Number highest) {
+    return CLI::Range(lowest, highest).description("");
+}
+
+}  // namespace embedded::tools

@@ -1,8 +1,0 @@
-// Whether somebody watches.
-#pragma once
-
-namespace embedded::tools {
-
-bool IsStandardErrorATerminal();
-
-}  // namespace embedded::tools
