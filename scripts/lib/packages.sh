@@ -38,7 +38,8 @@ command ansible-playbook      ansible-core
 # What building for Windows needs beyond kBuildNeeds.
 readonly kWindowsBuildNeeds='
 command x86_64-w64-mingw32-g++-posix  g++-mingw-w64-x86-64-posix
-command npm                           npm
+command dpkg-source                   dpkg-dev
+command tclsh                         tcl
 '
 
 readonly kWindowsRunNeeds='
@@ -51,6 +52,9 @@ file    /usr/src/googletest/CMakeLists.txt  googletest
 '
 
 say() { printf '%s\n' "$*" >&2; }
+
+# Prints the comment at the top of the script that was called.
+usage() { sed -n '2,/^[^#]/s/^# \{0,1\}//p' "$0"; }
 
 has_header() { printf '#include <%s>\n' "$1" | g++ -std=c++20 -E -x c++ - >/dev/null 2>&1; }
 
