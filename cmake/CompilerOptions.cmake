@@ -13,7 +13,7 @@ check_pie_supported()
 add_library(krvcmd_options INTERFACE)
 target_include_directories(krvcmd_options INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(krvcmd_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 target_compile_options(krvcmd_options INTERFACE
   "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wreserved-identifier;-Wnonnull;-Wempty-body>")
 # g++ 12 takes the standard library's own insertion into a std::string for an overlapping copy, and
