@@ -35,7 +35,7 @@ OTHERS = {
     "scripts/test": "the run of all tests",
     "apt install ": "tests/packaging/install_test.sh",
     "scripts/package": "tests/packaging/install_test.sh and zip_test.sh",
-    "cmake --build build/release && cmake --install ": "tests/packaging/install_tree_test.py",
+    "scripts/install ": "tests/packaging/install_tree_test.py",
 }
 PROGRAMS = ("krvcmd ", "krvsim ", "scripts/run ", "LD_LIBRARY_PATH=")
 

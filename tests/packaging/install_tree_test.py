@@ -3,6 +3,7 @@
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -71,13 +72,28 @@ class InstallTree(unittest.TestCase):
         self.assertEqual(self.run_installed("krvsim", "check"), (0, 'The farm of server "." is sound.\n'))
 
     def test_the_line_of_the_readme_installs(self):
-        line = re.search(r"(?m)^cmake --build build/release && (cmake --install build/release .*)$",
-                         (PROJECT / "README.md").read_text()).group(1)
+        """The script runs as it is; only what it builds is replaced by the build under test."""
+        line = re.search(r"(?m)^(scripts/install .*)$", (PROJECT / "README.md").read_text()).group(1)
         home = pathlib.Path(self.folder.name)
         self.prefix = home / ".local"
-        subprocess.run(["bash", "-c", line.replace("cmake", '"$CMAKE"', 1).replace("build/release", '"$BUILD"', 1)],
-                       env=dict(os.environ, HOME=str(home), CMAKE=CMAKE, BUILD=BUILD_DIR), check=True,
-                       stdout=subprocess.DEVNULL)
+        scripts = home / "scripts"
+        (scripts / "lib").mkdir(parents=True)
+        for name in ("install", "lib/packages.sh"):
+            shutil.copy(PROJECT / "scripts" / name, scripts / name)
+        stubs = {scripts / "run": "#!/bin/sh\n",
+                 home / "bin/cmake": '#!/bin/sh\n[ "$1" = --build ] && { shift 2; echo "$@" >"$HOME/built"; exit; }\n'
+                                     'shift 2; exec "$CMAKE" --install "$BUILD" "$@"\n'}
+        for path, text in stubs.items():
+            path.parent.mkdir(exist_ok=True)
+            path.write_text(text)
+            path.chmod(0o755)
+        environment = dict(os.environ, HOME=str(home), CMAKE=CMAKE, BUILD=BUILD_DIR,
+                           PATH=f"{home}/bin{os.pathsep}{os.environ['PATH']}")
+        subprocess.run(["bash", "-c", line], cwd=home, env=environment, check=True, stdout=subprocess.DEVNULL)
+        self.assertEqual((home / "built").read_text(),
+                         "--target krvcmd krvSdk64 krvsim krvcmd_manual krvcmd_completion -- --quiet\n")
+        self.assertEqual({path.relative_to(self.prefix).as_posix() for path in self.prefix.rglob("*") if path.is_file()},
+                         PROGRAM | SIMULATOR | DEVELOPMENT)
         self.assertEqual(self.run_installed("krvcmd", "query", "drives", "D", "1", "J@8", "notable", "columns=d")[0], 0)
 
     def test_guides_lead_to_files_that_are_installed(self):
