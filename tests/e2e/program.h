@@ -44,8 +44,8 @@ struct Outcome {
     std::vector<std::string> calls;  // the record of the client library
 };
 
-// Runs the program to its end, with the scripted client library first in the library path. Line ends are "\n" on every
-// platform, on a terminal too.
+// Runs the program to its end, with the scripted client library first in the library path. Line ends are "\n"
+// on every platform, on a terminal too.
 Outcome RunProgram(const Run& run);
 
 }  // namespace e2e

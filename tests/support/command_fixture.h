@@ -21,8 +21,8 @@ class CommandTest : public ServiceTest {
     // Parses the words and runs the command that they name.
     Outcome Run(const Words& words);
 
-    // As Run, with the banner already shown. The calls must begin with opening the session and end with closing
-    // it; both are left out.
+    // As Run, with the banner already shown. The calls must begin with opening the session and end with
+    // closing it; both are left out.
     Outcome Work(const Words& words);
 
     // The status of Work, then its calls, one a line: "OK" and "KrvMediaImport J=8 M=0 S=0", for example.

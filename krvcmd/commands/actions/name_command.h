@@ -6,7 +6,8 @@
 
 namespace krvcmd {
 
-// Renames a jukebox, or sets the directory name of volumes. Without a new name the library gets an empty text.
+// Renames a jukebox, or sets the directory name of volumes. Without a new name the library gets an empty
+// text.
 class CName : public CCommand {
   public:
     Status ParseOptions() override;

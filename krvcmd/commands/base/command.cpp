@@ -72,7 +72,8 @@ Status CCommand::Execute() {
 
 Status CCommand::RunAndClose(Status started) {
     const SessionCloser closer;
-    // Also after a failed session attempt: the banner stands above the command's output and any error message.
+    // Also after a failed session attempt: the banner stands above the command's output and any error
+    // message.
     const Status banner = StartOutput();
     const Status result = started.IsOk() ? RunGuarded(banner) : std::move(started);
     return FirstError(result, banner);

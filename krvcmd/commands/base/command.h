@@ -66,8 +66,8 @@ class CCommand {
     // Opens the session on the server that the line names.
     Status StartSession() const;
 
-    // All of Execute that follows the session attempt, whose result is `started`: banner, Run, and closing the
-    // session, also one that was not opened.
+    // All of Execute that follows the session attempt, whose result is `started`: banner, Run, and closing
+    // the session, also one that was not opened.
     Status RunAndClose(Status started);
 
     // Finds the jukebox that the first entry names; it serves for all entries. A volume address
@@ -84,8 +84,8 @@ class CCommand {
     Status StartOutput() const;
 
     // Calls Run, with memory that runs out turned into a Status and an interruption into system error 4.
-    // `banner` is the result of StartOutput: the work is done although the banner could not be written, but not
-    // when there was no memory for it.
+    // `banner` is the result of StartOutput: the work is done although the banner could not be written, but
+    // not when there was no memory for it.
     Status RunGuarded(const Status& banner);
 
     const std::vector<Parameter>* m_options = nullptr;

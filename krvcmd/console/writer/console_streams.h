@@ -17,8 +17,8 @@ class ConsoleStreams {
     void Write(Stream stream, std::string_view text);
 
     // Flushes standard output. Gives the first error of any Write or flush since the last Finish as a system
-    // error with the platform's error number; success when there was none. A pipe without a reader is no error.
-    // The next Write tries a stream that failed again.
+    // error with the platform's error number; success when there was none. A pipe without a reader is no
+    // error. The next Write tries a stream that failed again.
     krvcmd::Status Finish();
 
   private:

@@ -16,8 +16,8 @@
 namespace krvcmd {
 namespace {
 
-using Ostrel::UI::Console::COutputObject;
 using Ostrel::UI::Console::CKrvQueryTable;
+using Ostrel::UI::Console::COutputObject;
 
 Status ParseAndExecute(std::span<const char* const> arguments, COutputObject& writer) {
     ParameterList line;

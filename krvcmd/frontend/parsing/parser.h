@@ -14,8 +14,8 @@ namespace krvcmd {
 bool TakesValue(const KeywordNode& node);
 
 // Reads `text` as the value of `parameter` by the forms that its node accepts: as numbers when the node has a
-// number form, and as text when it has none or the text is no number. One leading "=" is skipped. System error
-// 22 when no form fits.
+// number form, and as text when it has none or the text is no number. One leading "=" is skipped. System
+// error 22 when no form fits.
 Status ReadValue(Parameter& parameter, std::string_view text);
 
 // Reads numbers, ranges ("1-5" or "1/5") and lists of both into the ranges of `parameter`; an ID form needs a

@@ -27,7 +27,7 @@ enum class TokenType : uint32_t {
 struct Token {
     TokenType type = TokenType::Word;
     std::string text;
-    int32_t value = 0;  // of a number
+    int32_t value = 0;        // of a number
     bool outOfRange = false;  // the number does not fit into 32 bits; `value` means nothing
 };
 
@@ -47,8 +47,8 @@ class TokenStream {
     size_t m_position = 0;
 };
 
-// Makes each argument (those after the program's path) one word token. Without arguments, or when the first is
-// empty, the stream is empty; an empty argument anywhere else is system error 22.
+// Makes each argument (those after the program's path) one word token. Without arguments, or when the first
+// is empty, the stream is empty; an empty argument anywhere else is system error 22.
 Status Tokenize(std::span<const char* const> arguments, TokenStream& stream);
 
 // Splits one value into separators, runs of digits and words. A word reaches to the end of the text.

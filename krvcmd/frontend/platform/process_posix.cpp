@@ -13,8 +13,8 @@ void PrepareStandardStreams() {
     constexpr int kStandardDescriptors[] = {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
     for (const int descriptor : kStandardDescriptors) {
         if (fcntl(descriptor, F_GETFD) != -1 || errno != EBADF) continue;
-        // The lowest free descriptor is this one. It is opened in the wrong direction, so that using the stream
-        // still fails as on a closed descriptor.
+        // The lowest free descriptor is this one. It is opened in the wrong direction, so that using the
+        // stream still fails as on a closed descriptor.
         const int mode = descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY;
         (void)open("/dev/null", mode);
     }

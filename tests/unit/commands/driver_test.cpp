@@ -56,7 +56,8 @@ TEST_F(DriverTest, RefusesALineWithoutACommand) {
 
 // Only a command that starts its work sets the quiet flag.
 TEST_F(DriverTest, ShowsTheBannerForAWrongLineEvenWhenQuiet) {
-    for (const Words& words : {Words{"quiet", "xyz"}, Words{"quiet", "query", "xyz"}, Words{"quiet", "service"}})
+    for (const Words& words :
+         {Words{"quiet", "xyz"}, Words{"quiet", "query", "xyz"}, Words{"quiet", "service"}})
         Expect({words, 22, kBanner, kInvalid});
     EXPECT_EQ(TakeCalls(), Calls{});
 }

@@ -78,11 +78,19 @@ TEST(HelpTable, HasAnEntryForEachEntryOfTheTopLevelTable) {
 TEST(HelpTable, HasTheTextsOfEachEntry) {
     const std::string_view complete = "node description syntax legend example";
     const std::string_view expected[] = {
-        /* quiet */ "",      /* server */ "",       /* help */ "description",
+        /* quiet */ "",
+        /* server */ "",
+        /* help */ "description",
         /* ? */ "node description",
         /* service */ "node description syntax example",
-        /* import */ complete, /* export */ complete, /* scan */ complete, /* format */ complete,
-        /* enable */ complete, /* disable */ complete, /* name */ complete, /* query */ complete,
+        /* import */ complete,
+        /* export */ complete,
+        /* scan */ complete,
+        /* format */ complete,
+        /* enable */ complete,
+        /* disable */ complete,
+        /* name */ complete,
+        /* query */ complete,
     };
     ASSERT_EQ(HelpTable().size(), std::size(expected));
     for (size_t i = 0; i < std::size(expected); ++i) {

@@ -127,10 +127,10 @@ TEST(HelpTexts, ListEveryCommandOfTheGeneralHelpWithItsParameters) {
 
 TEST(HelpTexts, ChooseTheFirstCommandThatTheWordBegins) {
     const std::pair<std::string_view, std::string_view> rows[] = {
-        {"e", "export"},  // before enable
-        {"en", "enable"},     {"d", "disable"}, {"s", "service"},  // before scan
-        {"sc", "scan"},       {"q", "query"},   {"qu", "query"},   // quiet has no help of its own
-        {"i", "import"},      {"n", "name"},    {"format V", "format"},
+        {"e", "export"},                                       // before enable
+        {"en", "enable"}, {"d", "disable"}, {"s", "service"},  // before scan
+        {"sc", "scan"},   {"q", "query"},   {"qu", "query"},   // quiet has no help of its own
+        {"i", "import"},  {"n", "name"},    {"format V", "format"},
     };
     for (const auto& [word, command] : rows)
         EXPECT_EQ(HelpFor(word), HelpFor(command)) << word;
