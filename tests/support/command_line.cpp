@@ -41,6 +41,13 @@ std::string Serialise(const ParameterList& line) {
     return text;
 }
 
+std::string Spelled(const Words& words) {
+    std::string text;
+    for (const char* word : words)
+        text.append("[").append(word).append("]");
+    return text;
+}
+
 std::string ParsedAs(const Words& words) {
     ParameterList line;
     const Status status = ParseCommandLine(words, line);

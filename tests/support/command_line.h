@@ -18,6 +18,9 @@ using Words = std::vector<const char*>;
 //     quiet server="my_server" : import J={29} S={1,3-5} repeat={3}
 std::string Serialise(const ParameterList& line);
 
+// The words, each in brackets: "[import][J@29]".
+std::string Spelled(const Words& words);
+
 // The serialised line of the words, or "error N" with the code of the status.
 std::string ParsedAs(const Words& words);
 

@@ -23,7 +23,7 @@ Status ReadValue(Parameter& parameter, std::string_view text);
 // as it was.
 Status ReadNumberList(Parameter& parameter, const ValueSpec& form, std::string_view text);
 
-// Parses the words of `stream` into `line`, beginning with `candidates`; behind a command word only that
+// Parses the words of `stream` into `line`, beginning with `candidates`; after a command word only that
 // command's parameters are candidates. The first fault ends parsing with system error 22, and `line` keeps
 // what was parsed until then.
 Status Parse(ParameterList& line, TokenStream& stream, KeywordNode::Table candidates);

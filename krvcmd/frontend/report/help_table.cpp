@@ -261,8 +261,7 @@ constexpr std::string_view kQueryExample =
 
 // ---- The table -----------------------------------------------------------------------------
 
-// The texts in the order of the grammar's top-level table. Skipped entries have no detailed help: for the
-// options and for "help" itself the general help is shown.
+// The options and "help" itself are skipped: no word selects them.
 enum class Node { Skipped, OfTopLevelTable };
 
 struct EntryTexts {
@@ -273,6 +272,7 @@ struct EntryTexts {
     std::string_view example;
 };
 
+// In the order of the grammar's top-level table.
 constexpr EntryTexts kTexts[] = {
     /* quiet   */ {},
     /* server  */ {},
@@ -284,8 +284,7 @@ constexpr EntryTexts kTexts[] = {
     /* scan    */ {Node::OfTopLevelTable, kScanDescription, kScanSyntax, kItemLegend, kScanExample},
     /* format  */ {Node::OfTopLevelTable, kFormatDescription, kFormatSyntax, kFormatLegend, kFormatExample},
     /* enable  */ {Node::OfTopLevelTable, kEnableDescription, kEnableSyntax, kItemLegend, kEnableExample},
-    /* disable */
-    {Node::OfTopLevelTable, kDisableDescription, kDisableSyntax, kItemLegend, kDisableExample},
+    /* disable */ {Node::OfTopLevelTable, kDisableDescription, kDisableSyntax, kItemLegend, kDisableExample},
     /* name    */ {Node::OfTopLevelTable, kNameDescription, kNameSyntax, kNameLegend, kNameExample},
     /* query   */ {Node::OfTopLevelTable, kQueryDescription, kQuerySyntax, kQueryLegend, kQueryExample},
 };

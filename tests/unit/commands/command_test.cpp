@@ -94,7 +94,7 @@ TEST_F(CommandBaseTest, RefusesOptionsThatAreNotCommon) {
     const std::vector<Parameter> rows[] = {
         {Option(unknown)},
         {Option(unknown), Option(unknown)},
-        {Option(unknown), Quiet()},  // a good option behind it changes nothing
+        {Option(unknown), Quiet()},  // a later good option changes nothing
     };
     for (const std::vector<Parameter>& options : rows) {
         m_options = options;

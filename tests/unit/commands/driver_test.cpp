@@ -41,7 +41,7 @@ class DriverTest : public test::ServiceTest {
         const int exitStatus = RunProgram(run.words);
         const std::string errors = testing::internal::GetCapturedStderr();
         const std::string output = testing::internal::GetCapturedStdout();
-        const std::string words = testing::PrintToString(run.words);
+        const std::string words = test::Spelled(run.words);
         EXPECT_EQ(exitStatus, run.exitStatus) << words;
         EXPECT_EQ(output, run.output) << words;
         EXPECT_EQ(errors, run.errors) << words;
@@ -73,6 +73,9 @@ TEST_F(DriverTest, ReportsHowTheCommandEnded) {
 TEST_F(DriverTest, ExitsWithTheCodeOfAServiceError) {
     Fake().FailCall("KrvMediaExport", Occurrence::Every(), {99, "The robot is on holiday."});
     Expect({{"export", "J@8", "S1"}, 99, kBanner, "KRV error 99: The robot is on holiday.\n"});
+}
+
+TEST_F(DriverTest, ReportsAServiceErrorWithCodeZeroAlthoughItExitsWithZero) {
     Fake().FailCall("KrvMediaExport", Occurrence::Every(), {0, ""});
     Expect({{"export", "J@8", "S1"}, 0, kBanner, "KRV error 0: \n"});
 }

@@ -53,7 +53,7 @@ TEST_F(HelpCommandTest, PrintsTheHelpOfItsOneTopic) {
         {{"help", "service", "scan"}, ""},  // several topics are none
     };
     for (const Row& row : rows)
-        EXPECT_EQ(HelpOf(row.words), Topic(row.topic)) << testing::PrintToString(row.words);
+        EXPECT_EQ(HelpOf(row.words), Topic(row.topic)) << test::Spelled(row.words);
 }
 
 TEST_F(HelpCommandTest, PrintsTheBannerEvenWhenQuiet) {

@@ -28,7 +28,7 @@ TEST_F(NameTest, SetsTheDirectoryOfAVolume) {
               (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"dir1/volume273\""}));
 }
 
-TEST_F(NameTest, TakesTheLastNewNameFromAnywhereBehindTheCommand) {
+TEST_F(NameTest, TakesTheLastNewNameFromAnywhereAfterTheCommand) {
     EXPECT_EQ(StatusAndCalls({"name", "dir1/volume273", "V@273"}),
               (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"dir1/volume273\""}));
     EXPECT_EQ(StatusAndCalls({"name", "V@273", "one", "two"}),
@@ -41,7 +41,7 @@ TEST_F(NameTest, HandsOverAnEmptyTextWithoutANewName) {
     EXPECT_EQ(StatusAndCalls({"name", "V@273"}), (Calls{"OK", "KrvVolumeSetAspects V=273 text=\"\""}));
 }
 
-TEST_F(NameTest, GoesOnBehindAFailureAndReportsTheLastEntry) {
+TEST_F(NameTest, GoesOnAfterAFailureAndReportsTheLastEntry) {
     Fake().FailCall("KrvVolumeSetAspects V=33 text=\"d\"", Occurrence::Every(), {9, "no"});
     EXPECT_EQ(StatusAndCalls({"name", "V@33,35", "d"}),
               (Calls{"OK", "KrvVolumeSetAspects V=33 text=\"d\"", "KrvVolumeSetAspects V=35 text=\"d\""}));

@@ -49,7 +49,7 @@ TEST_F(ServiceCommandTest, NeedsExactlyOneWordBeforeAnyContact) {
         {"service", "start", "stop", "restart"},
     };
     for (const Words& words : rows)
-        EXPECT_EQ(StatusAndAllCalls(words), (Calls{"error 22"})) << testing::PrintToString(words);
+        EXPECT_EQ(StatusAndAllCalls(words), (Calls{"error 22"})) << test::Spelled(words);
 }
 
 TEST_F(ServiceCommandTest, ReportsTheSessionErrorAndMakesNoServiceCall) {

@@ -191,7 +191,7 @@ TEST(HelpTable, ShowsAddressesInTheGeneralHelpThatTheParserUnderstands) {
         {"V @517", ": query V={517}"},
     };
     const std::vector<std::string> lines = LinesOf(help_text::kExamples);
-    ASSERT_EQ(lines.size(), 7U);  // an empty line and a heading before the rows, an empty line behind them
+    ASSERT_EQ(lines.size(), 7U);  // an empty line and a heading before the rows, an empty line after them
     EXPECT_EQ(lines[1], "Examples:");
     for (size_t i = 0; i < std::size(rows); ++i) {
         EXPECT_EQ(lines[i + 2], rows[i].first);

@@ -181,7 +181,7 @@ TEST(PrintHelp, WrapsEachTextAsOneAndSplitsDefinitions) {
         });
     };
     const std::string general = printed("", 40);
-    // The last blank at a position not above 40 is the one behind "banner", at 38.
+    // The last blank at a position not above 40 is the one after "banner", at 38.
     EXPECT_NE(general.find("\n    quiet: quiet mode (suppress banner\nand success message)\n"),
               std::string::npos);
     // 6 + 39 characters do not fit; 39 - 6 - 1 = 32 stay in the first line.

@@ -19,15 +19,11 @@ struct Row {
 };
 
 void ExpectRows(const std::vector<Row>& rows) {
-    for (const Row& row : rows) {
-        std::string words;
-        for (const char* word : row.words)
-            words.append("[").append(word).append("]");
-        EXPECT_EQ(ParsedAs(row.words), row.expected) << words;
-    }
+    for (const Row& row : rows)
+        EXPECT_EQ(ParsedAs(row.words), row.expected) << test::Spelled(row.words);
 }
 
-TEST(Parse, TakesOptionsBeforeTheCommandAndParametersBehindIt) {
+TEST(Parse, TakesOptionsBeforeTheCommandAndParametersAfterIt) {
     ExpectRows({
         {{"quiet", "server", "my_server", "import", "J", "MyBox", "M", "2", "S", "1", "repeat", "3"},
          "quiet server=\"my_server\" : import J=\"MyBox\" M={2} S={1} repeat={3}"},
@@ -74,7 +70,7 @@ TEST(Parse, ExpandsAbbreviations) {
 }
 
 // A dash is no letter, so a word that begins with one has no attached value.
-TEST(Parse, ReadsAttachedValuesBehindLettersOnly) {
+TEST(Parse, ReadsAttachedValuesAfterLettersOnly) {
     ExpectRows({
         {{"query", "sep=,"}, ": query separator=\",\""},
         {{"query", "-sep=,"}, "error 22"},
@@ -162,7 +158,7 @@ TEST(Parse, RefusesWordsThatNothingTakes) {
     });
 }
 
-TEST(Parse, RefusesOptionsAndCommandsBehindTheCommand) {
+TEST(Parse, RefusesOptionsAndCommandsAfterTheCommand) {
     ExpectRows({
         {{"query", "quiet"}, "error 22"},
         {{"query", "volumes", "server=x"}, "error 22"},
@@ -197,7 +193,7 @@ TEST(Parse, RefusesAValueOfAKeywordThatTakesNone) {
     });
 }
 
-TEST(Parse, RefusesEmptyArgumentsBehindTheFirst) {
+TEST(Parse, RefusesEmptyArgumentsAfterTheFirst) {
     ExpectRows({
         {{"query", "", "volumes"}, "error 22"},
         {{"query", "volumes", ""}, "error 22"},

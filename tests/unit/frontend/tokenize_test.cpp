@@ -45,11 +45,8 @@ TEST(Tokenize, MakesEachArgumentOneWord) {
     EXPECT_EQ(Tokenized({"query", "volumes", "J@8", "a b,c=d"}), "[query][volumes][J@8][a b,c=d]");
 }
 
-TEST(Tokenize, GivesNoTokensForNoArguments) {
+TEST(Tokenize, GivesNoTokensWithoutArgumentsOrWhenTheFirstIsEmpty) {
     EXPECT_EQ(Tokenized({}), "");
-}
-
-TEST(Tokenize, GivesNoTokensWhenTheFirstArgumentIsEmpty) {
     EXPECT_EQ(Tokenized({""}), "");
     EXPECT_EQ(Tokenized({"", "query"}), "");
     EXPECT_EQ(Tokenized({"", ""}), "");
@@ -66,7 +63,7 @@ TEST(Tokenize, ForgetsWhatTheStreamHeldBefore) {
     EXPECT_EQ(stream.Size(), 0U);
 }
 
-TEST(TokenStream, EndsWithSystemError2EachTimeItIsReadBeyondItsEnd) {
+TEST(TokenStream, EndsWithSystemError2EachTimeItIsReadPastItsEnd) {
     TokenStream stream({Token{TokenType::Word, "only"}});
     Token token;
     EXPECT_TRUE(stream.Read(token).IsOk());
@@ -94,9 +91,11 @@ TEST(SplitValue, SplitsNumbersAndSeparators) {
     EXPECT_EQ(Split("@17"), "8 #17");
     EXPECT_EQ(Split("=@17,33"), "4 8 #17 5 #33");
     EXPECT_EQ(Split("007"), "#7");
+    EXPECT_EQ(Split("-1"), "6 #1");  // a separator, not a sign
+    EXPECT_EQ(Split(""), "");
 }
 
-TEST(SplitValue, LetsAWordSwallowEverythingBehindIt) {
+TEST(SplitValue, ExtendsAWordToTheEnd) {
     EXPECT_EQ(Split("=ILl"), "4 [ILl]");
     EXPECT_EQ(Split("MyBox 1,2"), "[MyBox 1,2]");
     EXPECT_EQ(Split("1,x,2"), "#1 5 [x,2]");
@@ -107,19 +106,11 @@ TEST(SplitValue, LetsAWordSwallowEverythingBehindIt) {
               "1]");
 }
 
-TEST(SplitValue, GivesNothingForAnEmptyText) {
-    EXPECT_EQ(Split(""), "");
-}
-
 TEST(SplitValue, MarksNumbersThatDoNotFit32Bits) {
     EXPECT_EQ(Split("2147483647"), "#2147483647");
     EXPECT_EQ(Split("2147483648"), "#out-of-range");
     EXPECT_EQ(Split("99999999999999999999999999"), "#out-of-range");
     EXPECT_EQ(Split("00000000000000000000000001"), "#1");
-}
-
-TEST(SplitValue, TakesAMinusAsASeparatorNotAsASign) {
-    EXPECT_EQ(Split("-1"), "6 #1");
 }
 
 }  // namespace
