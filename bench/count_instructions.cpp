@@ -88,14 +88,14 @@ void CountRows() {
 void CountCells() {
     const CTableStringItem text(1, "Disc-12");
     const CTableStringItem otherText(1, "Disc-9");
-    const CTableIntItem number(2, 4'700'372'992, NumberStyle::Plain);
-    const CTableIntItem otherNumber(2, 4'700'372'993, NumberStyle::Plain);
+    const CTableIntItem number(2, 4'700'372'992, /*withUnit=*/false);
+    const CTableIntItem otherNumber(2, 4'700'372'993, /*withUnit=*/false);
     const CTableDirItem directory(3, R"(archive\2005\volume12)");
     std::string out;
     out.reserve(64);
     const auto render = [&out](const CTableItem& cell, uint32_t width) {
         out.clear();
-        cell.RenderInto(out, width);
+        cell.Render(out, width);
         Use(out);
     };
     Count("Render a text", [&](int) { render(text, 20); });

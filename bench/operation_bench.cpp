@@ -22,7 +22,7 @@ void Render(benchmark::State& state, const CTableItem& cell) {
     std::string out;
     for (auto _ : state) {
         out.clear();
-        cell.RenderInto(out, width);
+        cell.Render(out, width);
         benchmark::DoNotOptimize(out.data());
     }
 }
@@ -32,7 +32,7 @@ void RenderText(benchmark::State& state) {
 }
 
 void RenderNumber(benchmark::State& state) {
-    Render(state, CTableIntItem(2, 4'700'372'992, NumberStyle::Plain));
+    Render(state, CTableIntItem(2, 4'700'372'992, /*withUnit=*/false));
 }
 
 void RenderDirectory(benchmark::State& state) {
@@ -49,8 +49,8 @@ void CompareTexts(benchmark::State& state) {
 }
 
 void CompareNumbers(benchmark::State& state) {
-    Compare(state, CTableIntItem(2, 4'700'372'992, NumberStyle::Plain),
-            CTableIntItem(2, 4'700'372'993, NumberStyle::Plain));
+    Compare(state, CTableIntItem(2, 4'700'372'992, /*withUnit=*/false),
+            CTableIntItem(2, 4'700'372'993, /*withUnit=*/false));
 }
 
 void FindKeyword(benchmark::State& state, std::string_view word) {

@@ -10,7 +10,6 @@
 #include "embedded/model/farm_words.h"
 #include "embedded/model/media_types.h"
 #include "krvcmd/console/query/column_catalogue.h"
-#include "krvcmd/console/query/query_objects.h"
 #include "krvcmd/frontend/grammar/command_grammar.h"
 #include "krvcmd/frontend/report/help_table.h"
 #include "krvcmd/service/sdk/codes.h"

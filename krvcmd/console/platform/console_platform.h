@@ -4,35 +4,37 @@
 
 namespace Ostrel::UI::Console {
 
-// Where a console writer puts its text.
+// The two streams that a console writer writes to.
 enum class Stream : uint8_t { StandardOutput, StandardError };
 
 }  // namespace Ostrel::UI::Console
 
+// What differs from system to system: the terminal and its width, the character set of texts and the width of
+// characters, and pipes without a reader.
 namespace Ostrel::UI::Console::Platform {
 
 // Whether the stream ends at a terminal, not in a file or a pipe.
 bool IsTerminal(Stream stream);
 
-// Whether there are terminals that act upon single bytes from 0x80 to 0x9F, as those of 8-bit ISO character
-// sets do.
-bool ObeysSingleBytes();
+// Whether there are terminals that take the single bytes 0x80 to 0x9F for control characters, as those of
+// 8-bit ISO character sets do.
+bool HasSingleByteControls();
 
-// The width, in character cells, of the console's screen buffer on standard output; 0 when standard output
-// is no console.
+// The width of the screen buffer of the console on standard output, in character cells; 0 when standard
+// output is no console.
 int32_t ScreenBufferWidth();
 
-// Whether texts are UTF-8 and terminals show them so. Where they are not, every byte takes one position.
+// Whether texts are in UTF-8 and terminals show them as such. Otherwise every byte takes one position.
 bool ReadsUtf8();
 
-// The positions that a terminal uses for a character of a UTF-8 text: 0, 1 or 2; 1 for one that it does not
-// know.
+// The positions that a terminal uses for a character of a UTF-8 text: 0, 1 or 2; 1 when the system does not
+// know the character.
 int CharacterWidth(char32_t codePoint);
 
-// Makes writing into a pipe without a reader an ordinary write error instead of the end of the process.
+// Turns writing to a pipe without a reader into an ordinary write error; by default it may end the process.
 void SurviveBrokenPipes();
 
-// Whether a write error (an errno number) says that the reader of the pipe went away.
+// Whether the errno number of a failed write means that the pipe has no reader.
 bool IsBrokenPipe(int error);
 
 }  // namespace Ostrel::UI::Console::Platform

@@ -1,3 +1,5 @@
+#include "krvcmd/console/platform/console_platform.h"
+
 #include <langinfo.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -8,27 +10,11 @@
 #include <cstring>
 #include <cwchar>
 
-#include "krvcmd/console/platform/console_platform.h"
-
 namespace Ostrel::UI::Console::Platform {
-
-bool IsTerminal(Stream stream) {
-    return isatty(stream == Stream::StandardOutput ? STDOUT_FILENO : STDERR_FILENO) == 1;
-}
-
-bool ObeysSingleBytes() {
-    return true;
-}
-
-int32_t ScreenBufferWidth() {
-    winsize size{};
-    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-}
-
 namespace {
 
-// The characters of the user's locale. The process itself stays in the "C" locale, whose number formats and
-// comparisons everything else relies on.
+// The character set of the user's locale. The process itself stays in the "C" locale: number formats and
+// comparisons rely on it.
 class UserLocale {
   public:
     UserLocale() : m_locale(newlocale(LC_CTYPE_MASK, "", nullptr)) {}
@@ -53,13 +39,26 @@ class UserLocale {
     locale_t m_locale;
 };
 
-// Made when the first text with other characters than ASCII comes along.
+// Created for the first text that is not printable ASCII: most runs never need it.
 const UserLocale& GetUserLocale() {
     static const UserLocale locale;
     return locale;
 }
 
 }  // namespace
+
+bool IsTerminal(Stream stream) {
+    return isatty(stream == Stream::StandardOutput ? STDOUT_FILENO : STDERR_FILENO) == 1;
+}
+
+bool HasSingleByteControls() {
+    return true;
+}
+
+int32_t ScreenBufferWidth() {
+    winsize size{};
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
 
 bool ReadsUtf8() {
     static const bool isUtf8 = GetUserLocale().IsUtf8();

@@ -1,10 +1,10 @@
+#include "krvcmd/console/platform/console_platform.h"
+
 #include <io.h>
 #include <windows.h>
 
 #include <cerrno>
 #include <cstdio>
-
-#include "krvcmd/console/platform/console_platform.h"
 
 namespace Ostrel::UI::Console::Platform {
 
@@ -12,18 +12,10 @@ bool IsTerminal(Stream stream) {
     return _isatty(_fileno(stream == Stream::StandardOutput ? stdout : stderr)) != 0;
 }
 
-// They are letters and signs of the ANSI code page.
-bool ObeysSingleBytes() {
+// These bytes are letters and signs of the ANSI code page.
+bool HasSingleByteControls() {
     return false;
 }
-
-}  // namespace Ostrel::UI::Console::Platform
-
-#ifndef WIN32_LEAN_AND_MEAN
-#define WIN32_LEAN_AND_MEAN
-#endif
-
-namespace Ostrel::UI::Console::Platform {
 
 int32_t ScreenBufferWidth() {
     CONSOLE_SCREEN_BUFFER_INFO info{};
@@ -39,10 +31,10 @@ int CharacterWidth(char32_t /*codePoint*/) {
     return 1;
 }
 
-// There is no signal that could end the process.
+// A broken pipe raises no signal.
 void SurviveBrokenPipes() {}
 
-// The C runtime reports a closed pipe in both ways.
+// The C runtime reports a closed pipe in either way.
 bool IsBrokenPipe(int error) {
     return error == EPIPE || error == EINVAL;
 }

@@ -46,8 +46,7 @@ std::span<const ColumnInfo> GetColumnCatalogue() {
 }
 
 const ColumnInfo& FindColumnInfo(std::string_view letter) {
-    const auto* const found = std::find_if(
-        kColumns.begin(), kColumns.end(), [letter](const ColumnInfo& info) { return info.letter == letter; });
+    const auto* const found = std::ranges::find(kColumns, letter, &ColumnInfo::letter);
     return found == kColumns.end() ? kNoColumn : *found;
 }
 
@@ -56,10 +55,32 @@ CTableColumn MakeColumn(std::string_view letter) {
     CTableColumn column;
     column.SetColumnId(info.columnId);
     column.SetTitle(info.title);
-    // After the title, which takes the minimum back.
+    // After the title, which resets the minimum.
     column.SetMinWidth(info.minWidth);
     column.SetMaxWidth(info.maxWidth);
+    column.SetHidesSign(info.columnId == column_id::kUsedPercent);
     return column;
 }
 
 }  // namespace Ostrel::UI::Console
+
+namespace krvcmd {
+namespace {
+
+constexpr std::array<QueryObjectInfo, 5> kObjects{{
+    // clang-format off
+    {QueryObject::Jukeboxes, "jukeboxes", "JNoDMSFPCR",    "oNJ"},
+    {QueryObject::Magazines, "magazines", "NmoC",          "NJm"},
+    {QueryObject::Slots,     "slots",     "NmsaIotnfzylv", "NJms"},
+    {QueryObject::Drives,    "drives",    "NdoPCR",        "NJd"},
+    {QueryObject::Volumes,   "volumes",   "ILotnfzylv",    "NJmsalfv"},
+    // clang-format on
+}};
+
+}  // namespace
+
+std::span<const QueryObjectInfo> QueryObjects() {
+    return kObjects;
+}
+
+}  // namespace krvcmd

@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "krvcmd/console/table/table.h"
-#include "krvcmd/console/table/table_item.h"
 
 namespace Ostrel::UI::Console {
 
@@ -22,7 +21,7 @@ inline constexpr uint32_t kSide = 8;
 inline constexpr uint32_t kLocation = 9;
 inline constexpr uint32_t kFileSystem = 10;
 inline constexpr uint32_t kUsedCapacity = 11;
-inline constexpr uint32_t kUsedPercent = kPercentColumnId;
+inline constexpr uint32_t kUsedPercent = 12;
 inline constexpr uint32_t kTotalCapacity = 13;
 inline constexpr uint32_t kDirectory = 14;
 inline constexpr uint32_t kLabel = 15;
@@ -37,15 +36,15 @@ inline constexpr uint32_t kRevision = 23;
 inline constexpr uint32_t kScsiAddress = 24;
 inline constexpr uint32_t kTotalBytes = 25;
 inline constexpr uint32_t kUsedBytes = 26;
-// No letter selects these two: cells that rows carry and that are never shown.
+// No letter selects these two: rows have cells for them, which are never shown.
 inline constexpr uint32_t kFinalization = 27;
 inline constexpr uint32_t kRecordedState = 28;
 }  // namespace column_id
 
-// What is fixed about one column of the query table.
+// One column of the query table.
 struct ColumnInfo {
     uint32_t columnId;
-    std::string_view letter;  // one character; empty in the row that stands for "no such column"
+    std::string_view letter;  // one character; empty in the row for an unknown letter
     std::string_view title;
     int32_t minWidth;  // 0: none
     int32_t maxWidth;  // 0: none
@@ -55,10 +54,27 @@ struct ColumnInfo {
 // The 26 columns in the order in which the help lists them.
 std::span<const ColumnInfo> GetColumnCatalogue();
 
-// The column of exactly that letter; for anything else the empty row, whose id is 0.
+// The column of exactly that letter, case-sensitive; for anything else an empty row, whose id is 0.
 const ColumnInfo& FindColumnInfo(std::string_view letter);
 
 // A column as the catalogue describes it; its id is 0 when the letter is unknown.
 CTableColumn MakeColumn(std::string_view letter);
 
 }  // namespace Ostrel::UI::Console
+
+namespace krvcmd {
+
+enum class QueryObject { Jukeboxes, Magazines, Slots, Drives, Volumes };
+
+// What a query of one object shows by default, in column letters.
+struct QueryObjectInfo {
+    QueryObject object;
+    std::string_view keyword;
+    std::string_view defaultColumns;
+    std::string_view defaultSort;
+};
+
+// In the order of precedence when the command line names several.
+std::span<const QueryObjectInfo> QueryObjects();
+
+}  // namespace krvcmd

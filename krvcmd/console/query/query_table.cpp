@@ -1,15 +1,22 @@
 #include "krvcmd/console/query/query_table.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <memory_resource>
+#include <new>
 #include <utility>
 #include <vector>
 
 #include "krvcmd/console/platform/console_platform.h"
 #include "krvcmd/console/query/column_catalogue.h"
 #include "krvcmd/console/query/value_texts.h"
-#include "krvcmd/service/sdk/records.h"
 
 namespace Ostrel::UI::Console {
 namespace {
+
+using krvcmd::JukeboxInfo;
+using krvcmd::RecordText;
+using krvcmd::VolumeInfo;
 
 constexpr uint32_t kWidthWithoutConsole = 32767;
 
@@ -18,6 +25,98 @@ uint32_t ConsoleLineWidth() {
     const int32_t bufferWidth = Platform::ScreenBufferWidth();
     const bool isUsable = bufferWidth >= 2 && bufferWidth <= INT16_MAX;
     return isUsable ? static_cast<uint32_t>(bufferWidth - 1) : kWidthWithoutConsole;
+}
+
+// Collects the cells of one row. A cell for which there is no memory is left out of the row.
+class RowBuilder {
+  public:
+    // The row has room for `cellCount` cells, which `cells` makes.
+    RowBuilder(CellStore& cells, size_t cellCount, std::pmr::memory_resource* memory)
+        : m_cells(cells), m_row(cellCount, memory) {}
+
+    void Number(uint32_t columnId, int64_t value) {
+        Add([&]() -> const CTableItem& { return m_cells.Number(columnId, value); });
+    }
+    void Capacity(uint32_t columnId, int64_t bytes) {
+        Add([&]() -> const CTableItem& { return m_cells.Capacity(columnId, bytes); });
+    }
+    void OneBasedNumber(uint32_t columnId, int32_t zeroBasedNumber) {
+        Add([&]() -> const CTableItem& { return m_cells.OneBasedNumber(columnId, zeroBasedNumber); });
+    }
+    void Percent(uint32_t columnId, int64_t free, int64_t total) {
+        Add([&]() -> const CTableItem& { return m_cells.Percent(columnId, free, total); });
+    }
+    void Text(uint32_t columnId, std::string_view text) {
+        Add([&]() -> const CTableItem& { return m_cells.Text(columnId, text); });
+    }
+    // A text that `format` composes.
+    template <typename Format>
+    void FormattedText(uint32_t columnId, Format format) {
+        Add([&]() -> const CTableItem& { return m_cells.Text(columnId, format()); });
+    }
+    void Directory(uint32_t columnId, std::string_view path) {
+        Add([&]() -> const CTableItem& { return m_cells.Directory(columnId, path); });
+    }
+    void Word(uint32_t columnId, std::string_view word) {
+        Add([&]() -> const CTableItem& { return m_cells.Word(columnId, word); });
+    }
+
+    CTableRow TakeRow() { return std::move(m_row); }
+
+  private:
+    template <typename Make>
+    void Add(Make make) {
+        try {
+            m_row.AddItem(make());
+        } catch (const std::bad_alloc&) {
+            return;
+        }
+    }
+
+    CellStore& m_cells;
+    CTableRow m_row;
+};
+
+// Room for the cells of each kind of row.
+constexpr size_t kJukeboxCells = 10;
+constexpr size_t kMagazineCells = 5;
+constexpr size_t kDriveCells = 7;
+constexpr size_t kSlotCells = 6;
+constexpr size_t kVolumeCells = 11;
+constexpr size_t kSideCells = kVolumeCells + 7;
+
+void AddJukeboxIdentity(RowBuilder& row, const JukeboxInfo& jukebox) {
+    row.Number(column_id::kJukeboxId, jukebox.key.jukeboxId);
+    row.Text(column_id::kJukeboxName, RecordText(jukebox.record.name));
+}
+
+void AddDevice(RowBuilder& row, const DeviceIdentity& device) {
+    row.FormattedText(column_id::kProduct, [&] { return FormatProduct(device); });
+    row.Text(column_id::kRevision, RecordText(device.revision));
+    row.FormattedText(column_id::kScsiAddress, [&] { return FormatScsiAddress(device); });
+}
+
+void AddMediaType(RowBuilder& row, uint32_t mediaType) {
+    if (mediaType != krvcmd::kNoMedium) row.Word(column_id::kMediaType, MediaTypeText(mediaType));
+}
+
+void AddVolumeCells(RowBuilder& row, const VolumeInfo& volume) {
+    const VolumeRecord& record = volume.record;
+    const auto total = static_cast<int64_t>(record.totalCapacity);
+    const auto free = static_cast<int64_t>(record.freeCapacity);
+    // The unsigned difference wraps around when more is free than there is; shown signed.
+    const auto used = static_cast<int64_t>(record.totalCapacity - record.freeCapacity);
+    row.Number(column_id::kVolumeId, volume.volumeId);
+    row.Capacity(column_id::kTotalCapacity, total);
+    row.Number(column_id::kTotalBytes, total);
+    row.Capacity(column_id::kUsedCapacity, used);
+    row.Number(column_id::kUsedBytes, used);
+    row.Percent(column_id::kUsedPercent, free, total);
+    row.Text(column_id::kLabel, RecordText(record.label));
+    row.Text(column_id::kFileSystem, RecordText(record.fileSystem));
+    row.Word(column_id::kStatus, VolumeStatusText(record.state));
+    row.Word(column_id::kVolumeType, VolumeTypeText(record.type));
+    if (!volume.aspects.empty()) row.Directory(column_id::kDirectory, volume.aspects.front());
 }
 
 }  // namespace
@@ -61,62 +160,6 @@ bool CKrvQueryTable::SetSortLetters(std::string_view letters) {
     SetSortKeys(std::move(keys));
     return allKnown;
 }
-
-}  // namespace Ostrel::UI::Console
-
-// How records of the client library become rows of the query table.
-
-namespace Ostrel::UI::Console {
-
-using krvcmd::JukeboxInfo;
-using krvcmd::RecordText;
-using krvcmd::VolumeInfo;
-
-namespace {
-
-// Room for the cells of each kind of row.
-constexpr size_t kJukeboxCells = 10;
-constexpr size_t kMagazineCells = 5;
-constexpr size_t kDriveCells = 7;
-constexpr size_t kSlotCells = 6;
-constexpr size_t kVolumeCells = 11;
-constexpr size_t kSideCells = kVolumeCells + 7;
-
-void AddJukeboxIdentity(RowBuilder& row, const JukeboxInfo& jukebox) {
-    row.Number(column_id::kJukeboxId, jukebox.key.jukeboxId);
-    row.Text(column_id::kJukeboxName, RecordText(jukebox.record.name));
-}
-
-void AddDevice(RowBuilder& row, const DeviceIdentity& device) {
-    row.FormattedText(column_id::kProduct, [&] { return FormatProduct(device); });
-    row.Text(column_id::kRevision, RecordText(device.revision));
-    row.FormattedText(column_id::kScsiAddress, [&] { return FormatScsiAddress(device); });
-}
-
-void AddMediaType(RowBuilder& row, uint32_t mediumCode) {
-    if (mediumCode != krvcmd::kNoMedium) row.Word(column_id::kMediaType, MediaTypeText(mediumCode));
-}
-
-void AddVolumeCells(RowBuilder& row, const VolumeInfo& volume) {
-    const VolumeRecord& record = volume.record;
-    const auto total = static_cast<int64_t>(record.totalCapacity);
-    const auto free = static_cast<int64_t>(record.freeCapacity);
-    // The unsigned difference wraps around when more is free than there is; shown signed.
-    const auto used = static_cast<int64_t>(record.totalCapacity - record.freeCapacity);
-    row.Number(column_id::kVolumeId, volume.volumeId);
-    row.Capacity(column_id::kTotalCapacity, total);
-    row.Number(column_id::kTotalBytes, total);
-    row.Capacity(column_id::kUsedCapacity, used);
-    row.Number(column_id::kUsedBytes, used);
-    row.Percent(column_id::kUsedPercent, free, total);
-    row.Text(column_id::kLabel, RecordText(record.label));
-    row.Text(column_id::kFileSystem, RecordText(record.fileSystem));
-    row.Word(column_id::kStatus, VolumeStatusText(record.state));
-    row.Word(column_id::kVolumeType, VolumeTypeText(record.type));
-    if (!volume.aspects.empty()) row.Directory(column_id::kDirectory, volume.aspects.front());
-}
-
-}  // namespace
 
 void CKrvQueryTable::AddJukeboxRow(const JukeboxInfo& jukebox) {
     const JukeboxRecord& record = jukebox.record;

@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <span>
-#include <string_view>
 
 #include "krvcmd/console/text/numbers.h"
-#include "krvcmd/service/sdk/records.h"
 
 namespace Ostrel::UI::Console {
 namespace {
@@ -19,7 +16,7 @@ constexpr std::array<std::string_view, 3> kVolumeStatus{"active", "disabled", "o
 
 constexpr std::array<std::string_view, 3> kVolumeType{"Disc", "Mirror", "Volume Set"};
 
-// "Blank Side," ends in a comma: that is its text.
+// The comma of "Blank Side," is part of the published text.
 constexpr std::array<std::string_view, 7> kRecordedState{
     "Unknown.",    "Not present.",   "Scan failed.",        "Bad Side.",
     "Blank Side,", "No Filesystem.", "Contains Filesystem."};
@@ -50,6 +47,10 @@ constexpr std::array<MediaType, 23> kMediaTypes{{
 std::string_view TextAt(std::span<const std::string_view> texts, uint32_t index,
                         std::string_view otherwise = {}) {
     return index < texts.size() ? texts[index] : otherwise;
+}
+
+void AppendOneBased(std::string& text, int32_t zeroBasedNumber) {
+    text += DecimalText(int64_t{zeroBasedNumber} + 1).View();
 }
 
 }  // namespace
@@ -91,18 +92,13 @@ std::string_view FinalizationText(uint32_t state) {
 }
 
 std::string_view MediaTypeText(uint32_t code) {
-    const auto* const found = std::find_if(kMediaTypes.begin(), kMediaTypes.end(),
-                                           [code](const MediaType& type) { return type.code == code; });
+    const auto* const found = std::ranges::find(kMediaTypes, code, &MediaType::code);
     return found == kMediaTypes.end() ? std::string_view() : found->text;
 }
 
-namespace {
-
-void AppendOneBased(std::string& text, int32_t zeroBasedNumber) {
-    text += DecimalText(int64_t{zeroBasedNumber} + 1).View();
+bool HasSeveralMagazines(const krvcmd::JukeboxInfo& jukebox) {
+    return jukebox.record.magazineCount > 1;
 }
-
-}  // namespace
 
 std::string FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& key) {
     std::string location(krvcmd::RecordText(jukebox.record.name));
@@ -129,10 +125,6 @@ std::string FormatProduct(const DeviceIdentity& device) {
     std::string product(vendor.substr(0, vendor.find_last_not_of(' ') + 1));
     if (!product.empty()) product += ' ';
     return product.append(krvcmd::RecordText(device.product));
-}
-
-bool HasSeveralMagazines(const krvcmd::JukeboxInfo& jukebox) {
-    return jukebox.record.magazineCount > 1;
 }
 
 }  // namespace Ostrel::UI::Console

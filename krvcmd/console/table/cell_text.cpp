@@ -10,7 +10,7 @@ CellText::CellText(std::string_view text) {
 }
 
 void CellText::Assign(std::string_view text) {
-    // The old text goes last: the new one may be a part of it.
+    // Freed last: the new text may be a part of it.
     const char* const oldHeapText = IsOnHeap() ? GetHeapText().data : nullptr;
     if (text.size() <= kInlineCapacity) {
         std::char_traits<char>::move(m_bytes.data(), text.data(), text.size());

@@ -7,8 +7,8 @@
 
 namespace Ostrel::UI::Console {
 
-// The text of one cell, in 24 bytes. A table of a whole farm holds millions of cells whose texts are mostly
-// numbers, locations and short names: up to 23 bytes lie in the object itself, longer ones on the heap.
+// The text of one cell, in 24 bytes. A large table has millions of cells, and most of their texts are
+// numbers, locations and short names: up to 23 bytes lie in the object itself, longer texts on the heap.
 class CellText {
   public:
     CellText() = default;
@@ -19,10 +19,10 @@ class CellText {
     CellText(const CellText&) = delete;
     CellText& operator=(const CellText&) = delete;
 
-    // Replaces the text. When memory is short std::bad_alloc leaves the old text in place.
+    // Replaces the text, also by a part of itself. Leaves the old text in place when it throws
+    // std::bad_alloc.
     void Assign(std::string_view text);
 
-    // Whether the text has memory of its own.
     bool IsOnHeap() const { return m_bytes[kInlineCapacity] == kOnHeap; }
 
     std::string_view View() const {
@@ -35,7 +35,7 @@ class CellText {
     static constexpr size_t kInlineCapacity = 23;
     static constexpr char kOnHeap = -1;
 
-    // How a text that lies on the heap is noted in the object's own bytes.
+    // What the object's bytes hold when the text lies on the heap.
     struct HeapText {
         char* data;
         uint32_t size;
@@ -43,7 +43,7 @@ class CellText {
 
     HeapText GetHeapText() const;
 
-    // The last byte is the length of a text that lies here, or kOnHeap.
+    // The last byte is the length of an inline text, or kOnHeap.
     alignas(HeapText) std::array<char, kInlineCapacity + 1> m_bytes{};
 };
 

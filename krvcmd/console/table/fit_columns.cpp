@@ -6,14 +6,14 @@
 namespace Ostrel::UI::Console {
 namespace {
 
-// More than any line can be, and far enough from the end of the number range to calculate with.
+// Wider than any line, and far enough from the end of the number range to calculate with.
 constexpr int64_t kUnlimited = std::numeric_limits<int64_t>::max() / 4;
 
 constexpr int64_t kBlanksAroundCell = 2;
 
-// What a look over the columns, from the left as far as they have room, finds.
+// The columns from the left that have room.
 struct ColumnSurvey {
-    int64_t columnCount;  // those with room that are not left out
+    int64_t columnCount;  // without those that are left out
     int64_t fixedSum = 0;
     int64_t fixedCount = 0;
 };
@@ -31,7 +31,7 @@ ColumnSurvey SurveyColumns(int64_t room, std::span<const FittedColumn> columns) 
         used += step;
         const FittedColumn& column = columns[index];
         if (column.isLeftOut) {
-            // The step stays: the column before this one is counted once more.
+            // The step stays, so the column before this one is counted once more.
             ++leftOutCount;
             continue;
         }
@@ -57,19 +57,19 @@ ColumnSurvey SurveyColumns(int64_t room, std::span<const FittedColumn> columns) 
 }
 
 // Gives every elastic column among the surveyed ones an equal share of `excess`; the first of them get one
-// more while there is a rest.
-void ShareOut(int64_t excess, const ColumnSurvey& survey, std::span<FittedColumn> columns) {
+// position more while there is a remainder.
+void ShareExcess(int64_t excess, const ColumnSurvey& survey, std::span<FittedColumn> columns) {
     const int64_t divisor =
         survey.fixedCount == survey.columnCount ? survey.columnCount : survey.columnCount - survey.fixedCount;
     const int64_t share = divisor > 0 ? excess / divisor : 0;
-    int64_t rest = divisor > 0 ? excess % divisor : 0;
+    int64_t remainder = divisor > 0 ? excess % divisor : 0;
     for (int64_t index = 0; index < survey.columnCount; ++index) {
         FittedColumn& column = columns[static_cast<size_t>(index)];
         if (column.minWidth == 0) continue;
         column.width = std::max(column.minWidth, share);
-        if (rest > 0) {
+        if (remainder > 0) {
             ++column.width;
-            --rest;
+            --remainder;
         }
     }
 }
@@ -87,7 +87,7 @@ int64_t FitColumns(int64_t maxWidth, int64_t contentWidth, int64_t separatorLeng
     if (contentWidth < room) return contentWidth + separators + blanks;
     if (contentWidth == room && survey.fixedCount == 0) return lineLimit;
     const int64_t excess = room - survey.fixedSum;
-    if (excess > 0) ShareOut(excess, survey, columns);
+    if (excess > 0) ShareExcess(excess, survey, columns);
     return lineLimit;
 }
 

@@ -1,21 +1,25 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <vector>
 
-#include "krvcmd/console/table/table.h"
-
 namespace Ostrel::UI::Console {
 
-// The rows, given in the order in which they arrived, in the order of the keys.
-//
-// The order is that of an insertion: each arriving row goes in front of the first row that it comes before,
-// else to the end. It comes before another row when the first key in which the two differ says so; a missing
-// cell is less than any cell. Every key compares by a value of the cell alone (its number, or its text taken
-// apart), so rows that do not differ in a key are interchangeable for it and the keys, one after the other,
-// rank the rows with ties (a total preorder). For such a ranking the rows in front of the insertion point are
-// exactly those that do not come after the new row; inserting so one by one is a stable sort, and a stable
-// sort is what is done here.
+class CTableRow;
+
+// One level of a table's sort order. The direction is the result of comparing a new row's cell with an
+// existing row's cell that puts the new row in front: -1 ascending, +1 descending.
+struct SortKey {
+    uint32_t columnId;
+    int32_t direction;
+};
+
+inline constexpr int32_t kAscending = -1;
+inline constexpr int32_t kDescending = 1;
+
+// Sorts `rows`, given in the order of arrival, by `keys`: by the first key, rows equal in it by the second,
+// and so on. Rows equal in all keys stay in the order of arrival. A missing cell is less than any cell.
 std::vector<const CTableRow*> OrderRows(std::span<const CTableRow* const> rows,
                                         std::span<const SortKey> keys);
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "krvcmd/console/table/row_order.h"
 #include "krvcmd/console/text/display_width.h"
 
 namespace Ostrel::UI::Console {
@@ -13,8 +12,8 @@ void CTableColumn::SetTitle(std::string_view title) {
     m_minWidth = -1;
 }
 
-uint32_t CTableColumn::GetWidthOrTitle() const {
-    return m_width != 0 ? m_width : static_cast<uint32_t>(DisplayLength(m_title));
+uint32_t CTableColumn::GetWidth(bool useTitle) const {
+    return m_width == 0 && useTitle ? static_cast<uint32_t>(DisplayLength(m_title)) : m_width;
 }
 
 std::string CTableColumn::RenderTitle(uint32_t width) const {
@@ -27,6 +26,8 @@ std::string CTableColumn::RenderTitle(uint32_t width) const {
 }
 
 const CTableItem* CTableRow::FindItem(uint32_t columnId) const {
+    // Called for every cell that is shown or sorted by: the loop of std::find_if is unrolled, that of its
+    // namesake in std::ranges is not.
     const auto found = std::find_if(m_cells.begin(), m_cells.end(), [columnId](const CTableItem* item) {
         return item->GetColumnId() == columnId;
     });
@@ -46,16 +47,14 @@ bool CTable::IsColumnEmpty(size_t index) const {
 }
 
 const ColumnUsage* CTable::FindUsage(uint32_t columnId) const {
-    const auto found =
-        std::find_if(m_columnUsage.begin(), m_columnUsage.end(),
-                     [columnId](const ColumnUsage& usage) { return usage.columnId == columnId; });
+    const auto found = std::ranges::find(m_columnUsage, columnId, &ColumnUsage::columnId);
     return found == m_columnUsage.end() ? nullptr : &*found;
 }
 
 void CTable::AddRow(CTableRow row) {
     if (m_columns.empty() || row.GetItems().empty()) return;
-    // Rows mostly have the same cells in the same order as the rows before them, so the entry of a cell is
-    // mostly the one behind that of the cell before.
+    // Most rows have the same cells in the same order, so a cell's entry usually follows that of the cell
+    // before it.
     size_t index = 0;
     for (const CTableItem* item : row.GetItems()) {
         const uint32_t columnId = item->GetColumnId();
@@ -89,9 +88,7 @@ std::vector<const CTableRow*> CTable::GetRowsInOrder() const {
 std::vector<SortKey> CTable::GetDecisiveSortKeys() const {
     std::vector<SortKey> keys;
     for (const SortKey& key : m_sortKeys) {
-        const bool isRepeated = std::any_of(keys.begin(), keys.end(), [&key](const SortKey& earlier) {
-            return earlier.columnId == key.columnId;
-        });
+        const bool isRepeated = std::ranges::find(keys, key.columnId, &SortKey::columnId) != keys.end();
         if (!isRepeated && FindUsage(key.columnId) != nullptr) keys.push_back(key);
     }
     return keys;

@@ -10,33 +10,36 @@
 #include <utility>
 #include <vector>
 
+#include "krvcmd/console/table/row_order.h"
 #include "krvcmd/console/table/table_item.h"
 
 namespace Ostrel::UI::Console {
 
-// One column of a table. Widths count characters.
+// One column of a table. Widths count positions of a line.
 class CTableColumn {
   public:
-    // The title decides the width and takes the minimum back to "not set".
+    // Also sets the width to the title's length and the minimum width to "not set".
     void SetTitle(std::string_view title);
     void SetColumnId(uint32_t columnId) { m_columnId = columnId; }
     void SetMinWidth(int32_t minWidth) { m_minWidth = minWidth; }
     void SetMaxWidth(int32_t maxWidth) { m_maxWidth = maxWidth; }
     void SetWidth(uint32_t width) { m_width = width; }
+    // Whether each cell of the column ends in "%%", of which the console shows one sign.
+    void SetHidesSign(bool hidesSign) { m_hidesSign = hidesSign; }
 
     const std::string& GetTitle() const { return m_title; }
     uint32_t GetColumnId() const { return m_columnId; }
-    // -1 when not set, 0 for no minimum. A column whose minimum is not 0 is elastic: it gives way when
-    // the table is wider than the line.
+    // -1 when not set, 0 for no minimum. A column whose minimum is not 0 is elastic: it gives way when the
+    // table is wider than the line.
     int32_t GetMinWidth() const { return m_minWidth; }
     // -1 when not set, 0 for no maximum.
     int32_t GetMaxWidth() const { return m_maxWidth; }
-    uint32_t GetWidth() const { return m_width; }
-    // The width, or the title's length while there is none.
-    uint32_t GetWidthOrTitle() const;
+    // With `useTitle`, a column without a width has the title's length.
+    uint32_t GetWidth(bool useTitle) const;
+    bool HidesSign() const { return m_hidesSign; }
 
-    // The title centred in a field of `width` characters, cut at its end when it is longer; 0 leaves
-    // the title as it is.
+    // The title centred in a field of `width` positions, cut at its end when it is longer; in width 0 the
+    // title as it is.
     std::string RenderTitle(uint32_t width) const;
 
   private:
@@ -45,10 +48,11 @@ class CTableColumn {
     uint32_t m_width = 0;
     std::string m_title;
     uint32_t m_columnId = 0;
+    bool m_hidesSign = false;
 };
 
-// One row: its cells in the order in which they were added. It does not own them; whoever created them
-// keeps them alive as long as the row. The same cell may stand in several rows.
+// One row: its cells in the order in which they were added. It does not own them; whoever made them keeps
+// them alive as long as the row. A cell may be in several rows.
 class CTableRow {
   public:
     CTableRow() = default;
@@ -65,35 +69,13 @@ class CTableRow {
 
     std::span<const CTableItem* const> GetItems() const { return m_cells; }
 
-    // Ask for what showing the row will read, so that it is at hand by then: first the list of its cells,
-    // some rows later the cells.
-    void FetchList() const {
-        constexpr size_t kPerCacheLine = 64 / sizeof(void*);
-        for (size_t index = 0; index < m_cells.size(); index += kPerCacheLine)
-            __builtin_prefetch(&m_cells[index]);
-    }
-    void FetchCells() const {
-        for (const CTableItem* item : m_cells)
-            __builtin_prefetch(item);
-    }
-
   private:
     std::pmr::vector<const CTableItem*> m_cells;
 };
 
-// One level of a table's sort order. The direction is the result of comparing a new row's cell with an
-// existing row's cell that puts the new row in front: -1 ascending, +1 descending.
-struct SortKey {
-    uint32_t columnId;
-    int32_t direction;
-};
-
-inline constexpr int32_t kAscending = -1;
-inline constexpr int32_t kDescending = 1;
-
-// What the rows so far have in one column.
+// What the rows added so far have in one column.
 struct ColumnUsage {
-    int32_t maxTextLength;  // of the longest full text
+    int32_t maxTextLength;  // positions of the longest full text
     uint32_t columnId;
     uint32_t count;  // cells seen
 };
@@ -119,43 +101,42 @@ class CTable {
     uint32_t GetContentWidth() const { return m_contentWidth; }
     const std::vector<ColumnUsage>& GetColumnUsage() const { return m_columnUsage; }
 
-    // True also for an index behind the last column.
+    // `index` counts from 0. True also for an index beyond the last column.
     bool IsColumnEmpty(size_t index) const;
 
-    // Takes the row over; its cells must live as long as the table. A row without cells, and any row
-    // while there are no columns, is ignored.
+    // Takes the row over; its cells must live as long as the table. Ignores a row without cells, and any row
+    // while there are no columns.
     void AddRow(CTableRow row);
 
-    // The rows as they are to be shown: in the order of the sort keys, rows that are equal in all of
-    // them in the order in which they were added.
+    // The rows in the order in which they are shown: that of the sort keys, or of arrival without keys.
     std::vector<const CTableRow*> GetRowsInOrder() const;
 
   protected:
     std::vector<CTableColumn>& Columns() { return m_columns; }
     bool ShowsEmptyColumns() const { return m_showEmptyColumns; }
     void SetContentWidth(uint32_t width) { m_contentWidth = width; }
-    // Where rows and their cells may lie: given back as a whole with the table, never before.
+    // For rows and their cells: freed as a whole with the table, never before.
     std::pmr::memory_resource* GetMemory() { return &m_memory; }
     // The column's entry in the usage list, null when no row has a cell for it.
     const ColumnUsage* FindUsage(uint32_t columnId) const;
 
   private:
-    // The index of the column's entry in the usage list, which is made if there is none.
+    // The index of the column's entry in the usage list; adds the entry when there is none.
     size_t EnterUsage(uint32_t columnId);
 
-    // The sort keys that can tell rows apart: a key whose column no row fills, or whose column an earlier key
-    // has already compared, finds all rows equal.
+    // The sort keys that can tell rows apart. All rows are equal in a key whose column no row fills, and in
+    // one whose column an earlier key has compared.
     std::vector<SortKey> GetDecisiveSortKeys() const;
 
     std::pmr::monotonic_buffer_resource m_memory;  // the first member: the others lie in it
     bool m_showEmptyColumns = false;
     std::vector<ColumnUsage> m_columnUsage;  // in the order in which columns were first seen
     std::vector<CTableColumn> m_columns;
-    std::pmr::deque<CTableRow> m_rows{&m_memory};  // in the order in which they were added
-    // A new table's key matches no cell: rows keep the order in which they were added.
+    std::pmr::deque<CTableRow> m_rows{&m_memory};  // in the order of arrival
+    // A new table's key matches no cell: rows keep the order of arrival.
     std::vector<SortKey> m_sortKeys{{0, kAscending}};
     std::string m_separator;
-    uint32_t m_contentWidth = 0;  // sum of the column widths that the last Print measured
+    uint32_t m_contentWidth = 0;  // sum of the column widths; 0 after AddRow until they are measured
 };
 
 }  // namespace Ostrel::UI::Console

@@ -1,9 +1,5 @@
 #include "krvcmd/console/table/table_item.h"
 
-#include <cstddef>
-#include <string_view>
-
-#include "krvcmd/console/text/display_width.h"
 #include "krvcmd/console/text/numbers.h"
 
 namespace Ostrel::UI::Console {
@@ -23,12 +19,6 @@ size_t BlanksInFront(Alignment alignment, size_t blanks) {
 
 }  // namespace
 
-std::string CTableItem::Render(uint32_t width) const {
-    std::string result;
-    RenderInto(result, width);
-    return result;
-}
-
 size_t CTableItem::RenderFitting(std::string& out, uint32_t width) const {
     const std::string_view text = GetText();
     const size_t length = GetTextLength();
@@ -43,33 +33,27 @@ size_t CTableItem::RenderFitting(std::string& out, uint32_t width) const {
     return width;
 }
 
-namespace {
-
-constexpr std::string_view kDoesNotFit = "...";
-
-}  // namespace
-
-CTableIntItem::CTableIntItem(uint32_t columnId, int64_t value, NumberStyle style)
-    : CTableItem(columnId, Alignment::Right), m_style(style), m_value(value) {
-    CTableIntItem::FormatValue(CapacityPrecision::Whole);
+CTableIntItem::CTableIntItem(uint32_t columnId, int64_t value, bool withUnit)
+    : CTableItem(columnId, Alignment::Right), m_withUnit(withUnit), m_value(value) {
+    CTableIntItem::FormatValue(/*precise=*/false);
 }
 
 void CTableIntItem::SetValue(int64_t value) {
     m_value = value;
-    FormatValue(CapacityPrecision::Whole);
+    FormatValue(/*precise=*/false);
 }
 
-void CTableIntItem::FormatValue(CapacityPrecision precision) {
-    if (m_style == NumberStyle::WithUnit) {
-        AssignNumber(CapacityText(m_value, precision));
+void CTableIntItem::FormatValue(bool precise) {
+    if (m_withUnit) {
+        AssignPlainText(CapacityText(m_value, precise));
     } else {
-        AssignNumber(DecimalText(m_value).View());
+        AssignPlainText(DecimalText(m_value).View());
     }
 }
 
-size_t CTableIntItem::RenderInto(std::string& out, uint32_t width) const {
+size_t CTableIntItem::Render(std::string& out, uint32_t width) const {
     if (Fits(width)) return RenderFitting(out, width);
-    const std::string_view shown = kDoesNotFit.substr(0, width);
+    const std::string_view shown = kEllipsis.substr(0, width);
     out += shown;
     return shown.size();
 }
@@ -85,8 +69,8 @@ CTableOneBasedIntItem::CTableOneBasedIntItem(uint32_t columnId, int32_t zeroBase
     SetValue(int64_t{zeroBasedNumber} + 1);
 }
 
-void CTableOneBasedIntItem::FormatValue(CapacityPrecision /*precision*/) {
-    AssignNumber(DecimalText(GetValue()).View());
+void CTableOneBasedIntItem::FormatValue(bool /*precise*/) {
+    AssignPlainText(DecimalText(GetValue()).View());
 }
 
 CTablePercentIntItem::CTablePercentIntItem(uint32_t columnId, int64_t free, int64_t total)
@@ -94,12 +78,12 @@ CTablePercentIntItem::CTablePercentIntItem(uint32_t columnId, int64_t free, int6
     SetValue(UsedPercent(free, total));
 }
 
-void CTablePercentIntItem::FormatValue(CapacityPrecision /*precision*/) {
-    AssignNumber(std::string(DecimalText(GetValue()).View()).append("%%"));
+void CTablePercentIntItem::FormatValue(bool /*precise*/) {
+    AssignPlainText(std::string(DecimalText(GetValue()).View()).append("%%"));
 }
 
-size_t CTablePercentIntItem::RenderInto(std::string& out, uint32_t width) const {
-    return CTableIntItem::RenderInto(out, width == 0 ? 0 : width + 1);
+size_t CTablePercentIntItem::Render(std::string& out, uint32_t width) const {
+    return CTableIntItem::Render(out, width == 0 ? 0 : width + 1);
 }
 
 CTableStringItem::CTableStringItem(uint32_t columnId, std::string_view text)
@@ -107,19 +91,19 @@ CTableStringItem::CTableStringItem(uint32_t columnId, std::string_view text)
     AssignText(text);
 }
 
-size_t CTableStringItem::RenderInto(std::string& out, uint32_t width) const {
-    return Fits(width) ? RenderFitting(out, width) : AppendEnd(out, GetText(), width);
+size_t CTableStringItem::Render(std::string& out, uint32_t width) const {
+    return Fits(width) ? RenderFitting(out, width) : AppendElidedEnd(out, GetText(), width);
 }
 
 int32_t CTableStringItem::Compare(const CTableItem& other) const {
-    return CompareNumberedTexts(GetOrderValue(), OrderValueOf(other.GetText()));
+    return CompareNumberedTexts(GetSortValue(), SortValueOf(other.GetText()));
 }
 
-NumberedText CTableStringItem::OrderValueOf(std::string_view text) const {
+NumberedText CTableStringItem::SortValueOf(std::string_view text) const {
     return IsNaturalCompare() ? SplitTrailingNumber(text) : NumberedText{text, 0};
 }
 
-size_t CTableDirItem::RenderInto(std::string& out, uint32_t width) const {
+size_t CTableDirItem::Render(std::string& out, uint32_t width) const {
     if (Fits(width)) return RenderFitting(out, width);
 
     const std::string_view text = GetText();
@@ -127,16 +111,15 @@ size_t CTableDirItem::RenderInto(std::string& out, uint32_t width) const {
     // position, and with a single one `last - first` is the largest position.
     const size_t first = text.find('\\') + 1;
     const size_t last = text.rfind('\\');
-    if (first == last) return AppendBeginning(out, text, width);
+    if (first == last) return AppendElidedBeginning(out, text, width);
     const size_t middle = last - first;
     if (middle > kEllipsis.size() && text.size() < middle + kEllipsis.size()) {
-        // The middle goes. Only a path that begins and ends with a backslash gets here, so nothing else is
-        // left.
+        // Only a path that begins and ends with a backslash is that short.
         constexpr std::string_view kElided = "\\...\\";
         out += kElided;
         return kElided.size();
     }
-    return AppendEnd(out, text, width);
+    return AppendElidedEnd(out, text, width);
 }
 
 }  // namespace Ostrel::UI::Console

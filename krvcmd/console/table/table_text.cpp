@@ -2,16 +2,15 @@
 
 #include <algorithm>
 
-#include "krvcmd/console/table/table_item.h"
 #include "krvcmd/console/text/display_width.h"
 
 namespace Ostrel::UI::Console {
 namespace {
 
-// Fills the line that begins at `lineStart`, the last one of `text`, with blanks, or cuts it, to `width`.
-// `length` is its length so far.
+// Pads the last line of `text`, which begins at byte `lineStart` and takes `length` positions, with blanks to
+// `width` positions, or cuts it.
 void FitLine(std::string& text, size_t lineStart, size_t length, size_t width) {
-    // Mostly the blank behind the last cell is all that is too much.
+    // Usually only the blank after the last cell is too much.
     while (length > width && text.back() == ' ') {
         text.pop_back();
         --length;
@@ -28,11 +27,11 @@ const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
     return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
 }
 
-// Appends a cell, fit to be shown, and gives the positions that it takes.
+// Appends a cell, safe to show, and returns the positions that it takes.
 size_t AppendCell(std::string& body, const CTableItem& item, uint32_t width, Sink sink) {
     const size_t start = body.size();
-    const size_t length = item.RenderInto(body, width);
-    if (!item.IsPlain()) TameCellText(body, start, sink);
+    const size_t length = item.Render(body, width);
+    if (!item.IsPlain()) MakeCellSafe(body, start, sink);
     return length;
 }
 
@@ -48,13 +47,12 @@ void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTab
         size_t cellLength = column.width;
         if (const CTableItem* item = FindCell(row, column)) {
             cellLength = AppendCell(body, *item, column.width, layout.sink);
-            // Room for the second per cent sign, which does not show.
-            if (item->GetColumnId() == kPercentColumnId) ++limit;
+            limit += column.hiddenSigns;
         } else {
             body.append(column.width, ' ');
         }
         const size_t blanks = lineLength + cellLength == limit ? 1 : 2;
-        // The separator in front does not count here.
+        // The separator before the cell does not count here.
         if (lineLength + cellLength + blanks > limit) {
             body.resize(columnStart);
             break;
@@ -68,25 +66,33 @@ void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTab
     body += '\n';
 }
 
-// Calls `append` for every row. Ordered rows lie in memory in any order, and to wait for each of them would
-// take longer than to show it, so they are asked for in time: a row, then the list of its cells, then these.
+void PrefetchCellList(const CTableRow& row) {
+    constexpr size_t kPerCacheLine = 64 / sizeof(void*);
+    const std::span<const CTableItem* const> items = row.GetItems();
+    for (size_t index = 0; index < items.size(); index += kPerCacheLine)
+        __builtin_prefetch(&items[index]);
+}
+
+void PrefetchCells(const CTableRow& row) {
+    for (const CTableItem* item : row.GetItems())
+        __builtin_prefetch(item);
+}
+
+// Calls `append` for every row. Sorted rows lie scattered in memory, and waiting for each of them would take
+// longer than showing it. So each is prefetched in three steps, some rows ahead: the row, the list of its
+// cells, the cells.
 template <typename Append>
 void ForEachRow(std::span<const CTableRow* const> rows, Append append) {
-    constexpr size_t kStep = 6;  // rows between two askings
+    constexpr size_t kStep = 6;  // rows between two steps
     for (size_t index = 0; index < rows.size(); ++index) {
         if (index + 3 * kStep < rows.size()) __builtin_prefetch(rows[index + 3 * kStep]);
-        if (index + 2 * kStep < rows.size()) rows[index + 2 * kStep]->FetchList();
-        if (index + kStep < rows.size()) rows[index + kStep]->FetchCells();
+        if (index + 2 * kStep < rows.size()) PrefetchCellList(*rows[index + 2 * kStep]);
+        if (index + kStep < rows.size()) PrefetchCells(*rows[index + kStep]);
         append(*rows[index]);
     }
 }
 
 }  // namespace
-
-bool EndsInPercentCell(std::string_view line) {
-    const size_t size = line.size();
-    return (size >= 2 && line[size - 2] == '%') || (size >= 3 && line[size - 3] == '%' && line.back() == '%');
-}
 
 std::string HeaderText(const TableLayout& layout) {
     std::string text;
@@ -94,10 +100,10 @@ std::string HeaderText(const TableLayout& layout) {
         const std::string title = column.column->RenderTitle(column.width);
         const size_t lineLength = DisplayLength(text);
         const size_t titleLength = DisplayLength(title);
-        const std::string_view blankBehind = lineLength + titleLength == layout.lineWidth + 1 ? "" : " ";
-        if (lineLength + 1 + titleLength + blankBehind.size() > layout.lineWidth) break;
+        const std::string_view blankAfter = lineLength + titleLength == layout.lineWidth + 1 ? "" : " ";
+        if (lineLength + 1 + titleLength + blankAfter.size() > layout.lineWidth) break;
         if (!text.empty()) text += layout.separator;
-        text.append(1, ' ').append(title).append(blankBehind);
+        text.append(1, ' ').append(title).append(blankAfter);
     }
     const size_t lineLength = DisplayLength(text);
     const size_t underlineLength = std::min(lineLength, layout.lineWidth);
@@ -106,11 +112,11 @@ std::string HeaderText(const TableLayout& layout) {
 }
 
 std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
-    const auto percentColumns = static_cast<size_t>(std::count_if(
-        layout.columns.begin(), layout.columns.end(),
-        [](const LaidOutColumn& column) { return column.column->GetColumnId() == kPercentColumnId; }));
+    size_t lineSize = layout.lineWidth + 1;
+    for (const LaidOutColumn& column : layout.columns)
+        lineSize += column.hiddenSigns;
     std::string body;
-    body.reserve(rows.size() * (layout.lineWidth + percentColumns + 1) + 1);
+    body.reserve(rows.size() * lineSize + 1);
     ForEachRow(rows, [&](const CTableRow& row) { AppendFormattedRow(body, layout, row); });
     body += '\n';
     return body;
@@ -128,6 +134,11 @@ std::string PlainBodyText(const TableLayout& layout, std::span<const CTableRow* 
         body += '\n';
     });
     return body;
+}
+
+bool EndsInPercentCell(std::string_view line) {
+    const size_t size = line.size();
+    return (size >= 2 && line[size - 2] == '%') || (size >= 3 && line[size - 3] == '%' && line.back() == '%');
 }
 
 }  // namespace Ostrel::UI::Console

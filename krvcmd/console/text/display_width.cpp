@@ -1,8 +1,6 @@
 #include "krvcmd/console/text/display_width.h"
 
 #include "krvcmd/console/platform/console_platform.h"
-#include "krvcmd/console/text/safe_text.h"
-#include "krvcmd/console/text/utf8.h"
 
 namespace Ostrel::UI::Console {
 namespace {
@@ -18,9 +16,20 @@ size_t PositionsOf(const Utf8Character& character) {
     return static_cast<size_t>(Platform::CharacterWidth(character.codePoint));
 }
 
+// The positions at the beginning of a text of `width` positions that the ellipsis takes.
+size_t EllipsisLength(size_t width) {
+    return width > kEllipsis.size() ? kEllipsis.size() : 0;
+}
+
+// Appends `part`, which takes at most `width` positions, and a blank where a wide character was cut off.
+void AppendFilled(std::string& out, std::string_view part, size_t width) {
+    out += part;
+    out.append(width - DisplayLength(part), ' ');
+}
+
 }  // namespace
 
-size_t DisplayLengthOfAny(std::string_view text) {
+size_t CountPositions(std::string_view text) {
     if (!Platform::ReadsUtf8()) return text.size();
     size_t length = 0;
     while (!text.empty()) {
@@ -46,11 +55,9 @@ std::string_view LeadingPart(std::string_view text, size_t length) {
 
 std::string_view TrailingPart(std::string_view text, size_t length) {
     if (IsCountedInBytes(text)) return text.size() <= length ? text : text.substr(text.size() - length);
-    const size_t whole = DisplayLength(text);
-    if (whole <= length) return text;
-    // What goes takes at least the positions that are too many; a mark without a width goes with its
-    // character.
-    size_t remaining = whole;
+    size_t remaining = DisplayLength(text);
+    if (remaining <= length) return text;
+    // A combining mark, which takes no position, is removed with its character.
     while (!text.empty()) {
         const Utf8Character character = FirstUtf8Character(text);
         const size_t positions = PositionsOf(character);
@@ -61,29 +68,18 @@ std::string_view TrailingPart(std::string_view text, size_t length) {
     return text;
 }
 
-namespace {
-
-// Appends `part`, which takes at most `width` positions, and a blank where a wide character did not fit any
-// more.
-void AppendFilled(std::string& out, std::string_view part, size_t width) {
-    out += part;
-    out.append(width - DisplayLength(part), ' ');
-}
-
-}  // namespace
-
-size_t AppendEnd(std::string& out, std::string_view text, size_t width) {
-    const size_t lost = width > kEllipsis.size() ? kEllipsis.size() : 0;
-    out += kEllipsis.substr(0, lost);
-    AppendFilled(out, TrailingPart(text, width - lost), width - lost);
+size_t AppendElidedEnd(std::string& out, std::string_view text, size_t width) {
+    const size_t elided = EllipsisLength(width);
+    out += kEllipsis.substr(0, elided);
+    AppendFilled(out, TrailingPart(text, width - elided), width - elided);
     return width;
 }
 
-size_t AppendBeginning(std::string& out, std::string_view text, size_t width) {
-    const size_t lost = width > kEllipsis.size() ? kEllipsis.size() : 0;
-    out += kEllipsis.substr(0, lost);
-    const std::string_view behindLost = TrailingPart(text, DisplayLength(text) - lost);
-    AppendFilled(out, LeadingPart(behindLost, width - lost), width - lost);
+size_t AppendElidedBeginning(std::string& out, std::string_view text, size_t width) {
+    const size_t elided = EllipsisLength(width);
+    out += kEllipsis.substr(0, elided);
+    const std::string_view rest = TrailingPart(text, DisplayLength(text) - elided);
+    AppendFilled(out, LeadingPart(rest, width - elided), width - elided);
     return width;
 }
 

@@ -8,13 +8,15 @@
 
 namespace Ostrel::UI::Console {
 
-// How many positions of a line a text takes. All layout counts in these: padding, cutting, centring,
-// wrapping, the length of underlines. In a UTF-8 locale a character takes the columns that a terminal uses
-// for it, and a byte that belongs to no character, or to a control character, takes one; otherwise every byte
-// takes one position.
-size_t DisplayLengthOfAny(std::string_view text);
+// All layout (padding, cutting, centring, wrapping, underlines) counts positions of a line. In a UTF-8 locale
+// a character takes the positions that a terminal uses for it: 0, 1 or 2; each byte of a control character
+// and each byte that belongs to no character takes one. In any other locale every byte takes one.
+
+size_t CountPositions(std::string_view text);
+
+// The positions that `text` takes.
 inline size_t DisplayLength(std::string_view text) {
-    return IsPrintableAscii(text) ? text.size() : DisplayLengthOfAny(text);
+    return IsPrintableAscii(text) ? text.size() : CountPositions(text);
 }
 
 // The longest beginning of `text` that takes at most `length` positions. Never ends inside a character.
@@ -25,10 +27,10 @@ std::string_view TrailingPart(std::string_view text, size_t length);
 
 inline constexpr std::string_view kEllipsis = "...";
 
-// Append `text`, which is longer than `width`, cut down to `width` (1 or more) positions: its end or its
-// beginning. What is left of it begins with "..." instead of its own first characters when `width` is more
-// than 3. Both give the positions taken, which are `width`.
-size_t AppendEnd(std::string& out, std::string_view text, size_t width);
-size_t AppendBeginning(std::string& out, std::string_view text, size_t width);
+// Append the end or the beginning of `text`, which is longer than `width` positions, in exactly `width` (1 or
+// more) positions. When `width` is above 3, "..." stands in place of the first three positions of that part.
+// Both return `width`.
+size_t AppendElidedEnd(std::string& out, std::string_view text, size_t width);
+size_t AppendElidedBeginning(std::string& out, std::string_view text, size_t width);
 
 }  // namespace Ostrel::UI::Console

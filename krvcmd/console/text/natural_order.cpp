@@ -43,7 +43,6 @@ NumberedText SplitTrailingNumber(std::string_view text) {
     while (digitsBegin > 0 && IsDigit(text[digitsBegin - 1]))
         --digitsBegin;
 
-    // A separator that is the last character of all has nothing behind it to split off.
     const bool isSplit = digitsBegin > 0 && digitsBegin < text.size() && IsSeparator(text[digitsBegin - 1]);
     if (!isSplit) return {text, 0};
     return {text.substr(0, digitsBegin - 1), ReadNumber(text.substr(digitsBegin, digitsEnd - digitsBegin))};

@@ -5,8 +5,8 @@
 
 namespace Ostrel::UI::Console {
 
-// What cells are ordered by: a text and, among equal texts, a number. A text cell "Disc-12" is the text
-// "Disc" with the number 12; a number cell is its value without a text.
+// What a cell is sorted by: a text and, among equal texts, a number. The text cell "Disc-12" is sorted by the
+// text "Disc" and the number 12, a number cell by an empty text and its value.
 struct NumberedText {
     std::string_view text;
     int64_t number = 0;
@@ -25,9 +25,9 @@ inline int32_t CompareNumberedTexts(const NumberedText& left, const NumberedText
     return CompareNumbers(left, right);
 }
 
-// Splits off a number at the end of `text` (a last "%" behind its digits does not matter) that follows one of
-// the separators "-@,;:. "; the separator is dropped. At most 2147483647. A text without such a number, and
-// one that ends in the separator, is whole and has the number 0.
+// Splits off the number at the end of `text` that follows one of the separators "-@,;:. "; a "%" after its
+// digits is ignored. The separator belongs to neither part. The number is at most 2147483647. A text without
+// such a number is returned whole, with the number 0; so is one that ends in the separator.
 NumberedText SplitTrailingNumber(std::string_view text);
 
 }  // namespace Ostrel::UI::Console

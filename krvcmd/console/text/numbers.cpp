@@ -1,38 +1,36 @@
 #include "krvcmd/console/text/numbers.h"
 
-#include <array>
 #include <cmath>
 #include <limits>
-#include <string_view>
 
 namespace Ostrel::UI::Console {
 namespace {
 
-enum class Digits : uint8_t { None, Two };  // after the decimal point
+enum class Decimals : uint8_t { None, Two };
 
 // One unit of a capacity. The limits are decimal multiples of the unit below, so 1000 bytes already
 // count as KByte.
 struct CapacityUnit {
     int64_t limit;  // in bytes; the unit serves values below it
     float divisor;
-    Digits digits;
-    Digits preciseDigits;
+    Decimals decimals;
+    Decimals preciseDecimals;
     std::string_view name;
 };
 
 constexpr std::array<CapacityUnit, 3> kUnits{{
-    {1'024'000, 1024.0F, Digits::None, Digits::None, " KByte"},
-    {1'048'576'000, 1'048'576.0F, Digits::None, Digits::Two, " MByte"},
-    {1'073'741'824'000, 1'073'741'824.0F, Digits::Two, Digits::Two, " GByte"},
+    {1'024'000, 1024.0F, Decimals::None, Decimals::None, " KByte"},
+    {1'048'576'000, 1'048'576.0F, Decimals::None, Decimals::Two, " MByte"},
+    {1'073'741'824'000, 1'073'741'824.0F, Decimals::Two, Decimals::Two, " GByte"},
 }};
 
-// The division is done in single precision; the digits shown depend on it. The quotient has 24 significant
-// binary digits, so a hundred times as much is exact in double precision, and rounding that to the nearest
-// whole number (to the even one of two) gives the digits that formatted printing would give.
-std::string Quotient(int64_t dividend, float divisor, Digits digits, std::string_view unit) {
+// Divides in single precision: the digits shown depend on it. The quotient has 24 significant binary digits,
+// so a hundred times as much is exact in double precision. Rounded to the nearest whole number, ties to even,
+// it gives the digits of formatted printing.
+std::string QuotientText(int64_t dividend, float divisor, Decimals decimals, std::string_view unit) {
     const double quotient = static_cast<float>(dividend) / divisor;
     std::string text;
-    if (digits == Digits::None) {
+    if (decimals == Decimals::None) {
         text = DecimalText(std::llrint(quotient)).View();
     } else {
         const int64_t hundredths = std::llrint(quotient * 100);
@@ -44,30 +42,10 @@ std::string Quotient(int64_t dividend, float divisor, Digits digits, std::string
     return text.append(unit);
 }
 
-}  // namespace
-
-std::string CapacityText(int64_t bytes, CapacityPrecision precision) {
-    if (bytes == 0) return "0";
-    if (bytes < 1000) {
-        // Shown unsigned, so a negative value becomes a very large one.
-        std::string text(DecimalText(static_cast<uint64_t>(bytes)).View());
-        return text += " Byte";
-    }
-    for (const CapacityUnit& unit : kUnits) {
-        if (bytes >= unit.limit) continue;
-        const Digits digits = precision == CapacityPrecision::Whole ? unit.digits : unit.preciseDigits;
-        return Quotient(bytes, unit.divisor, digits, unit.name);
-    }
-    // The first of the two steps to TByte is a division of whole numbers.
-    return Quotient(bytes >> 20, 1'048'576.0F, Digits::Two, " TByte");
-}
-
-namespace {
-
 constexpr uint64_t kLargest = std::numeric_limits<int64_t>::max();
 
-// (rest * 100) / total for rest < total < 2^63: long multiplication, one binary digit of 100 after the
-// other, in which only the remainder of each step is carried on.
+// (rest * 100) / total for rest < total < 2^63. The product can exceed 64 bits, so this is a long
+// multiplication, one binary digit of 100 at a time, that keeps only the remainder of each step.
 uint64_t PercentBelowWhole(uint64_t rest, uint64_t total) {
     constexpr unsigned kHundred = 100;
     uint64_t percent = 0;
@@ -94,9 +72,25 @@ int64_t PercentOf(uint64_t used, uint64_t total) {
 
 }  // namespace
 
+std::string CapacityText(int64_t bytes, bool precise) {
+    if (bytes == 0) return "0";
+    if (bytes < 1000) {
+        // Shown unsigned, so a negative value becomes a very large one.
+        std::string text(DecimalText(static_cast<uint64_t>(bytes)).View());
+        return text += " Byte";
+    }
+    for (const CapacityUnit& unit : kUnits) {
+        if (bytes >= unit.limit) continue;
+        const Decimals decimals = precise ? unit.preciseDecimals : unit.decimals;
+        return QuotientText(bytes, unit.divisor, decimals, unit.name);
+    }
+    // The first of the two steps to TByte is a division of whole numbers.
+    return QuotientText(bytes >> 20, 1'048'576.0F, Decimals::Two, " TByte");
+}
+
 int64_t UsedPercent(int64_t free, int64_t total) {
     if (total < 1) return 0;
-    // Unsigned differences hold what a signed one could not when one of the two values is far off.
+    // The difference may need 64 bits without a sign.
     const auto unsignedFree = static_cast<uint64_t>(free);
     const auto unsignedTotal = static_cast<uint64_t>(total);
     return free <= total ? PercentOf(unsignedTotal - unsignedFree, unsignedTotal)

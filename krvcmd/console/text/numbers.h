@@ -29,14 +29,12 @@ class DecimalText {
     char* m_end = m_digits.data();
 };
 
-// Digits after the decimal point of a value in MByte; the other units have a fixed number of them.
-enum class CapacityPrecision : uint8_t { Whole, TwoDecimals };
+// A number of bytes with its unit, such as "650 MByte" or "4.38 GByte"; "0" has no unit. `precise` gives
+// values in MByte two decimals; every other unit has a fixed number of them.
+std::string CapacityText(int64_t bytes, bool precise);
 
-// A number of bytes with its unit, such as "650 MByte" or "4.38 GByte"; "0" stands without a unit.
-std::string CapacityText(int64_t bytes, CapacityPrecision precision);
-
-// ((total - free) * 100) / total, truncated towards zero; 0 when `total` is below 1. The intermediate
-// values cannot overflow; a result beyond 64 bits becomes the largest number.
+// ((total - free) * 100) / total, truncated towards zero; 0 when `total` is below 1. Nothing overflows on the
+// way; a result beyond 64 bits becomes the largest number.
 int64_t UsedPercent(int64_t free, int64_t total);
 
 }  // namespace Ostrel::UI::Console

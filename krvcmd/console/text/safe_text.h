@@ -6,29 +6,24 @@
 #include <string_view>
 
 #include "krvcmd/console/platform/console_platform.h"
-#include "krvcmd/console/text/utf8.h"
 
 namespace Ostrel::UI::Console {
 
-// Where text from discs and from the service goes.
+// Texts from discs and from the service may hold control characters, which must not reach a terminal.
+
+// Where a stream ends.
 enum class Sink : uint8_t {
-    Terminal,  // which acts upon control characters
-    File       // a file or a pipe, whose reader wants the bytes
+    Terminal,  // acts on control characters
+    File       // a file or a pipe, whose reader wants the bytes as they are
 };
 
-// Where the stream ends.
 Sink SinkOf(Stream stream);
 
-// Whether a terminal would act upon the character: 0x01 to 0x1F, 0x7F and, as UTF-8, U+0080 to U+009F.
-bool IsControlCharacter(const Utf8Character& character);
+// Makes a table cell safe to show; its text runs from byte `begin` to the end of `text`. For a terminal every
+// byte of a control character becomes "?", for a file every line break does, so that a row stays one line.
+void MakeCellSafe(std::string& text, size_t begin, Sink sink);
 
-// Makes the text of a table's cell, which begins at `begin` and ends with `text`, fit to be shown: for a
-// terminal every byte of a control character becomes "?"; otherwise line breaks only, so that a row stays one
-// line.
-void TameCellText(std::string& text, size_t begin, Sink sink);
-
-// A text from the service as it may be shown on the stream: on a terminal every byte of a control character
-// is "?".
-std::string TamedText(std::string_view text, Stream stream);
+// `text`, safe to show on the stream: on a terminal every byte of a control character becomes "?".
+std::string SafeText(std::string_view text, Stream stream);
 
 }  // namespace Ostrel::UI::Console

@@ -1,13 +1,12 @@
 #include "krvcmd/console/text/utf8.h"
 
 #include <array>
-#include <cstdint>
 
 namespace Ostrel::UI::Console {
 namespace {
 
-// The forms of characters by length: what the first byte looks like, and the smallest code point that needs
-// the form.
+// A UTF-8 sequence by its length: the pattern of the first byte, and the smallest code point that needs the
+// length.
 struct Utf8Form {
     uint8_t mask;
     uint8_t pattern;
@@ -48,6 +47,11 @@ Utf8Character FirstUtf8Character(std::string_view text) {
         return {codePoint, form.size, true};
     }
     return stray;
+}
+
+bool IsControlCharacter(const Utf8Character& character) {
+    const char32_t value = character.codePoint;
+    return character.isWellFormed && ((value >= 0x01 && value <= 0x1F) || (value >= 0x7F && value <= 0x9F));
 }
 
 }  // namespace Ostrel::UI::Console

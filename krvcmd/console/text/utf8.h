@@ -7,13 +7,13 @@
 
 namespace Ostrel::UI::Console {
 
-// Whether `text` has bytes from 0x20 to 0x7E only. Almost every text has; each of its bytes takes one
-// position and none needs care, so this is asked first, often, and of eight bytes at a time.
+// Whether `text` has only bytes from 0x20 to 0x7E. True of almost every text: each byte takes one position,
+// and none needs replacing. Asked often, so it looks at eight bytes at a time.
 inline bool IsPrintableAscii(std::string_view text) {
     constexpr uint64_t kOnes = 0x0101010101010101;
     const auto arePrintable = [](uint64_t bytes) {
-        // The top bit of a byte is set in `bytes` from 0x80 on, in the sum for 0x7F and in the difference for
-        // bytes below 0x20. Carries begin at such bytes only.
+        // A byte's top bit is set in `bytes` from 0x80 on, in the sum for 0x7F, and in the difference below
+        // 0x20. Only such bytes cause a carry.
         return ((bytes | (bytes + kOnes) | (bytes - 0x20 * kOnes)) & (0x80 * kOnes)) == 0;
     };
     uint64_t bytes = 0;
@@ -28,15 +28,19 @@ inline bool IsPrintableAscii(std::string_view text) {
     return arePrintable(bytes);
 }
 
-// The character at the beginning of a text in UTF-8.
+// The first character of a UTF-8 text.
 struct Utf8Character {
-    char32_t codePoint;  // of a byte that belongs to no well-formed character: the byte's own value
+    char32_t codePoint;  // the byte's own value when the byte belongs to no well-formed character
     size_t size;         // in bytes
     bool isWellFormed;
 };
 
-// Reads the first character of `text`, which must not be empty. Shortened, over-long and surrogate forms are
-// not well-formed.
+// Decodes the first character of `text`, which must not be empty. Truncated, overlong and surrogate sequences
+// are not well-formed: their first byte is returned by itself.
 Utf8Character FirstUtf8Character(std::string_view text);
+
+// Whether it is a control character that a terminal acts on: 0x01 to 0x1F, 0x7F or, encoded in UTF-8, U+0080
+// to U+009F.
+bool IsControlCharacter(const Utf8Character& character);
 
 }  // namespace Ostrel::UI::Console

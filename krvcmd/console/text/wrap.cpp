@@ -9,7 +9,7 @@ namespace {
 
 void AppendWrappedLine(std::string& out, std::string_view line, size_t maxWidth) {
     while (DisplayLength(line) > maxWidth) {
-        // The blank itself may stand just behind the last position.
+        // The blank itself may stand one position after the last one.
         const size_t blank = LeadingPart(line, maxWidth + 1).rfind(' ');
         if (blank == std::string_view::npos) break;
         out.append(line.substr(0, blank)).append(1, '\n');
@@ -37,7 +37,7 @@ std::string DefinitionText(std::string_view term, std::string_view description, 
     std::string line = std::string("  ").append(term).append(" - ");
     const size_t prefixLength = DisplayLength(line);
     if (maxWidth != 0 && prefixLength + DisplayLength(description) >= maxWidth) {
-        // One position stays free behind the first part.
+        // One position stays free after the first part.
         const size_t taken = std::min(prefixLength + 1, maxWidth);
         const std::string_view firstPart = LeadingPart(description, maxWidth - taken);
         line.append(firstPart).append("\n\t");

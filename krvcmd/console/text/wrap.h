@@ -6,13 +6,13 @@
 
 namespace Ostrel::UI::Console {
 
-// `text` with its lines broken at blanks so that they are not longer than `maxWidth` (0: no limit). A line's
-// own line break counts as one of its characters. The blank goes where a line is broken. A word that is
-// longer stays whole.
+// `text` with every line that is longer than `maxWidth` positions (0: no limit) broken at its last blank that
+// stands at a position up to `maxWidth`; the blank is dropped. A line's own line break counts as one of its
+// positions. When there is no such blank, the rest of the line stays as it is: words are never cut.
 std::string WrapText(std::string_view text, size_t maxWidth);
 
-// The line "  term - description", its end included. When it does not fit, the description is split once and
-// goes on behind a tab in the next line.
+// The line "  term - description" with its line break. A description that does not fit `maxWidth` positions
+// (0: no limit) is split once, at a character; the rest follows a tab in a second line, however long it is.
 std::string DefinitionText(std::string_view term, std::string_view description, size_t maxWidth);
 
 }  // namespace Ostrel::UI::Console

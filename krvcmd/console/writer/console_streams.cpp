@@ -1,11 +1,8 @@
 #include "krvcmd/console/writer/console_streams.h"
 
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <utility>
-
-#include "krvcmd/console/platform/console_platform.h"
 
 namespace Ostrel::UI::Console {
 namespace {

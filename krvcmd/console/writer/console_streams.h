@@ -8,12 +8,12 @@
 
 namespace Ostrel::UI::Console {
 
-// The only place that writes to the console. Remembers the first write error.
+// The only place that writes to the console.
 class ConsoleStreams {
   public:
-    // Writes `text` as it stands. Standard output is flushed before anything goes to standard error, so
-    // that both keep their order when they end in the same place, and standard error after it. A stream that
-    // failed takes no more text.
+    // Writes `text` as it stands. Standard output is flushed before anything goes to standard error, and
+    // standard error after it, so both keep their order when they end in the same place. Drops text for a
+    // stream that has failed.
     void Write(Stream stream, std::string_view text);
 
     // Flushes standard output. Gives the first error of any Write or flush since the last Finish as a system

@@ -1,8 +1,6 @@
 #include "krvcmd/console/writer/output_object.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <string_view>
 #include <vector>
 
 #include "krvcmd/console/table/fit_columns.h"
@@ -32,7 +30,7 @@ void ResolvePercentSigns(std::string& text) {
     size_t doubled = text.find(kDoubled);
     if (doubled == std::string::npos) return;
 
-    // Everything between two doubled signs moves to the left in one piece.
+    // Everything between two doubled signs moves left in one piece.
     size_t end = doubled;
     while (doubled != std::string::npos) {
         const size_t begin = doubled + 1;
@@ -77,9 +75,10 @@ void COutputObject::MeasureColumns() {
     for (CTableColumn& column : Columns()) {
         const ColumnUsage* usage = FindUsage(column.GetColumnId());
         if (usage != nullptr) {
-            column.SetWidth(std::max(column.GetWidthOrTitle(), static_cast<uint32_t>(usage->maxTextLength)));
+            const auto longestText = static_cast<uint32_t>(usage->maxTextLength);
+            column.SetWidth(std::max(column.GetWidth(/*useTitle=*/true), longestText));
         }
-        if (usage != nullptr || ShowsEmptyColumns()) total += column.GetWidthOrTitle();
+        if (usage != nullptr || ShowsEmptyColumns()) total += column.GetWidth(/*useTitle=*/true);
     }
     SetContentWidth(total);
 }
@@ -89,7 +88,7 @@ size_t COutputObject::FitIntoLine() {
     fitted.reserve(GetColumnCount());
     for (size_t index = 0; index < GetColumnCount(); ++index) {
         const CTableColumn& column = Columns()[index];
-        fitted.push_back({column.GetMinWidth(), column.GetMaxWidth(), column.GetWidth(),
+        fitted.push_back({column.GetMinWidth(), column.GetMaxWidth(), column.GetWidth(/*useTitle=*/false),
                           !ShowsEmptyColumns() && IsColumnEmpty(index)});
     }
     const auto separatorLength = static_cast<int64_t>(DisplayLength(GetSeparator()));
@@ -104,17 +103,18 @@ TableLayout COutputObject::MakeLayout(size_t lineWidth) const {
     TableLayout layout{{}, GetSeparator(), lineWidth, SinkOf(Stream::StandardOutput)};
     for (size_t index = 0; index < GetColumnCount(); ++index) {
         const CTableColumn& column = GetColumns()[index];
-        const uint32_t width = ShowsEmptyColumns() ? column.GetWidthOrTitle() : column.GetWidth();
+        const uint32_t width = column.GetWidth(/*useTitle=*/ShowsEmptyColumns());
         const bool isEmpty = IsColumnEmpty(index);
         if (width == 0 || (isEmpty && !ShowsEmptyColumns())) continue;
-        layout.columns.push_back({&column, width, !isEmpty, index == 0});
+        const size_t hiddenSigns = column.HidesSign() ? 1 : 0;
+        layout.columns.push_back({&column, width, !isEmpty, index == 0, hiddenSigns});
     }
     return layout;
 }
 
-void COutputObject::WriteFormat(Stream stream, std::string text) {
-    ResolvePercentSigns(text);
-    m_streams.Write(stream, text);
+void COutputObject::WriteFormat(Stream stream, std::string format) {
+    ResolvePercentSigns(format);
+    m_streams.Write(stream, format);
 }
 
 }  // namespace Ostrel::UI::Console

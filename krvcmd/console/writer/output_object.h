@@ -13,8 +13,8 @@
 
 namespace krvcmd {
 
-// The two program-wide names that printed texts refer to as "[CmdLine]" and "[ProductName]".
-// The driver sets them at start; console writers copy them when they are constructed.
+// The two program-wide names that texts refer to as "[CmdLine]" and "[ProductName]". The driver sets them at
+// the start; a console writer copies them when it is constructed.
 struct ProgramNames {
     std::string commandName;
     std::string productName;
@@ -26,38 +26,39 @@ ProgramNames& GetProgramNames();
 
 namespace Ostrel::UI::Console {
 
-// Replaces every `placeholder` in `text`. After each replacement the search begins anew, so one that a
-// replacement completes is replaced too. The replacement must not hold the placeholder.
+// Replaces every `placeholder` in `text`. Each search starts at the beginning of the text, so a placeholder
+// that a replacement completes is replaced too. `replacement` must not contain `placeholder`.
 void ReplacePlaceholder(std::string& text, std::string_view placeholder, std::string_view replacement);
 
-// Turns a text as formatted printing takes it into the text that shows: from left to right, "%%" becomes one
-// per cent sign; a per cent sign without a second one stays. Nothing else is a conversion.
+// Makes of a format what formatted printing without arguments shows: "%%" becomes one percent sign, read from
+// left to right; any other "%" stays.
 void ResolvePercentSigns(std::string& text);
 
-// The console writer: free text, definition lines and its own table. Every text is written as a format
-// without arguments would be: "%%" shows as one per cent sign, any other "%" as itself.
+// The console writer: free text, definition lines and its own table. Every text is a format without
+// arguments:
+// "%%" shows as one percent sign, any other "%" as itself.
 class COutputObject : public CTable {
   public:
-    // Copies the two program-wide names.
     COutputObject();
 
-    // Writes free text. "[CmdLine]" and "[ProductName]" become the program's names; lines that are longer
-    // than the line width are broken at blanks, words never. Whatever stands on standard output is
-    // brought out before text goes to standard error.
+    // Writes free text with the program's names in place of "[CmdLine]" and "[ProductName]". Lines longer
+    // than the line width are broken at blanks; words are never cut. Standard output is flushed before text
+    // goes to standard error.
     void PrintText(Stream stream, std::string_view text);
 
-    // Writes one line "  term - description" to standard output; a description that does not fit is
-    // split once, at a character, and goes on in a second line behind a tab.
+    // Writes the line "  term - description" to standard output. A description that does not fit is split
+    // once, at a character; the rest follows a tab in a second line.
     void PrintDefinition(std::string_view term, std::string_view description);
 
-    // Writes the table to standard output; nothing when it has no columns or no cell.
+    // Writes the table to standard output; nothing when it has no columns or no cells.
     void Print();
 
-    // Characters of a line, for text and tables; 0 is no limit.
+    // Positions of a line, for text and tables; 0 is no limit.
     void SetMaxWidth(uint32_t width) { m_maxWidth = width; }
     uint32_t GetMaxWidth() const { return m_maxWidth; }
 
-    // True: header, underline, aligned cells. False: rows only, full texts with the separator between.
+    // True: header, underline and aligned cells. False: only rows, their cells' full texts with the separator
+    // between them.
     void SetFormatted(bool formatted) { m_formatted = formatted; }
 
     // Flushes standard output and gives the first write error since the last Finish as a system error. A pipe
@@ -65,13 +66,13 @@ class COutputObject : public CTable {
     krvcmd::Status Finish() { return m_streams.Finish(); }
 
   private:
-    // Gives every column that has cells its natural width.
+    // Sets the width of every column that has cells to its natural width.
     void MeasureColumns();
-    // Makes elastic columns give way when the table is wider than the line; the width of the table's lines.
+    // Narrows elastic columns when the table is wider than the line. Returns the width of the table's lines.
     size_t FitIntoLine();
     TableLayout MakeLayout(size_t lineWidth) const;
-    // The way of all text to the console.
-    void WriteFormat(Stream stream, std::string text);
+    // Writes a format; every text goes through here.
+    void WriteFormat(Stream stream, std::string format);
 
     uint32_t m_maxWidth = 1000;
     bool m_formatted = true;

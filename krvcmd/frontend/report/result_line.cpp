@@ -39,7 +39,7 @@ std::string ResultText(const Status& status) {
     if (status.IsOk()) return "Operation completed successfully.\n";
     if (!status.IsServiceError()) return SystemErrorText(status.Code());
     // The service's text must not control the terminal.
-    const std::string text = Ostrel::UI::Console::TamedText(status.Message(), Stream::StandardError);
+    const std::string text = Ostrel::UI::Console::SafeText(status.Message(), Stream::StandardError);
     return "KRV error " + std::to_string(status.Code()) + ": " + text + "\n";
 }
 

@@ -5,7 +5,7 @@
 
 #include "krvcmd/commands/base/command.h"
 #include "krvcmd/commands/base/worker.h"
-#include "krvcmd/console/query/query_objects.h"
+#include "krvcmd/console/query/column_catalogue.h"
 #include "krvcmd/console/query/query_table.h"
 #include "krvcmd/service/query/query_walks.h"
 

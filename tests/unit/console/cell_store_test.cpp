@@ -6,49 +6,65 @@
 #include <utility>
 
 #include "tests/unit/console/support/failing_allocation.h"
+#include "tests/unit/console/support/text_table.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
+using krvcmd::test::Rendered;
 
 class CellStoreTest : public testing::Test {
   protected:
+    static constexpr std::string_view kActive = "active";
+    static constexpr std::string_view kDisabled = "disabled";
+
     std::pmr::monotonic_buffer_resource m_memory;
     CellStore m_cells{&m_memory};
 };
 
 TEST_F(CellStoreTest, MakesCellsOfEachKind) {
-    EXPECT_EQ(m_cells.Number(2, 33).Render(5), "   33");
-    EXPECT_EQ(m_cells.Capacity(13, 681'574'400).Render(0), "650 MByte");
-    EXPECT_EQ(m_cells.OneBasedNumber(7, 11).Render(0), "12");
-    EXPECT_EQ(m_cells.Percent(12, 25, 100).Render(0), "75%%");
-    EXPECT_EQ(m_cells.Text(15, "label").Render(7), "label  ");
+    EXPECT_EQ(Rendered(m_cells.Number(2, 33), 5), "   33");
+    EXPECT_EQ(m_cells.Capacity(13, 681'574'400).GetText(), "650 MByte");
+    EXPECT_EQ(m_cells.OneBasedNumber(7, 11).GetText(), "12");
+    EXPECT_EQ(m_cells.Percent(12, 25, 100).GetText(), "75%%");
+    EXPECT_EQ(Rendered(m_cells.Text(15, "label"), 7), "label  ");
     // Two backslashes in front: only a directory keeps its beginning.
-    EXPECT_EQ(m_cells.Directory(14, R"(\\server)").Render(6), "...erv");
-    EXPECT_EQ(m_cells.Word(3, "active").Render(0), "active");
+    EXPECT_EQ(Rendered(m_cells.Directory(14, R"(\\server)"), 6), "...erv");
+    EXPECT_EQ(m_cells.Word(3, "active").GetText(), "active");
     EXPECT_EQ(m_cells.Text(15, "label").GetColumnId(), 15U);
 }
 
-TEST_F(CellStoreTest, SharesWordsSmallNumbersAndPerCents) {
-    static constexpr std::string_view kActive = "active";
-    EXPECT_EQ(&m_cells.Word(3, kActive), &m_cells.Word(3, kActive));
-    EXPECT_NE(&m_cells.Word(3, kActive), &m_cells.Word(4, kActive));
+TEST_F(CellStoreTest, SharesTheWordsOfAColumn) {
+    const CTableItem& active = m_cells.Word(3, kActive);
+    const CTableItem& disabled = m_cells.Word(3, kDisabled);
+    EXPECT_EQ(&m_cells.Word(3, kActive), &active);
+    EXPECT_EQ(&m_cells.Word(3, kDisabled), &disabled);
+    EXPECT_EQ(disabled.GetText(), "disabled");
+    EXPECT_NE(&m_cells.Word(4, kActive), &active);
     EXPECT_EQ(m_cells.Word(4, kActive).GetColumnId(), 4U);
-    EXPECT_EQ(&m_cells.OneBasedNumber(7, 11), &m_cells.OneBasedNumber(7, 11));
-    EXPECT_NE(&m_cells.OneBasedNumber(7, 11), &m_cells.OneBasedNumber(7, 12));
+}
+
+TEST_F(CellStoreTest, SharesTheNumbersBelowAThousandOfAColumn) {
+    for (const int32_t number : {0, 11, 999}) {
+        const CTableItem& cell = m_cells.OneBasedNumber(7, number);
+        EXPECT_EQ(&m_cells.OneBasedNumber(7, number), &cell) << number;
+        EXPECT_EQ(cell.GetValue(), number + 1);
+        EXPECT_NE(&m_cells.OneBasedNumber(6, number), &cell) << number;
+    }
+    for (const int32_t number : {-1, 1000, 2147483647}) {
+        const CTableItem& cell = m_cells.OneBasedNumber(7, number);
+        EXPECT_NE(&m_cells.OneBasedNumber(7, number), &cell) << number;
+        EXPECT_EQ(cell.GetValue(), int64_t{number} + 1);
+    }
+}
+
+TEST_F(CellStoreTest, SharesEqualPercentages) {
     EXPECT_EQ(&m_cells.Percent(12, 25, 100), &m_cells.Percent(12, 50, 200));
+    EXPECT_EQ(m_cells.Percent(12, 150, 100).GetText(), "-50%%");
+    EXPECT_EQ(m_cells.Percent(12, -2000, 100).GetText(), "2100%%");
 }
 
-TEST_F(CellStoreTest, MakesACellOfItsOwnForOtherNumbersAndTexts) {
-    EXPECT_NE(&m_cells.Number(2, 33), &m_cells.Number(2, 34));
-    EXPECT_NE(&m_cells.Text(15, "label"), &m_cells.Text(15, "Label"));
-    EXPECT_EQ(m_cells.OneBasedNumber(7, -1).Render(0), "0");
-    EXPECT_EQ(m_cells.OneBasedNumber(7, 2147483647).Render(0), "2147483648");
-    EXPECT_EQ(m_cells.Percent(12, 150, 100).Render(0), "-50%%");
-    EXPECT_EQ(m_cells.Percent(12, -2000, 100).Render(0), "2100%%");
-}
-
-TEST_F(CellStoreTest, SharesNumbersAndTextsThatFollowOneAnotherInAColumn) {
+TEST_F(CellStoreTest, SharesOtherNumbersAndTextsWhileAColumnRepeatsThem) {
     const CTableItem& number = m_cells.Number(2, 33);
     EXPECT_EQ(&m_cells.Number(2, 33), &number);
     EXPECT_NE(&m_cells.Number(25, 33), &number);
@@ -70,7 +86,7 @@ TEST_F(CellStoreTest, CopiesTheTextsOfItsCells) {
     std::string text = "a text that is longer than a cell itself";
     const CTableItem& cell = m_cells.Text(15, text);
     text.assign(text.size(), '?');
-    EXPECT_EQ(cell.Render(0), "a text that is longer than a cell itself");
+    EXPECT_EQ(cell.GetText(), "a text that is longer than a cell itself");
 }
 
 // Has no memory the first time that it is asked.
@@ -94,7 +110,7 @@ TEST_F(CellStoreTest, MakesASharedCellLaterWhenThereWasNoMemoryForIt) {
     CellStore cells(&memory);
     EXPECT_THROW(static_cast<void>(cells.OneBasedNumber(7, 11)), std::bad_alloc);
     const CTableItem& cell = cells.OneBasedNumber(7, 11);
-    EXPECT_EQ(cell.Render(0), "12");
+    EXPECT_EQ(cell.GetText(), "12");
     EXPECT_EQ(&cells.OneBasedNumber(7, 11), &cell);
 }
 
@@ -102,9 +118,9 @@ TEST_F(CellStoreTest, MakesACellOfItsOwnWhenThereIsNoMemoryForSharingIt) {
     for (const size_t refused : {1U, 2U}) {
         CellStore cells(&m_memory);
         const krvcmd::test::FailingAllocation failure(refused);
-        EXPECT_EQ(cells.OneBasedNumber(7, 11).Render(0), "12") << refused;
+        EXPECT_EQ(cells.OneBasedNumber(7, 11).GetText(), "12") << refused;
         EXPECT_TRUE(failure.HasFailed()) << refused;
-        EXPECT_EQ(cells.OneBasedNumber(7, 12).Render(0), "13") << refused;
+        EXPECT_EQ(cells.OneBasedNumber(7, 12).GetText(), "13") << refused;
     }
     CellStore cells(&m_memory);
     const krvcmd::test::FailingAllocation failure(1);

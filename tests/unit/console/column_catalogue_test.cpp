@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <string>
 
 namespace {
@@ -66,11 +65,6 @@ TEST(ColumnCatalogue, DescribesEveryColumn) {
     }
 }
 
-TEST(ColumnCatalogue, TellsUsedCapacityWithUnitAndInBytesApart) {
-    EXPECT_EQ(FindColumnInfo("x").columnId, 11U);
-    EXPECT_EQ(FindColumnInfo("X").columnId, 26U);
-}
-
 TEST(ColumnCatalogue, GivesTheEmptyRowForAnythingElse) {
     for (const std::string_view letter : {"", "Q", "ö", "IL", "+", "-", " "}) {
         const ColumnInfo& info = FindColumnInfo(letter);
@@ -87,11 +81,16 @@ TEST(ColumnCatalogue, MakesColumnsWithTitleWidthAndLimits) {
     const CTableColumn column = MakeColumn("n");
     EXPECT_EQ(column.GetColumnId(), 14U);
     EXPECT_EQ(column.GetTitle(), "Directory");
-    EXPECT_EQ(column.GetWidth(), 9U);
+    EXPECT_EQ(column.GetWidth(/*useTitle=*/false), 9U);
     EXPECT_EQ(column.GetMinWidth(), 10);
     EXPECT_EQ(column.GetMaxWidth(), 40);
     EXPECT_EQ(MakeColumn("o").GetMinWidth(), 0);
     EXPECT_EQ(MakeColumn("Q").GetColumnId(), 0U);
+}
+
+TEST(ColumnCatalogue, HasOneColumnWhoseCellsHideASign) {
+    for (const ColumnInfo& column : GetColumnCatalogue())
+        EXPECT_EQ(MakeColumn(column.letter).HidesSign(), column.letter == "z") << column.letter;
 }
 
 }  // namespace

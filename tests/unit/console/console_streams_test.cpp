@@ -2,16 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-
-#include "krvcmd/console/platform/console_platform.h"
-#include "tests/unit/console/support/console_streams_test.h"
+#include "tests/unit/console/support/console_streams_fixture.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
-using krvcmd::test::ConsoleStreamsTest;
 using krvcmd::test::RedirectedStreams;
+using ConsoleStreamsTest = krvcmd::test::ConsoleStreamsFixture;
 
 TEST_F(ConsoleStreamsTest, KeepTheOrderOfBothStreamsInOnePlace) {
     krvcmd::Status status = krvcmd::Status::SystemError(1);
@@ -88,12 +85,6 @@ TEST_F(ConsoleStreamsTest, ReportAnErrorOfStandardError) {
     }
     EXPECT_EQ(status.Code(), 9U);
     EXPECT_EQ(FileText(), "fine\n");
-}
-
-TEST(BrokenPipe, IsTheErrorOfAPipeWithoutReader) {
-    EXPECT_TRUE(Platform::IsBrokenPipe(EPIPE));
-    EXPECT_FALSE(Platform::IsBrokenPipe(ENOSPC));
-    EXPECT_FALSE(Platform::IsBrokenPipe(0));
 }
 
 }  // namespace

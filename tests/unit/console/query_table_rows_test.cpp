@@ -76,7 +76,7 @@ std::string HiddenCellOf(uint32_t columnId, const std::function<void(CKrvQueryTa
     EXPECT_TRUE(table.SetColumnLetters("I"));
     add(table);
     const CTableItem* item = table.GetRowsInOrder().front()->FindItem(columnId);
-    return item == nullptr ? "none" : item->Render(0);
+    return item == nullptr ? "none" : std::string(item->GetText());
 }
 
 TEST(QueryTable, HasTheQuerysSettings) {

@@ -189,7 +189,7 @@ class RandomRows {
             if (Below(4) != 0) cells.push_back(Number(columnId, static_cast<int64_t>(Below(5)) - 2));
         }
         if (Below(3) != 0) {
-            cells.push_back(std::make_unique<CTableIntItem>(5, Below(3) * 700'000, NumberStyle::WithUnit));
+            cells.push_back(std::make_unique<CTableIntItem>(5, Below(3) * 700'000, /*withUnit=*/true));
         }
         return cells;
     }

@@ -2,11 +2,91 @@
 
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/table/table_item.h"
+#include <memory_resource>
 
 namespace {
 
 using namespace Ostrel::UI::Console;
+
+CTableColumn Titled(std::string_view title) {
+    CTableColumn column;
+    column.SetTitle(title);
+    return column;
+}
+
+TEST(TableColumn, ShowsNoCellsOfAnyKindAfterConstruction) {
+    EXPECT_EQ(CTableColumn().GetColumnId(), 0U);
+}
+
+TEST(TableColumn, HasNoWidthsAfterConstruction) {
+    const CTableColumn column;
+    EXPECT_EQ(column.GetMinWidth(), -1);
+    EXPECT_EQ(column.GetMaxWidth(), -1);
+    EXPECT_EQ(column.GetWidth(/*useTitle=*/false), 0U);
+    EXPECT_EQ(column.GetTitle(), "");
+}
+
+TEST(TableColumn, TakesItsWidthFromItsTitle) {
+    CTableColumn column;
+    column.SetMinWidth(10);
+    column.SetMaxWidth(40);
+    column.SetTitle("Label");
+    EXPECT_EQ(column.GetWidth(/*useTitle=*/false), 5U);
+    EXPECT_EQ(column.GetMinWidth(), -1);
+    EXPECT_EQ(column.GetMaxWidth(), 40);
+}
+
+TEST(TableColumn, FallsBackToItsTitleOnlyWithoutAWidth) {
+    CTableColumn column = Titled("Label");
+    EXPECT_EQ(column.GetWidth(/*useTitle=*/true), 5U);
+    column.SetWidth(3);
+    EXPECT_EQ(column.GetWidth(/*useTitle=*/true), 3U);
+    column.SetWidth(0);
+    EXPECT_EQ(column.GetWidth(/*useTitle=*/true), 5U);
+    EXPECT_EQ(column.GetWidth(/*useTitle=*/false), 0U);
+}
+
+TEST(TableColumn, CentresItsTitle) {
+    EXPECT_EQ(Titled("Label").RenderTitle(5), "Label");
+    EXPECT_EQ(Titled("Label").RenderTitle(6), "Label ");
+    EXPECT_EQ(Titled("Label").RenderTitle(7), " Label ");
+    EXPECT_EQ(Titled("Label").RenderTitle(8), " Label  ");
+}
+
+TEST(TableColumn, CutsALongTitleAtItsEnd) {
+    EXPECT_EQ(Titled("Label").RenderTitle(4), "Labe");
+    EXPECT_EQ(Titled("Label").RenderTitle(1), "L");
+}
+
+TEST(TableColumn, ShowsItsTitleAsItIsInWidthZero) {
+    EXPECT_EQ(Titled("Label").RenderTitle(0), "Label");
+}
+
+TEST(TableRow, KeepsItsCellsInTheOrderInWhichTheyWereAdded) {
+    const CTableStringItem first(7, "first");
+    const CTableStringItem second(3, "second");
+    CTableRow row;
+    row.AddItem(first);
+    row.AddItem(second);
+    ASSERT_EQ(row.GetItems().size(), 2U);
+    EXPECT_EQ(row.GetItems()[0], &first);
+    EXPECT_EQ(row.GetItems()[1], &second);
+}
+
+TEST(TableRow, FindsTheFirstCellOfAColumn) {
+    const CTableStringItem other(1, "other");
+    const CTableStringItem first(3, "first");
+    const CTableStringItem second(3, "second");
+    std::pmr::monotonic_buffer_resource memory;
+    CTableRow row(3, &memory);
+    row.AddItem(other);
+    row.AddItem(first);
+    row.AddItem(second);
+    EXPECT_EQ(row.FindItem(3), &first);
+    EXPECT_EQ(row.FindItem(1), &other);
+    EXPECT_EQ(row.FindItem(2), nullptr);
+    EXPECT_EQ(CTableRow().FindItem(1), nullptr);
+}
 
 CTableColumn Column(uint32_t columnId, std::string_view title) {
     CTableColumn column;
@@ -63,7 +143,7 @@ TEST(Table, CountsCellsAndTheLongestTextOfEachColumn) {
     const CTableStringItem shortName(1, "ab");
     const CTableStringItem longName(1, "abcdef");
     const CTableStringItem middleName(1, "abcd");
-    const CTableIntItem hidden(9, 12345, NumberStyle::Plain);
+    const CTableIntItem hidden(9, 12345, /*withUnit=*/false);
 
     table.AddRow(RowOf({&shortName}));
     table.AddRow(RowOf({&hidden, &longName}));

@@ -1,4 +1,4 @@
-#include "krvcmd/console/query/query_objects.h"
+#include "krvcmd/console/query/column_catalogue.h"
 #include "krvcmd/console/query/query_table.h"
 #include "krvcmd/service/query/query_command.h"
 #include "tests/support/command_fixture.h"

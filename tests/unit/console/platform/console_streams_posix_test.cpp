@@ -11,13 +11,13 @@
 
 #include "krvcmd/console/platform/console_platform.h"
 #include "krvcmd/console/writer/console_streams.h"
-#include "tests/unit/console/support/console_streams_test.h"
+#include "tests/unit/console/support/console_streams_fixture.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
-using krvcmd::test::ConsoleStreamsTest;
 using krvcmd::test::RedirectedStreams;
+using ConsoleStreamsTest = krvcmd::test::ConsoleStreamsFixture;
 
 TEST_F(ConsoleStreamsTest, ReportAFullDevice) {
     const int full = open("/dev/full", O_WRONLY | O_CLOEXEC);

@@ -15,6 +15,7 @@ TextTable::TextTable(uint32_t maxWidth, std::initializer_list<ColumnSketch> colu
         column.SetTitle(sketch.title);
         column.SetMinWidth(sketch.minWidth);
         column.SetMaxWidth(sketch.maxWidth);
+        column.SetHidesSign(sketch.hidesSign);
         tableColumns.push_back(column);
     }
     SetColumns(std::move(tableColumns));
@@ -51,11 +52,17 @@ std::unique_ptr<CTableItem> Text(uint32_t columnId, std::string_view text) {
 }
 
 std::unique_ptr<CTableItem> Number(uint32_t columnId, int64_t value) {
-    return std::make_unique<CTableIntItem>(columnId, value, NumberStyle::Plain);
+    return std::make_unique<CTableIntItem>(columnId, value, /*withUnit=*/false);
 }
 
-std::unique_ptr<CTableItem> Percent(int64_t used) {
-    return std::make_unique<CTablePercentIntItem>(kPercentColumnId, 100 - used, 100);
+std::unique_ptr<CTableItem> Percent(uint32_t columnId, int64_t used) {
+    return std::make_unique<CTablePercentIntItem>(columnId, 100 - used, 100);
+}
+
+std::string Rendered(const CTableItem& cell, uint32_t width) {
+    std::string text;
+    cell.Render(text, width);
+    return text;
 }
 
 }  // namespace krvcmd::test

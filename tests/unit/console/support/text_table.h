@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -17,6 +18,7 @@ struct ColumnSketch {
     std::string_view title;
     int32_t minWidth = 0;
     int32_t maxWidth = 0;
+    bool hidesSign = false;
 };
 
 // A table with cells of its own and "|" between its columns.
@@ -35,7 +37,7 @@ class TextTable : public Ostrel::UI::Console::COutputObject {
     // What Print writes.
     std::string Printed();
 
-    // As Printed, without table layout.
+    // The same without header, alignment and padding.
     std::string PrintedPlain();
 
   private:
@@ -45,7 +47,10 @@ class TextTable : public Ostrel::UI::Console::COutputObject {
 // Cells of each kind.
 std::unique_ptr<Ostrel::UI::Console::CTableItem> Text(uint32_t columnId, std::string_view text);
 std::unique_ptr<Ostrel::UI::Console::CTableItem> Number(uint32_t columnId, int64_t value);
-std::unique_ptr<Ostrel::UI::Console::CTableItem> Percent(int64_t used);
+std::unique_ptr<Ostrel::UI::Console::CTableItem> Percent(uint32_t columnId, int64_t used);
+
+// The cell in a field of `width` positions.
+std::string Rendered(const Ostrel::UI::Console::CTableItem& cell, uint32_t width);
 
 // A row's cells, in this order.
 template <typename... Cell>

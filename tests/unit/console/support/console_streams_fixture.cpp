@@ -1,4 +1,4 @@
-#include "tests/unit/console/support/console_streams_test.h"
+#include "tests/unit/console/support/console_streams_fixture.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -51,17 +51,17 @@ RedirectedStreams::~RedirectedStreams() {
     close(m_savedError);
 }
 
-ConsoleStreamsTest::ConsoleStreamsTest()
+ConsoleStreamsFixture::ConsoleStreamsFixture()
     : m_path(testing::TempDir() + "console_streams_" + std::to_string(getpid())) {
     m_file = open(m_path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_APPEND | kNotInherited, 0600);
 }
 
-ConsoleStreamsTest::~ConsoleStreamsTest() {
+ConsoleStreamsFixture::~ConsoleStreamsFixture() {
     close(m_file);
     unlink(m_path.c_str());
 }
 
-std::string ConsoleStreamsTest::FileText() const {
+std::string ConsoleStreamsFixture::FileText() const {
     std::ostringstream text;
     text << std::ifstream(m_path).rdbuf();
     return text.str();

@@ -8,19 +8,19 @@ namespace {
 
 using namespace Ostrel::UI::Console;
 
-TEST(TameCellText, LeavesLettersOfTheAnsiCodePageAlone) {
+TEST(MakeCellSafe, LeavesLettersOfTheAnsiCodePageAlone) {
     // In the code page of Western Europe these are the Euro sign, a closing guillemet and Y with diaeresis.
     std::string text =
         "a\x80z \x9b"
         "31m \x9f";
     const std::string before = text;
-    TameCellText(text, 0, Sink::Terminal);
+    MakeCellSafe(text, 0, Sink::Terminal);
     EXPECT_EQ(text, before);
 }
 
-TEST(TameCellText, ReplacesBytesBelowABlankOnAConsole) {
+TEST(MakeCellSafe, ReplacesBytesBelowABlankOnAConsole) {
     std::string text = "\x1b[31mred\r\n";
-    TameCellText(text, 0, Sink::Terminal);
+    MakeCellSafe(text, 0, Sink::Terminal);
     EXPECT_EQ(text, "?[31mred??");
 }
 

@@ -1,5 +1,5 @@
-// Not on Windows: no Windows process makes itself a console, and single bytes are letters of the ANSI code
-// page there, as control_characters_windows_test.cpp says.
+// Not on Windows: no Windows process creates a console for itself, and single bytes are letters of the ANSI
+// code page there, as safe_text_windows_test.cpp says.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -17,14 +17,14 @@ using krvcmd::test::OutputOf;
 using krvcmd::test::PseudoTerminal;
 using krvcmd::test::TextTable;
 
-TEST(TameCellText, ReplacesSingleBytesThatSomeTerminalsObey) {
+TEST(MakeCellSafe, ReplacesSingleBytesThatSomeTerminalsTakeForControlCharacters) {
     std::string text =
         "a\x9b"
         "31m";
-    TameCellText(text, 0, Sink::Terminal);
+    MakeCellSafe(text, 0, Sink::Terminal);
     EXPECT_EQ(text, "a?31m");
     text = "a\x80z\x9f";
-    TameCellText(text, 0, Sink::Terminal);
+    MakeCellSafe(text, 0, Sink::Terminal);
     EXPECT_EQ(text, "a?z?");
 }
 
@@ -53,10 +53,10 @@ TEST(ControlCharacters, OfServiceTextsAreShownAsQuestionMarksOnATerminalOnly) {
     {
         const PseudoTerminal terminal(80);
         ASSERT_TRUE(terminal.IsReady());
-        EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad?[31m?text");
-        EXPECT_EQ(TamedText("\x1b[2J", Stream::StandardOutput), "?[2J");
+        EXPECT_EQ(SafeText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad?[31m?text");
+        EXPECT_EQ(SafeText("\x1b[2J", Stream::StandardOutput), "?[2J");
     }
-    OutputOf([] { EXPECT_EQ(TamedText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad\x1b[31m\ntext"); });
+    OutputOf([] { EXPECT_EQ(SafeText("bad\x1b[31m\ntext", Stream::StandardOutput), "bad\x1b[31m\ntext"); });
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// Not on Windows: no Windows process makes itself a console of a given width; the end-to-end tests give it
-// one.
+// Not on Windows: no Windows process creates a console of a given width for itself; the end-to-end tests give
+// it one.
 #include <gtest/gtest.h>
 
 #include "krvcmd/console/query/query_table.h"
@@ -25,7 +25,7 @@ TEST(ConsoleWidth, LeavesTheLastColumnOfTheTerminalFree) {
     EXPECT_EQ(WidthOnTerminal(32767), 32766U);
 }
 
-TEST(ConsoleWidth, IsThatWithoutAConsoleWhenTheTerminalHasNoUsableWidth) {
+TEST(ConsoleWidth, Is32767WhenTheTerminalHasNoUsableWidth) {
     EXPECT_EQ(WidthOnTerminal(0), 32767U);
     EXPECT_EQ(WidthOnTerminal(1), 32767U);
     // Not a signed 16-bit number.

@@ -1,8 +1,10 @@
+#include "krvcmd/console/table/table_text.h"
+
 #include <gtest/gtest.h>
 
-#include "krvcmd/console/table/table_item.h"
-#include "krvcmd/console/table/table_text.h"
-#include "krvcmd/console/writer/output_object.h"
+#include <random>
+#include <string>
+
 #include "tests/support/captured_output.h"
 #include "tests/unit/console/support/text_table.h"
 
@@ -11,6 +13,7 @@ namespace {
 
 using namespace Ostrel::UI::Console;
 using krvcmd::test::CellsOf;
+using krvcmd::test::ColumnSketch;
 using krvcmd::test::Lines;
 using krvcmd::test::Number;
 using krvcmd::test::Percent;
@@ -20,7 +23,8 @@ using krvcmd::test::TextTable;
 constexpr uint32_t kName = 1;
 constexpr uint32_t kCount = 2;
 constexpr uint32_t kStatus = 3;
-constexpr uint32_t kPercent = kPercentColumnId;
+constexpr uint32_t kUsed = 4;
+constexpr ColumnSketch kPercentColumn{kUsed, "Used Capa", 0, 0, /*hidesSign=*/true};
 
 TEST(PrintTable, PrintsNothingWithoutColumns) {
     TextTable table(80, {});
@@ -232,9 +236,9 @@ TEST(PrintTable, LeavesALineUnfilledThatEndsInAPercentSign) {
 TEST(PrintTable, ShowsPercentCellsWithOnePercentSign) {
     // "Used Capa" is 9 wide: 11 for the line. The row has 12 characters, of which one per cent sign does not
     // show.
-    TextTable table(80, {{kPercent, "Used Capa"}});
-    table.Add(CellsOf(Percent(50)));
-    table.Add(CellsOf(Percent(100)));
+    TextTable table(80, {kPercentColumn});
+    table.Add(CellsOf(Percent(kUsed, 50)));
+    table.Add(CellsOf(Percent(kUsed, 100)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Used Capa ",
                                    "-----------",
@@ -247,8 +251,8 @@ TEST(PrintTable, ShowsPercentCellsWithOnePercentSign) {
 TEST(PrintTable, CutsALineBehindAPercentCellByOneCharacter) {
     // 9 + 6 + 4 + 1 = 20. The row has 21 characters with both per cent signs and is cut to 20; 19 show. A row
     // without the percent cell keeps its 20.
-    TextTable table(80, {{kPercent, "Used Capa"}, {kStatus, "Status"}});
-    table.Add(CellsOf(Percent(50), Text(kStatus, "active")));
+    TextTable table(80, {kPercentColumn, {kStatus, "Status"}});
+    table.Add(CellsOf(Percent(kUsed, 50), Text(kStatus, "active")));
     table.Add(CellsOf(Text(kStatus, "active")));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Used Capa | Status ",
@@ -261,8 +265,8 @@ TEST(PrintTable, CutsALineBehindAPercentCellByOneCharacter) {
 
 TEST(PrintTable, MakesRoomForEveryPercentCellOfALine) {
     // 9 + 9 + 4 + 1 = 23 and 2 more for the signs that do not show: 25 characters, 23 of them seen.
-    TextTable table(80, {{kPercent, "Used Capa"}, {kPercent, "Used Capa"}});
-    table.Add(CellsOf(Percent(7)));
+    TextTable table(80, {kPercentColumn, kPercentColumn});
+    table.Add(CellsOf(Percent(kUsed, 7)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Used Capa | Used Capa ",
                                    "-----------------------",
@@ -274,8 +278,8 @@ TEST(PrintTable, MakesRoomForEveryPercentCellOfALine) {
 TEST(PrintTable, LeavesAPercentCellOutThatDoesNotFit) {
     // Name is 8 wide, per cent 9: width 20 counts the name only (10, then 10 + 12 = 22). Line 20; 10 for the
     // name and 1 + 10 + 1 for the percent cell are 22 of the 21 that a line with a percent cell may have.
-    TextTable table(20, {{kName, "Name"}, {kPercent, "Used Capa"}});
-    table.Add(CellsOf(Text(kName, "alphabet"), Percent(50)));
+    TextTable table(20, {{kName, "Name"}, kPercentColumn});
+    table.Add(CellsOf(Text(kName, "alphabet"), Percent(kUsed, 50)));
     EXPECT_EQ(table.Printed(), Lines({
                                    "   Name             ",
                                    "----------",
@@ -329,10 +333,11 @@ TEST(PrintTable, ShowsRowsInTheirOrder) {
 }
 
 TEST(PrintPlainTable, JoinsFullTextsWithTheSeparator) {
-    TextTable table(20, {{kName, "Name", 4}, {kCount, "Count"}, {kPercent, "Used"}});
+    TextTable table(20, {{kName, "Name", 4}, {kCount, "Count"}, kPercentColumn});
     table.SetSeparator(",");
-    table.Add(CellsOf(Text(kName, "a name that is longer than the line"), Number(kCount, 5), Percent(50)));
-    table.Add(CellsOf(Text(kName, "be"), Number(kCount, 1234567), Percent(7)));
+    table.Add(
+        CellsOf(Text(kName, "a name that is longer than the line"), Number(kCount, 5), Percent(kUsed, 50)));
+    table.Add(CellsOf(Text(kName, "be"), Number(kCount, 1234567), Percent(kUsed, 7)));
     EXPECT_EQ(table.PrintedPlain(), "a name that is longer than the line,5,50%\nbe,1234567,7%\n");
 }
 
@@ -372,6 +377,95 @@ TEST(EndsInPercentCell, LooksAtTheThirdFromLastAndTheLastCharacter) {
     EXPECT_FALSE(EndsInPercentCell("%xx"));
     EXPECT_FALSE(EndsInPercentCell("xx%"));
     EXPECT_FALSE(EndsInPercentCell("x%"));
+}
+
+// ---- What holds for every table -------------------------------------------------------
+
+using namespace Ostrel::UI::Console;
+std::vector<std::string> LinesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    for (size_t begin = 0; begin < text.size();) {
+        const size_t end = text.find('\n', begin);
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return lines;
+}
+
+// A table of up to eight columns, elastic and fixed ones, some of them empty, without percent signs.
+class RandomTable {
+  public:
+    RandomTable(unsigned seed, uint32_t maxWidth) : m_random(seed), m_table(maxWidth, {}) {
+        std::vector<CTableColumn> columns(Below(8) + 1);
+        for (CTableColumn& column : columns) {
+            column.SetColumnId(Below(8) + 1);
+            column.SetTitle(std::string(Below(12) + 1, 'T'));
+            static constexpr int32_t kMinWidths[] = {0, 0, 0, 3, 10, -1};
+            static constexpr int32_t kMaxWidths[] = {0, 0, 12, 40};
+            column.SetMinWidth(kMinWidths[Below(6)]);
+            column.SetMaxWidth(kMaxWidths[Below(4)]);
+        }
+        m_table.SetColumns(columns);
+        m_table.SetShowEmptyColumns(Below(4) == 0);
+        m_table.SetSeparator(std::string(Below(3), '|'));
+        m_rowCount = Below(5) + 1;
+        for (unsigned row = 0; row < m_rowCount; ++row) {
+            TextTable::Cells cells;
+            cells.push_back(Number(100, row));
+            for (uint32_t columnId = 1; columnId <= 8; ++columnId) {
+                if (Below(3) == 0) continue;
+                if (columnId % 3 == 0) {
+                    cells.push_back(Number(columnId, static_cast<int64_t>(m_random()) << Below(31)));
+                } else {
+                    cells.push_back(Text(columnId, std::string(Below(30), 'x')));
+                }
+            }
+            m_table.Add(std::move(cells));
+        }
+    }
+
+    TextTable& Table() { return m_table; }
+    unsigned RowCount() const { return m_rowCount; }
+
+  private:
+    unsigned Below(unsigned limit) { return static_cast<unsigned>(m_random() % limit); }
+
+    std::mt19937 m_random;
+    TextTable m_table;
+    unsigned m_rowCount = 0;
+};
+
+TEST(TableLayout, HasOneHeaderAnUnderlineAndARowPerLineInEveryWidth) {
+    for (uint32_t maxWidth = 0; maxWidth <= 300; ++maxWidth) {
+        for (unsigned seed = 0; seed < 8; ++seed) {
+            RandomTable random(maxWidth * 8 + seed, maxWidth);
+            const std::vector<std::string> lines = LinesOf(random.Table().Printed());
+            // Header, underline, rows, an empty line.
+            ASSERT_EQ(lines.size(), random.RowCount() + 3) << "width " << maxWidth << ", seed " << seed;
+            EXPECT_EQ(lines.back(), "");
+        }
+    }
+}
+
+TEST(TableLayout, HasLinesOfOneLengthThatIsNotAboveTheWidth) {
+    for (uint32_t maxWidth = 0; maxWidth <= 300; ++maxWidth) {
+        for (unsigned seed = 0; seed < 8; ++seed) {
+            RandomTable random(maxWidth * 8 + seed, maxWidth);
+            std::vector<std::string> lines = LinesOf(random.Table().Printed());
+            lines.pop_back();
+            const size_t width = lines.front().size();
+            if (maxWidth != 0) {
+                EXPECT_LE(width, maxWidth);
+            }
+            const std::string underline = lines[1];
+            EXPECT_LE(underline.size(), width);
+            EXPECT_EQ(underline.find_first_not_of('-'), std::string::npos);
+            lines.erase(lines.begin() + 1);
+            for (const std::string& line : lines) {
+                EXPECT_EQ(line.size(), width) << "width " << maxWidth << ", seed " << seed;
+            }
+        }
+    }
 }
 
 }  // namespace

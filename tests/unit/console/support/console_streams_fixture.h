@@ -20,12 +20,12 @@ class RedirectedStreams {
 };
 
 // A file of the test's own for the streams to go to.
-class ConsoleStreamsTest : public testing::Test {
+class ConsoleStreamsFixture : public testing::Test {
   public:
-    ConsoleStreamsTest();
-    ~ConsoleStreamsTest() override;
-    ConsoleStreamsTest(const ConsoleStreamsTest&) = delete;
-    ConsoleStreamsTest& operator=(const ConsoleStreamsTest&) = delete;
+    ConsoleStreamsFixture();
+    ~ConsoleStreamsFixture() override;
+    ConsoleStreamsFixture(const ConsoleStreamsFixture&) = delete;
+    ConsoleStreamsFixture& operator=(const ConsoleStreamsFixture&) = delete;
 
   protected:
     std::string FileText() const;
