@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 3> kVolumeStatus{"active", "disabled", "o
 
 constexpr std::array<std::string_view, 3> kVolumeType{"Disc", "Mirror", "Volume Set"};
 
-// The comma of "Blank Side," is part of the published text.
+// "Blank Side," ends in a comma on purpose.
 constexpr std::array<std::string_view, 7> kRecordedState{
     "Unknown.",    "Not present.",   "Scan failed.",        "Bad Side.",
     "Blank Side,", "No Filesystem.", "Contains Filesystem."};

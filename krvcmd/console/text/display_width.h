@@ -12,9 +12,8 @@ namespace Ostrel::UI::Console {
 // a character takes the positions that a terminal uses for it: 0, 1 or 2; each byte of a control character
 // and each byte that belongs to no character takes one. In any other locale every byte takes one.
 
+// The positions that `text` takes. DisplayLength answers at once for printable ASCII.
 size_t CountPositions(std::string_view text);
-
-// The positions that `text` takes.
 inline size_t DisplayLength(std::string_view text) {
     return IsPrintableAscii(text) ? text.size() : CountPositions(text);
 }

@@ -34,9 +34,8 @@ void ReplacePlaceholder(std::string& text, std::string_view placeholder, std::st
 // left to right; any other "%" stays.
 void ResolvePercentSigns(std::string& text);
 
-// The console writer: free text, definition lines and its own table. Every text is a format without
-// arguments:
-// "%%" shows as one percent sign, any other "%" as itself.
+// The console writer: free text, definition lines and its own table. In every text "%%" shows as one percent
+// sign, any other "%" as itself.
 class COutputObject : public CTable {
   public:
     COutputObject();

@@ -25,7 +25,7 @@ TEST_F(ConsoleStreamsTest, KeepTheOrderOfBothStreamsInOnePlace) {
     EXPECT_EQ(FileText(), "banner\nwarning\ntable\nresult\n");
 }
 
-TEST_F(ConsoleStreamsTest, BringTheirTextOutWhenFinished) {
+TEST_F(ConsoleStreamsTest, FlushTheirTextWhenFinished) {
     const RedirectedStreams redirected(m_file, m_file);
     ConsoleStreams streams;
     streams.Write(Stream::StandardOutput, "text");
@@ -63,7 +63,7 @@ TEST_F(ConsoleStreamsTest, StartAfreshWhenFinished) {
     EXPECT_EQ(FileText(), "kept\n");
 }
 
-TEST_F(ConsoleStreamsTest, ReportNothingOfAClosedDescriptorThatIsNotNeeded) {
+TEST_F(ConsoleStreamsTest, ReportNothingOfAClosedDescriptorThatIsNotUsed) {
     krvcmd::Status status = krvcmd::Status::SystemError(1);
     {
         const RedirectedStreams redirected(-1, m_file);

@@ -102,7 +102,7 @@ TEST(FitColumns, ChangesNothingWhenFixedColumnsLeaveNothing) {
 }
 
 TEST(FitColumns, FitsAnOrdinaryConsole) {
-    // 81 does not fit: per cent is not counted and the column behind it ends the walk at n = 7 - 1 = 6.
+    // 81 does not fit: per cent is not counted and the column after it ends the walk at n = 7 - 1 = 6.
     // 80: room 80 - 5 - 12 = 63; 63 - 61 = 2 for 6 - 4 columns: share 1, rest 0.
     EXPECT_EQ(Fit(80, VolumeColumns()), (Fitted{80, {6, 10, 8, 7, 10, 11, 9, 10, 12, 11}}));
     // 79: room 62; 1 for 2 columns: share 0, rest 1 goes to the location.
@@ -167,7 +167,7 @@ TEST(FitColumns, CountsTheColumnBeforeAnEmptyOneOnceMore) {
     const std::vector<FittedColumn> columns{Fixed(5), LeftOut(9), Fixed(3)};
     // Takes 7, again 7, then 6; 20 fits. Two columns: 8 + 1 + 4 = 13.
     EXPECT_EQ(Fit(20, columns), (Fitted{13, {5, 9, 3}}));
-    // 14 fits. The last column does not, but no column behind it ends the walk.
+    // 14 fits. The last column does not, but no column after it ends the walk.
     EXPECT_EQ(Fit(14, columns), (Fitted{13, {5, 9, 3}}));
     // 14 does not fit 13: the walk ends at n = 2 - 1 and the empty column is taken off: n = 0. Room 13 > 8,
     // so the line is as wide as the content alone.

@@ -12,7 +12,7 @@ struct SplitCase {
     int32_t number;
 };
 
-TEST(SplitTrailingNumber, SplitsANumberOffBehindASeparator) {
+TEST(SplitTrailingNumber, SplitsOffANumberAfterASeparator) {
     const SplitCase cases[] = {
         {"Disc-12", "Disc", 12},
         {"Disc@12", "Disc", 12},
@@ -42,7 +42,7 @@ TEST(SplitTrailingNumber, LeavesOtherTextsWhole) {
           "Disc-", "-", " ",
           // digits only
           "7", "2024", "50%", "%",
-          // a per cent sign counts in the last place only
+          // a percent sign counts in the last place only
           "a-5%%", "a-5%x", "a-%5"}) {
         const NumberedText split = SplitTrailingNumber(text);
         EXPECT_EQ(split.text, text);
@@ -58,7 +58,7 @@ TEST(SplitTrailingNumber, StepsOverAPercentSignInTheLastPlace) {
     EXPECT_EQ(SplitTrailingNumber("full-%").number, 0);
 }
 
-TEST(SplitTrailingNumber, EndsAtTheLargestNumber) {
+TEST(SplitTrailingNumber, StopsAtTheLargestNumber) {
     EXPECT_EQ(SplitTrailingNumber("a-2147483647").number, 2147483647);
     EXPECT_EQ(SplitTrailingNumber("a-2147483648").number, 2147483647);
     EXPECT_EQ(SplitTrailingNumber("a-99999999999999999999999999").number, 2147483647);

@@ -86,7 +86,7 @@ TEST(UsedPercent, IsZeroWithoutATotal) {
     EXPECT_EQ(UsedPercent(10, kSmallest), 0);
 }
 
-TEST(UsedPercent, IsCutToWholePerCent) {
+TEST(UsedPercent, IsTruncatedToWholePercent) {
     EXPECT_EQ(UsedPercent(0, 1), 100);
     EXPECT_EQ(UsedPercent(1, 1), 0);
     EXPECT_EQ(UsedPercent(1, 3), 66);      // 200 / 3 = 66.67

@@ -90,7 +90,7 @@ TEST(JukeboxRow, ShowsTheJukebox) {
               "S=120 D=3 M=4 J=11 N=Tower C=0/4/0 R=1.07 P=VEN Changer F=no o=active");
 }
 
-TEST(JukeboxRow, ShowsFlagsThatAreTheOtherWay) {
+TEST(JukeboxRow, ShowsTheOppositeFlags) {
     JukeboxInfo jukebox = Tower(1);
     jukebox.record.enabled = 0;
     jukebox.record.doubleSided = 1;
@@ -182,7 +182,7 @@ TEST(VolumeRow, HasNoDirectoryWhenTheVolumeHasNone) {
               "o=disabled");
 }
 
-TEST(VolumeRow, ShowsZeroPerCentOfNothing) {
+TEST(VolumeRow, ShowsZeroPercentOfNothing) {
     VolumeInfo volume;
     volume.volumeId = 1;
     volume.record.state = 7;

@@ -98,7 +98,7 @@ TEST(SortLetters, OrderByTheFirstLetterThenByTheNext) {
     EXPECT_EQ(IdsSortedBy("lms"), Lines({"2", "5", "3", "4", "1"}));
 }
 
-TEST(SortLetters, AreDescendingBehindAMinus) {
+TEST(SortLetters, AreDescendingAfterAMinus) {
     EXPECT_EQ(IdsSortedBy("-lms"), Lines({"1", "4", "3", "2", "5"}));
 }
 
@@ -106,7 +106,7 @@ TEST(SortLetters, AreDescendingFromTheMinusOn) {
     EXPECT_EQ(IdsSortedBy("l-ms"), Lines({"2", "5", "1", "4", "3"}));
 }
 
-TEST(SortLetters, AreAscendingAgainBehindAPlus) {
+TEST(SortLetters, AreAscendingAgainAfterAPlus) {
     EXPECT_EQ(IdsSortedBy("-l+ms"), Lines({"3", "4", "1", "2", "5"}));
     EXPECT_EQ(IdsSortedBy("+l+ms"), IdsSortedBy("lms"));
     EXPECT_EQ(IdsSortedBy("--l"), IdsSortedBy("-l"));
@@ -162,7 +162,7 @@ std::set<uint32_t> ColumnIdsOf(const CTableRow& row) {
     return ids;
 }
 
-TEST(QueryTableMemory, LeavesACellOutForWhichThereIsNone) {
+TEST(QueryTableMemory, LeavesOutACellForWhichThereIsNone) {
     CKrvQueryTable complete;
     ASSERT_TRUE(complete.SetColumnLetters("I"));
     complete.AddSideRow(LongNamedJukebox(), {}, {}, LongNamedVolume());

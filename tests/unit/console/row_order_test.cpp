@@ -50,8 +50,8 @@ TEST_F(RowOrder, IsThatOfArrivalWithoutKeys) {
     EXPECT_EQ(Names(), "c a b");
 }
 
-// Equal in the first eight bytes, and longer.
-TEST_F(RowOrder, IsDecidedBehindALongBeginningThatIsTheSame) {
+// Equal in their first eight bytes and beyond.
+TEST_F(RowOrder, LooksBeyondALongCommonBeginning) {
     m_table.SetSortKeys({{kName, kAscending}});
     for (const char* name :
          {"Archive-of-sales-b", "Archive-of-sales-a", "Archive-of-sales", "Archive-of-sales-c"})
@@ -108,7 +108,7 @@ TEST_F(RowOrder, KeepsEqualRowsInTheOrderOfArrivalInBothDirections) {
     }
 }
 
-TEST_F(RowOrder, PutsRowsWithoutTheCellInFrontWhenAscending) {
+TEST_F(RowOrder, PutsRowsWithoutTheCellFirstWhenAscending) {
     m_table.SetSortKeys({{kLabel, kAscending}});
     m_table.AddTexts({{kName, "b"}, {kLabel, "b"}});
     m_table.AddTexts({{kName, "none1"}});
@@ -117,7 +117,7 @@ TEST_F(RowOrder, PutsRowsWithoutTheCellInFrontWhenAscending) {
     EXPECT_EQ(Names(), "none1 none2 empty b");
 }
 
-TEST_F(RowOrder, PutsRowsWithoutTheCellBehindWhenDescending) {
+TEST_F(RowOrder, PutsRowsWithoutTheCellLastWhenDescending) {
     m_table.SetSortKeys({{kLabel, kDescending}});
     m_table.AddTexts({{kName, "none1"}});
     m_table.AddTexts({{kName, "a"}, {kLabel, "a"}});
@@ -126,7 +126,7 @@ TEST_F(RowOrder, PutsRowsWithoutTheCellBehindWhenDescending) {
     EXPECT_EQ(Names(), "b a none1 none2");
 }
 
-TEST_F(RowOrder, HasNoUseForASecondKeyOfTheSameColumn) {
+TEST_F(RowOrder, IgnoresASecondKeyOfTheSameColumn) {
     // Rows that are equal in the name are so in every later key of the name.
     std::vector<SortKey> keys{{kName, kAscending}};
     keys.insert(keys.end(), 100'000, {kName, kDescending});
@@ -208,7 +208,7 @@ std::vector<int64_t> NumbersOf(const auto& rows) {
     return numbers;
 }
 
-TEST_F(RowOrder, IsThatOfInsertingEachRowInFrontOfTheFirstThatItPrecedes) {
+TEST_F(RowOrder, IsThatOfInsertingEachRowBeforeTheFirstThatItPrecedes) {
     for (unsigned seed = 0; seed < 300; ++seed) {
         RandomRows random(seed);
         const std::vector<SortKey> keys = random.Keys();

@@ -3,13 +3,51 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <new>
+#include <string>
 
+#include "tests/unit/console/support/failing_allocation.h"
 #include "tests/unit/console/support/text_table.h"
 
 namespace {
 
 using namespace Ostrel::UI::Console;
 using krvcmd::test::Rendered;
+
+TEST(CellText, IsEmptyAfterConstruction) {
+    EXPECT_EQ(CellText().View(), "");
+}
+
+TEST(CellText, HoldsTextsOfEveryLength) {
+    for (size_t length = 0; length <= 300; ++length) {
+        const std::string text(length, static_cast<char>('a' + length % 26));
+        EXPECT_EQ(CellText(text).View(), text);
+    }
+}
+
+TEST(CellText, HoldsBytesOfEveryValue) {
+    const std::string text("\xff\x80\0\x7f", 4);
+    EXPECT_EQ(CellText(text).View(), text);
+}
+
+TEST(CellText, ReplacesShortTextsByLongOnesAndBack) {
+    CellText text("short");
+    text.Assign("a text of more than 23 bytes, on the heap");
+    EXPECT_EQ(text.View(), "a text of more than 23 bytes, on the heap");
+    text.Assign("another text of more than 23 bytes, on the heap");
+    EXPECT_EQ(text.View(), "another text of more than 23 bytes, on the heap");
+    text.Assign("exactly 23 bytes, inline");
+    EXPECT_EQ(text.View(), "exactly 23 bytes, inline");
+    text.Assign("");
+    EXPECT_EQ(text.View(), "");
+}
+
+TEST(CellText, KeepsItsTextWhenThereIsNoMemoryForANewOne) {
+    CellText text("the text that was there before");
+    const krvcmd::test::FailingAllocation failure(1);
+    EXPECT_THROW(text.Assign("a new text that needs memory of its own"), std::bad_alloc);
+    EXPECT_EQ(text.View(), "the text that was there before");
+}
 
 CTableIntItem Plain(int64_t value) {
     return {1, value, /*withUnit=*/false};
@@ -26,7 +64,7 @@ TEST(TableIntItem, ShowsItsValueInDecimal) {
     EXPECT_EQ(Rendered(Plain(std::numeric_limits<int64_t>::min()), 0), "-9223372036854775808");
 }
 
-TEST(TableIntItem, NeedsNoCareWhenItIsShown) {
+TEST(TableIntItem, IsSafeToShowAsItIs) {
     EXPECT_TRUE(Plain(-17).IsPlain());
 }
 
@@ -132,7 +170,7 @@ TEST(TablePercentIntItem, ShowsZeroWithoutATotal) {
 }
 
 TEST(TablePercentIntItem, IsRenderedOnePositionWiderThanTheColumn) {
-    // Six positions for a column of five: one of the two per cent signs does not show.
+    // Six positions for a column of five: one of the two percent signs does not show.
     EXPECT_EQ(Rendered(CTablePercentIntItem(12, 25, 100), 5), "  75%%");
     EXPECT_EQ(Rendered(CTablePercentIntItem(12, 25, 100), 3), "75%%");
 }
@@ -198,7 +236,7 @@ TEST(TableStringItem, TakesANewText) {
     EXPECT_EQ(item.GetValue(), 0);
 }
 
-TEST(TableStringItem, ComparesNumbersBehindASeparatorByValue) {
+TEST(TableStringItem, ComparesNumbersAfterASeparatorByValue) {
     EXPECT_EQ(Compared("vol-2", "vol-10"), -1);
     EXPECT_EQ(Compared("vol-10", "vol-2"), 1);
     EXPECT_EQ(Compared("vol-2", "vol-02"), 0);
@@ -262,7 +300,7 @@ TEST(TableDirItem, KeepsItsEndWithSeveralBackslashes) {
     // 15 characters, the middle part "archive" of 7 is longer than 3, but 15 is not smaller than 7 + 3.
     EXPECT_EQ(RenderedPath("C:\\archive\\2001", 10), "...ve\\2001");
     EXPECT_EQ(RenderedPath("C:\\archive\\2001", 3), "001");
-    // A character in front of the first or behind the last backslash is enough.
+    // One character before the first or after the last backslash is enough.
     EXPECT_EQ(RenderedPath("\\archive\\x", 8), "...ive\\x");
     EXPECT_EQ(RenderedPath("x\\archive\\", 8), "...hive\\");
 }
@@ -278,7 +316,7 @@ TEST(TableDirItem, ElidesTheMiddleBetweenABackslashAtEitherEnd) {
 }
 
 TEST(TableDirItem, KeepsItsBeginningWhenTwoBackslashesFollowEachOther) {
-    // The position behind the first backslash is that of the last one.
+    // The position after the first backslash is that of the last one.
     EXPECT_EQ(RenderedPath("\\\\server", 6), "...erv");
     EXPECT_EQ(RenderedPath("\\\\server", 4), "...e");
     EXPECT_EQ(RenderedPath("\\\\server", 3), "\\\\s");

@@ -14,7 +14,7 @@ CTableColumn Titled(std::string_view title) {
     return column;
 }
 
-TEST(TableColumn, ShowsNoCellsOfAnyKindAfterConstruction) {
+TEST(TableColumn, HasNoIdAfterConstruction) {
     EXPECT_EQ(CTableColumn().GetColumnId(), 0U);
 }
 
@@ -36,7 +36,7 @@ TEST(TableColumn, TakesItsWidthFromItsTitle) {
     EXPECT_EQ(column.GetMaxWidth(), 40);
 }
 
-TEST(TableColumn, FallsBackToItsTitleOnlyWithoutAWidth) {
+TEST(TableColumn, HasTheLengthOfItsTitleOnRequestWithoutAWidth) {
     CTableColumn column = Titled("Label");
     EXPECT_EQ(column.GetWidth(/*useTitle=*/true), 5U);
     column.SetWidth(3);
@@ -180,7 +180,7 @@ TEST(Table, KnowsWhichColumnsAreEmpty) {
     EXPECT_FALSE(table.IsColumnEmpty(0));  // a cell with an empty text is a cell
     EXPECT_TRUE(table.IsColumnEmpty(1));
     EXPECT_FALSE(table.IsColumnEmpty(2));
-    EXPECT_TRUE(table.IsColumnEmpty(3));  // behind the last column
+    EXPECT_TRUE(table.IsColumnEmpty(3));  // beyond the last column
 }
 
 }  // namespace

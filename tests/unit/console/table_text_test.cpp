@@ -105,7 +105,7 @@ TEST(PrintTable, LeavesACellBlankThatARowLacks) {
                                }));
 }
 
-TEST(PrintTable, LeavesColumnsOutThatNoRowFills) {
+TEST(PrintTable, LeavesOutColumnsThatNoRowFills) {
     // 5 + 5 + 2 * 2 + 1 = 15.
     TextTable table(80, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
     table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
@@ -159,7 +159,7 @@ TEST(PrintTable, PrintsEmptyLinesWhenRowsFillNoneOfItsColumns) {
 
 TEST(PrintTable, StopsAtTheFirstColumnThatDoesNotFit) {
     // Both columns fixed: 8 and 8. Width 20: the walk counts 10 and 10 + 11 = 21 does not fit; line 20.
-    // Behind the first cell (10) the second one needs 10 more: 20 fits (the separator is not asked for), and
+    // After the first cell (10) the second one needs 10 more: 20 fits (the separator is not asked for), and
     // makes 21 characters, of which the last is cut.
     TextTable table(20, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
     table.Add(CellsOf(Text(kName, "alphabet"), Text(kStatus, "disabled"), Number(kCount, 5)));
@@ -169,7 +169,7 @@ TEST(PrintTable, StopsAtTheFirstColumnThatDoesNotFit) {
                                    " alphabet | disabled",
                                    "",
                                }));
-    // 19: the second column is left out, and with it all behind it, also the narrow third.
+    // 19: the second column is left out, and with it all after it, also the narrow third.
     table.SetMaxWidth(19);
     EXPECT_EQ(table.Printed(), Lines({
                                    "   Name            ",
@@ -207,7 +207,7 @@ TEST(PrintTable, MakesElasticColumnsGiveWay) {
                                }));
 }
 
-TEST(PrintTable, FillsLinesThatFittingMadeNarrowerThanTheLine) {
+TEST(PrintTable, PadsLinesThatFittingMadeNarrowerThanTheLine) {
     // Name: minimum 10, maximum 12, natural 30; it counts as fixed with 12. Status: 6. Width 30: room 25;
     // 25 - 12 - 6 = 7, divisor 2: share 3, so the minimum 10, and 1 of the rest. 13 + 1 + 8 = 22 of 30.
     TextTable table(30, {{kName, "Name", 10, 12}, {kStatus, "Status"}});
@@ -220,7 +220,7 @@ TEST(PrintTable, FillsLinesThatFittingMadeNarrowerThanTheLine) {
                                }));
 }
 
-TEST(PrintTable, LeavesALineUnfilledThatEndsInAPercentSign) {
+TEST(PrintTable, DoesNotPadALineThatEndsInAPercentSign) {
     // Status is 7 wide here: 25 - 12 - 7 = 6, share 3, rest 0: 10. 12 + 1 + 9 = 22 of 30. The text ends in
     // "%" at its full width, so its line looks as if it ended in a percent cell.
     TextTable table(30, {{kName, "Name", 10, 12}, {kStatus, "Status"}});
@@ -234,7 +234,7 @@ TEST(PrintTable, LeavesALineUnfilledThatEndsInAPercentSign) {
 }
 
 TEST(PrintTable, ShowsPercentCellsWithOnePercentSign) {
-    // "Used Capa" is 9 wide: 11 for the line. The row has 12 characters, of which one per cent sign does not
+    // "Used Capa" is 9 wide: 11 for the line. The row has 12 characters, of which one percent sign does not
     // show.
     TextTable table(80, {kPercentColumn});
     table.Add(CellsOf(Percent(kUsed, 50)));
@@ -248,8 +248,8 @@ TEST(PrintTable, ShowsPercentCellsWithOnePercentSign) {
                                }));
 }
 
-TEST(PrintTable, CutsALineBehindAPercentCellByOneCharacter) {
-    // 9 + 6 + 4 + 1 = 20. The row has 21 characters with both per cent signs and is cut to 20; 19 show. A row
+TEST(PrintTable, CutsALineAfterAPercentCellByOneCharacter) {
+    // 9 + 6 + 4 + 1 = 20. The row has 21 characters with both percent signs and is cut to 20; 19 show. A row
     // without the percent cell keeps its 20.
     TextTable table(80, {kPercentColumn, {kStatus, "Status"}});
     table.Add(CellsOf(Percent(kUsed, 50), Text(kStatus, "active")));
@@ -275,7 +275,7 @@ TEST(PrintTable, MakesRoomForEveryPercentCellOfALine) {
                                }));
 }
 
-TEST(PrintTable, LeavesAPercentCellOutThatDoesNotFit) {
+TEST(PrintTable, LeavesOutAPercentCellThatDoesNotFit) {
     // Name is 8 wide, per cent 9: width 20 counts the name only (10, then 10 + 12 = 22). Line 20; 10 for the
     // name and 1 + 10 + 1 for the percent cell are 22 of the 21 that a line with a percent cell may have.
     TextTable table(20, {{kName, "Name"}, kPercentColumn});
@@ -349,13 +349,13 @@ TEST(PrintPlainTable, ShowsACellThatARowLacksAsAnEmptyText) {
     EXPECT_EQ(table.PrintedPlain(), "|5|\nbe||\nc||on\n");
 }
 
-TEST(PrintPlainTable, LeavesEmptyColumnsOutButKeepsTheSeparatorInFrontOfLaterOnes) {
+TEST(PrintPlainTable, LeavesOutEmptyColumnsButKeepsTheSeparatorBeforeLaterOnes) {
     TextTable table(80, {{kStatus, "Status"}, {kName, "Name"}, {9, "Empty"}, {kCount, "Count"}});
     table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
     EXPECT_EQ(table.PrintedPlain(), "|alpha|5\n");
 }
 
-TEST(PrintPlainTable, LeavesAColumnOutThatFittingMadeVanish) {
+TEST(PrintPlainTable, LeavesOutAColumnThatFittingMadeZeroWide) {
     // Two columns without a set minimum share 1: the second one gets 0 and so has no place. Width 14: takes
     // 1, 2, 8; room 14 - 2 - 6 = 6; 6 - 5 = 1 for 2 columns.
     TextTable table(14, {{kName, "Name", -1}, {kStatus, "Status", -1}, {kCount, "Count"}});

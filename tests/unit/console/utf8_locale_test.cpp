@@ -96,7 +96,7 @@ TEST(Utf8Table, CutsTextsBetweenCharacters) {
 }
 
 TEST(Utf8Table, PutsABlankWhereAWideCharacterDoesNotFit) {
-    // Of the 8 columns 4 are left behind the full stops, then 3, which is one character and a half.
+    // Of the 8 columns 4 are left after the full stops, then 3, which is one character and a half.
     const CTableStringItem text(kName, "東京大阪");
     EXPECT_EQ(Rendered(text, 7), "...大阪");
     EXPECT_EQ(Rendered(text, 6), "...阪 ");

@@ -133,7 +133,7 @@ TEST(FormatProduct, PutsABlankBetweenVendorAndProduct) {
     EXPECT_EQ(FormatProduct(Device("VENDOR", "Changer 100")), "VENDOR Changer 100");
 }
 
-TEST(FormatProduct, TakesTheBlanksBehindTheVendorAway) {
+TEST(FormatProduct, RemovesTheTrailingBlanksOfTheVendor) {
     EXPECT_EQ(FormatProduct(Device("VEN    ", "Changer")), "VEN Changer");
     EXPECT_EQ(FormatProduct(Device(" V N ", " Changer ")), " V N  Changer ");
 }

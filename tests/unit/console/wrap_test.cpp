@@ -19,20 +19,20 @@ TEST(WrapText, BreaksLongLinesAtTheirLastBlankThatFits) {
         {10, "0123456789", "0123456789"},
         // 11 characters; the last blank at a position up to 10 is at 4.
         {10, "0123 56789a", "0123\n56789a"},
-        // The blank at position 10 itself may go: ten characters are left.
+        // The blank at position 10 itself is dropped: ten characters are left.
         {10, "0123456789 b", "0123456789\nb"},
         {10, "01 3456789 bc", "01 3456789\nbc"},
         // Several breaks.
         {5, "aa bb cc dd", "aa bb\ncc dd"},
         {4, "aa bb cc dd", "aa\nbb\ncc\ndd"},
-        // The blank goes; more blanks stay.
+        // One blank is dropped; the others stay.
         {4, "aa   bb", "aa  \nbb"},
-        // A word that is too long stays whole; in front of it and behind it lines break.
+        // A word that is too long stays whole; lines break before and after it.
         {4, "abcdefgh", "abcdefgh"},
         {4, "a bcdefgh", "a\nbcdefgh"},
         // No blank up to position 4: breaking stops for the rest of the line, whatever comes later.
         {4, "abcdefgh i jklm n", "abcdefgh i jklm n"},
-        // A blank in front is a place to break, too: an empty line.
+        // A line may break at its first character, a blank: an empty line.
         {4, " abcdefgh", "\nabcdefgh"},
     };
     for (const WrapCase& c : cases)

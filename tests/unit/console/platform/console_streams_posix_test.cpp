@@ -82,7 +82,7 @@ TEST_F(ConsoleStreamsTest, DropTextAfterAnError) {
     EXPECT_EQ(FileText().find('y'), std::string::npos);
 }
 
-TEST_F(ConsoleStreamsTest, ReportNothingOfAReaderThatWentAway) {
+TEST_F(ConsoleStreamsTest, ReportNothingWhenTheReaderHasGone) {
     std::array<int, 2> pipeEnds{};
     ASSERT_EQ(pipe(pipeEnds.data()), 0);
     close(pipeEnds[0]);
