@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 // A well-formed call of each function but KrvSessionCreate and KrvServiceStart.
@@ -154,7 +154,7 @@ std::vector<FunctionCall> SessionCalls() {
     return calls;
 }
 
-class CallContract : public FarmTest {};
+class CallContract : public FarmFixture {};
 
 TEST_F(CallContract, EveryFunctionSucceedsOnAWellFormedCall) {
     for (const FunctionCall& function : SessionCalls()) {
@@ -393,4 +393,4 @@ TEST_F(CallContract, FailureTextIsCutToItsField) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -8,7 +8,7 @@
 
 #include "embedded/model/refusal.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 std::string ReadPage() {
@@ -78,4 +78,4 @@ TEST(Refusals, PutValuesIntoTheTextInOrder) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

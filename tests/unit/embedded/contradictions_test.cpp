@@ -6,7 +6,7 @@
 #include "embedded/layout/contradictions.h"
 #include "embedded/layout/layout_reader.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 std::vector<std::string> ContradictionsIn(const std::string& text) {
@@ -87,4 +87,4 @@ shelf = [ { type = "CD-R", a = 3 } ])")
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -10,7 +10,7 @@
 #include "embedded/layout/layout_reader.h"
 #include "embedded/model/media_types.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 using embedded::Content;
@@ -155,4 +155,4 @@ TEST_F(DemonstrationFarm, ServersAreTheLocalOneAndThoseOfTheHelpTexts) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

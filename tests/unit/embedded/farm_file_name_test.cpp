@@ -5,7 +5,7 @@
 
 #include "embedded/store/farm_file.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 struct NameCase {
@@ -45,4 +45,4 @@ TEST(FarmFileName, NamesThatDifferOnlyInCaseHaveFilesThatDifferInMore) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

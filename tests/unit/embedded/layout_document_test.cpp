@@ -9,7 +9,7 @@
 #include "embedded/layout/layout_reader.h"
 #include "embedded/model/media_types.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 std::string ReadPage() {
@@ -48,4 +48,4 @@ TEST(LayoutDocument, EveryMediaTypeIsNamed) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

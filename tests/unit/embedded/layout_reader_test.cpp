@@ -5,7 +5,7 @@
 
 #include "embedded/layout/layout_reader.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 using embedded::Content;
@@ -219,4 +219,4 @@ TEST(LayoutReader, NumbersOutOfRangeAreFaults) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -11,9 +11,9 @@
 #include "embedded/store/database.h"
 #include "embedded/store/farm_file.h"
 #include "embedded/store/sql.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 // The lines of the plan that the database makes for a statement.
@@ -26,7 +26,7 @@ std::vector<std::string> PlanOf(embedded::Database& database, const std::string&
     return lines;
 }
 
-class QueryPlan : public FarmTest {
+class QueryPlan : public FarmFixture {
   protected:
     std::unique_ptr<embedded::Database> m_database = embedded::OpenFarm(".", [](embedded::Database&) {});
 };
@@ -112,4 +112,4 @@ TEST_F(QueryPlan, EveryStatementHasAText) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

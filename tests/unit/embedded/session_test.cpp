@@ -3,12 +3,12 @@
 #include <string>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
-class Sessions : public FarmTest {};
+class Sessions : public FarmFixture {};
 
 TEST_F(Sessions, LocalServerGetsItsFarmOnFirstContact) {
     EXPECT_FALSE(std::filesystem::exists(m_home.LocalFarm()));
@@ -91,7 +91,7 @@ TEST_F(Sessions, OneSessionSeesAtOnceWhatAnotherHasDone) {
     EXPECT_EQ(looking.SlotState({8, 0, 0}), 3U);
 }
 
-class Service : public FarmTest {};
+class Service : public FarmFixture {};
 
 TEST_F(Service, StoppedServiceRefusesSessionsAndOpenOnes) {
     Client open;
@@ -144,4 +144,4 @@ TEST_F(Service, RestartEndsTheSessionsBeforeIt) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

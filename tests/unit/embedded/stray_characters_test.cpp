@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 // The line of the first stray character; 0 when there is none.
@@ -38,4 +38,4 @@ TEST(StrayCharacters, AreFoundWhereABackslashJoinsLines) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,16 +5,16 @@
 #include <vector>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 // By jukebox: MyBox 9, Archive Tower 17, Sales Tower 9, my_box and My Box 7, Research, Retired and
 // Shelf 7 together 7, on the shelf 1.
 constexpr size_t kSeenVolumes = 9 + 17 + 9 + 7 + 7 + 1;
 
-class Volumes : public FarmTest {
+class Volumes : public FarmFixture {
   protected:
     std::vector<std::string> AspectsOf(uint32_t volume) {
         std::vector<std::string> aspects;
@@ -248,4 +248,4 @@ TEST_F(Volumes, ListingShowsWhatAnotherSessionChangesOnTheWay) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

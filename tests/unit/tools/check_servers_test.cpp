@@ -4,7 +4,7 @@
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 void ChangeFarm(const std::filesystem::path& farm, const std::string& script) {
@@ -170,4 +170,4 @@ TEST_F(KrvsimServers, AreListedWithTheirStates) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -3,7 +3,7 @@
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 class KrvsimClone : public ToolFixture {
@@ -243,4 +243,4 @@ TEST_F(KrvsimCloneOfScript, FailsWithoutASession) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -2,7 +2,7 @@
 
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 class KrvsimCommandLine : public ToolFixture {};
@@ -78,4 +78,4 @@ TEST_F(KrvsimCommandLine, FailsWhenTheOutputCannotBeWritten) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -6,7 +6,7 @@
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 TEST(ProgressLine, ShowsABarOrACount) {
@@ -41,4 +41,4 @@ TEST(SizeText, RoundsToTheNearestUnit) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -6,7 +6,7 @@
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 class KrvsimDump : public ToolFixture {};
@@ -74,4 +74,4 @@ TEST(TextEncoding, BytesAreWrittenAndReadInHexadecimal) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -7,7 +7,7 @@
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 class KrvsimFault : public ToolFixture {
@@ -189,4 +189,4 @@ TEST(FaultChance, HitsAboutAsOftenAsItsProbability) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,7 +5,7 @@
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 class KrvsimGenerate : public ToolFixture {};
@@ -63,4 +63,4 @@ TEST_F(KrvsimGenerate, FailureLeavesNothingBehind) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

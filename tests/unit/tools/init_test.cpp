@@ -11,7 +11,7 @@
 #include "tests/unit/tools/tool_fixture.h"
 #include "tools/krvsim/new_farm.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 class KrvsimInit : public ToolFixture {};
@@ -171,4 +171,4 @@ TEST_F(NewFarm, KeepsTheFarmThatAnotherProcessMakesMeanwhile) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -7,7 +7,7 @@
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 class KrvsimJournal : public ToolFixture {
@@ -213,4 +213,4 @@ TEST_F(KrvsimJournal, FollowShowsNewCallsUntilItIsInterrupted) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

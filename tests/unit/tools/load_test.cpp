@@ -3,7 +3,7 @@
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 // Nothing waits at My Box; its magazine has gaps at slots 3, 6, 7 and 8.
@@ -121,4 +121,4 @@ TEST_F(KrvsimUnload, MovesExportedMediaToTheShelf) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -11,7 +11,7 @@
 #include "embedded/model/farm_words.h"
 #include "embedded/model/media_types.h"
 
-namespace simulator_test {
+namespace embedded_test {
 
 using embedded::Content;
 using embedded::Farm;
@@ -175,4 +175,4 @@ class RandomFarm {
     int32_t m_parts = 0;
 };
 
-}  // namespace simulator_test
+}  // namespace embedded_test

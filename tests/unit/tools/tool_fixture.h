@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 #include "tools/krvsim/tool.h"
 
-namespace simulator_test {
+namespace embedded_test {
 
 struct ToolResult {
     int status = 0;
@@ -25,7 +25,7 @@ inline ToolResult RunKrvsim(const std::vector<std::string>& words) {
 }
 
 // Runs krvsim within the test program, on farms in a folder of the test.
-class ToolFixture : public FarmTest {
+class ToolFixture : public FarmFixture {
   protected:
     // Expects success without a remark; returns the output.
     static std::string Done(const std::vector<std::string>& words) {
@@ -57,4 +57,4 @@ class ToolFixture : public FarmTest {
     }
 };
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -15,11 +15,11 @@
 #include <vector>
 
 #include "tests/unit/embedded/failures/refusals.h"
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 using std::filesystem::path;
@@ -111,7 +111,7 @@ std::string Everything(const path& farm) {
     return ReadText(farm, "SELECT group_concat(t, char(10)) FROM (" + statement + ")");
 }
 
-class Failures : public FarmTest, public testing::WithParamInterface<size_t> {
+class Failures : public FarmFixture, public testing::WithParamInterface<size_t> {
   protected:
     static void SetUpTestSuite() {
         static bool isDone = false;
@@ -213,4 +213,4 @@ INSTANTIATE_TEST_SUITE_P(EveryFunction, Failures, testing::Range<size_t>(0, 31),
 });
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

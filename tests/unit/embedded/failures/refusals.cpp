@@ -11,7 +11,7 @@
 #include <new>
 #include <stdexcept>
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 struct Watch {
@@ -134,19 +134,19 @@ void* AllocateOrThrow(size_t size) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test
 
 void* operator new(size_t size) {
-    return simulator_test::AllocateOrThrow(size);
+    return embedded_test::AllocateOrThrow(size);
 }
 void* operator new[](size_t size) {
-    return simulator_test::AllocateOrThrow(size);
+    return embedded_test::AllocateOrThrow(size);
 }
 void* operator new(size_t size, const std::nothrow_t&) noexcept {
-    return simulator_test::Allocate(size);
+    return embedded_test::Allocate(size);
 }
 void* operator new[](size_t size, const std::nothrow_t&) noexcept {
-    return simulator_test::Allocate(size);
+    return embedded_test::Allocate(size);
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-namespace simulator_test {
+namespace embedded_test {
 
 enum class Resource { Memory, Files };
 enum class Extent { Once, FromThereOn };
@@ -25,4 +25,4 @@ class Refusals {
     static size_t Requests();
 };
 
-}  // namespace simulator_test
+}  // namespace embedded_test

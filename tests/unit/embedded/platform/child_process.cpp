@@ -7,7 +7,7 @@
 #include <csignal>
 #include <stdexcept>
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 constexpr int kThrew = 99;
@@ -103,4 +103,4 @@ void StopMyself() {
     (void)raise(SIGSTOP);
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test

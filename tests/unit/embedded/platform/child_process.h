@@ -5,7 +5,7 @@
 
 #include <functional>
 
-namespace simulator_test {
+namespace embedded_test {
 
 // What a child tells its parent: one byte at a time.
 class Signals {
@@ -54,4 +54,4 @@ void LiftFileSizeLimit();
 
 void StopMyself();
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -1,12 +1,12 @@
 #include <cstdlib>
 
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 
 void SetEnvironment(const char* name, const char* value) {
     const int failure = value == nullptr ? unsetenv(name) : setenv(name, value, 1);
     ASSERT_EQ(failure, 0);
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test

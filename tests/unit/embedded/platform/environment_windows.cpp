@@ -1,11 +1,11 @@
 #include <stdlib.h>
 
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 
 void SetEnvironment(const char* name, const char* value) {
     ASSERT_EQ(_putenv_s(name, value == nullptr ? "" : value), 0);
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test

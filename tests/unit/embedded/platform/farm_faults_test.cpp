@@ -12,16 +12,16 @@
 #include <string>
 
 #include "tests/unit/embedded/platform/child_process.h"
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 using std::filesystem::path;
 
-class FarmFaults : public FarmTest {
+class FarmFaults : public FarmFixture {
   protected:
     void CreateFarm() { const Client first; }
 
@@ -367,4 +367,4 @@ TEST_F(FarmFaults, FarmThatAnotherProcessHasForItselfIsReportedAfterTenSeconds) 
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,10 +5,10 @@
 #include <random>
 #include <vector>
 
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 #include "tests/unit/embedded/support/client.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 std::string NameOfWrite(int write) {
@@ -95,4 +95,4 @@ void ExpectExactlyTheAcknowledgedWrites(int acknowledged) {
     }
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-namespace simulator_test {
+namespace embedded_test {
 
 // Imports and exports at random places of Sales Tower. 0 when every call ended as it may while others do the
 // same: with success, or with 501 or 502, which others leave behind. `afterEach` is called behind each call.
@@ -27,4 +27,4 @@ int WriteNames(const std::function<void()>& acknowledged);
 // for it was under way.
 void ExpectExactlyTheAcknowledgedWrites(int acknowledged);
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -18,12 +18,12 @@
 #include <vector>
 
 #include "tests/unit/embedded/platform/child_process.h"
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 #include "tests/unit/embedded/platform/wall_clock.h"
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 using SteadyClock = std::chrono::steady_clock;
@@ -143,7 +143,7 @@ int ReadAndWrite(unsigned seed, SteadyClock::time_point end, Tally& tally) {
     return 0;
 }
 
-class Load : public FarmTest {
+class Load : public FarmFixture {
   protected:
     Load() {
         const Client first;
@@ -309,4 +309,4 @@ TEST_F(Load, InAFolderThatFillsUpKeepsWhatWasAcknowledged) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

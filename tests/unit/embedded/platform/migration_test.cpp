@@ -10,14 +10,14 @@
 #include <vector>
 
 #include "tests/unit/embedded/platform/child_process.h"
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
-class Migration : public FarmTest {
+class Migration : public FarmFixture {
   protected:
     void SetUp() override {
         std::stringstream script;
@@ -81,4 +81,4 @@ TEST_F(Migration, FarmThatCannotBeBroughtForwardStaysAsItIs) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

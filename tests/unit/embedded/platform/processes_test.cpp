@@ -9,15 +9,15 @@
 #include <vector>
 
 #include "tests/unit/embedded/platform/child_process.h"
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 #include "tests/unit/embedded/platform/farm_work.h"
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
-class Processes : public FarmTest {
+class Processes : public FarmFixture {
   protected:
     static int EndAll(std::vector<std::unique_ptr<ChildProcess>>& children) {
         int worst = 0;
@@ -106,4 +106,4 @@ TEST_F(Processes, KilledWhileCreatingLeavesAFarmThatTheNextOneCreates) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -10,12 +10,12 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 #include "tests/unit/embedded/platform/farm_work.h"
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 constexpr int kWentOnForever = 1'000'000;
@@ -112,7 +112,7 @@ int ReceiveUpTo(Process& process, int most) {
     return received;
 }
 
-using WindowsProcesses = FarmTest;
+using WindowsProcesses = FarmFixture;
 
 void ExpectSoundFarm() {
     Process check(KRVSIM_PROGRAM, L"check");
@@ -179,11 +179,11 @@ TEST_F(WindowsProcesses, SoundFarmIsWhatKrvsimCheckLooksFor) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test
 
 int main(int argc, char** argv) {
     const std::vector<std::string_view> words(argv + 1, argv + argc);
-    if (!words.empty() && !words[0].starts_with("--")) return simulator_test::Work(words);
+    if (!words.empty() && !words[0].starts_with("--")) return embedded_test::Work(words);
     testing::InitGoogleTest(&argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -17,9 +17,9 @@
 #include <vector>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 // What standard error is; standard output is thrown away.
@@ -115,7 +115,7 @@ std::vector<int> PerCentsOf(const std::string& written) {
     return found;
 }
 
-class KrvsimProgress : public FarmTest {
+class KrvsimProgress : public FarmFixture {
   protected:
     // Long enough on any machine for a bar that waits a tenth of a second before it shows itself.
     static std::vector<std::string> Generate(const char* server) {
@@ -183,4 +183,4 @@ TEST_F(KrvsimProgress, InterruptedGenerateKeepsTheFarmThatItWasToReplace) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -7,7 +7,7 @@
 #include <atomic>
 #include <ctime>
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 constinit std::atomic<int64_t> secondsAhead{0};
@@ -18,12 +18,12 @@ void SetWallClockAhead(int64_t seconds) {
     secondsAhead = seconds;
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test
 
 // These take the place of the C library's own in this process and in the libraries that it loads.
 extern "C" int clock_gettime(clockid_t clock, timespec* time) noexcept {
     const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
-    if (result == 0 && clock == CLOCK_REALTIME) time->tv_sec += simulator_test::secondsAhead;
+    if (result == 0 && clock == CLOCK_REALTIME) time->tv_sec += embedded_test::secondsAhead;
     return result;
 }
 

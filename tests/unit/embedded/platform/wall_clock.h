@@ -3,9 +3,9 @@
 
 #include <cstdint>
 
-namespace simulator_test {
+namespace embedded_test {
 
 // From now on the time of day is this many seconds ahead of the true one, or behind it when negative.
 void SetWallClockAhead(int64_t seconds);
 
-}  // namespace simulator_test
+}  // namespace embedded_test

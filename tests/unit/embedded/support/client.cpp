@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 constexpr uint32_t kHeadSize = 24;
@@ -290,4 +290,4 @@ Outcome StartService(const std::string& server) {
     return context.Result(KrvServiceStart(context.Get(), server.c_str()));
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test

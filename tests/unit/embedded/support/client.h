@@ -8,7 +8,7 @@
 
 #include "krvcmd/service/sdk/krv_sdk.h"
 
-namespace simulator_test {
+namespace embedded_test {
 
 struct Outcome {
     bool ok = false;
@@ -100,4 +100,4 @@ SideKey KeyOf(const Slot& slot, int32_t side);
 // Success, or the code and the text that the call ended with: the message of a failed expectation.
 std::string Describe(const Outcome& outcome);
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -1,11 +1,11 @@
-#include "tests/unit/embedded/platform/farm_reader.h"
+#include "tests/unit/embedded/platform/farm_probe.h"
 
 #include <sqlite3.h>
 
 #include <memory>
 #include <stdexcept>
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 struct Close {
@@ -65,4 +65,4 @@ void ChangeFarm(const std::filesystem::path& farm, const std::string& script) {
     (void)ReadText(farm, script);
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 constexpr uint32_t kBlank = 4;
@@ -15,14 +15,14 @@ constexpr uint32_t kFileSystem = 6;
 constexpr uint32_t kNotFinalized = 1;
 constexpr uint32_t kClosed = 3;
 
-class Recording : public FarmTest {
+class FormatEraseFinalize : public FarmFixture {
   protected:
     Client m_client;
 };
 
 // ---- Format
 
-TEST_F(Recording, FormatKeepsIdAndDirectoryAndTakesTheLabel) {
+TEST_F(FormatEraseFinalize, FormatKeepsIdAndDirectoryAndTakesTheLabel) {
     ASSERT_TRUE(m_client.Format({8, 0, 2}, 0, "Sales 2005").ok);
     EXPECT_EQ(m_client.SideOf({8, 0, 2}, 0).volumeId, 33);
     const VolumeRecord volume = m_client.VolumeOf(33);
@@ -35,18 +35,18 @@ TEST_F(Recording, FormatKeepsIdAndDirectoryAndTakesTheLabel) {
     EXPECT_EQ(aspects, (std::vector<std::string>{"sales\\2004"}));
 }
 
-TEST_F(Recording, FormatWithoutALabelKeepsTheOldOne) {
+TEST_F(FormatEraseFinalize, FormatWithoutALabelKeepsTheOldOne) {
     ASSERT_TRUE(m_client.Format({8, 0, 2}, 0).ok);
     EXPECT_EQ(m_client.LabelOf(33), "Sales 2004");
 }
 
-TEST_F(Recording, LabelOf255BytesIsKeptWhole) {
+TEST_F(FormatEraseFinalize, LabelOf255BytesIsKeptWhole) {
     const std::string label(255, 'L');
     ASSERT_TRUE(m_client.Format({8, 0, 2}, 0, label).ok);
     EXPECT_EQ(m_client.LabelOf(33), label);
 }
 
-TEST_F(Recording, FormatOfABlankSideMakesAVolumeWithANewId) {
+TEST_F(FormatEraseFinalize, FormatOfABlankSideMakesAVolumeWithANewId) {
     ASSERT_TRUE(m_client.Format({11, 0, 9}, 0, "Fresh").ok);  // DVD-RAM WO
     const SideRecord side = m_client.SideOf({11, 0, 9}, 0);
     EXPECT_EQ(side.state, kFileSystem);
@@ -72,7 +72,7 @@ struct FileSystemCase {
     uint64_t capacity;
 };
 
-TEST_F(Recording, FileSystemAndCapacityFollowTheMedium) {
+TEST_F(FormatEraseFinalize, FileSystemAndCapacityFollowTheMedium) {
     const std::vector<FileSystemCase> cases = {
         {"DVD-RAM", {8, 0, 2}, 0, false, "UDF 2.01", 4'700'000'000},
         {"DVD-RAM, sequential", {8, 0, 2}, 1, true, "UDF 1.50 seq", 4'700'000'000},
@@ -102,7 +102,7 @@ struct RefusedRecording {
     const char* expected;
 };
 
-TEST_F(Recording, FormatIsRefusedWithTheReason) {
+TEST_F(FormatEraseFinalize, FormatIsRefusedWithTheReason) {
     const std::vector<RefusedRecording> cases = {
         {"read-only",
          {8, 0, 8},
@@ -155,7 +155,7 @@ TEST_F(Recording, FormatIsRefusedWithTheReason) {
     }
 }
 
-TEST_F(Recording, FormatReadsAMediumThatWasNotRead) {
+TEST_F(FormatEraseFinalize, FormatReadsAMediumThatWasNotRead) {
     ASSERT_TRUE(m_client.Format({8, 0, 6}, 0, "Read now").ok);
     EXPECT_EQ(m_client.SlotState({8, 0, 6}), 4U);
     EXPECT_EQ(m_client.LabelOf(6), "Read now");
@@ -163,7 +163,7 @@ TEST_F(Recording, FormatReadsAMediumThatWasNotRead) {
 
 // ---- Erase
 
-TEST_F(Recording, EraseBlanksTheSideAndRemovesTheVolume) {
+TEST_F(FormatEraseFinalize, EraseBlanksTheSideAndRemovesTheVolume) {
     ASSERT_TRUE(m_client.Erase({8, 0, 2}, 0).ok);
     const SideRecord side = m_client.SideOf({8, 0, 2}, 0);
     EXPECT_EQ(side.state, kBlank);
@@ -174,7 +174,7 @@ TEST_F(Recording, EraseBlanksTheSideAndRemovesTheVolume) {
     EXPECT_TRUE(m_client.SetDirectory(34, "sales\\2004").ok) << "the directory name is free again";
 }
 
-TEST_F(Recording, EraseOfBothSidesBlanksTheWholeMedium) {
+TEST_F(FormatEraseFinalize, EraseOfBothSidesBlanksTheWholeMedium) {
     ASSERT_TRUE(m_client.Erase({8, 0, 2}, 2).ok);
     for (int32_t side = 0; side < 2; ++side)
         EXPECT_EQ(m_client.SideOf({8, 0, 2}, side).state, kBlank);
@@ -182,18 +182,18 @@ TEST_F(Recording, EraseOfBothSidesBlanksTheWholeMedium) {
     EXPECT_EQ(m_client.Volume(34, volume).code, 1105);
 }
 
-TEST_F(Recording, EraseOfABlankSideSucceeds) {
+TEST_F(FormatEraseFinalize, EraseOfABlankSideSucceeds) {
     EXPECT_TRUE(m_client.Erase({11, 0, 10}, 0).ok);
 }
 
-TEST_F(Recording, IdOfAnErasedVolumeIsNotGivenAgain) {
+TEST_F(FormatEraseFinalize, IdOfAnErasedVolumeIsNotGivenAgain) {
     ASSERT_TRUE(m_client.Format({11, 0, 10}, 0).ok);
     ASSERT_TRUE(m_client.Erase({11, 0, 10}, 0).ok);
     ASSERT_TRUE(m_client.Format({11, 0, 10}, 0).ok);
     EXPECT_EQ(m_client.SideOf({11, 0, 10}, 0).volumeId, 601);
 }
 
-TEST_F(Recording, EraseIsRefusedWithTheReason) {
+TEST_F(FormatEraseFinalize, EraseIsRefusedWithTheReason) {
     const std::vector<RefusedRecording> cases = {
         {"write once",
          {8, 0, 1},
@@ -236,20 +236,20 @@ TEST_F(Recording, EraseIsRefusedWithTheReason) {
 
 // ---- Finalize
 
-TEST_F(Recording, FinalizeClosesASequentialMedium) {
+TEST_F(FormatEraseFinalize, FinalizeClosesASequentialMedium) {
     ASSERT_TRUE(m_client.Finalize({29, 1, 0}).ok);
     EXPECT_EQ(m_client.SideOf({29, 1, 0}, 0).finalization, kClosed);
     EXPECT_EQ(m_client.Format({29, 1, 0}, 0).code, 1203);
     EXPECT_TRUE(m_client.Finalize({29, 1, 0}).ok) << "it is closed already";
 }
 
-TEST_F(Recording, FinalizeClosesTheRecordedSideOfAHalfBlankMedium) {
+TEST_F(FormatEraseFinalize, FinalizeClosesTheRecordedSideOfAHalfBlankMedium) {
     ASSERT_TRUE(m_client.Finalize({8, 0, 1}).ok);
     EXPECT_EQ(m_client.SideOf({8, 0, 1}, 0).finalization, kClosed);
     EXPECT_EQ(m_client.SideOf({8, 0, 1}, 1).finalization, kNotFinalized);
 }
 
-TEST_F(Recording, FinalizeTakesARandomAccessMediumThatWasFormattedSequentially) {
+TEST_F(FormatEraseFinalize, FinalizeTakesARandomAccessMediumThatWasFormattedSequentially) {
     EXPECT_EQ(m_client.Finalize({8, 0, 2}).code, 1206);
     ASSERT_TRUE(m_client.Format({8, 0, 2}, 0, "", true).ok);
     EXPECT_TRUE(m_client.Finalize({8, 0, 2}).ok);
@@ -258,14 +258,14 @@ TEST_F(Recording, FinalizeTakesARandomAccessMediumThatWasFormattedSequentially) 
         << "side B has a random-access file system";
 }
 
-TEST_F(Recording, ClosedRewritableMediumCanBeErasedAndUsedAgain) {
+TEST_F(FormatEraseFinalize, ClosedRewritableMediumCanBeErasedAndUsedAgain) {
     ASSERT_TRUE(m_client.Finalize({29, 0, 2}).ok);  // DVD-RW
     EXPECT_EQ(m_client.Format({29, 0, 2}, 0).code, 1203);
     ASSERT_TRUE(m_client.Erase({29, 0, 2}, 0).ok);
     EXPECT_TRUE(m_client.Format({29, 0, 2}, 0).ok);
 }
 
-TEST_F(Recording, FinalizeIsRefusedWithTheReason) {
+TEST_F(FormatEraseFinalize, FinalizeIsRefusedWithTheReason) {
     const std::vector<RefusedRecording> cases = {
         {"random access",
          {14, 0, 3},
@@ -292,4 +292,4 @@ TEST_F(Recording, FinalizeIsRefusedWithTheReason) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

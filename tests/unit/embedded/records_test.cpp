@@ -6,17 +6,17 @@
 #include <vector>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
-class Looking : public FarmTest {
+class Records : public FarmFixture {
   protected:
     Client m_client;
 };
 
-TEST_F(Looking, JukeboxRecordTellsEverything) {
+TEST_F(Records, JukeboxRecordTellsEverything) {
     JukeboxRecord record{};
     std::memset(&record, 0xAA, sizeof(record));
     ASSERT_TRUE(m_client.Jukebox(11, record).ok);
@@ -35,7 +35,7 @@ TEST_F(Looking, JukeboxRecordTellsEverything) {
     EXPECT_STREQ(record.name, "Archive Tower");
 }
 
-TEST_F(Looking, DisabledJukeboxAndTheOneWithoutDrivesShowIt) {
+TEST_F(Records, DisabledJukeboxAndTheOneWithoutDrivesShowIt) {
     JukeboxRecord record{};
     ASSERT_TRUE(m_client.Jukebox(41, record).ok);
     EXPECT_EQ(record.enabled, 0U);
@@ -44,20 +44,20 @@ TEST_F(Looking, DisabledJukeboxAndTheOneWithoutDrivesShowIt) {
     EXPECT_EQ(record.driveCount, 0);
 }
 
-TEST_F(Looking, VendorKeepsItsTrailingBlank) {
+TEST_F(Records, VendorKeepsItsTrailingBlank) {
     JukeboxRecord record{};
     ASSERT_TRUE(m_client.Jukebox(14, record).ok);
     EXPECT_STREQ(record.identity.vendor, "TINDRAK ");
 }
 
-TEST_F(Looking, MagazinesTellTheirSlots) {
+TEST_F(Records, MagazinesTellTheirSlots) {
     MagazineRecord record{};
     ASSERT_TRUE(m_client.Magazine(29, 1, record).ok);
     EXPECT_EQ(record.slotCount, 6);
     EXPECT_EQ(record.present, 1U);
 }
 
-TEST_F(Looking, MissingMagazineShowsNoSlots) {
+TEST_F(Records, MissingMagazineShowsNoSlots) {
     MagazineRecord record{};
     ASSERT_TRUE(m_client.Magazine(11, 3, record).ok);
     EXPECT_EQ(record.slotCount, 0);
@@ -67,7 +67,7 @@ TEST_F(Looking, MissingMagazineShowsNoSlots) {
               "502: Magazine 4 of jukebox \"Archive Tower\" is not present.");
 }
 
-TEST_F(Looking, DriveRecordTellsEverything) {
+TEST_F(Records, DriveRecordTellsEverything) {
     DriveRecord record{};
     ASSERT_TRUE(m_client.Drive(11, 2, record).ok);
     EXPECT_STREQ(record.identity.vendor, "MARBEK");
@@ -83,7 +83,7 @@ struct SlotCase {
     uint32_t medium;
 };
 
-TEST_F(Looking, SlotsOfMyBoxShowEveryState) {
+TEST_F(Records, SlotsOfMyBoxShowEveryState) {
     const std::vector<SlotCase> cases = {
         {0, 4, 20}, {1, 4, 21}, {2, 4, 12}, {3, 4, 24}, {4, 3, 255},  {5, 1, 255},
         {6, 0, 22}, {7, 2, 27}, {8, 4, 0},  {9, 4, 1},  {10, 3, 255}, {11, 4, 17},
@@ -105,7 +105,7 @@ struct SideCase {
     int32_t volume;
 };
 
-TEST_F(Looking, SidesOfMyBoxShowEveryState) {
+TEST_F(Records, SidesOfMyBoxShowEveryState) {
     const std::vector<SideCase> cases = {
         {0, 0, 6, 20, 1, 1},   // two volumes on one medium
         {0, 1, 6, 20, 1, 2},   //
@@ -128,7 +128,7 @@ TEST_F(Looking, SidesOfMyBoxShowEveryState) {
     }
 }
 
-TEST_F(Looking, BadSideFailsWithItsRecordFilled) {
+TEST_F(Records, BadSideFailsWithItsRecordFilled) {
     SideRecord record{};
     EXPECT_EQ(Describe(m_client.Side({8, 0, 3}, 1, record)),
               "3: Side B of the medium in slot 4 of magazine 1 in jukebox \"MyBox\" cannot be read.");
@@ -137,7 +137,7 @@ TEST_F(Looking, BadSideFailsWithItsRecordFilled) {
     EXPECT_EQ(record.volumeId, 0);
 }
 
-TEST_F(Looking, SideOfAnEmptyOrMissingSlotFails) {
+TEST_F(Records, SideOfAnEmptyOrMissingSlotFails) {
     SideRecord record{};
     EXPECT_EQ(Describe(m_client.Side({8, 0, 4}, 0, record)),
               "501: There is no medium in slot 5 of magazine 1 in jukebox \"MyBox\".");
@@ -151,7 +151,7 @@ struct MissingItem {
     const char* expected;
 };
 
-TEST_F(Looking, ItemsThatAreNotThereAreNamed) {
+TEST_F(Records, ItemsThatAreNotThereAreNamed) {
     JukeboxRecord jukebox{};
     MagazineRecord magazine{};
     DriveRecord drive{};
@@ -199,7 +199,7 @@ struct AbsoluteCase {
     Slot place;
 };
 
-TEST_F(Looking, AbsoluteSlotNumbersCountThroughThePresentMagazines) {
+TEST_F(Records, AbsoluteSlotNumbersCountThroughThePresentMagazines) {
     const std::vector<AbsoluteCase> cases = {
         {11, 0, "", {11, 0, 0}},
         {11, 11, "", {11, 0, 11}},
@@ -226,7 +226,7 @@ TEST_F(Looking, AbsoluteSlotNumbersCountThroughThePresentMagazines) {
     }
 }
 
-TEST_F(Looking, AbsoluteSlotNumbersEndAtAMissingMagazine) {
+TEST_F(Records, AbsoluteSlotNumbersEndAtAMissingMagazine) {
     ASSERT_TRUE(m_client.DisableMagazine(11, 1).ok);
     SlotRecord record{};
     EXPECT_TRUE(m_client.GetSlot({11, -1, 11}, record).ok);
@@ -235,9 +235,9 @@ TEST_F(Looking, AbsoluteSlotNumbersEndAtAMissingMagazine) {
     EXPECT_TRUE(m_client.GetSlot({11, 2, 8}, record).ok);
 }
 
-TEST_F(Looking, SidesAreFoundByAbsoluteSlotNumberToo) {
+TEST_F(Records, SidesAreFoundByAbsoluteSlotNumberToo) {
     EXPECT_EQ(m_client.SideOf({11, -1, 32}, 0).volumeId, 517);
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -1,10 +1,10 @@
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
 #include <cstdlib>
 #include <random>
 #include <string>
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 std::filesystem::path NewFolder() {
@@ -28,4 +28,4 @@ FarmHome::~FarmHome() {
     std::filesystem::remove_all(m_folder, ignored);
 }
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-namespace simulator_test {
+namespace embedded_test {
 
 class FarmHome {
   public:
@@ -23,7 +23,7 @@ class FarmHome {
     std::filesystem::path m_folder;
 };
 
-class FarmTest : public testing::Test {
+class FarmFixture : public testing::Test {
   protected:
     FarmHome m_home;
 };
@@ -31,4 +31,4 @@ class FarmTest : public testing::Test {
 // Sets a variable of this process's environment; null removes it.
 void SetEnvironment(const char* name, const char* value);
 
-}  // namespace simulator_test
+}  // namespace embedded_test

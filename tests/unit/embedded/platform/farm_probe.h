@@ -8,7 +8,7 @@
 #include <functional>
 #include <string>
 
-namespace simulator_test {
+namespace embedded_test {
 
 int64_t ReadNumber(const std::filesystem::path& farm, const std::string& statement);
 std::string ReadText(const std::filesystem::path& farm, const std::string& statement);
@@ -32,4 +32,4 @@ class FarmHold {
 void Hold(const std::filesystem::path& farm, const std::string& script,
           const std::function<void()>& meanwhile);
 
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,12 +5,12 @@
 #include <vector>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
-class Switching : public FarmTest {
+class EnableDisableRename : public FarmFixture {
   protected:
     JukeboxRecord JukeboxOf(int32_t jukebox) {
         JukeboxRecord record{};
@@ -21,7 +21,7 @@ class Switching : public FarmTest {
     Client m_client;
 };
 
-TEST_F(Switching, DisabledJukeboxShowsItAndMovesNothing) {
+TEST_F(EnableDisableRename, DisabledJukeboxShowsItAndMovesNothing) {
     ASSERT_TRUE(m_client.DisableJukebox(29).ok);
     EXPECT_EQ(JukeboxOf(29).enabled, 0U);
     EXPECT_EQ(m_client.Import({29, 1, 2}).code, 1200);
@@ -31,7 +31,7 @@ TEST_F(Switching, DisabledJukeboxShowsItAndMovesNothing) {
     EXPECT_TRUE(m_client.Import({29, 1, 2}).ok);
 }
 
-TEST_F(Switching, StateThatAnItemHasAlreadyIsSuccess) {
+TEST_F(EnableDisableRename, StateThatAnItemHasAlreadyIsSuccess) {
     EXPECT_TRUE(m_client.EnableJukebox(31).ok);
     EXPECT_TRUE(m_client.DisableJukebox(41).ok);
     EXPECT_TRUE(m_client.EnableMagazine(11, 0).ok);
@@ -42,7 +42,7 @@ TEST_F(Switching, StateThatAnItemHasAlreadyIsSuccess) {
     EXPECT_TRUE(m_client.DisableVolume(108).ok);
 }
 
-TEST_F(Switching, DisabledMagazineIsNotPresentAndItsVolumesAreOffline) {
+TEST_F(EnableDisableRename, DisabledMagazineIsNotPresentAndItsVolumesAreOffline) {
     ASSERT_TRUE(m_client.DisableMagazine(11, 1).ok);
     MagazineRecord magazine{};
     ASSERT_TRUE(m_client.Magazine(11, 1, magazine).ok);
@@ -56,7 +56,7 @@ TEST_F(Switching, DisabledMagazineIsNotPresentAndItsVolumesAreOffline) {
     EXPECT_EQ(m_client.Export({11, 1, 0}).code, 502);
 }
 
-TEST_F(Switching, EnabledMagazineComesBackWithAllThatIsInIt) {
+TEST_F(EnableDisableRename, EnabledMagazineComesBackWithAllThatIsInIt) {
     ASSERT_TRUE(m_client.EnableMagazine(11, 3).ok);
     MagazineRecord magazine{};
     ASSERT_TRUE(m_client.Magazine(11, 3, magazine).ok);
@@ -68,7 +68,7 @@ TEST_F(Switching, EnabledMagazineComesBackWithAllThatIsInIt) {
     EXPECT_TRUE(m_client.GetSlot({11, -1, 36}, slot).ok) << "absolute numbers reach into it";
 }
 
-TEST_F(Switching, DisabledDriveShowsIt) {
+TEST_F(EnableDisableRename, DisabledDriveShowsIt) {
     DriveRecord drive{};
     ASSERT_TRUE(m_client.DisableDrive(8, 1).ok);
     ASSERT_TRUE(m_client.Drive(8, 1, drive).ok);
@@ -78,14 +78,14 @@ TEST_F(Switching, DisabledDriveShowsIt) {
     EXPECT_EQ(drive.enabled, 1U);
 }
 
-TEST_F(Switching, DisabledVolumeShowsItUntilItIsEnabled) {
+TEST_F(EnableDisableRename, DisabledVolumeShowsItUntilItIsEnabled) {
     ASSERT_TRUE(m_client.DisableVolume(33).ok);
     EXPECT_EQ(m_client.VolumeOf(33).state, 1U);
     ASSERT_TRUE(m_client.EnableVolume(33).ok);
     EXPECT_EQ(m_client.VolumeOf(33).state, 0U);
 }
 
-TEST_F(Switching, DisabledVolumeComesBackDisabledFromAnExport) {
+TEST_F(EnableDisableRename, DisabledVolumeComesBackDisabledFromAnExport) {
     ASSERT_TRUE(m_client.DisableVolume(402).ok);
     EXPECT_EQ(m_client.VolumeOf(402).state, 2U) << "it is offline, which counts more";
     for (int32_t slot = 0; slot < 3; ++slot)
@@ -94,13 +94,13 @@ TEST_F(Switching, DisabledVolumeComesBackDisabledFromAnExport) {
     EXPECT_EQ(m_client.VolumeOf(403).state, 0U);
 }
 
-TEST_F(Switching, VolumeOfUnknownStateIsKnownAfterSwitching) {
+TEST_F(EnableDisableRename, VolumeOfUnknownStateIsKnownAfterSwitching) {
     EXPECT_EQ(m_client.VolumeOf(116).state, 3U);
     ASSERT_TRUE(m_client.EnableVolume(116).ok);
     EXPECT_EQ(m_client.VolumeOf(116).state, 0U);
 }
 
-TEST_F(Switching, ItemsThatAreNotThereAreNamed) {
+TEST_F(EnableDisableRename, ItemsThatAreNotThereAreNamed) {
     EXPECT_EQ(Describe(m_client.EnableJukebox(9)), "1100: There is no jukebox with ID 9.");
     EXPECT_EQ(Describe(m_client.DisableJukebox(-1)), "1100: There is no jukebox with ID -1.");
     EXPECT_EQ(Describe(m_client.EnableMagazine(8, 1)), "1101: Jukebox \"MyBox\" has no magazine 2.");
@@ -114,13 +114,13 @@ TEST_F(Switching, ItemsThatAreNotThereAreNamed) {
 
 // ---- Names
 
-TEST_F(Switching, RenamedJukeboxKeepsItsIdAndShowsTheNewName) {
+TEST_F(EnableDisableRename, RenamedJukeboxKeepsItsIdAndShowsTheNewName) {
     ASSERT_TRUE(m_client.RenameJukebox(31, "My New Jukebox Name").ok);
     EXPECT_STREQ(JukeboxOf(31).name, "My New Jukebox Name");
     EXPECT_TRUE(m_client.RenameJukebox(31, "My New Jukebox Name").ok) << "it has this name already";
 }
 
-TEST_F(Switching, JukeboxNameHasOneTo51Bytes) {
+TEST_F(EnableDisableRename, JukeboxNameHasOneTo51Bytes) {
     const std::string longest(51, 'n');
     ASSERT_TRUE(m_client.RenameJukebox(31, longest).ok);
     EXPECT_STREQ(JukeboxOf(31).name, longest.c_str());
@@ -130,24 +130,24 @@ TEST_F(Switching, JukeboxNameHasOneTo51Bytes) {
     EXPECT_STREQ(JukeboxOf(8).name, "MyBox");
 }
 
-TEST_F(Switching, TwoJukeboxesMayHaveOneName) {
+TEST_F(EnableDisableRename, TwoJukeboxesMayHaveOneName) {
     EXPECT_TRUE(m_client.RenameJukebox(31, "MyBox").ok);
 }
 
-TEST_F(Switching, NameThatIsNotUtf8ComesBackByteForByte) {
+TEST_F(EnableDisableRename, NameThatIsNotUtf8ComesBackByteForByte) {
     const std::string name = "K\xF6ln \xFF";
     ASSERT_TRUE(m_client.RenameJukebox(31, name).ok);
     EXPECT_EQ(std::string(JukeboxOf(31).name), name);
 }
 
-TEST_F(Switching, DirectoryNameReplacesTheFirstOneAndLeavesTheOthers) {
+TEST_F(EnableDisableRename, DirectoryNameReplacesTheFirstOneAndLeavesTheOthers) {
     ASSERT_TRUE(m_client.SetDirectory(300, "dir1/volume300").ok);
     std::vector<std::string> aspects;
     ASSERT_TRUE(m_client.Aspects(300, aspects).ok);
     EXPECT_EQ(aspects, (std::vector<std::string>{"dir1/volume300", "film\\all"}));
 }
 
-TEST_F(Switching, DirectoryNameCanBeGivenToAVolumeWithoutOne) {
+TEST_F(EnableDisableRename, DirectoryNameCanBeGivenToAVolumeWithoutOne) {
     ASSERT_TRUE(m_client.SetDirectory(107, "first\\name").ok);
     std::vector<std::string> aspects;
     ASSERT_TRUE(m_client.Aspects(107, aspects).ok);
@@ -155,7 +155,7 @@ TEST_F(Switching, DirectoryNameCanBeGivenToAVolumeWithoutOne) {
     EXPECT_TRUE(m_client.SetDirectory(107, "first\\name").ok) << "it has this name already";
 }
 
-TEST_F(Switching, DirectoryNameIsGivenOnceInAService) {
+TEST_F(EnableDisableRename, DirectoryNameIsGivenOnceInAService) {
     EXPECT_EQ(Describe(m_client.SetDirectory(273, "sales\\2004")),
               "1224: Directory name \"sales\\2004\" belongs to volume 33 already.");
     EXPECT_EQ(Describe(m_client.SetDirectory(273, "film\\all")),
@@ -163,7 +163,7 @@ TEST_F(Switching, DirectoryNameIsGivenOnceInAService) {
     EXPECT_TRUE(m_client.SetDirectory(273, "sales\\2004 ").ok);
 }
 
-TEST_F(Switching, DirectoryNameHasOneTo1023Bytes) {
+TEST_F(EnableDisableRename, DirectoryNameHasOneTo1023Bytes) {
     EXPECT_EQ(Describe(m_client.SetDirectory(273, "")),
               "1222: The new directory name of volume 273 is empty.");
     EXPECT_EQ(Describe(m_client.SetDirectory(273, std::string(1024, 'd'))),
@@ -174,7 +174,7 @@ TEST_F(Switching, DirectoryNameHasOneTo1023Bytes) {
     EXPECT_EQ(aspects, (std::vector<std::string>{"lab\\measurements\\7"}));
 }
 
-TEST_F(Switching, OfflineVolumeCanBeRenamed) {
+TEST_F(EnableDisableRename, OfflineVolumeCanBeRenamed) {
     ASSERT_TRUE(m_client.SetDirectory(401, "backup\\other").ok);
     std::vector<std::string> aspects;
     ASSERT_TRUE(m_client.Aspects(401, aspects).ok);
@@ -182,4 +182,4 @@ TEST_F(Switching, OfflineVolumeCanBeRenamed) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test

@@ -5,16 +5,16 @@
 #include <vector>
 
 #include "tests/unit/embedded/support/client.h"
-#include "tests/unit/embedded/support/farm_home.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
 
-namespace simulator_test {
+namespace embedded_test {
 namespace {
 
 constexpr Slot kFreeSlot{29, 1, 2};  // of Sales Tower, where five media wait
 constexpr uint32_t kActive = 0;
 constexpr uint32_t kOffline = 2;
 
-class Moving : public FarmTest {
+class ImportExportScan : public FarmFixture {
   protected:
     void ExportAll(int32_t jukebox, int32_t magazine, int32_t slots) {
         for (int32_t slot = 0; slot < slots; ++slot)
@@ -26,7 +26,7 @@ class Moving : public FarmTest {
 
 // ---- Import
 
-TEST_F(Moving, ImportPutsTheNextWaitingMediumIntoTheSlot) {
+TEST_F(ImportExportScan, ImportPutsTheNextWaitingMediumIntoTheSlot) {
     EXPECT_TRUE(m_client.Import(kFreeSlot).ok);
     SlotRecord slot{};
     ASSERT_TRUE(m_client.GetSlot(kFreeSlot, slot).ok);
@@ -34,7 +34,7 @@ TEST_F(Moving, ImportPutsTheNextWaitingMediumIntoTheSlot) {
     EXPECT_EQ(slot.mediumCode, 12U) << "the DVD-RAM waits in front";
 }
 
-TEST_F(Moving, ImportedNewVolumeGetsTheNextIdAndIsOnline) {
+TEST_F(ImportExportScan, ImportedNewVolumeGetsTheNextIdAndIsOnline) {
     ASSERT_TRUE(m_client.Import(kFreeSlot).ok);
     const SideRecord side = m_client.SideOf(kFreeSlot, 0);
     EXPECT_EQ(side.volumeId, 600) << "the layout's next_volume";
@@ -44,7 +44,7 @@ TEST_F(Moving, ImportedNewVolumeGetsTheNextIdAndIsOnline) {
     EXPECT_EQ(m_client.SideOf(kFreeSlot, 1).state, 4U) << "the other side is blank";
 }
 
-TEST_F(Moving, WaitingMediaComeInTheirOrder) {
+TEST_F(ImportExportScan, WaitingMediaComeInTheirOrder) {
     const std::vector<uint32_t> waiting = {12, 26, 20, 1, 9};  // as the layout lists them
     int32_t slot = 0;
     for (const uint32_t type : waiting) {
@@ -57,7 +57,7 @@ TEST_F(Moving, WaitingMediaComeInTheirOrder) {
               "501: There is no medium in the import station of jukebox \"Sales Tower\".");
 }
 
-TEST_F(Moving, ImportBringsKnownVolumesBackOnline) {
+TEST_F(ImportExportScan, ImportBringsKnownVolumesBackOnline) {
     EXPECT_EQ(m_client.VolumeOf(402).state, kOffline);
     for (int32_t slot = 0; slot < 3; ++slot)
         ASSERT_TRUE(m_client.Import({29, 2, slot}).ok);
@@ -75,7 +75,7 @@ struct RefusedMove {
     const char* expected;
 };
 
-TEST_F(Moving, ImportIsRefusedWhereNothingCanBePut) {
+TEST_F(ImportExportScan, ImportIsRefusedWhereNothingCanBePut) {
     const std::vector<RefusedMove> cases = {
         {"occupied", {29, 1, 0}, "502: Slot 1 of magazine 2 in jukebox \"Sales Tower\" is not empty."},
         {"no such slot", {29, 1, 6}, "1103: Magazine 2 of jukebox \"Sales Tower\" has no slot 7."},
@@ -92,35 +92,35 @@ TEST_F(Moving, ImportIsRefusedWhereNothingCanBePut) {
     EXPECT_EQ(m_client.SideOf(kFreeSlot, 0).volumeId, 600) << "no refused call has taken the first medium";
 }
 
-TEST_F(Moving, ImportIntoAMissingMagazineIsCode502) {
+TEST_F(ImportExportScan, ImportIntoAMissingMagazineIsCode502) {
     ASSERT_TRUE(m_client.DisableMagazine(29, 2).ok);
     EXPECT_EQ(Describe(m_client.Import({29, 2, 0})),
               "502: Magazine 3 of jukebox \"Sales Tower\" is not present.");
     EXPECT_EQ(m_client.Import({29, 2, -1}).code, 502);
 }
 
-TEST_F(Moving, ImportWithoutASlotTakesTheFirstEmptyOne) {
+TEST_F(ImportExportScan, ImportWithoutASlotTakesTheFirstEmptyOne) {
     ASSERT_TRUE(m_client.Import({29, -1, -1}).ok);
     EXPECT_EQ(m_client.SlotState({29, 0, 3}), 4U) << "magazine 1 has its first gap at slot 4";
     ASSERT_TRUE(m_client.Import({29, 2, -1}).ok);
     EXPECT_EQ(m_client.SlotState({29, 2, 0}), 4U);
 }
 
-TEST_F(Moving, ImportToAFullMagazineIsCode4) {
+TEST_F(ImportExportScan, ImportToAFullMagazineIsCode4) {
     for (int32_t slot : {2, 4, 5})
         ASSERT_TRUE(m_client.Import({29, 1, slot}).ok);
     EXPECT_EQ(Describe(m_client.Import({29, 1, -1})),
               "4: Magazine 2 of jukebox \"Sales Tower\" is already full.");
 }
 
-TEST_F(Moving, ImportByAbsoluteSlotNumberReachesTheSameSlot) {
+TEST_F(ImportExportScan, ImportByAbsoluteSlotNumberReachesTheSameSlot) {
     ASSERT_TRUE(m_client.Import({29, -1, 8}).ok);  // 6 slots of magazine 1, then slot 3 of magazine 2
     EXPECT_EQ(m_client.SlotState({29, 1, 2}), 4U);
 }
 
 // ---- Export
 
-TEST_F(Moving, ExportEmptiesTheSlotAndKeepsTheVolumeOffline) {
+TEST_F(ImportExportScan, ExportEmptiesTheSlotAndKeepsTheVolumeOffline) {
     EXPECT_TRUE(m_client.Export({8, 0, 2}).ok);
     SlotRecord slot{};
     ASSERT_TRUE(m_client.GetSlot({8, 0, 2}, slot).ok);
@@ -136,7 +136,7 @@ TEST_F(Moving, ExportEmptiesTheSlotAndKeepsTheVolumeOffline) {
     EXPECT_EQ(aspects, (std::vector<std::string>{"sales\\2004"}));
 }
 
-TEST_F(Moving, ExportIsRefusedWhereNothingIs) {
+TEST_F(ImportExportScan, ExportIsRefusedWhereNothingIs) {
     const std::vector<RefusedMove> cases = {
         {"empty", {8, 0, 4}, "501: There is no medium in slot 5 of magazine 1 in jukebox \"MyBox\"."},
         {"not present", {8, 0, 5}, "502: Slot 6 of magazine 1 in jukebox \"MyBox\" is not present."},
@@ -149,12 +149,12 @@ TEST_F(Moving, ExportIsRefusedWhereNothingIs) {
     }
 }
 
-TEST_F(Moving, ExportOfAMediumThatWasNotReadWorks) {
+TEST_F(ImportExportScan, ExportOfAMediumThatWasNotReadWorks) {
     EXPECT_TRUE(m_client.Export({8, 0, 6}).ok);
     EXPECT_TRUE(m_client.Export({8, 0, 7}).ok);
 }
 
-TEST_F(Moving, ExportOfOnePartTakesAVolumeSetOfflineButNotAMirror) {
+TEST_F(ImportExportScan, ExportOfOnePartTakesAVolumeSetOfflineButNotAMirror) {
     ASSERT_TRUE(m_client.Export({11, 1, 5}).ok);
     EXPECT_EQ(m_client.VolumeOf(300).state, kOffline);
     std::vector<SideKey> locations;
@@ -166,14 +166,14 @@ TEST_F(Moving, ExportOfOnePartTakesAVolumeSetOfflineButNotAMirror) {
     EXPECT_EQ(m_client.VolumeOf(310).state, kOffline);
 }
 
-TEST_F(Moving, ExportWithoutASlotTakesTheFirstMedium) {
+TEST_F(ImportExportScan, ExportWithoutASlotTakesTheFirstMedium) {
     ASSERT_TRUE(m_client.Export({29, 1, -1}).ok);
     EXPECT_EQ(m_client.SlotState({29, 1, 0}), 3U);
     ASSERT_TRUE(m_client.Export({29, -1, -1}).ok);
     EXPECT_EQ(m_client.SlotState({29, 0, 0}), 3U);
 }
 
-TEST_F(Moving, ExportFromAnEmptyMagazineIsCode4) {
+TEST_F(ImportExportScan, ExportFromAnEmptyMagazineIsCode4) {
     EXPECT_EQ(Describe(m_client.Export({29, 2, -1})),
               "4: Magazine 3 of jukebox \"Sales Tower\" is already empty.");
     for (int32_t magazine = 0; magazine < 2; ++magazine)
@@ -183,7 +183,7 @@ TEST_F(Moving, ExportFromAnEmptyMagazineIsCode4) {
 
 // ---- Scan
 
-TEST_F(Moving, ScanReadsAMediumThatWasNotRead) {
+TEST_F(ImportExportScan, ScanReadsAMediumThatWasNotRead) {
     EXPECT_EQ(m_client.SlotState({8, 0, 6}), 0U);
     EXPECT_TRUE(m_client.Scan({8, 0, 6}).ok);
     EXPECT_EQ(m_client.SlotState({8, 0, 6}), 4U);
@@ -192,22 +192,22 @@ TEST_F(Moving, ScanReadsAMediumThatWasNotRead) {
     EXPECT_EQ(side.volumeId, 6);
 }
 
-TEST_F(Moving, ScanOfAReadMediumChangesNothing) {
+TEST_F(ImportExportScan, ScanOfAReadMediumChangesNothing) {
     EXPECT_TRUE(m_client.Scan({8, 0, 2}).ok);
     EXPECT_EQ(m_client.SlotState({8, 0, 2}), 4U);
 }
 
-TEST_F(Moving, ScanOfAnUnreadableMediumFails) {
+TEST_F(ImportExportScan, ScanOfAnUnreadableMediumFails) {
     EXPECT_EQ(Describe(m_client.Scan({8, 0, 7})),
               "3: The medium in slot 8 of magazine 1 in jukebox \"MyBox\" cannot be read.");
     EXPECT_EQ(m_client.SlotState({8, 0, 7}), 2U);
 }
 
-TEST_F(Moving, ScanOfAMediumWithOneBadSideSucceeds) {
+TEST_F(ImportExportScan, ScanOfAMediumWithOneBadSideSucceeds) {
     EXPECT_TRUE(m_client.Scan({8, 0, 3}).ok);
 }
 
-TEST_F(Moving, ScanIsRefusedWhereNothingIs) {
+TEST_F(ImportExportScan, ScanIsRefusedWhereNothingIs) {
     const std::vector<RefusedMove> cases = {
         {"empty", {8, 0, 4}, "501: There is no medium in slot 5 of magazine 1 in jukebox \"MyBox\"."},
         {"not present", {8, 0, 5}, "502: Slot 6 of magazine 1 in jukebox \"MyBox\" is not present."},
@@ -221,4 +221,4 @@ TEST_F(Moving, ScanIsRefusedWhereNothingIs) {
 }
 
 }  // namespace
-}  // namespace simulator_test
+}  // namespace embedded_test
