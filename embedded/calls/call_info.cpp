@@ -89,6 +89,12 @@ Item WithText(Item item, const char* text) {
     return item;
 }
 
+Item ReadItem(Statement& row) {
+    Item item;
+    row >> item.jukebox >> item.magazine >> item.slot >> item.side >> item.drive >> item.volume;
+    return item;
+}
+
 std::span<const std::string_view> FunctionNames() {
     return kFunctions;
 }

@@ -1,4 +1,3 @@
-// Which call a caller made, and of what: for the journal, and for the faults that a farm may have.
 #pragma once
 
 #include <cstdint>
@@ -6,12 +5,13 @@
 #include <span>
 #include <string_view>
 
+#include "embedded/store/statement.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {
 
-// The item that a call names, with the numbers of its key; a number that the key leaves out is not
-// there. Of a key that cannot be read nothing is known.
+// The item that a call names, with the zero-based numbers of its key, as far as the key can be read and sets
+// them.
 struct Item {
     std::optional<int64_t> jukebox;
     std::optional<int64_t> magazine;
@@ -23,6 +23,7 @@ struct Item {
     const char* text = "";
 };
 
+// Which call a caller made, and of what: for the journal, and for the faults that a farm may have.
 struct CallInfo {
     const char* function;
     Item item;
@@ -36,6 +37,9 @@ Item ItemOf(const SideKey* key);
 Item VolumeItem(uint32_t volume);
 // The same item with a text; null stands for none.
 Item WithText(Item item, const char* text);
+
+// From the next six columns of a row: jukebox, magazine, slot, side, drive, volume.
+Item ReadItem(Statement& row);
 
 // The names of the 31 functions.
 std::span<const std::string_view> FunctionNames();

@@ -3,49 +3,28 @@
 #include <algorithm>
 #include <vector>
 
-#include "embedded/rules/lookup.h"
-#include "embedded/store/rows.h"
+#include "embedded/model/random.h"
+#include "embedded/rules/items.h"
+#include "embedded/store/statement.h"
 
 namespace embedded {
 namespace {
 
-struct Fault {
-    int64_t id = 0;
-    Item item;
-    int64_t skip = 0;              // matching calls that pass first
-    std::optional<int64_t> times;  // nothing: for ever
-    double probability = 1;
-    int64_t seed = 0;
-    std::optional<int32_t> code;  // nothing: it only delays
-    std::string text;
-    std::chrono::milliseconds delay{0};
-    int64_t matched = 0;
-    int64_t fired = 0;
-};
+constexpr Sql kFaultsOfFunction = R"sql(
+    SELECT id, function, jukebox, magazine, slot, side, drive, volume, skip, times, probability, seed,
+        code, text, delay, matched, fired
+    FROM fault WHERE function IN (?1, '*')
+)sql";
 
-std::optional<int64_t> Optional(const Rows& rows, int column) {
-    return rows.IsNull(column) ? std::nullopt : std::optional<int64_t>(rows.Integer(column));
-}
+constexpr Sql kHasFaults = R"sql(SELECT 1 FROM fault WHERE function IN (?1, '*') LIMIT 1)sql";
+
+constexpr Sql kCountCall = R"sql(UPDATE fault SET matched = ?2, fired = ?3 WHERE id = ?1)sql";
 
 std::vector<Fault> FaultsOf(Database& database, const char* function) {
     std::vector<Fault> faults;
-    Rows rows(database, Sql::FaultsOfFunction, function);
-    while (rows.Next()) {
-        Fault fault;
-        fault.id = rows.Integer(0);
-        fault.item = {Optional(rows, 1), Optional(rows, 2), Optional(rows, 3),
-                      Optional(rows, 4), Optional(rows, 5), Optional(rows, 6)};
-        fault.skip = rows.Integer(7);
-        fault.times = Optional(rows, 8);
-        fault.probability = rows.Real(9);
-        fault.seed = rows.Integer(10);
-        if (!rows.IsNull(11)) fault.code = rows.Number(11);
-        fault.text = rows.Text(12);
-        fault.delay = std::chrono::milliseconds(rows.Integer(13));
-        fault.matched = rows.Integer(14);
-        fault.fired = rows.Integer(15);
-        faults.push_back(std::move(fault));
-    }
+    Statement row(database, kFaultsOfFunction, function);
+    while (row.Next())
+        faults.push_back(ReadFault(row));
     std::ranges::sort(faults, {}, &Fault::id);
     return faults;
 }
@@ -53,15 +32,11 @@ std::vector<Fault> FaultsOf(Database& database, const char* function) {
 // Whether the volume is on the side, or on either side of the medium, that the call names.
 bool IsVolumeThere(Database& database, int64_t volume, const Item& item) {
     if (!item.jukebox.has_value() || !item.slot.has_value()) return false;
-    Rows places(database, Sql::Locations, volume);
-    while (places.Next()) {
-        const bool isSameSide = !item.side.has_value() || *item.side == 2 || *item.side == places.Integer(3);
-        if (places.Integer(0) == *item.jukebox && item.magazine.value_or(0) == places.Integer(1) &&
-            places.Integer(2) == *item.slot && isSameSide) {
-            return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(FindLocations(database, volume), [&](const SideKey& place) {
+        const bool isSameSide = !item.side.has_value() || *item.side == 2 || *item.side == place.side;
+        return place.jukeboxId == *item.jukebox && place.magazine == item.magazine.value_or(0) &&
+               place.slot == *item.slot && isSameSide;
+    });
 }
 
 bool IsNumberMet(const std::optional<int64_t>& wanted, const std::optional<int64_t>& given) {
@@ -85,19 +60,25 @@ bool IsMet(Database& database, const Fault& fault, const Item& item) {
 
 }  // namespace
 
+Fault ReadFault(Statement& row) {
+    Fault fault;
+    row >> fault.id >> fault.function;
+    fault.item = ReadItem(row);
+    row >> fault.skip >> fault.times >> fault.probability >> fault.seed >> fault.code >> fault.text;
+    fault.delay = std::chrono::milliseconds(row.Read<int64_t>());
+    row >> fault.matched >> fault.fired;
+    return fault;
+}
+
+// The upper 53 bits of a random number fill a fraction.
 bool StrikesByChance(double probability, int64_t seed, int64_t call) {
-    // A mixing of the two numbers that spreads over all values; the upper 53 bits fill a fraction.
-    auto mixed = static_cast<uint64_t>(seed) + static_cast<uint64_t>(call) * 0x9E3779B97F4A7C15U;
-    mixed = (mixed ^ (mixed >> 30U)) * 0xBF58476D1CE4E5B9U;
-    mixed = (mixed ^ (mixed >> 27U)) * 0x94D049BB133111EBU;
-    mixed ^= mixed >> 31U;
     constexpr double kScale = 1.0 / 9007199254740992.0;
-    return static_cast<double>(mixed >> 11U) * kScale < probability;
+    const uint64_t number = Random(seed).Nth(static_cast<uint64_t>(call));
+    return static_cast<double>(number >> 11U) * kScale < probability;
 }
 
 bool HasFaults(Database& database, const char* function) {
-    Rows rows(database, Sql::FaultsOfFunction, function);
-    return rows.Next();
+    return FindValue<int64_t>(database, kHasFaults, function).has_value();
 }
 
 FaultEffect ApplyFaults(Database& database, const CallInfo& call) {
@@ -115,7 +96,7 @@ FaultEffect ApplyFaults(Database& database, const CallInfo& call) {
                 effect.refusal.emplace(*fault.code, fault.text);
             }
         }
-        Run(database, Sql::CountFault, fault.id, fault.matched, fault.fired);
+        Run(database, kCountCall, fault.id, fault.matched, fault.fired);
     }
     return effect;
 }

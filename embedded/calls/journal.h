@@ -1,8 +1,8 @@
-// The journal of a farm: every call that any process made, while it is switched on.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <string>
 
 #include "embedded/calls/call_info.h"
@@ -10,9 +10,10 @@
 
 namespace embedded {
 
+// The journal of a farm: every call that any process made, while it is switched on.
 struct JournalEntry {
     CallInfo call;
-    std::chrono::system_clock::time_point time;  // of its beginning
+    std::chrono::system_clock::time_point time;  // when the call began
     std::chrono::steady_clock::duration duration{0};
     uint64_t session = 0;
     bool succeeded = true;
@@ -21,8 +22,27 @@ struct JournalEntry {
     std::string change;  // what the call changed, in words; empty when nothing
 };
 
-// Appends the entry and drops what is beyond the limit, the oldest entries first. The caller has
-// opened a transaction.
+// Appends the entry and drops the oldest ones beyond the limit, in the caller's transaction.
 void WriteJournal(Database& database, int64_t limit, const JournalEntry& entry);
+
+// An entry as the database keeps it.
+struct StoredJournalEntry {
+    int64_t id = 0;
+    std::chrono::system_clock::time_point time;
+    int64_t duration = 0;  // microseconds
+    int64_t process = 0;
+    uint64_t session = 0;
+    std::string function;
+    Item item;             // without its text
+    std::string argument;  // the text that came with the call
+    bool succeeded = true;
+    int64_t code = 0;
+    std::string text;
+    std::string change;
+};
+
+// Hands over the entries behind the one with the ID `last`, in order.
+void ReadJournal(Database& database, int64_t last,
+                 const std::function<void(const StoredJournalEntry&)>& read);
 
 }  // namespace embedded

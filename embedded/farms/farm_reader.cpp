@@ -1,36 +1,63 @@
 #include "embedded/farms/farm_reader.h"
 
-#include <functional>
 #include <unordered_map>
+
+#include "embedded/store/statement.h"
 
 namespace embedded {
 namespace {
 
-std::string Text(sqlite3_stmt* statement, int column) {
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement, column));
-    if (bytes == nullptr) return {};
-    return {bytes, static_cast<size_t>(sqlite3_column_bytes(statement, column))};
-}
+constexpr Sql kServer = R"sql(SELECT running, next_volume FROM server)sql";
 
-int64_t Integer(sqlite3_stmt* statement, int column) {
-    return sqlite3_column_int64(statement, column);
-}
-int32_t Number(sqlite3_stmt* statement, int column) {
-    return static_cast<int32_t>(Integer(statement, column));
-}
-bool Flag(sqlite3_stmt* statement, int column) {
-    return Integer(statement, column) != 0;
-}
+constexpr Sql kJukeboxes = R"sql(
+    SELECT id, name, enabled, double_sided, vendor, product, revision, scsi1, scsi2, scsi3
+    FROM jukebox ORDER BY id
+)sql";
 
-FarmDevice Device(sqlite3_stmt* statement, int column) {
+constexpr Sql kMagazines = R"sql(
+    SELECT jukebox, slot_count, present FROM magazine ORDER BY jukebox, number
+)sql";
+
+constexpr Sql kDrives = R"sql(
+    SELECT jukebox, enabled, vendor, product, revision, scsi1, scsi2, scsi3, value1, value2
+    FROM drive ORDER BY jukebox, number
+)sql";
+
+// One row for each side of a medium.
+constexpr Sql kMedia = R"sql(
+    SELECT d.id, d.type, d.place, d.jukebox, d.magazine, d.slot,
+        i.content, i.finalization, i.sequential, i.volume, i.part
+    FROM medium d CROSS JOIN side i ON i.medium = d.id
+    ORDER BY d.place, d.jukebox, d.magazine, d.slot, i.side
+)sql";
+
+// Only the slots whose state differs from what the media say.
+constexpr Sql kOddSlots = R"sql(
+    SELECT s.jukebox, s.magazine, s.number, s.state
+    FROM slot s
+    LEFT JOIN medium d ON d.place = 1 AND d.jukebox = s.jukebox AND d.magazine = s.magazine AND d.slot = s.number
+    WHERE s.state <> CASE WHEN d.id IS NULL THEN 3 ELSE 4 END
+    ORDER BY s.jukebox, s.magazine, s.number
+)sql";
+
+constexpr Sql kVolumes = R"sql(
+    SELECT id, type, state, enabled, file_system, label, total, free, value1, value2
+    FROM volume ORDER BY id < 0, abs(id)
+)sql";
+
+constexpr Sql kDirectories = R"sql(SELECT volume, name FROM directory ORDER BY volume, position)sql";
+
+FarmDevice ReadDevice(Statement& row) {
     FarmDevice device;
-    device.vendor = Text(statement, column);
-    device.product = Text(statement, column + 1);
-    device.revision = Text(statement, column + 2);
-    for (int component = 0; component < 3; ++component) {
-        device.scsi[component] = Number(statement, column + 3 + component);
-    }
+    row >> device.vendor >> device.product >> device.revision;
+    row >> device.scsi[0] >> device.scsi[1] >> device.scsi[2];
     return device;
+}
+
+FarmSide ReadSide(Statement& row) {
+    FarmSide side;
+    row >> side.content >> side.finalization >> side.sequential >> side.volume >> side.part;
+    return side;
 }
 
 class Reader {
@@ -50,17 +77,7 @@ class Reader {
     }
 
   private:
-    void ForEach(const char* text, const std::function<void(sqlite3_stmt*)>& read) {
-        const StatementHandle statement = m_database.Prepare(text);
-        while (true) {
-            const int result = sqlite3_step(statement.get());
-            if (result == SQLITE_DONE) return;
-            if (result != SQLITE_ROW) m_database.Fail(result);
-            read(statement.get());
-        }
-    }
-
-    // Null for a row whose jukebox or magazine is not there; such rows are for `krvsim check` to report.
+    // Null for a row whose jukebox or magazine does not exist; `krvsim check` reports such rows.
     FarmJukebox* FindJukebox(int64_t id) {
         const auto found = m_jukeboxes.find(id);
         return found == m_jukeboxes.end() ? nullptr : &m_farm.jukeboxes[found->second];
@@ -73,59 +90,45 @@ class Reader {
     }
 
     void ReadServer() {
-        ForEach("SELECT running, next_volume FROM server", [&](sqlite3_stmt* row) {
-            m_farm.running = Flag(row, 0);
-            m_farm.nextVolume = Number(row, 1);
-        });
+        Statement row(m_database, kServer);
+        while (row.Next())
+            row >> m_farm.running >> m_farm.nextVolume;
     }
 
     void ReadJukeboxes() {
-        ForEach(
-            "SELECT id, name, enabled, double_sided, vendor, product, revision, scsi1, scsi2, scsi3 FROM "
-            "jukebox "
-            "ORDER BY id",
-            [&](sqlite3_stmt* row) {
-                FarmJukebox jukebox;
-                jukebox.id = Number(row, 0);
-                jukebox.name = Text(row, 1);
-                jukebox.enabled = Flag(row, 2);
-                jukebox.doubleSided = Flag(row, 3);
-                jukebox.changer = Device(row, 4);
-                m_jukeboxes.emplace(jukebox.id, m_farm.jukeboxes.size());
-                m_farm.jukeboxes.push_back(std::move(jukebox));
-            });
+        Statement row(m_database, kJukeboxes);
+        while (row.Next()) {
+            FarmJukebox jukebox;
+            row >> jukebox.id >> jukebox.name >> jukebox.enabled >> jukebox.doubleSided;
+            jukebox.changer = ReadDevice(row);
+            m_jukeboxes.emplace(jukebox.id, m_farm.jukeboxes.size());
+            m_farm.jukeboxes.push_back(std::move(jukebox));
+        }
     }
 
     void ReadMagazines() {
-        ForEach("SELECT jukebox, slot_count, present FROM magazine ORDER BY jukebox, number",
-                [&](sqlite3_stmt* row) {
-                    FarmJukebox* jukebox = FindJukebox(Integer(row, 0));
-                    if (jukebox == nullptr) return;
-                    FarmMagazine magazine;
-                    magazine.slotCount = Number(row, 1);
-                    magazine.present = Flag(row, 2);
-                    jukebox->magazines.push_back(std::move(magazine));
-                });
+        Statement row(m_database, kMagazines);
+        while (row.Next()) {
+            FarmJukebox* jukebox = FindJukebox(row.Read<int64_t>());
+            if (jukebox == nullptr) continue;
+            FarmMagazine& magazine = jukebox->magazines.emplace_back();
+            row >> magazine.slotCount >> magazine.present;
+        }
     }
 
     void ReadDrives() {
-        ForEach(
-            "SELECT jukebox, enabled, vendor, product, revision, scsi1, scsi2, scsi3, value1, value2 FROM "
-            "drive "
-            "ORDER BY jukebox, number",
-            [&](sqlite3_stmt* row) {
-                FarmJukebox* jukebox = FindJukebox(Integer(row, 0));
-                if (jukebox == nullptr) return;
-                FarmDrive drive;
-                drive.enabled = Flag(row, 1);
-                drive.device = Device(row, 2);
-                drive.values[0] = static_cast<uint64_t>(Integer(row, 8));
-                drive.values[1] = static_cast<uint64_t>(Integer(row, 9));
-                jukebox->drives.push_back(std::move(drive));
-            });
+        Statement row(m_database, kDrives);
+        while (row.Next()) {
+            FarmJukebox* jukebox = FindJukebox(row.Read<int64_t>());
+            if (jukebox == nullptr) continue;
+            FarmDrive& drive = jukebox->drives.emplace_back();
+            row >> drive.enabled;
+            drive.device = ReadDevice(row);
+            row >> drive.values[0] >> drive.values[1];
+        }
     }
 
-    // The list that a medium belongs to; null when its place is not there.
+    // The list that a medium belongs to; null when its place does not exist.
     std::vector<FarmMedium>* PlaceOf(Place place, int64_t jukebox, int64_t magazine) {
         if (place == Place::Shelf) return &m_farm.shelf;
         if (place == Place::Slot) {
@@ -140,68 +143,49 @@ class Reader {
     void ReadMedia() {
         int64_t current = 0;
         std::vector<FarmMedium>* list = nullptr;
-        ForEach(
-            "SELECT d.id, d.type, d.place, d.jukebox, d.magazine, d.slot, i.content, i.finalization, "
-            "i.sequential, "
-            "i.volume, i.part FROM medium d CROSS JOIN side i ON i.medium = d.id ORDER BY d.place, "
-            "d.jukebox, "
-            "d.magazine, d.slot, i.side",
-            [&](sqlite3_stmt* row) {
-                if (Integer(row, 0) != current) {
-                    current = Integer(row, 0);
-                    list = PlaceOf(static_cast<Place>(Number(row, 2)), Integer(row, 3), Integer(row, 4));
-                    if (list != nullptr) {
-                        FarmMedium medium;
-                        medium.type = static_cast<uint32_t>(Integer(row, 1));
-                        medium.slot = Number(row, 5) + 1;
-                        list->push_back(std::move(medium));
-                    }
+        Statement row(m_database, kMedia);
+        while (row.Next()) {
+            const auto [id, type, place, jukebox, magazine, slot] =
+                row.Read<int64_t, uint32_t, Place, int64_t, int64_t, int32_t>();
+            if (id != current) {
+                current = id;
+                list = PlaceOf(place, jukebox, magazine);
+                if (list != nullptr) {
+                    FarmMedium& medium = list->emplace_back();
+                    medium.type = type;
+                    medium.slot = slot + 1;
                 }
-                if (list == nullptr) return;
-                list->back().sides.push_back({static_cast<Content>(Number(row, 6)),
-                                              static_cast<Finalization>(Number(row, 7)), Flag(row, 8),
-                                              Number(row, 9), Number(row, 10)});
-            });
+            }
+            if (list != nullptr) list->back().sides.push_back(ReadSide(row));
+        }
     }
 
-    // Only the states that the media do not tell.
     void ReadSlots() {
-        ForEach(
-            "SELECT s.jukebox, s.magazine, s.number, s.state FROM slot s LEFT JOIN medium d ON d.place = 1 "
-            "AND "
-            "d.jukebox = s.jukebox AND d.magazine = s.magazine AND d.slot = s.number WHERE s.state <> "
-            "CASE WHEN d.id IS NULL THEN 3 ELSE 4 END ORDER BY s.jukebox, s.magazine, s.number",
-            [&](sqlite3_stmt* row) {
-                FarmMagazine* magazine = FindMagazine(Integer(row, 0), Integer(row, 1));
-                if (magazine == nullptr) return;
-                magazine->oddSlots.push_back({Number(row, 2) + 1, static_cast<SlotState>(Number(row, 3))});
-            });
+        Statement row(m_database, kOddSlots);
+        while (row.Next()) {
+            const auto [jukebox, number, slot, state] = row.Read<int64_t, int64_t, int32_t, SlotState>();
+            FarmMagazine* magazine = FindMagazine(jukebox, number);
+            if (magazine != nullptr) magazine->oddSlots.push_back({slot + 1, state});
+        }
     }
 
     void ReadVolumes() {
         std::unordered_map<int64_t, size_t> places;
-        ForEach(
-            "SELECT id, type, state, enabled, file_system, label, total, free, value1, value2 FROM volume "
-            "ORDER BY id < 0, abs(id)",
-            [&](sqlite3_stmt* row) {
-                FarmVolume volume;
-                volume.id = Number(row, 0);
-                volume.type = static_cast<VolumeType>(Number(row, 1));
-                volume.state = Number(row, 2);
-                volume.enabled = Flag(row, 3);
-                volume.fileSystem = Text(row, 4);
-                volume.label = Text(row, 5);
-                volume.total = static_cast<uint64_t>(Integer(row, 6));
-                volume.free = static_cast<uint64_t>(Integer(row, 7));
-                volume.value1 = Number(row, 8);
-                volume.value2 = static_cast<uint32_t>(Integer(row, 9));
-                places.emplace(volume.id, m_farm.volumes.size());
-                m_farm.volumes.push_back(std::move(volume));
-            });
-        ForEach("SELECT volume, name FROM directory ORDER BY volume, position", [&](sqlite3_stmt* row) {
-            const auto owner = places.find(Integer(row, 0));
-            if (owner != places.end()) m_farm.volumes[owner->second].directories.push_back(Text(row, 1));
-        });
+        Statement row(m_database, kVolumes);
+        while (row.Next()) {
+            FarmVolume volume;
+            row >> volume.id >> volume.type >> volume.state >> volume.enabled;
+            row >> volume.fileSystem >> volume.label >> volume.total >> volume.free;
+            row >> volume.value1 >> volume.value2;
+            places.emplace(volume.id, m_farm.volumes.size());
+            m_farm.volumes.push_back(std::move(volume));
+        }
+        Statement names(m_database, kDirectories);
+        while (names.Next()) {
+            const auto owner = places.find(names.Read<int64_t>());
+            if (owner != places.end())
+                m_farm.volumes[owner->second].directories.push_back(names.Read<std::string>());
+        }
     }
 
     Database& m_database;
@@ -219,7 +203,7 @@ Farm ReadFarm(Database& database) {
         database.Execute("COMMIT");
         return farm;
     } catch (...) {
-        sqlite3_exec(database.GetConnection(), "ROLLBACK", nullptr, nullptr, nullptr);
+        RollBackOpenTransaction(database);
         throw;
     }
 }

@@ -1,4 +1,3 @@
-// Reads a whole farm out of its database.
 #pragma once
 
 #include "embedded/model/farm.h"
@@ -6,7 +5,7 @@
 
 namespace embedded {
 
-// The farm as of one moment: nothing of a change that is under way.
+// Reads a whole farm out of its database, as of one moment: nothing of a change that is under way.
 Farm ReadFarm(Database& database);
 
 }  // namespace embedded

@@ -3,22 +3,70 @@
 #include <optional>
 #include <vector>
 
-#include "embedded/model/joined.h"
+#include "embedded/model/strings.h"
+#include "embedded/store/statement.h"
 
 namespace embedded {
 namespace {
 
-void Bind(sqlite3_stmt* statement, int position, std::string_view text) {
-    sqlite3_bind_text64(statement, position, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8);
-}
+constexpr Sql kServer = R"sql(
+    INSERT INTO server (id, name, running, epoch, next_volume) VALUES (1, ?1, 1, 1, 1)
+)sql";
+constexpr Sql kJukebox = R"sql(
+    INSERT INTO jukebox (id, name, enabled, double_sided, vendor, product, revision, scsi1, scsi2, scsi3,
+        drive_count, magazine_count, slot_count)
+    VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)
+)sql";
+constexpr Sql kMagazine = R"sql(
+    INSERT INTO magazine (jukebox, number, slot_count, first_slot, present) VALUES (?1, ?2, ?3, ?4, ?5)
+)sql";
+constexpr Sql kDrive = R"sql(
+    INSERT INTO drive (jukebox, number, enabled, vendor, product, revision, scsi1, scsi2, scsi3, value1, value2)
+    VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11)
+)sql";
+constexpr Sql kSlot = R"sql(
+    INSERT INTO slot (jukebox, magazine, number, state) VALUES (?1, ?2, ?3, ?4)
+)sql";
+constexpr Sql kMedium = R"sql(
+    INSERT INTO medium (id, type, sides, place, jukebox, magazine, slot) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)
+)sql";
+constexpr Sql kSide = R"sql(
+    INSERT INTO side (medium, side, content, finalization, sequential, volume, part)
+    VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7)
+)sql";
+constexpr Sql kVolume = R"sql(
+    INSERT INTO volume (id, type, state, enabled, file_system, label, total, free, value1, value2)
+    VALUES (?1, ?2, 2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)
+)sql";
+constexpr Sql kDirectory = R"sql(
+    INSERT INTO directory (volume, position, name) VALUES (?1, ?2, ?3)
+)sql";
 
-void Bind(sqlite3_stmt* statement, int position, std::optional<int64_t> number) {
-    if (number.has_value()) {
-        sqlite3_bind_int64(statement, position, *number);
-    } else {
-        sqlite3_bind_null(statement, position);
-    }
-}
+// The rule of UsualState for all volumes at once.
+constexpr Sql kSetUsualStates = R"sql(
+    UPDATE volume
+    SET state = CASE WHEN places.reached = places.total OR (volume.type = 1 AND places.reached > 0)
+        THEN 1 - volume.enabled ELSE 2 END
+    FROM (
+        SELECT i.volume AS id, count(*) AS total, sum(d.place = 1 AND g.present = 1) AS reached
+        FROM side i
+        CROSS JOIN medium d ON d.id = i.medium
+        LEFT JOIN magazine g ON d.place = 1 AND g.jukebox = d.jukebox AND g.number = d.magazine
+        WHERE i.volume IS NOT NULL GROUP BY i.volume
+    ) AS places
+    WHERE places.id = volume.id
+)sql";
+constexpr Sql kOddState = R"sql(
+    INSERT INTO odd_state (volume, state) SELECT id, ?2 FROM volume WHERE id = ?1 AND state <> ?2
+)sql";
+constexpr Sql kShownState = R"sql(UPDATE volume SET state = ?2 WHERE id = ?1)sql";
+
+constexpr Sql kSetServer = R"sql(
+    UPDATE server
+    SET running = ?1, next_volume = max(?2, 1 + coalesce((SELECT max(id) FROM volume WHERE id > 0), 0))
+)sql";
+
+constexpr Sql kSetNameAndEpoch = R"sql(UPDATE server SET name = ?1, epoch = ?2)sql";
 
 // The states of a magazine's slots, in order.
 std::vector<SlotState> StatesOf(const FarmMagazine& magazine) {
@@ -33,31 +81,8 @@ std::vector<SlotState> StatesOf(const FarmMagazine& magazine) {
 }  // namespace
 
 FarmWriter::FarmWriter(Database& database, std::string_view server, std::function<void()> onPart)
-    : m_database(database),
-      m_onPart(std::move(onPart)),
-      m_server(database.Prepare(
-          "INSERT INTO server (id, name, running, epoch, next_volume) VALUES (1, ?, 1, 1, 1)")),
-      m_jukebox(database.Prepare("INSERT INTO jukebox VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
-      m_magazine(database.Prepare("INSERT INTO magazine VALUES (?, ?, ?, ?, ?)")),
-      m_drive(database.Prepare("INSERT INTO drive VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")),
-      m_slot(database.Prepare("INSERT INTO slot VALUES (?, ?, ?, ?)")),
-      m_medium(database.Prepare("INSERT INTO medium VALUES (?, ?, ?, ?, ?, ?, ?)")),
-      m_side(database.Prepare("INSERT INTO side VALUES (?, ?, ?, ?, ?, ?, ?)")),
-      m_volume(database.Prepare("INSERT INTO volume VALUES (?, ?, 2, ?, ?, ?, ?, ?, ?, ?)")),
-      m_directory(database.Prepare("INSERT INTO directory VALUES (?, ?, ?)")),
-      m_oddState(
-          database.Prepare("INSERT INTO odd_state SELECT id, ?2 FROM volume WHERE id = ?1 AND state <> ?2")),
-      m_shownState(database.Prepare("UPDATE volume SET state = ?2 WHERE id = ?1")) {
-    Insert(m_server, server);
-}
-
-template <typename... Values>
-void FarmWriter::Insert(const StatementHandle& statement, const Values&... values) {
-    int position = 0;
-    (Bind(statement.get(), ++position, values), ...);
-    const int result = sqlite3_step(statement.get());
-    if (result != SQLITE_DONE) m_database.Fail(result);
-    sqlite3_reset(statement.get());
+    : m_database(database), m_onPart(std::move(onPart)) {
+    Run(m_database, kServer, server);
 }
 
 void FarmWriter::AddJukebox(const FarmJukebox& jukebox) {
@@ -65,17 +90,16 @@ void FarmWriter::AddJukebox(const FarmJukebox& jukebox) {
     for (const FarmMagazine& magazine : jukebox.magazines)
         presentSlots += magazine.present ? magazine.slotCount : 0;
     const FarmDevice& changer = jukebox.changer;
-    Insert(m_jukebox, jukebox.id, jukebox.name, jukebox.enabled, jukebox.doubleSided, changer.vendor,
-           changer.product, changer.revision, changer.scsi[0], changer.scsi[1], changer.scsi[2],
-           static_cast<int64_t>(jukebox.drives.size()), static_cast<int64_t>(jukebox.magazines.size()),
-           presentSlots);
+    Run(m_database, kJukebox, jukebox.id, jukebox.name, jukebox.enabled, jukebox.doubleSided, changer.vendor,
+        changer.product, changer.revision, changer.scsi[0], changer.scsi[1], changer.scsi[2],
+        jukebox.drives.size(), jukebox.magazines.size(), presentSlots);
 
     int32_t number = 0;
     for (const FarmDrive& drive : jukebox.drives) {
         const FarmDevice& device = drive.device;
-        Insert(m_drive, jukebox.id, number++, drive.enabled, device.vendor, device.product, device.revision,
-               device.scsi[0], device.scsi[1], device.scsi[2], static_cast<int64_t>(drive.values[0]),
-               static_cast<int64_t>(drive.values[1]));
+        Run(m_database, kDrive, jukebox.id, number++, drive.enabled, device.vendor, device.product,
+            device.revision, device.scsi[0], device.scsi[1], device.scsi[2], drive.values[0],
+            drive.values[1]);
     }
     number = 0;
     int32_t firstSlot = 0;
@@ -95,11 +119,11 @@ void FarmWriter::AddJukebox(const FarmJukebox& jukebox) {
 
 void FarmWriter::AddMagazine(int32_t jukebox, int32_t number, int32_t firstSlot,
                              const FarmMagazine& magazine) {
-    Insert(m_magazine, jukebox, number, magazine.slotCount, firstSlot, magazine.present);
+    Run(m_database, kMagazine, jukebox, number, magazine.slotCount, firstSlot, magazine.present);
     int32_t slot = 0;
     for (const SlotState state : StatesOf(magazine)) {
-        Insert(m_slot, jukebox, number, slot++, static_cast<int64_t>(state));
-        TellPart();
+        Run(m_database, kSlot, jukebox, number, slot++, state);
+        ReportPart();
     }
     for (const FarmMedium& medium : magazine.media) {
         AddMedium(medium, Place::Slot, jukebox, number, medium.slot - 1);
@@ -109,14 +133,12 @@ void FarmWriter::AddMagazine(int32_t jukebox, int32_t number, int32_t firstSlot,
 void FarmWriter::AddMedium(const FarmMedium& medium, Place place, int32_t jukebox, int32_t magazine,
                            int32_t slot) {
     ++m_lastMedium;
-    Insert(m_medium, m_lastMedium, medium.type, static_cast<int64_t>(medium.sides.size()),
-           static_cast<int64_t>(place), jukebox, magazine, slot);
+    Run(m_database, kMedium, m_lastMedium, medium.type, medium.sides.size(), place, jukebox, magazine, slot);
     int32_t number = 0;
     for (const FarmSide& side : medium.sides) {
-        const std::optional<int64_t> volume =
-            side.volume == 0 ? std::nullopt : std::optional<int64_t>(side.volume);
-        Insert(m_side, m_lastMedium, number++, static_cast<int64_t>(side.content),
-               static_cast<int64_t>(side.finalization), side.sequential, volume, side.part);
+        const auto volume = side.volume == 0 ? std::nullopt : std::optional(side.volume);
+        Run(m_database, kSide, m_lastMedium, number++, side.content, side.finalization, side.sequential,
+            volume, side.part);
     }
 }
 
@@ -125,34 +147,22 @@ void FarmWriter::AddToShelf(const FarmMedium& medium) {
 }
 
 void FarmWriter::AddVolume(const FarmVolume& volume) {
-    Insert(m_volume, volume.id, static_cast<int64_t>(volume.type), volume.enabled, volume.fileSystem,
-           volume.label, static_cast<int64_t>(volume.total), static_cast<int64_t>(volume.free), volume.value1,
-           volume.value2);
+    Run(m_database, kVolume, volume.id, volume.type, volume.enabled, volume.fileSystem, volume.label,
+        volume.total, volume.free, volume.value1, volume.value2);
     int32_t position = 0;
     for (const std::string& directory : volume.directories)
-        Insert(m_directory, volume.id, position++, directory);
+        Run(m_database, kDirectory, volume.id, position++, directory);
     if (volume.state.has_value()) m_shownStates.emplace_back(volume.id, *volume.state);
-    TellPart();
+    ReportPart();
 }
 
-// A disc or a volume set is on-line when all of its sides are in slots of present magazines, a
-// mirror when one is. The same rule holds for single volumes in RefreshVolumeState.
 void FarmWriter::Finish(bool running, int32_t nextVolume) {
-    m_database.Execute(
-        "UPDATE volume SET state = CASE WHEN places.reached = places.total"
-        " OR (volume.type = 1 AND places.reached > 0) THEN 1 - volume.enabled ELSE 2 END"
-        " FROM (SELECT i.volume AS id, count(*) AS total, sum(d.place = 1 AND g.present = 1) AS reached"
-        " FROM side i CROSS JOIN medium d ON d.id = i.medium"
-        " LEFT JOIN magazine g ON d.place = 1 AND g.jukebox = d.jukebox AND g.number = d.magazine"
-        " WHERE i.volume IS NOT NULL GROUP BY i.volume) AS places WHERE places.id = volume.id");
+    Run(m_database, kSetUsualStates);
     for (const auto& [volume, state] : m_shownStates) {
-        Insert(m_oddState, volume, state);
-        Insert(m_shownState, volume, state);
+        Run(m_database, kOddState, volume, state);
+        Run(m_database, kShownState, volume, state);
     }
-    const StatementHandle server = m_database.Prepare(
-        "UPDATE server SET running = ?1,"
-        " next_volume = max(?2, 1 + coalesce((SELECT max(id) FROM volume WHERE id > 0), 0))");
-    Insert(server, running, nextVolume);
+    Run(m_database, kSetServer, running, nextVolume);
 }
 
 void WriteFarm(Database& database, std::string_view server, const Farm& farm, std::function<void()> onPart) {
@@ -167,17 +177,13 @@ void WriteFarm(Database& database, std::string_view server, const Farm& farm, st
 }
 
 void ReplaceFarm(Database& database, std::string_view server, const std::function<void(Database&)>& fill) {
-    const int64_t epoch = database.ReadNumber("SELECT epoch FROM server");
+    const int64_t epoch = FindValue<int64_t>(database, "SELECT epoch FROM server").value_or(0);
     for (const char* table : {"server", "jukebox", "magazine", "drive", "slot", "medium", "volume", "side",
                               "odd_state", "directory", "fault", "journal"}) {
         database.Execute(Joined({"DELETE FROM ", table}));
     }
     fill(database);
-    const StatementHandle next = database.Prepare("UPDATE server SET name = ?1, epoch = ?2");
-    Bind(next.get(), 1, server);
-    Bind(next.get(), 2, epoch + 1);
-    const int result = sqlite3_step(next.get());
-    if (result != SQLITE_DONE) database.Fail(result);
+    Run(database, kSetNameAndEpoch, server, epoch + 1);
 }
 
 }  // namespace embedded

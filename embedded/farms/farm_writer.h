@@ -1,53 +1,42 @@
-// Writes a farm into the empty tables of a database. Jukeboxes and volumes may come one at a time,
-// so that a large farm need not be in memory whole.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "embedded/model/farm.h"
 #include "embedded/store/database.h"
 
 namespace embedded {
 
+// Writes a farm into the empty tables of a database. Jukeboxes and volumes may come one at a time, so that a
+// large farm need not be in memory as a whole.
 class FarmWriter {
   public:
-    // The tables exist and are empty; the caller has opened a transaction. `onPart` hears of each slot and of
-    // each volume.
+    // The tables exist and are empty; the caller has opened a transaction. `onPart` is called for each slot
+    // and each volume.
     FarmWriter(Database& database, std::string_view server, std::function<void()> onPart = {});
 
-    // The jukebox with all that is in it. The farm's contradictions have been looked for before.
+    // The jukebox with all that is in it. The caller has checked the farm for contradictions.
     void AddJukebox(const FarmJukebox& jukebox);
     void AddVolume(const FarmVolume& volume);
     void AddToShelf(const FarmMedium& medium);
 
-    // Once, after everything: works out the state of each volume. nextVolume 0 = after the highest ID.
+    // Call it once, at the end: it sets the state of each volume. nextVolume 0 = after the highest ID.
     void Finish(bool running, int32_t nextVolume);
 
   private:
-    template <typename... Values>
-    void Insert(const StatementHandle& statement, const Values&... values);
-
     void AddMagazine(int32_t jukebox, int32_t number, int32_t firstSlot, const FarmMagazine& magazine);
     void AddMedium(const FarmMedium& medium, Place place, int32_t jukebox, int32_t magazine, int32_t slot);
 
-    void TellPart() const {
+    void ReportPart() const {
         if (m_onPart) m_onPart();
     }
 
     Database& m_database;
     std::function<void()> m_onPart;
-    StatementHandle m_server;
-    StatementHandle m_jukebox;
-    StatementHandle m_magazine;
-    StatementHandle m_drive;
-    StatementHandle m_slot;
-    StatementHandle m_medium;
-    StatementHandle m_side;
-    StatementHandle m_volume;
-    StatementHandle m_directory;
-    StatementHandle m_oddState;
-    StatementHandle m_shownState;
     int64_t m_lastMedium = 0;
     int32_t m_shelfLength = 0;
     std::vector<std::pair<int32_t, int32_t>> m_shownStates;  // volume ID, state
@@ -56,7 +45,7 @@ class FarmWriter {
 void WriteFarm(Database& database, std::string_view server, const Farm& farm,
                std::function<void()> onPart = {});
 
-// Empties the tables of a farm, its faults and its journal too, and puts another farm into them; sessions
+// Empties the tables of a farm, its faults and its journal too, and fills them with another farm; sessions
 // with the old one are over. The caller has opened a transaction.
 void ReplaceFarm(Database& database, std::string_view server, const std::function<void(Database&)>& fill);
 

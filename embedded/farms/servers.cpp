@@ -3,11 +3,19 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "embedded/farms/demonstration.h"
+#include "embedded/farms/farm_writer.h"
+#include "embedded/layout/layout_reader.h"
+#include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/farm_file.h"
 
 namespace embedded {
+namespace {
+
+constexpr std::string_view kDemonstrationServers[] = {".", "my_server", "MyServer", "My Server",
+                                                      "sales server"};
+
+}  // namespace
 
 std::unique_ptr<Database> OpenServer(const std::string& server) {
     if (!IsDemonstrationServer(server)) return OpenFarm(server, nullptr);
@@ -23,6 +31,19 @@ std::vector<std::string> ListServers() {
     }
     std::ranges::sort(servers);
     return servers;
+}
+
+bool IsDemonstrationServer(std::string_view server) {
+    return std::ranges::find(kDemonstrationServers, server) != std::end(kDemonstrationServers);
+}
+
+void FillDemonstrationFarm(Database& database, std::string_view server) {
+    const LayoutResult layout = ReadLayout(DemonstrationLayout());
+    if (!layout.problems.empty()) {
+        throw Refuse(Code::InternalFailure,
+                     {"KrvSessionCreate", ProblemText("demonstration.toml", layout.problems.front())});
+    }
+    WriteFarm(database, server, layout.farm);
 }
 
 }  // namespace embedded

@@ -1,19 +1,28 @@
-// The servers that this user has, and the farms behind them.
 #pragma once
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "embedded/store/database.h"
 
 namespace embedded {
 
-// Opens the farm of a server. A demonstration server gets its farm when it has none; any other
-// server that has none is refused as unknown.
+// Opens the farm of a server. A demonstration server gets its farm when it has none; any other server that
+// has none is refused as unknown.
 std::unique_ptr<Database> OpenServer(const std::string& server);
 
 // The servers that have a file in the state folder, by name.
 std::vector<std::string> ListServers();
+
+// The servers that need no set-up: the local one and those that krvcmd's help texts use as examples.
+bool IsDemonstrationServer(std::string_view server);
+
+// The layout file of the farm that the demonstration servers start with.
+std::string_view DemonstrationLayout();
+
+// Writes the demonstration farm into a database whose tables are empty.
+void FillDemonstrationFarm(Database& database, std::string_view server);
 
 }  // namespace embedded

@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 #include "embedded/model/farm_words.h"
-#include "embedded/model/joined.h"
+#include "embedded/model/strings.h"
 
 namespace embedded {
 namespace {

@@ -1,16 +1,17 @@
-// What every entry point of the library does around its work: the caller's context is checked, the
-// session found, and whatever goes wrong inside written into the context. Nothing that is thrown
-// crosses the binary interface.
 #pragma once
 
 #include <memory>
 #include <string>
 
-#include "embedded/library/session_table.h"
+#include "embedded/library/session.h"
 #include "embedded/model/refusal.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {
+
+// What every entry point of the library does around its work: the caller's context is checked, the session
+// found, and whatever goes wrong inside written into the context. Nothing that is thrown crosses the binary
+// interface.
 
 // Writes the failure that is being handled into the context, as far as the context has room for it.
 KrvBool WriteFailure(KrvCallContext* context, const char* function) noexcept;

@@ -1,27 +1,20 @@
 #include "embedded/library/connection.h"
 
-#include "embedded/store/rows.h"
-#include "embedded/store/transaction.h"
+#include "embedded/store/statement.h"
 
 namespace embedded {
 
 Connection::Connection(std::unique_ptr<Database> database)
     : m_database(std::move(database)), m_watch(m_database->GetConnection()) {}
 
-void Connection::ReadState() {
-    Rows row(*m_database, Sql::ServerState);
-    row.Next();
-    m_state = {row.Flag(0), row.Integer(1), row.Integer(2), row.Integer(3)};
-}
-
 void Connection::OpenView() {
     CloseView();
-    RollBackWhatIsLeft(*m_database);
+    RollBackOpenTransaction(*m_database);
     m_watch.Remember();
-    Run(*m_database, Sql::BeginRead);
+    Run(*m_database, "BEGIN");
     m_isViewOpen = true;
     try {
-        ReadState();
+        m_state = ReadServiceState(*m_database);
     } catch (...) {
         CloseView();
         throw;
@@ -33,13 +26,13 @@ void Connection::CloseView() {
     m_isViewOpen = false;
     m_ahead.Forget();
     // Some failures have ended the transaction already.
-    if (sqlite3_get_autocommit(m_database->GetConnection()) == 0) Run(*m_database, Sql::Commit);
+    if (sqlite3_get_autocommit(m_database->GetConnection()) == 0) Run(*m_database, "COMMIT");
 }
 
 void Connection::Change(const std::function<void(Database&)>& change) {
     CloseView();
     InTransaction(*m_database, [&] {
-        ReadState();
+        m_state = ReadServiceState(*m_database);
         change(*m_database);
     });
 }

@@ -1,12 +1,10 @@
-// A connection to a farm and the view of it that looks share. The view stays open from look to look,
-// which saves the locking of each, and is renewed as soon as anything was committed.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 
 #include "embedded/rules/read_ahead.h"
+#include "embedded/rules/service_state.h"
 #include "embedded/store/change_watch.h"
 #include "embedded/store/database.h"
 
@@ -18,14 +16,8 @@ struct View {
     ReadAhead& ahead;
 };
 
-// The row that every view of a farm begins with.
-struct ServerState {
-    bool isRunning = false;
-    int64_t epoch = 0;         // sessions that were opened in another one are over
-    int64_t journalLimit = 0;  // 0 = there is no journal
-    int64_t faultCount = 0;
-};
-
+// A connection to a farm and the view of it that looks share. The view stays open from look to look, which
+// saves the locking of each, and is renewed as soon as anything was committed.
 class Connection {
   public:
     explicit Connection(std::unique_ptr<Database> database);
@@ -33,8 +25,8 @@ class Connection {
     Connection& operator=(const Connection&) = delete;
     ~Connection() = default;
 
-    // Opens the view or renews it; the state is the one of that view.
-    const ServerState& Refresh() {
+    // Opens the view or renews it, and returns its state.
+    const ServiceState& Refresh() {
         if (IsViewOld()) {
             StartWaiting();
             OpenView();
@@ -42,8 +34,8 @@ class Connection {
         return m_state;
     }
 
-    // The same in the middle of a call, whose patience goes on.
-    const ServerState& RefreshAgain() {
+    // The same in the middle of a call, whose waiting time goes on.
+    const ServiceState& RefreshAgain() {
         if (IsViewOld()) OpenView();
         return m_state;
     }
@@ -51,13 +43,13 @@ class Connection {
     // A call that may wait for others begins, or goes on after a pause.
     void StartWaiting() { m_database->StartWaiting(); }
 
-    const ServerState& GetState() const { return m_state; }
+    const ServiceState& GetState() const { return m_state; }
 
     // After Refresh.
     View GetView() { return {*m_database, m_ahead}; }
 
-    // Runs a change as one transaction; the state is the one that it finds. Waits for others as long as the
-    // patience of the call lasts.
+    // Runs a change as one transaction; GetState is the state that it finds. Waits for others as long as the
+    // call's waiting time lasts.
     void Change(const std::function<void(Database&)>& change);
 
     const Database& GetDatabase() const { return *m_database; }
@@ -66,12 +58,11 @@ class Connection {
     bool IsViewOld() const { return !m_isViewOpen || (!m_database->IsFixed() && m_watch.HasChanged()); }
     void OpenView();
     void CloseView();
-    void ReadState();
 
     std::unique_ptr<Database> m_database;
     ChangeWatch m_watch;
     ReadAhead m_ahead;
-    ServerState m_state;
+    ServiceState m_state;
     bool m_isViewOpen = false;
 };
 

@@ -1,4 +1,3 @@
-// The 31 entry points of the client library.
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 #include <algorithm>
@@ -9,13 +8,13 @@
 
 #include "embedded/library/call.h"
 #include "embedded/library/session.h"
-#include "embedded/library/session_table.h"
-#include "embedded/rules/looking.h"
-#include "embedded/rules/moving.h"
-#include "embedded/rules/recording.h"
-#include "embedded/rules/switching.h"
+#include "embedded/rules/enable_disable_rename.h"
+#include "embedded/rules/format_erase_finalize.h"
+#include "embedded/rules/import_export_scan.h"
+#include "embedded/rules/records.h"
+#include "embedded/rules/service_state.h"
 
-// Inside these functions __func__ is the name that the caller knows.
+// The 31 entry points of the client library. Inside each of them __func__ is the name that the caller knows.
 
 using embedded::Call;
 using embedded::ChangeCall;
@@ -23,11 +22,11 @@ using embedded::CheckConstant;
 using embedded::CheckPointer;
 using embedded::CheckRecord;
 using embedded::Database;
+using embedded::Enabled;
 using embedded::ItemOf;
 using embedded::LookCall;
 using embedded::Session;
 using embedded::SessionTable;
-using embedded::Switch;
 using embedded::View;
 using embedded::VolumeItem;
 using embedded::WithText;
@@ -71,7 +70,7 @@ KrvBool KrvGetJukebox(KrvCallContext* context, const JukeboxKey* key, JukeboxRec
             *record = *known;
             return;
         }
-        embedded::LookAtJukebox(view.database, *key, *record);
+        *record = embedded::DescribeJukebox(view.database, *key);
         view.ahead.KeepJukebox(key->jukeboxId, *record);
     });
 }
@@ -81,7 +80,7 @@ KrvBool KrvGetMagazine(KrvCallContext* context, const MagazineKey* key, Magazine
     return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        embedded::LookAtMagazine(view.database, *key, *record);
+        *record = embedded::DescribeMagazine(view.database, *key);
     });
 }
 
@@ -90,7 +89,7 @@ KrvBool KrvGetDrive(KrvCallContext* context, const DriveKey* key, DriveRecord* r
     return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        embedded::LookAtDrive(view.database, *key, *record);
+        *record = embedded::DescribeDrive(view.database, *key);
     });
 }
 
@@ -99,7 +98,7 @@ KrvBool KrvGetSlot(KrvCallContext* context, const SlotKey* key, SlotRecord* reco
     return LookCall(context, {function, ItemOf(key)}, [&](const View& view) {
         CheckRecord(key, function, "key");
         CheckRecord(record, function, "record");
-        embedded::LookAtSlot(view.database, *key, *record);
+        *record = embedded::DescribeSlot(view.database, *key);
     });
 }
 
@@ -112,7 +111,7 @@ KrvBool KrvGetSide(KrvCallContext* context, const SideKey* key, SideRecord* reco
             *record = *known;
             return;
         }
-        embedded::LookAtSide(view.database, *key, *record);
+        embedded::DescribeSide(view.database, *key, *record);
     });
 }
 
@@ -132,7 +131,7 @@ KrvBool KrvVolumeDetail(KrvCallContext* context, uint32_t volumeId, VolumeRecord
             *record = known->record;
             return;
         }
-        embedded::LookAtVolume(view.database, volumeId, *record);
+        *record = embedded::DescribeVolume(view.database, volumeId);
     });
 }
 
@@ -144,7 +143,7 @@ KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t volumeId, char* buffe
         if (bufferSize > 0) CheckPointer(buffer, function, "buffer");
         const auto* known = view.ahead.FindVolume(volumeId);
         const std::string found =
-            known == nullptr ? embedded::AspectsOf(view.database, volumeId) : std::string();
+            known == nullptr ? embedded::DescribeAspects(view.database, volumeId) : std::string();
         const std::string& list = known == nullptr ? found : known->aspects;
         *requiredSize = static_cast<uint32_t>(list.size());
         if (list.size() <= bufferSize) std::ranges::copy(list, buffer);
@@ -162,7 +161,7 @@ KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t volumeId, SideKey* 
         const auto* known = view.ahead.FindVolume(volumeId);
         const bool isKnown = known != nullptr && !known->places.empty();
         const std::vector<SideKey> found =
-            isKnown ? std::vector<SideKey>() : embedded::LocationsOf(view.database, volumeId);
+            isKnown ? std::vector<SideKey>() : embedded::DescribeLocations(view.database, volumeId);
         const auto total = static_cast<uint32_t>(isKnown ? known->places.size() : found.size());
         // A caller that asks for the first time passes one element and count 0; for the second time,
         // as many elements as the count of the first call says.
@@ -192,13 +191,13 @@ KrvBool KrvVolumeActivate(KrvCallContext* context, uint32_t volumeId, const void
     const char* function = __func__;
     return ChangeCall(context, {function, VolumeItem(volumeId)}, [&](Database& database) {
         CheckConstant(alwaysNull == nullptr, function, "third argument");
-        return embedded::SwitchVolume(database, volumeId, Switch::On);
+        return embedded::EnableVolume(database, volumeId, Enabled::Yes);
     });
 }
 
 KrvBool KrvVolumeDeactivate(KrvCallContext* context, uint32_t volumeId) {
     return ChangeCall(context, {__func__, VolumeItem(volumeId)}, [&](Database& database) {
-        return embedded::SwitchVolume(database, volumeId, Switch::Off);
+        return embedded::EnableVolume(database, volumeId, Enabled::No);
     });
 }
 
@@ -261,13 +260,13 @@ KrvBool KrvMediaScan(KrvCallContext* context, const SideKey* key) {
     });
 }
 
-// ---- Switching items on and off, names
+// ---- Enabling and disabling items, names
 
 KrvBool KrvActivateJukebox(KrvCallContext* context, const JukeboxKey* key) {
     const char* function = __func__;
     return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        return embedded::SwitchJukebox(database, *key, Switch::On);
+        return embedded::EnableJukebox(database, *key, Enabled::Yes);
     });
 }
 
@@ -275,7 +274,7 @@ KrvBool KrvDeactivateJukebox(KrvCallContext* context, const JukeboxKey* key) {
     const char* function = __func__;
     return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        return embedded::SwitchJukebox(database, *key, Switch::Off);
+        return embedded::EnableJukebox(database, *key, Enabled::No);
     });
 }
 
@@ -283,7 +282,7 @@ KrvBool KrvActivateMagazine(KrvCallContext* context, const MagazineKey* key) {
     const char* function = __func__;
     return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        return embedded::SwitchMagazine(database, *key, Switch::On);
+        return embedded::EnableMagazine(database, *key, Enabled::Yes);
     });
 }
 
@@ -291,7 +290,7 @@ KrvBool KrvDeactivateMagazine(KrvCallContext* context, const MagazineKey* key) {
     const char* function = __func__;
     return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        return embedded::SwitchMagazine(database, *key, Switch::Off);
+        return embedded::EnableMagazine(database, *key, Enabled::No);
     });
 }
 
@@ -299,7 +298,7 @@ KrvBool KrvActivateDrive(KrvCallContext* context, const DriveKey* key) {
     const char* function = __func__;
     return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        return embedded::SwitchDrive(database, *key, Switch::On);
+        return embedded::EnableDrive(database, *key, Enabled::Yes);
     });
 }
 
@@ -307,7 +306,7 @@ KrvBool KrvDeactivateDrive(KrvCallContext* context, const DriveKey* key) {
     const char* function = __func__;
     return ChangeCall(context, {function, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, function, "key");
-        return embedded::SwitchDrive(database, *key, Switch::Off);
+        return embedded::EnableDrive(database, *key, Enabled::No);
     });
 }
 

@@ -22,7 +22,7 @@ class Observation {
     void Run(const std::function<void()>& work) {
         std::optional<Refusal> refusal;
         try {
-            SufferFaults();
+            ApplyFaultsOfFarm();
             work();
         } catch (const Refusal& caught) {
             refusal = caught;
@@ -45,7 +45,7 @@ class Observation {
     }
 
   private:
-    void SufferFaults() {
+    void ApplyFaultsOfFarm() {
         if (m_connection.GetState().faultCount == 0) return;
         m_connection.RefreshAgain();
         if (!HasFaults(m_connection.GetView().database, m_entry.call.function)) return;

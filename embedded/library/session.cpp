@@ -5,7 +5,8 @@
 
 #include "embedded/farms/servers.h"
 #include "embedded/model/refusal.h"
-#include "embedded/rules/switching.h"
+#include "embedded/platform/platform.h"
+#include "embedded/rules/service_state.h"
 
 namespace embedded {
 namespace {
@@ -28,7 +29,7 @@ Session::Session(const std::string& server, uint64_t handle)
 }
 
 void Session::RequireRunning() const {
-    const ServerState& state = m_connection.GetState();
+    const ServiceState& state = m_connection.GetState();
     if (!state.isRunning) throw Refuse(Code::ServiceStopped, {m_server});
     if (state.epoch != m_epoch) throw Refuse(Code::SessionEnded, {m_server});
 }
@@ -50,11 +51,43 @@ void Session::Write(const CallInfo& call, const Change& change) {
 
 void Session::Close(const CallInfo& call) {
     const std::scoped_lock lock(m_mutex);
-    // Whoever has waited in vain for ten seconds is not made to wait for the journal too.
+    // A caller that has waited in vain for ten seconds does not wait for the journal too.
     if (m_connection.GetDatabase().HasGivenUp()) return;
     const bool isObserved = IsObserved(m_connection.Refresh());
     m_connection.StartWaiting();
     if (isObserved) ObserveLook(m_connection, m_handle, call, [](const View&) {});
+}
+
+SessionTable& SessionTable::Instance() {
+    static SessionTable table;
+    return table;
+}
+
+KrvSession SessionTable::Reserve() {
+    const std::scoped_lock lock(m_mutex);
+    // The process stands in the upper half, so that a journal can tell the sessions of all apart.
+    return KrvSession{ProcessId()} << 32U | ++m_last;
+}
+
+void SessionTable::Add(KrvSession handle, std::shared_ptr<Session> session) {
+    const std::scoped_lock lock(m_mutex);
+    m_sessions.emplace(handle, std::move(session));
+}
+
+std::shared_ptr<Session> SessionTable::Find(KrvSession handle) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_sessions.find(handle);
+    if (found == m_sessions.end()) throw Refuse(Code::NoSession, {std::to_string(handle)});
+    return found->second;
+}
+
+std::shared_ptr<Session> SessionTable::Remove(KrvSession handle) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_sessions.find(handle);
+    if (found == m_sessions.end()) throw Refuse(Code::NoSession, {std::to_string(handle)});
+    std::shared_ptr<Session> session = std::move(found->second);
+    m_sessions.erase(found);
+    return session;
 }
 
 void StartServer(const std::string& server, const CallInfo& call) {

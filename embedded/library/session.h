@@ -1,16 +1,19 @@
-// One session of a caller with a server's service.
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 
 #include "embedded/calls/call_info.h"
 #include "embedded/library/connection.h"
 #include "embedded/library/observer.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {
 
+// One session of a caller with a server's service.
 class Session {
   public:
     // Opens the session; refuses unknown servers and stopped ones. The demonstration servers get
@@ -51,6 +54,27 @@ class Session {
     uint64_t m_handle;
     Connection m_connection;
     int64_t m_epoch = 0;  // that the session was opened in
+};
+
+// The sessions that this process has open, by their handles.
+class SessionTable {
+  public:
+    // The process's own table.
+    static SessionTable& Instance();
+
+    // A handle for a session that is about to be opened; never 0 and never given out twice.
+    KrvSession Reserve();
+    void Add(KrvSession handle, std::shared_ptr<Session> session);
+
+    // Refuses a handle that is not open. A session that is closed by another thread meanwhile lives
+    // on until its last call is over.
+    std::shared_ptr<Session> Find(KrvSession handle);
+    std::shared_ptr<Session> Remove(KrvSession handle);
+
+  private:
+    std::mutex m_mutex;
+    std::unordered_map<KrvSession, std::shared_ptr<Session>> m_sessions;
+    KrvSession m_last = 0;
 };
 
 // Starts the service of a server without a session.

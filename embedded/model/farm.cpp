@@ -6,8 +6,8 @@ namespace embedded {
 namespace {
 
 struct Reach {
-    int sides = 0;
-    int reached = 0;  // in slots of present magazines
+    int64_t sides = 0;
+    int64_t reached = 0;
 };
 
 void CountSides(const std::vector<FarmMedium>& media, bool isReached,
@@ -24,6 +24,12 @@ void CountSides(const std::vector<FarmMedium>& media, bool isReached,
 
 }  // namespace
 
+VolumeState UsualState(VolumeType type, bool enabled, int64_t sides, int64_t reached) {
+    const bool isOnline = reached > 0 && (type == VolumeType::Mirror || reached == sides);
+    if (!isOnline) return VolumeState::Offline;
+    return enabled ? VolumeState::Active : VolumeState::Disabled;
+}
+
 std::map<int32_t, VolumeState> UsualStates(const Farm& farm) {
     std::unordered_map<int32_t, Reach> reach;
     for (const FarmJukebox& jukebox : farm.jukeboxes) {
@@ -36,11 +42,7 @@ std::map<int32_t, VolumeState> UsualStates(const Farm& farm) {
     std::map<int32_t, VolumeState> states;
     for (const FarmVolume& volume : farm.volumes) {
         const Reach& found = reach[volume.id];
-        const bool isOnline =
-            found.reached > 0 && (volume.type == VolumeType::Mirror || found.reached == found.sides);
-        VolumeState state = VolumeState::Offline;
-        if (isOnline) state = volume.enabled ? VolumeState::Active : VolumeState::Disabled;
-        states[volume.id] = state;
+        states[volume.id] = UsualState(volume.type, volume.enabled, found.sides, found.reached);
     }
     return states;
 }

@@ -1,5 +1,3 @@
-// A farm as plain data: what a layout file says, and what a farm's database holds. Numbers of
-// magazines, slots and drives are counted from 1 here, as in a layout file.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +8,10 @@
 
 namespace embedded {
 
-// What the world knows of one side of a medium; the values are those of the side record.
+// A farm as plain data: what a layout file says, and what a farm's database holds. Numbers of magazines,
+// slots and drives are one-based here, as in a layout file.
+
+// What is on one side of a medium, and how far it is closed; the values are those of the side record.
 enum class Content : int32_t { Bad = 3, Blank = 4, NoFileSystem = 5, FileSystem = 6 };
 enum class Finalization : int32_t { Unknown = 0, NotFinalized = 1, Finalized = 2, Closed = 3 };
 
@@ -62,7 +63,7 @@ struct FarmSlot {
 struct FarmMagazine {
     int32_t slotCount = 0;
     bool present = true;
-    // slots whose state is another than that which the media tell: full with a medium, else empty
+    // slots whose state differs from what the media say: full with a medium, else empty
     std::vector<FarmSlot> oddSlots;
     std::vector<FarmMedium> media;
     int line = 0;
@@ -85,7 +86,7 @@ struct FarmVolume {
     int32_t id = 0;  // below 0: never seen by the service
     VolumeType type = VolumeType::Disc;
     bool enabled = true;
-    // only when another state is to be shown than `enabled` and the place of its media tell
+    // only when the state to be shown differs from the usual one
     std::optional<int32_t> state;
     std::string label;
     std::string fileSystem;
@@ -105,10 +106,15 @@ struct Farm {
     std::vector<FarmMedium> shelf;
 };
 
-// The state that each volume would show by the places of its media and by whether it is enabled.
+// The state that a volume shows by whether it is enabled and by how many of its sides are reached, that is,
+// in slots of present magazines. A disc or a volume set is on-line when all of its sides are reached, a
+// mirror when one is.
+VolumeState UsualState(VolumeType type, bool enabled, int64_t sides, int64_t reached);
+
+// The usual state of each volume, by its ID.
 std::map<int32_t, VolumeState> UsualStates(const Farm& farm);
 
-// Leaves of the volumes' states only those that are not the usual ones.
+// Removes the states of volumes that are the usual ones.
 void DropUsualStates(Farm& farm);
 
 }  // namespace embedded

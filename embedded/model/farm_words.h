@@ -1,4 +1,3 @@
-// The words that a layout file uses for codes, and the values that may be left out of it.
 #pragma once
 
 #include <optional>
@@ -10,6 +9,7 @@
 
 namespace embedded {
 
+// The words that a layout file uses for codes.
 struct Word {
     int32_t value;
     std::string_view word;
@@ -22,7 +22,7 @@ std::span<const Word> VolumeTypeWords();
 std::optional<int32_t> ValueOf(std::span<const Word> words, std::string_view word);
 std::string_view WordOf(std::span<const Word> words, int32_t value);
 
-// A side as it is when a layout file says no more than its content and its volume.
+// The side that a layout file means when it names no more than the content and the volume.
 FarmSide UsualSide(uint32_t mediumType, Content content, int32_t volume);
 
 }  // namespace embedded

@@ -39,6 +39,10 @@ constexpr MediaType kTypes[] = {
 
 }  // namespace
 
+const char* FileSystemName(Access access) {
+    return access == Access::Random ? "UDF 2.01" : "UDF 1.50 seq";
+}
+
 std::span<const MediaType> AllMediaTypes() {
     return kTypes;
 }

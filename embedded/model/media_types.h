@@ -1,4 +1,3 @@
-// The kinds of media that the simulated world knows, and what each allows.
 #pragma once
 
 #include <cstdint>
@@ -9,21 +8,25 @@ namespace embedded {
 
 enum class Writing { ReadOnly, WriteOnce, Rewritable };
 
-// The file system that a format without `sequential` puts on a side.
+// How a file system writes a medium.
 enum class Access { Sequential, Random };
 
+// The file system that a format writes.
+const char* FileSystemName(Access access);
+
+// A kind of medium, and what it allows.
 struct MediaType {
     uint32_t code;  // as in the slot and side records
     std::string_view name;
     Writing writing;
-    Access access;
+    Access access;      // of the file system that a format without `sequential` writes
     uint64_t capacity;  // bytes of one side
 };
 
 inline constexpr uint32_t kUnknownMedium = 254;
 inline constexpr uint32_t kNoMedium = 255;
 
-// In the order of their codes, the two special ones not among them.
+// In the order of their codes, without the two special ones.
 std::span<const MediaType> AllMediaTypes();
 
 // Null for a code that has no entry.

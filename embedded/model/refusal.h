@@ -1,6 +1,3 @@
-// How the simulated service says no. Inside the simulator a refusal is thrown: it must undo a
-// half-done change on its way out, whatever depth it comes from. The entry points of the library
-// catch every refusal and write it into the caller's context; none crosses the binary interface.
 #pragma once
 
 #include <cstdint>
@@ -12,9 +9,10 @@
 
 namespace embedded {
 
-// Every code that the simulated service answers. On POSIX a program's exit status is the low 8 bits
-// of a code; none of these looks like success or like one of krvcmd's own codes there.
+// Every code that the embedded service answers. On POSIX a program's exit status is the low 8 bits of a code;
+// with none of these it looks like success or like one of krvcmd's own codes.
 enum class Code : int32_t {
+    // These have a meaning for every caller of the client library, whichever service answers.
     SideUnreadable = 3,
     AlreadySo = 4,
     StoppedByOperator = 7,
@@ -66,7 +64,7 @@ enum class Code : int32_t {
     DirectoryTaken = 1224,
 };
 
-// One row of the table of codes; docs/simulated-service.md shows the same table.
+// One row of the table of codes; docs/simulated-service.md shows the same table, and a test compares both.
 struct CodeInfo {
     Code code;
     const char* text;     // one sentence; each <word> stands for a value
@@ -75,6 +73,9 @@ struct CodeInfo {
 
 std::span<const CodeInfo> AllCodes();
 
+// How the embedded service says no. A refusal is thrown, because it must undo a half-done change on its way
+// out, whatever depth it comes from. The entry points of the library catch every refusal and write it into
+// the caller's context; none crosses the binary interface.
 class Refusal : public std::exception {
   public:
     Refusal(int32_t code, std::string text) : m_code(code), m_text(std::move(text)) {}
@@ -88,7 +89,7 @@ class Refusal : public std::exception {
     std::string m_text;
 };
 
-// The refusal of a code, the values put into its text one after the other.
+// The refusal of a code; the values replace the <words> of its text one after the other.
 Refusal Refuse(Code code, std::initializer_list<std::string_view> values);
 
 }  // namespace embedded

@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sys/stat.h>
@@ -5,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <stdexcept>
 
 #include "embedded/platform/platform.h"
 
@@ -71,6 +73,21 @@ bool MayChange(const std::filesystem::path& file) {
 
 uint32_t ProcessId() {
     return static_cast<uint32_t>(getpid());
+}
+
+SharedLibrary::SharedLibrary(const std::filesystem::path& file) {
+    // A name without a folder would be looked for in the system's folders, not in this one.
+    const std::filesystem::path path = file.has_parent_path() ? file : "." / file;
+    m_handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (m_handle == nullptr) throw std::runtime_error(dlerror());
+}
+
+SharedLibrary::~SharedLibrary() {
+    dlclose(m_handle);
+}
+
+SharedLibrary::Address SharedLibrary::FindAddress(const char* name) const {
+    return reinterpret_cast<Address>(dlsym(m_handle, name));
 }
 
 }  // namespace embedded

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -122,6 +123,21 @@ bool MayChange(const std::filesystem::path& file) {
 
 uint32_t ProcessId() {
     return GetCurrentProcessId();
+}
+
+SharedLibrary::SharedLibrary(const std::filesystem::path& file) {
+    m_handle = LoadLibraryW(std::filesystem::absolute(file).c_str());
+    if (m_handle != nullptr) return;
+    const std::error_code reason = LastError();
+    throw std::runtime_error(file.string() + ": " + reason.message());
+}
+
+SharedLibrary::~SharedLibrary() {
+    FreeLibrary(static_cast<HMODULE>(m_handle));
+}
+
+SharedLibrary::Address SharedLibrary::FindAddress(const char* name) const {
+    return reinterpret_cast<Address>(GetProcAddress(static_cast<HMODULE>(m_handle), name));
 }
 
 }  // namespace embedded

@@ -1,11 +1,33 @@
 #include "embedded/rules/read_ahead.h"
 
-#include "embedded/rules/looking.h"
+#include "embedded/rules/items.h"
 #include "embedded/rules/records.h"
-#include "embedded/store/rows.h"
+#include "embedded/store/statement.h"
 
 namespace embedded {
 namespace {
+
+// The ID, then the columns of ReadVolumeRecord.
+constexpr Sql kVolumes = R"sql(
+    SELECT id, type, state, file_system, label, total, free, value1, value2 FROM volume
+    WHERE id > ?1 ORDER BY id LIMIT ?2
+)sql";
+
+constexpr Sql kDirectories = R"sql(
+    SELECT volume, name FROM directory WHERE volume BETWEEN ?1 AND ?2 ORDER BY volume, position
+)sql";
+
+// Sides in slots of present magazines. CROSS JOIN keeps the order of the tables as written.
+constexpr Sql kPlaces = R"sql(
+    SELECT i.volume, d.jukebox, d.magazine, d.slot, i.side, s.state, d.id, d.type,
+        i.content, i.finalization, i.sequential
+    FROM side i
+    CROSS JOIN medium d ON d.id = i.medium
+    CROSS JOIN magazine g ON g.jukebox = d.jukebox AND g.number = d.magazine
+    CROSS JOIN slot s ON s.jukebox = d.jukebox AND s.magazine = d.magazine AND s.number = d.slot
+    WHERE i.volume BETWEEN ?1 AND ?2 AND i.volume IS NOT NULL AND d.place = 1 AND g.present = 1
+    ORDER BY i.volume, i.part
+)sql";
 
 constexpr size_t kBatch = 128;
 // Enough for every farm that has its jukeboxes in one place; more are looked up one by one.
@@ -16,12 +38,20 @@ bool IsSame(const SideKey& left, const SideKey& right) {
            left.side == right.side;
 }
 
-ReadAhead::PlacedSide ReadPlace(const Rows& rows) {
-    const MediumView medium{rows.Integer(6), rows.Unsigned(7), rows.Number(8)};
-    const SideView side{rows.Number(4), static_cast<Content>(rows.Number(9)),
-                        static_cast<Finalization>(rows.Number(10)), rows.Flag(11), rows.Number(0)};
-    return {{sizeof(SideKey), rows.Number(1), rows.Number(2), rows.Number(3), side.side},
-            DescribeSide(static_cast<SlotState>(rows.Number(5)), medium, side)};
+// The columns of kPlaces behind the volume.
+ReadAhead::PlacedSide ReadPlace(Statement& row, uint32_t volume) {
+    ReadAhead::PlacedSide placed{{sizeof(SideKey), 0, 0, 0, 0}, {}};
+    SideKey& key = placed.place;
+    SlotState slot = SlotState::Unknown;
+    Medium medium;
+    Side side;
+    row >> key.jukeboxId >> key.magazine >> key.slot >> key.side;
+    row >> slot >> medium.id >> medium.type;
+    row >> side.content >> side.finalization >> side.isSequential;
+    side.number = key.side;
+    side.volume = static_cast<int32_t>(volume);
+    placed.record = SideRecordOf(slot, medium, side);
+    return placed;
 }
 
 }  // namespace
@@ -52,11 +82,11 @@ void ReadAhead::ReadBatch(Database& database, uint32_t previous) {
     m_count = 0;
     m_current = 0;
     m_batch.resize(kBatch);
-    Rows volumes(database, Sql::VolumesAhead, previous, kBatch);
-    while (volumes.Next()) {
+    Statement row(database, kVolumes, previous, kBatch);
+    while (row.Next()) {
         Volume& volume = m_batch[m_count++];
-        volume.id = volumes.Unsigned(0);
-        volume.record = DescribeVolume(volumes);
+        row >> volume.id;
+        volume.record = ReadVolumeRecord(row);
         volume.aspects.clear();
         volume.places.clear();
     }
@@ -67,8 +97,8 @@ void ReadAhead::ReadBatch(Database& database, uint32_t previous) {
     AttachPlaces(database, first, last);
 }
 
-// The rows of both come in the order of the batch. One that belongs to no volume is passed over:
-// a damaged farm must not lead beyond the batch.
+// Directories and places come in the order of the batch. A row that belongs to none of its volumes is passed
+// over: a damaged farm must not lead beyond the batch.
 ReadAhead::Volume* ReadAhead::FindFrom(size_t& position, uint32_t id) {
     while (position < m_count && m_batch[position].id < id)
         ++position;
@@ -77,10 +107,10 @@ ReadAhead::Volume* ReadAhead::FindFrom(size_t& position, uint32_t id) {
 
 void ReadAhead::AttachDirectories(Database& database, uint32_t first, uint32_t last) {
     size_t position = 0;
-    Rows rows(database, Sql::DirectoriesAhead, first, last);
-    while (rows.Next()) {
-        if (Volume* owner = FindFrom(position, rows.Unsigned(0))) {
-            owner->aspects.append(rows.Text(1)).push_back('\0');
+    Statement row(database, kDirectories, first, last);
+    while (row.Next()) {
+        if (Volume* owner = FindFrom(position, row.Read<uint32_t>())) {
+            owner->aspects.append(row.Read<std::string_view>()).push_back('\0');
         }
     }
     for (Volume& volume : std::span(m_batch).first(m_count)) {
@@ -90,9 +120,11 @@ void ReadAhead::AttachDirectories(Database& database, uint32_t first, uint32_t l
 
 void ReadAhead::AttachPlaces(Database& database, uint32_t first, uint32_t last) {
     size_t position = 0;
-    Rows rows(database, Sql::PlacesAhead, first, last);
-    while (rows.Next()) {
-        if (Volume* owner = FindFrom(position, rows.Unsigned(0))) owner->places.push_back(ReadPlace(rows));
+    Statement row(database, kPlaces, first, last);
+    while (row.Next()) {
+        if (Volume* owner = FindFrom(position, row.Read<uint32_t>())) {
+            owner->places.push_back(ReadPlace(row, owner->id));
+        }
     }
 }
 

@@ -1,7 +1,3 @@
-// Reads ahead for a caller that goes through all volumes one by one, which is what every listing
-// does: the volumes that will be asked for next come in batches, with their directory names, their
-// places and the sides there. What is read ahead is of the caller's present view of the farm and is
-// forgotten with it, so that the answers are those of single searches.
 #pragma once
 
 #include <cstdint>
@@ -15,9 +11,13 @@
 
 namespace embedded {
 
+// Reads ahead for a caller that goes through all volumes one by one, as every listing does: the next volumes
+// are read in batches, with their directory names, their places and the sides there. What is read ahead
+// belongs to the caller's present view of the farm and is forgotten with it, so that the answers are those of
+// single searches.
 class ReadAhead {
   public:
-    // The view is another one now.
+    // The caller has a new view.
     void Forget();
 
     // The next higher ID, 0 after the last one.

@@ -1,9 +1,3 @@
-// Tells cheaply whether any process has changed the database since a moment.
-//
-// A reader keeps its view of the database open from call to call, which saves the locking of each
-// call, and renews it when something was committed. The database's documented shared header of
-// the write-ahead log changes with every commit, before the commit is acknowledged; comparing it
-// is a look into memory. Where there is no such header, everything counts as changed.
 #pragma once
 
 #include <sqlite3.h>
@@ -14,12 +8,18 @@
 
 namespace embedded {
 
+// Tells cheaply whether any process has changed the database since a moment.
+//
+// A reader keeps its view of the database open from call to call, which saves the locking of each call, and
+// renews it when something was committed. The shared header of the write-ahead log, which SQLite documents,
+// changes with every commit before the commit is acknowledged, and comparing it only reads memory. Without
+// such a header, everything counts as changed.
 class ChangeWatch {
   public:
     explicit ChangeWatch(sqlite3* connection) : m_connection(connection) {}
 
-    // Takes the present state as the one to compare with. Called before a view is opened: a commit
-    // in between makes the view look older than it is, never newer.
+    // Takes the present state as the one to compare with. Call it before a view is opened: a commit in
+    // between then makes the view look older than it is, never newer.
     void Remember();
 
     bool HasChanged() const;

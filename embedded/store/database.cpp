@@ -7,7 +7,9 @@
 #include <thread>
 
 #include "embedded/model/refusal.h"
+#include "embedded/model/strings.h"
 #include "embedded/platform/platform.h"
+#include "embedded/store/statement.h"
 
 namespace embedded {
 namespace {
@@ -38,17 +40,12 @@ std::string Utf8(const std::u8string& text) {
 
 // The file as an address that says that nobody changes it, so that no lock and no log is looked for.
 std::string FixedAddress(const std::filesystem::path& file) {
-    constexpr std::string_view kHexDigits = "0123456789ABCDEF";
     std::string address = "file://";
     const std::string path = Utf8(std::filesystem::absolute(file).generic_u8string());
     if (!path.starts_with('/')) address += '/';
     for (const char character : path) {
-        if (character != '%' && character != '?' && character != '#') {
-            address += character;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(character);
-        address.append("%").append(1, kHexDigits[byte >> 4U]).append(1, kHexDigits[byte & 0xFU]);
+        const bool hasMeaning = character == '%' || character == '?' || character == '#';
+        address += hasMeaning ? "%" + HexDigits(character) : std::string(1, character);
     }
     return address + "?immutable=1";
 }
@@ -95,11 +92,10 @@ int Database::WaitForOthers(void* database, int attempt) {
 }
 
 sqlite3_stmt* Database::Prepared(Sql sql) {
-    const auto index = static_cast<size_t>(sql);
-    StatementHandle& statement = m_statements[index];
+    StatementHandle& statement = m_statements[sql.GetText()];
     if (statement == nullptr) {
         sqlite3_stmt* prepared = nullptr;
-        const int result = sqlite3_prepare_v3(m_connection.get(), SqlTexts()[index], -1,
+        const int result = sqlite3_prepare_v3(m_connection.get(), sql.GetText(), -1,
                                               SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
         if (result != SQLITE_OK) Fail(result);
         statement.reset(prepared);
@@ -107,32 +103,9 @@ sqlite3_stmt* Database::Prepared(Sql sql) {
     return statement.get();
 }
 
-StatementHandle Database::Prepare(const std::string& text) {
-    sqlite3_stmt* prepared = nullptr;
-    const int result = sqlite3_prepare_v2(m_connection.get(), text.c_str(), -1, &prepared, nullptr);
-    if (result != SQLITE_OK) Fail(result);
-    return StatementHandle(prepared);
-}
-
 void Database::Execute(const std::string& script) {
     const int result = sqlite3_exec(m_connection.get(), script.c_str(), nullptr, nullptr, nullptr);
     if (result != SQLITE_OK) Fail(result);
-}
-
-int64_t Database::ReadNumber(const std::string& text) {
-    const StatementHandle statement = Prepare(text);
-    const int result = sqlite3_step(statement.get());
-    if (result != SQLITE_ROW && result != SQLITE_DONE) Fail(result);
-    return result == SQLITE_ROW ? sqlite3_column_int64(statement.get(), 0) : 0;
-}
-
-std::string Database::ReadText(const std::string& text) {
-    const StatementHandle statement = Prepare(text);
-    const int result = sqlite3_step(statement.get());
-    if (result != SQLITE_ROW && result != SQLITE_DONE) Fail(result);
-    if (result == SQLITE_DONE) return {};
-    const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement.get(), 0));
-    return {bytes, static_cast<size_t>(sqlite3_column_bytes(statement.get(), 0))};
 }
 
 void Database::Fail(int result) const {
@@ -167,6 +140,23 @@ void Database::Fail(int result) const {
             throw Refuse(Code::NotAFarm, {file});
         default:
             throw Refuse(Code::FarmDamaged, {file, sqlite3_errmsg(m_connection.get())});
+    }
+}
+
+void RollBackOpenTransaction(Database& database) {
+    if (sqlite3_get_autocommit(database.GetConnection()) != 0) return;
+    sqlite3_exec(database.GetConnection(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
+void InTransaction(Database& database, const std::function<void()>& work) {
+    RollBackOpenTransaction(database);
+    Run(database, "BEGIN IMMEDIATE");
+    try {
+        work();
+        Run(database, "COMMIT");
+    } catch (...) {
+        RollBackOpenTransaction(database);
+        throw;
     }
 }
 

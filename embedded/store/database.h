@@ -1,17 +1,14 @@
-// One connection to a farm's database: prepared statements, waiting for other processes, and the
-// translation of the database's failures into the service's own codes. Every failure is thrown
-// as a Refusal.
 #pragma once
 
 #include <sqlite3.h>
 
-#include <array>
 #include <chrono>
+#include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
-
-#include "embedded/store/sql.h"
+#include <unordered_map>
 
 namespace embedded {
 
@@ -23,6 +20,20 @@ struct FinishStatement {
 };
 using StatementHandle = std::unique_ptr<sqlite3_stmt, FinishStatement>;
 
+// The text of a statement. Only a literal can be one: a connection finds what it has prepared by its address.
+class Sql {
+  public:
+    template <size_t Size>
+    consteval Sql(const char (&text)[Size]) : m_text(text) {}
+
+    const char* GetText() const { return m_text; }
+
+  private:
+    const char* m_text;
+};
+
+// One connection to a farm's database: prepared statements, waiting for other processes, and the translation
+// of the database's failures into the service's own codes. Every failure is thrown as a Refusal.
 class Database {
   public:
     // How long a call waits for other processes, all its waits together.
@@ -48,16 +59,11 @@ class Database {
     // Whether nobody changes the file while it is open.
     bool IsFixed() const { return m_access == Access::Fixed; }
 
-    // The cached statement, reset and without values.
+    // The statement, prepared on its first use and kept. Statement (statement.h) is what runs it.
     sqlite3_stmt* Prepared(Sql sql);
-    StatementHandle Prepare(const std::string& text);
 
     // Runs statements that yield no rows of interest.
     void Execute(const std::string& script);
-
-    // The first column of the first row of a statement, 0 when there is none.
-    int64_t ReadNumber(const std::string& text);
-    std::string ReadText(const std::string& text);
 
     // Turns a failure code of the database into the service's refusal.
     [[noreturn]] void Fail(int result) const;
@@ -75,9 +81,17 @@ class Database {
     std::filesystem::path m_file;
     Access m_access;
     std::unique_ptr<sqlite3, CloseConnection> m_connection;
-    std::array<StatementHandle, kSqlCount> m_statements;
+    std::unordered_map<const char*, StatementHandle> m_statements;
     std::chrono::steady_clock::time_point m_deadline;
     bool m_hasGivenUp = false;
 };
+
+// Ends a transaction that is still open: some failures leave one, others have ended it already. Without
+// memory even this fails; then the next call ends it.
+void RollBackOpenTransaction(Database& database);
+
+// Begins a transaction that no other process can write beside, runs the work and commits; when the work or
+// the commit throws, everything is undone. Waits for other writers.
+void InTransaction(Database& database, const std::function<void()>& work);
 
 }  // namespace embedded

@@ -2,22 +2,22 @@
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <thread>
 #include <vector>
 
-#include "embedded/model/joined.h"
 #include "embedded/model/refusal.h"
+#include "embedded/model/strings.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/schema.h"
-#include "embedded/store/transaction.h"
+#include "embedded/store/statement.h"
 
 namespace embedded {
 namespace {
 
 constexpr std::string_view kPrefix = "server-";
 constexpr std::string_view kSuffix = ".db";
-constexpr const char* kMarkOfNew = ".new-";
-constexpr std::string_view kHexDigits = "0123456789abcdef";
+constexpr const char* kNewFileMark = ".new-";
 
 bool StandsForItself(char character) {
     return (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9') ||
@@ -33,11 +33,11 @@ struct Nature {
 };
 
 Nature Examine(Database& database) {
-    const int64_t application = database.ReadNumber("PRAGMA application_id");
-    const auto version = static_cast<int32_t>(database.ReadNumber("PRAGMA user_version"));
+    const int64_t application = FindValue<int64_t>(database, "PRAGMA application_id").value_or(0);
+    const int32_t version = FindValue<int32_t>(database, "PRAGMA user_version").value_or(0);
     if (application == kApplicationId) return {Kind::Farm, version};
-    const bool hasContent =
-        application != 0 || version != 0 || database.ReadNumber("SELECT count(*) FROM sqlite_master") != 0;
+    const bool hasContent = application != 0 || version != 0 ||
+                            FindValue<int64_t>(database, "SELECT count(*) FROM sqlite_master") != 0;
     return {hasContent ? Kind::Foreign : Kind::Empty, 0};
 }
 
@@ -49,27 +49,27 @@ void RefuseForeign(const Database& database, const Nature& nature) {
     }
 }
 
-// With a write-ahead log, readers and a writer do not stop each other, and a killed writer leaves
-// nothing behind. The switch needs the file for itself and does not wait for others by its own.
+// With a write-ahead log, readers and a writer do not stop each other, and a killed writer leaves nothing
+// behind. The switch needs the file for itself and does not wait for others on its own.
 void UseWriteAheadLog(Database& database) {
     while (true) {
-        const StatementHandle pragma = database.Prepare("PRAGMA journal_mode = WAL");
-        const int result = sqlite3_step(pragma.get());
-        if (result == SQLITE_ROW || result == SQLITE_DONE) return;
+        const int result =
+            sqlite3_exec(database.GetConnection(), "PRAGMA journal_mode = WAL", nullptr, nullptr, nullptr);
+        if (result == SQLITE_OK) return;
         if ((result & 0xFF) != SQLITE_BUSY || !database.MayStillWait()) database.Fail(result);
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
     }
 }
 
 void Prepare(Database& database) {
-    if (!database.IsReadOnly() && database.ReadText("PRAGMA journal_mode") != "wal")
+    if (!database.IsReadOnly() && FindValue<std::string>(database, "PRAGMA journal_mode") != "wal")
         UseWriteAheadLog(database);
-    // A commit reaches the operating system before it is acknowledged, which a killed process
-    // cannot undo. Waiting for the disk too would guard the simulated world from power cuts.
+    // A commit reaches the operating system before it is acknowledged, which a killed process cannot undo. A
+    // power cut may lose the last commits, never the farm.
     database.Execute("PRAGMA synchronous = NORMAL; PRAGMA cache_size = -16384;");
 }
 
-void BringForward(Database& database) {
+void MigrateToPresent(Database& database) {
     InTransaction(database, [&] {
         const Nature nature = Examine(database);
         RefuseForeign(database, nature);
@@ -87,45 +87,45 @@ void Create(Database& database, const FillFarm& fill) {
     });
 }
 
-// A farm that is being made: a file that is no server's, gone with this object.
-class FileInTheMaking {
+// The file of a farm that is not complete yet. It has no server's name and is removed with this object.
+class UnfinishedFarm {
   public:
-    explicit FileInTheMaking(const std::filesystem::path& farm) : m_farm(farm), m_file(farm) {
+    explicit UnfinishedFarm(const std::filesystem::path& farm) : m_farm(farm), m_file(farm) {
         static std::atomic<uint32_t> s_count = 0;
-        m_file += Joined({kMarkOfNew, std::to_string(ProcessId()), "-", std::to_string(++s_count)});
+        m_file += Joined({kNewFileMark, std::to_string(ProcessId()), "-", std::to_string(++s_count)});
         const std::filesystem::path folder = farm.parent_path();
         if (const std::error_code failure = CreatePrivateFolder(folder)) {
             throw Refuse(Code::NoStateFolder, {folder.string(), failure.message()});
         }
-        RemoveLeftOnes();
-        Remove();  // what a killed process of the same number has left
+        RemoveLeftovers();
+        Remove();  // left by a killed process that had the same number
         if (const std::error_code failure = CreatePrivateFile(m_file)) {
             throw Refuse(Code::CannotOpenFile, {farm.string(), failure.message()});
         }
     }
-    FileInTheMaking(const FileInTheMaking&) = delete;
-    FileInTheMaking& operator=(const FileInTheMaking&) = delete;
-    ~FileInTheMaking() { Remove(); }
+    UnfinishedFarm(const UnfinishedFarm&) = delete;
+    UnfinishedFarm& operator=(const UnfinishedFarm&) = delete;
+    ~UnfinishedFarm() { Remove(); }
 
     const std::filesystem::path& GetFile() const { return m_file; }
 
-    // Gives it its place, unless another file has it.
-    bool Place() const {
+    // Moves the file to the farm's place; false when another file is there.
+    bool MoveToPlace() const {
         std::error_code failure;
         std::filesystem::create_hard_link(m_file, m_farm, failure);
         if (!failure) return true;
         std::error_code ignored;
         if (std::filesystem::exists(m_farm, ignored)) return false;
-        // Not every file system knows a second name for a file.
+        // Not every file system has hard links.
         std::filesystem::rename(m_file, m_farm, failure);
         if (failure) throw Refuse(Code::CannotOpenFile, {m_farm.string(), failure.message()});
         return true;
     }
 
   private:
-    // Those of killed processes. No farm takes an hour to be made.
-    void RemoveLeftOnes() const {
-        const std::string start = m_farm.filename().string() + kMarkOfNew;
+    // Those of killed processes. Writing a farm never takes an hour.
+    void RemoveLeftovers() const {
+        const std::string start = m_farm.filename().string() + kNewFileMark;
         const auto old = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1);
         std::error_code failure;
         std::vector<std::filesystem::path> left;
@@ -151,14 +151,7 @@ class FileInTheMaking {
 std::string FarmFileName(std::string_view server) {
     std::string name(kPrefix);
     for (const char character : server) {
-        if (StandsForItself(character)) {
-            name += character;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(character);
-        name += '%';
-        name += kHexDigits[byte >> 4U];
-        name += kHexDigits[byte & 0xFU];
+        name += StandsForItself(character) ? std::string(1, character) : "%" + HexDigits(character);
     }
     return name.append(kSuffix);
 }
@@ -173,11 +166,9 @@ std::string ServerOfFileName(std::string_view fileName) {
             server += fileName[position];
             continue;
         }
-        if (position + 2 >= fileName.size()) return {};
-        const size_t high = kHexDigits.find(fileName[position + 1]);
-        const size_t low = kHexDigits.find(fileName[position + 2]);
-        if (high == std::string_view::npos || low == std::string_view::npos) return {};
-        server += static_cast<char>(high << 4U | low);
+        const std::optional<char> byte = ByteOfHexDigits(fileName.substr(position + 1, 2));
+        if (!byte.has_value()) return {};
+        server += *byte;
         position += 2;
     }
     return server;
@@ -199,20 +190,20 @@ std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
     RefuseForeign(*database, nature);
     if (nature.kind == Kind::Empty) return nullptr;
     Prepare(*database);
-    if (nature.version < kSchemaVersion) BringForward(*database);
+    if (nature.version < kSchemaVersion) MigrateToPresent(*database);
     return database;
 }
 
 bool CreateFarm(std::string_view server, const FillFarm& fill) {
     const std::filesystem::path path = FarmPath(server);
-    const FileInTheMaking file(path);
+    const UnfinishedFarm file(path);
     {
         Database database(file.GetFile(), path);
         // Nobody else sees the file, and nothing of it is kept when it fails.
         database.Execute("PRAGMA journal_mode = MEMORY; PRAGMA cache_size = -16384;");
         Create(database, fill);
     }
-    return file.Place();
+    return file.MoveToPlace();
 }
 
 std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill) {
@@ -225,7 +216,7 @@ std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill
         if (auto database = OpenFarmAt(path)) return database;
     }
     if (fill == nullptr) throw Refuse(Code::UnknownServer, {server});
-    // An empty file that somebody else has put there.
+    // An empty file that somebody else put there.
     auto database = std::make_unique<Database>(path);
     RefuseForeign(*database, Examine(*database));
     Prepare(*database);

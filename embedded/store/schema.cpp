@@ -10,16 +10,15 @@ namespace {
 //
 // medium.place: 1 = a slot, 2 = a jukebox's import station, 3 = its export station, 4 = the shelf,
 //   outside of every jukebox. In a station, `magazine` is 0 and `slot` the position in the queue;
-//   on the shelf, `jukebox` is 0 too. The unique index keeps two media from one place, the row
-//   itself keeps a medium from two.
+//   on the shelf, `jukebox` is 0 too. The unique index keeps two media out of one place.
 // slot.state: 0 = not read yet, 1 = not present, 2 = its medium cannot be read, 3 = empty, 4 = full.
 // side.content: 3 = bad, 4 = blank, 5 = no file system, 6 = file system. A bad side may hold a volume.
 // side.part: the order of a volume's sides.
-// volume.id: below 0 while the service has never seen the volume: it waits on a medium that was
-//   not imported yet and gets its number when it is. Searches for IDs above 0 pass it by.
+// volume.id: below 0 until the service has seen the volume: it gets its number when its medium is imported.
+//   Searches for IDs above 0 skip it.
 // volume.state: what is shown: 0 = active, 1 = disabled, 2 = offline, other = unknown. Kept up to
 //   date with `enabled` and the places of its media by every change.
-// odd_state.state: what is shown of a volume instead, until a change works its state out anew.
+// odd_state.state: what is shown of a volume instead, until a change computes its state again.
 // magazine.first_slot: the absolute number of its first slot.
 // jukebox.slot_count: the slots of its present magazines.
 // server.epoch: grows with every start of the service; sessions of an older one are over.

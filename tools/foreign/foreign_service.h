@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "embedded/platform/shared_library.h"
+#include "embedded/platform/platform.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 #include "krvcmd/service/sdk/records.h"
 

@@ -5,8 +5,8 @@
 #include <iterator>
 #include <sstream>
 
-#include "embedded/farms/demonstration.h"
 #include "embedded/farms/farm_writer.h"
+#include "embedded/farms/servers.h"
 #include "embedded/layout/contradictions.h"
 #include "embedded/layout/layout_reader.h"
 #include "tools/common/plain_text.h"

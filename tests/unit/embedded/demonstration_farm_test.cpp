@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-#include "embedded/farms/demonstration.h"
+#include "embedded/farms/servers.h"
 #include "embedded/layout/contradictions.h"
 #include "embedded/layout/layout_reader.h"
 #include "embedded/model/media_types.h"

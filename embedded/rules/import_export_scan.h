@@ -1,5 +1,3 @@
-// Import, export and scan. The caller has opened a transaction; each returns what it changed, in
-// words for the journal, and throws a Refusal when it changes nothing.
 #pragma once
 
 #include <optional>
@@ -11,6 +9,9 @@
 
 namespace embedded {
 
+// Each of these calls runs in the caller's transaction, returns what it changed, in words for the journal,
+// and throws a Refusal when it changes nothing.
+
 // Moves the next medium of the import station into the slot, or into the first empty slot of the
 // magazine or jukebox when the key names no slot, reads it and brings its volumes on-line.
 std::string ImportMedium(Database& database, const SlotKey& key);
@@ -20,8 +21,7 @@ std::string ExportMedium(Database& database, const SlotKey& key);
 
 struct ScanResult {
     std::string change;
-    // What the scan found is kept although the call fails: the medium cannot be read, or the slot
-    // turned out to be empty.
+    // What the scan found is kept although the call fails: the medium cannot be read, or the slot is empty.
     std::optional<Refusal> refusal;
 };
 
