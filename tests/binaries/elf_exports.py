@@ -1,4 +1,4 @@
-"""elf_exports.py DEF LIBRARY PROGRAM: the library exports what is listed and nothing else; the program asks for no more."""
+"""elf_exports.py DEF LIBRARY PROGRAM: the library exports exactly the listed functions; the program imports no others."""
 import sys
 
 from inspect_file import Findings, exported_by_list, readelf

@@ -1,4 +1,4 @@
-"""elf_hardening.py FILE ...: a mistake in handling foreign data ends the program instead of handing it over."""
+"""elf_hardening.py FILE ...: an error in handling foreign data ends the program instead of being exploitable."""
 import re
 import sys
 

@@ -1,4 +1,4 @@
-"""Reading what the tools of binutils say about a file, and reporting what is wrong with it."""
+"""Reads the output of binutils about a file and reports problems."""
 import re
 import subprocess
 import sys
@@ -26,7 +26,7 @@ def exported_by_list(path):
 
 
 class Findings:
-    """Collects what does not hold; Report ends the program."""
+    """Collects problems; Report ends the program."""
 
     def __init__(self):
         self._lines = []

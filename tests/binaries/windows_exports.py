@@ -1,4 +1,4 @@
-"""windows_exports.py OBJDUMP DEF DLL: the library exports what is listed and nothing else, without decoration."""
+"""windows_exports.py OBJDUMP DEF DLL: the library exports exactly the listed functions, undecorated."""
 import re
 import sys
 

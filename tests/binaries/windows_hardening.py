@@ -8,6 +8,6 @@ for path in sys.argv[2:]:
     headers = tool(sys.argv[1], "-p", path)
     for flag in ("HIGH_ENTROPY_VA", "DYNAMIC_BASE", "NX_COMPAT"):
         findings.expect(flag in headers, f"{path}: without {flag}")
-    # An image can only be moved with its relocations at hand.
+    # An image can only be moved with its relocations.
     findings.expect("relocations stripped" not in headers, f"{path}: relocations were stripped")
 findings.report()

@@ -6,7 +6,7 @@ import sys
 
 from inspect_file import Findings, exported_by_list, tool
 
-# What Windows itself brings. Each program is handed on as one file.
+# Libraries that come with Windows. Each program is a single file.
 SYSTEM = {"advapi32.dll", "kernel32.dll", "msvcrt.dll", "shell32.dll"}
 CLIENT_LIBRARY = "krvsdk64.dll"
 

@@ -18,9 +18,9 @@ def without(words, *left_out):
     return [word for word in words if word not in left_out]
 
 
-# What is typed, and what is then offered.
+# The typed line and the candidates.
 OFFERED = [
-    # Options and commands stand first; an option that was given is not offered again.
+    # Options and commands come first; an option is offered once.
     ("krvcmd ", ["quiet", "server=", *COMMANDS]),
     ("krvcmd quiet ", ["server=", *COMMANDS]),
     ("krvcmd qui ", ["server=", *COMMANDS]),
@@ -40,7 +40,7 @@ OFFERED = [
     ("krvcmd query ", QUERY),
     ("krvcmd help ", without(COMMANDS, "help", "?")),
     ("krvcmd help s", ["service", "scan"]),
-    # Abbreviations and attached values count as what they stand for.
+    # Abbreviations and attached values count as their keywords.
     ("krvcmd imp J@8 ", ["M", "S", "repeat="]),
     ("krvcmd imp J @8 re=3 ", ["M", "S"]),
     ("krvcmd que vol col=ILl ", without(QUERY, "columns=", *OBJECTS)),
@@ -70,7 +70,7 @@ OFFERED = [
     ("krvcmd query J @8 M1/3 ", without(QUERY, "J", "V", "M", "S", "D", ".A", ".B")),
     ("krvcmd scan J @8,11 ", []),
     ("krvcmd scan J 8,11 ", ["M", "S"]),
-    # Nothing behind what the program would refuse.
+    # Nothing after words that the program would refuse.
     ("krvcmd q ", []),
     ("krvcmd delete ", []),
     ("krvcmd Query ", []),
@@ -78,7 +78,7 @@ OFFERED = [
     ("krvcmd quiet=1 ", []),
     ("krvcmd query slots5 ", []),
     ("krvcmd query -sep=, ", []),
-    # The dash forms, where there are some.
+    # The dash forms of keywords that have one.
     ("krvcmd -", ["-quiet", "-server", "-?"]),
     ("krvcmd query /", ["/notable", "/separator", *("/" + word for word in OBJECTS)]),
     ("krvcmd query J @8 S1 .", [".A", ".B"]),
@@ -96,7 +96,7 @@ OFFERED = [
 
 LETTERS = "SDMIJNLmdsaCRPFnlvftxXzyYo"
 
-# What is typed, and the words that the program gets after completion.
+# The typed line and the words of the program after completion.
 COMPLETED = [
     ("krvcmd que", ["krvcmd", "query"]),
     ("krvcmd query vo", ["krvcmd", "query", "volumes"]),
@@ -109,7 +109,7 @@ COMPLETED = [
     ("krvcmd query J @12", ["krvcmd", "query", "J", "@12"]),
     ("krvcmd query V", ["krvcmd", "query", "V"]),
     ("krvcmd query V ", ["krvcmd", "query", "V", "@"]),
-    # Names are quoted as the shell needs it.
+    # Names are quoted for the shell.
     ("krvcmd query J My\\ Bo", ["krvcmd", "query", "J", "My Box"]),
     ("krvcmd query J 'My Bo", ["krvcmd", "query", "J", "My Box"]),
     ('krvcmd query J "My Bo', ["krvcmd", "query", "J", "My Box"]),
@@ -179,7 +179,7 @@ class CompletionCases:
         self.assertEqual(set(self.letters("krvcmd query sort=l-")), set(LETTERS) - set("l"))
 
     def letters(self, typed):
-        """The letters offered behind what is typed, with their explanations."""
+        """The letters offered after the typed line, with their explanations."""
         return {word[-1]: text for word, text in self.shell.offered(typed).items()}
 
     def test_asks_the_server_that_the_line_names(self):

@@ -16,7 +16,7 @@ class Fish(terminal.Shell):
         ])
 
     def offered(self, typed):
-        """fish tells by itself what it would offer behind a line."""
+        """fish lists its candidates for a line on request."""
         self.clear()
         quoted = typed.replace("\\", "\\\\").replace("'", "\\'")
         self.terminal.type(f"complete -C '{quoted}' | string replace \\t ' -- '; echo end of list")
@@ -32,7 +32,7 @@ class FishCompletion(completion_cases.CompletionCases, unittest.TestCase):
 
     @staticmethod
     def can_offer(typed, word):
-        # fish hides what begins with a dot, be it a file or not, until a dot is typed.
+        # fish hides candidates that begin with a dot until a dot is typed.
         return not word.startswith(".") or typed.split(" ")[-1].startswith(".")
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""krvcmd's completion for PowerShell, which is no package of this system: what can be seen without it.
+"""krvcmd's completion for PowerShell, which is no package of this system: the script is checked without it.
 
 The script is taken apart into tokens by PowerShell's rules for quotes, comments and brackets, so that
 nothing is left open, and its tables are compared with those of the bash script, which is tested on a

@@ -7,7 +7,7 @@ import subprocess
 import tempfile
 import time
 
-PATIENCE = 20  # seconds; what is waited for comes within a fraction of one
+PATIENCE = 20  # seconds; answers normally come within a fraction of one
 PROMPT = "ready> "
 SENTINEL = "~"
 
@@ -56,7 +56,7 @@ class Terminal:
 
 
 class Shell:
-    """What the shells' tests share; a derived class says how its shell is started and how it lists."""
+    """Base of the shells' tests; a derived class knows how to start its shell and how it lists candidates."""
 
     def __init__(self, command, environment, preparations):
         self.terminal = Terminal(command, environment)
@@ -73,7 +73,7 @@ class Shell:
         return self.terminal.wait_for(lambda lines, at: lines[at].rstrip() == PROMPT.rstrip(), "an empty prompt")
 
     def clear(self):
-        """An empty prompt in the first line, whatever was there."""
+        """Clears the screen: an empty prompt in the first line."""
         for seconds in (PATIENCE / 10, PATIENCE / 5, PATIENCE):
             self.terminal.press("C-c")
             self._wait_for_empty_prompt()
@@ -85,7 +85,7 @@ class Shell:
                     "a clear screen", seconds)
                 return
             except AssertionError:
-                # A busy shell throws away what is typed before it has dealt with the interruption.
+                # A busy shell discards input until it has handled the interruption.
                 if seconds == PATIENCE:
                     raise
 
@@ -96,7 +96,7 @@ class Shell:
                                any(line.rstrip().endswith(command) for line in lines[:at]), f"the end of '{command}'")
 
     def type_and_complete(self, typed):
-        """The screen after the completion of what is typed; a sentinel is typed behind it."""
+        """The screen after the completion of the typed line; a sentinel is typed after it."""
         self.clear()
         self.terminal.type(typed)
         self.terminal.press("Tab")
@@ -104,17 +104,17 @@ class Shell:
         return self.terminal.wait_for(lambda lines, at: lines[at].rstrip().endswith(SENTINEL), f"completion of '{typed}'")
 
     def completed(self, typed):
-        """The command line after the completion of what is typed, as it stands at the prompt."""
+        """The command line at the prompt after the completion of the typed line."""
         lines, at = self.type_and_complete(typed)
         return lines[at].rstrip().removeprefix(PROMPT).removesuffix(SENTINEL)
 
     def words(self, typed):
-        """The words that a program gets when what is typed is completed and entered."""
+        """The words that the program gets when the typed line is completed and entered."""
         self.clear()
         self.terminal.type(typed)
         self.terminal.press("Tab")
         self.terminal.press("C-a")
-        # Instead of the program, one that shows its words.
+        # A program that shows its words replaces krvcmd.
         self.terminal.type("printf '<%s>\\n' ")
         self.terminal.press("C-e")
         self.terminal.press("Enter")

@@ -1,15 +1,15 @@
-// Taking a list of directories apart: the first two bytes are the size that the library claims, the rest is
-// what it wrote.
 #include <vector>
 
 #include "krvcmd/service/sdk/call.h"
 #include "tests/fuzz/bytes_reader.h"
 
+// Splits a list of directories. The first two bytes are the size that the library claims, the rest is what it
+// wrote.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using krvcmd::fuzz::Require;
     krvcmd::fuzz::BytesReader reader(data, size);
     const size_t requiredSize = reader.Take<uint16_t>();
-    // A copy of its own, so that a sanitizer sees a step too far.
+    // A copy, so that a sanitizer notices a read past its end.
     const size_t taken = std::min<size_t>(size, sizeof(uint16_t));
     const std::vector<char> buffer(data + taken, data + size);
 
@@ -22,7 +22,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         Require(offset <= requiredSize, "no text begins beyond the claimed size");
         Require(offset + aspect.size() <= buffer.size(), "no text goes beyond the buffer");
         Require(std::equal(aspect.begin(), aspect.end(), buffer.begin() + static_cast<ptrdiff_t>(offset)),
-                "the texts stand one behind the other");
+                "the texts follow one another");
         offset += aspect.size() + 1;
     }
     const bool isWhole = offset >= buffer.size() || offset > requiredSize || buffer[offset] == '\0';

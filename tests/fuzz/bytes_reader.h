@@ -11,7 +11,7 @@
 
 namespace krvcmd::fuzz {
 
-// Takes values off a run of bytes; what is missing at its end is 0 or empty.
+// Takes values from the front of a run of bytes. Past its end values are 0 or empty.
 class BytesReader {
   public:
     BytesReader(const uint8_t* data, size_t size) : m_rest(TextOf(data, size)) {}
@@ -27,7 +27,7 @@ class BytesReader {
         return value;
     }
 
-    // A text of as many bytes as the next byte says, at most `longest`.
+    // The next byte is the length of the text, at most `longest`.
     std::string_view TakeText(size_t longest) { return TakeUpTo(std::min<size_t>(Take<uint8_t>(), longest)); }
 
   private:

@@ -1,11 +1,8 @@
-// A whole run, from the words of the command line on: the first byte chooses the world on which it runs (a
-// random farm with random nonsense), the rest are the words, one per line.
 #include "krvcmd/frontend/parsing/parser.h"
 #include "tests/fuzz/bytes_reader.h"
-#include "tests/reliability/support/general_rules.h"
-#include "tests/reliability/support/interrupt_switch.h"
 #include "tests/reliability/support/program_run.h"
 #include "tests/reliability/support/random_world.h"
+#include "tests/reliability/support/run_checks.h"
 
 namespace krvcmd::fuzz {
 namespace {
@@ -14,7 +11,7 @@ std::vector<std::string> WordsOf(std::string_view lines) {
     std::vector<std::string> words;
     while (!lines.empty()) {
         const size_t end = std::min(lines.find('\n'), lines.size());
-        // What has a NUL ends there on a command line.
+        // A word of a command line ends at its first NUL.
         words.emplace_back(lines.substr(0, end).substr(0, lines.substr(0, end).find('\0')));
         lines.remove_prefix(std::min(end + 1, lines.size()));
     }
@@ -34,6 +31,8 @@ bool CanBeParsed(const std::vector<std::string>& words) {
 
 }  // namespace krvcmd::fuzz
 
+// One run of the program. The first byte chooses a random farm with random nonsense in its answers, the rest
+// are the words of the command line, one per line.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd;
     // A table as wide as the largest number needs memory and time, and tells nothing.
@@ -46,11 +45,11 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     library.Reset();
     reliability::ScriptRandomWorld(library, data[0]);
     // A range may be long; the operator ends what would take too long.
-    reliability::InterruptAfterQuestions(400);
+    reliability::InterruptAfterChecks(400);
     const reliability::ProgramRun run = program.Run(words);
-    reliability::ForgetInterrupt();
+    reliability::CancelInterrupt();
 
-    const std::string broken = reliability::BrokenRules(run);
+    const std::string broken = reliability::BrokenRule(run);
     fuzz::Require(broken.empty(), broken);
     if (fuzz::CanBeParsed(words)) return 0;
     fuzz::Require(run.calls.empty(), "no call for a command line that is none");

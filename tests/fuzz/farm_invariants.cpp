@@ -66,7 +66,7 @@ std::map<Place, int32_t> VolumesBySide(KrvSession session) {
                 for (int32_t side = 0; side <= 1; ++side) {
                     const SideKey key{sizeof(SideKey), jukebox, m, s, side};
                     SideRecord sideRecord{sizeof(SideRecord), 0, 254, 0, -1};
-                    // A side that cannot be read fails, and is filled in all the same.
+                    // An unreadable side fails but is filled in all the same.
                     (void)Succeeds(session, KrvGetSide, &key, &sideRecord);
                     if (sideRecord.volumeId > 0) volumes[{jukebox, m, s, side}] = sideRecord.volumeId;
                 }

@@ -4,17 +4,17 @@
 
 namespace krvcmd::fuzz {
 
-// A session on the local server, whose service is started when it was stopped. Ends the process when there is
-// none to be had.
+// Opens a session on the local server, after starting its service when that is stopped. Ends the process when
+// that fails.
 KrvSession OpenSession();
 void CloseSession(KrvSession session);
 
-// For a session that may be gone.
+// For a session that may be closed already.
 void TryToCloseSession(KrvSession session);
 
-// Ends the process unless the farm of the local server makes sense: every ID that is enumerated can be looked
-// up, every volume lies where it says, no side carries a volume that lies elsewhere, and none carries the
-// same as another.
+// Ends the process unless the farm of the local server is consistent: every enumerated ID can be looked up,
+// every volume is where its locations say, no side carries a volume that is elsewhere, and no two sides carry
+// the same volume.
 void CheckFarm();
 
 }  // namespace krvcmd::fuzz

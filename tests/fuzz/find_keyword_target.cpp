@@ -1,5 +1,3 @@
-// Matching a word with the keywords of one level, compared with the comparison as it is described: character
-// by character through a small buffer.
 #include <string>
 #include <vector>
 
@@ -10,7 +8,7 @@
 namespace krvcmd::fuzz {
 namespace {
 
-// Pieces of 31 characters, each with 0x20 taken off every character and read back up to the first 0.
+// Folds pieces of 31 characters: subtracts 0x20 from each character and ends the piece at the first 0.
 std::string FoldThroughBuffer(std::string_view text) {
     std::string folded;
     while (!text.empty()) {
@@ -52,6 +50,8 @@ const KeywordNode* FindAsDescribed(KeywordNode::Table candidates, std::string_vi
 
 }  // namespace krvcmd::fuzz
 
+// Matches a word with the keywords of one level, and compares the result with a character-by-character
+// implementation of the folded comparison.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd;
     // A word of the command line has no NUL.

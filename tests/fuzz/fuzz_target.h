@@ -7,13 +7,13 @@
 #include <string>
 #include <string_view>
 
-// The one function of a fuzz target: feeds the bytes to the code under test and ends the process when
-// something is not as it must be. Called by the fuzzer, or by replay.cpp for the files that it is told.
+// The one function of a fuzz target: feeds the bytes to the code under test and ends the process when the
+// result is wrong. Called by the fuzzer, or by replay.cpp for each of its files.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace krvcmd::fuzz {
 
-// Ends the process, with the sentence on standard error, unless `holds`.
+// Ends the process with the sentence on standard error, unless it holds.
 inline void Require(bool holds, const std::string& sentence) {
     if (holds) return;
     (void)std::fprintf(stderr, "does not hold: %s\n", sentence.c_str());

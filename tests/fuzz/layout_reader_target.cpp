@@ -1,4 +1,3 @@
-// Reading a layout file, and looking for contradictions in what was read.
 #include <algorithm>
 
 #include "embedded/layout/contradictions.h"
@@ -20,6 +19,7 @@ void CheckProblems(const std::vector<embedded::Problem>& problems, int lineCount
 
 }  // namespace krvcmd::fuzz
 
+// Reads a layout file and looks for contradictions in it.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view text = krvcmd::fuzz::TextOf(data, size);
     const int lineCount = 1 + static_cast<int>(std::count(text.begin(), text.end(), '\n'));

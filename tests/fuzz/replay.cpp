@@ -1,5 +1,3 @@
-// Feeds every file named on the command line to a fuzz target, so that seeds and past findings are ordinary
-// tests.
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -11,12 +9,12 @@
 
 namespace {
 
-// Whether the file could be read.
+// False when the file cannot be read.
 bool Replay(const char* file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream) return false;
     const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    // Exactly as long as it is, so that a sanitizer sees a step too far.
+    // Exactly as long as the file, so that a sanitizer notices a read past the end.
     std::vector<uint8_t> data(bytes.begin(), bytes.end());
     data.shrink_to_fit();
     std::printf("%s\n", file);
@@ -27,6 +25,8 @@ bool Replay(const char* file) {
 
 }  // namespace
 
+// Feeds every file named on the command line to a fuzz target, so that seeds and past findings are ordinary
+// tests.
 int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         if (!Replay(argv[i])) {

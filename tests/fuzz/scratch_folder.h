@@ -8,8 +8,8 @@
 
 namespace krvcmd::fuzz {
 
-// A folder for one process, whose files can be put back as they were. In memory where the system offers
-// that; removed at the end of the process.
+// A temporary folder for one process, whose files can be restored. In memory where the system offers that;
+// removed at the end of the process.
 class ScratchFolder {
   public:
     ScratchFolder();
@@ -19,7 +19,7 @@ class ScratchFolder {
 
     const std::filesystem::path& Path() const { return m_path; }
 
-    // From now on Restore brings the files back to what they are now.
+    // Saves the files for Restore.
     void Remember();
     void Restore() const;
 

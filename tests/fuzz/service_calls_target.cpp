@@ -1,6 +1,3 @@
-// The 31 entry points of the embedded service, called one after the other with anything in their arguments:
-// keys of any size and number, contexts with little room, sessions that are none, null pointers. Every
-// execution begins with a new demonstration farm.
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -15,12 +12,12 @@
 namespace krvcmd::fuzz {
 namespace {
 
-// Hands out what the calls are made with.
+// Makes the arguments of the calls from the input.
 class Arguments {
   public:
     Arguments(BytesReader& bytes, KrvSession session) : m_bytes(bytes), m_session(session) {}
 
-    // One of the numbers that lead somewhere in the demonstration farm, or any.
+    // A number that exists in the demonstration farm, or any other.
     int32_t Number() {
         constexpr int32_t kNumbers[] = {0,  1,   2,   3,   4,   5, 8,  11, 29, 31,
                                         33, 273, 300, 310, 517, 9, 12, -1, 6,  7};
@@ -31,7 +28,7 @@ class Arguments {
 
     uint32_t Id() { return static_cast<uint32_t>(Number()); }
 
-    // The size that a record must have, mostly.
+    // Mostly the size that the record must have.
     uint32_t SizeOf(size_t size) { return IsOdd() ? m_bytes.Take<uint32_t>() : static_cast<uint32_t>(size); }
 
     JukeboxKey Jukebox() { return {SizeOf(sizeof(JukeboxKey)), Number()}; }
@@ -64,7 +61,7 @@ class Arguments {
     KrvSession m_session;
 };
 
-// A context whose error part may be smaller than it should be, and has no byte more than it says.
+// A context whose error part may be too small; it is exactly as long as its size field says.
 class HostileContext {
   public:
     explicit HostileContext(Arguments& arguments) {
@@ -97,7 +94,7 @@ class HostileContext {
     std::unique_ptr<char[]> m_error;
 };
 
-// The arguments stand in braces: so they are taken in their order by every compiler.
+// Braces: every compiler evaluates the arguments in order.
 template <class Function, class... Rest>
 KrvBool Invoke(Function function, KrvCallContext* context, const std::tuple<Rest...>& rest) {
     return std::apply([&](Rest... each) { return function(context, each...); }, rest);
@@ -183,7 +180,7 @@ KrvBool ChangeVolume(uint8_t function, KrvCallContext* context, Arguments& argum
             break;
     }
     FormatOptions* const given = arguments.Out(options);
-    // A label that fills its field has no end.
+    // A label that fills its field has no terminator.
     std::memcpy(options.label, text.data(), text.size());
     if (arguments.IsOdd()) std::memset(options.label, 'x', sizeof options.label);
     options.certify = arguments.Bytes().Take<uint8_t>() % 2;
@@ -241,7 +238,7 @@ KrvBool ControlService(uint8_t function, KrvCallContext* context, Arguments& arg
     }
     const KrvBool result = Invoke(KrvSessionCreate, context,
                                   std::tuple{arguments.OrNull(server.c_str()), arguments.OrNull(&session)});
-    // Nobody else would close it.
+    // No later call would close it.
     if (session != 0) CloseSession(session);
     return result;
 }
@@ -266,7 +263,7 @@ void MakeCall(Arguments& arguments) {
     context.Check(result);
 }
 
-// The farm as the service makes it on the first contact.
+// The demonstration farm, which the service makes on first contact.
 ScratchFolder& NewFarm() {
     static ScratchFolder folder;
     static const bool isReady = [] {
@@ -283,6 +280,9 @@ ScratchFolder& NewFarm() {
 
 }  // namespace krvcmd::fuzz
 
+// Calls the 31 functions of the embedded service one after the other with random arguments: keys of any size
+// and number, contexts with little space, invalid sessions, null pointers. Every execution starts with a new
+// demonstration farm.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd::fuzz;
     NewFarm().Restore();

@@ -1,4 +1,3 @@
-// Splitting a value, and reading it as the value of every keyword.
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -61,6 +60,7 @@ void ReadAsValueOf(const KeywordNode& node, std::string_view text) {
 
 }  // namespace krvcmd::fuzz
 
+// Splits a value, and reads it as the value of every keyword.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd;
     const std::string_view text = fuzz::TextOf(data, size);

@@ -1,11 +1,10 @@
-// The query table with any records, columns, order, separator and width.
 #include <algorithm>
 #include <cstdio>
 #include <string>
 
 #include "krvcmd/console/query/query_table.h"
 #include "tests/fuzz/bytes_reader.h"
-#include "tests/reliability/support/captured_stream.h"
+#include "tests/reliability/support/program_run.h"
 
 namespace krvcmd::fuzz {
 namespace {
@@ -82,7 +81,7 @@ void AddRow(BytesReader& reader, CKrvQueryTable& table) {
     }
 }
 
-// Letters of columns, with now and then one that is none.
+// Column letters, and now and then another character.
 std::string TakeLetters(BytesReader& reader) {
     constexpr std::string_view kLetters = "SDMIJNLmdsaCRPFnlvftxXzyYo+-Q";
     std::string letters;
@@ -95,6 +94,7 @@ std::string TakeLetters(BytesReader& reader) {
 
 }  // namespace krvcmd::fuzz
 
+// Prints the query table with random records, columns, order, separator and width.
 int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace krvcmd::fuzz;
     static krvcmd::reliability::CapturedStream output(stdout);
@@ -123,7 +123,7 @@ int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const bool isEmpty = rows == 0 || table.GetColumnCount() == 0;
     Require(isEmpty == text.empty(), "a table without rows or columns prints nothing");
     if (isEmpty) return 0;
-    // Header, underline and the line behind the table.
+    // Header, underline and the empty line after the table.
     const int lines = isFormatted ? rows + 3 : rows;
     const auto breaks = static_cast<int>(std::count(text.begin(), text.end(), '\n'));
     const bool bringsBreaks = TextOf(data, size).find('\n') != std::string_view::npos;

@@ -12,7 +12,7 @@ LIBRARY_DIR, PROGRAM = sys.argv.pop(), sys.argv.pop()
 
 class Example(unittest.TestCase):
     def run_on(self, script):
-        """Exit status, output, and the calls that it made."""
+        """Exit status, output and recorded calls."""
         with tempfile.TemporaryDirectory() as folder:
             farm, calls = pathlib.Path(folder, "farm"), pathlib.Path(folder, "calls")
             farm.write_text(script)
@@ -23,7 +23,7 @@ class Example(unittest.TestCase):
     def test_prints_the_names_of_all_jukeboxes(self):
         status, output, calls = self.run_on('jukebox 8 name="Tower"\njukebox 11 name="My Box"\n')
         self.assertEqual((status, output), (0, "8 Tower\n11 My Box\n"))
-        # The library complains in its record of whatever is prepared in a wrong way.
+        # The library records an error for every wrong argument.
         self.assertNotIn("ERROR", calls)
         self.assertTrue(calls.endswith("KrvSessionClose\n"))
 

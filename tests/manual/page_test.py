@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The manual pages are well formed and say everything: page_test.py PAGE ... (as they are installed)"""
+"""The manual pages are well formed and complete: page_test.py PAGE ... (as they are installed)"""
 import os
 import pathlib
 import re
@@ -17,7 +17,7 @@ LAYOUT_READER = PROJECT / "embedded/layout/layout_reader.cpp"
 
 
 def run(program, *arguments):
-    """What a formatter prints and complains of."""
+    """The output and the warnings of a formatter."""
     if not shutil.which(program):
         raise AssertionError(f"{program} is missing; it comes with the package of that name")
     done = subprocess.run([program, *arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True,

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages on a machine that has nothing but the base system, works with them as an
-# ordinary user, and removes them again: install_test.sh FOLDER-OF-PACKAGES
+# Installs the Debian packages on a machine with nothing but the base system, uses them as an ordinary user, and
+# removes them again: install_test.sh FOLDER-OF-PACKAGES
 #
 # The machine is a folder made by debootstrap (once; it is kept as build/clean-root.tar and unpacked anew
 # for each run). Needs root. The packages are installed as README.md says.
@@ -25,7 +25,7 @@ expect() { # WHAT CONDITION ...
 
 # ---- The machine ---------------------------------------------------------------------------------
 
-# Mounts are seen by this process only and are gone when it ends.
+# Mounts are private to this process and disappear with it.
 if [ "${1-}" != --inside ]; then
     [ $# = 1 ] || fail "usage: install_test.sh FOLDER-OF-PACKAGES"
     [ "$(id -u)" = 0 ] || fail "this test needs root"
@@ -75,7 +75,7 @@ packaged() { (cd "$root" && printf '/%s' "packages/$1"_*.deb); } # NAME
 as_user() { # SHELL-COMMAND
     on_machine runuser -u tester -- env HOME=/home/tester sh -c "cd && $1"
 }
-# Everything that a package may bring; what apt and dpkg keep for themselves is left out.
+# All files that a package may install, without those of apt and dpkg.
 all_files() {
     (cd "$root" && find . -xdev \( -path ./proc -o -path ./dev -o -path ./tmp -o -path ./home -o -path ./packages \
         -o -path ./var/lib/apt -o -path ./var/lib/dpkg -o -path ./var/cache -o -path ./var/log \
@@ -140,7 +140,7 @@ for file in share/man/man1/krvcmd.1.gz share/bash-completion/completions/krvcmd 
 done
 expect "bash cannot read its completion" on_machine bash -n /usr/share/bash-completion/completions/krvcmd
 
-# The day's work: media in and out, a format, the service; and the same as a rehearsal on a copy of the farm.
+# Everyday work: media in and out, a format, the service; then the same on a copy of the farm.
 answers() { # SHELL-COMMAND ANSWER
     local answer
     answer=$(as_user "$1" 2>&1)
@@ -166,7 +166,7 @@ answers 'krvsim journal --server rehearsal --on >/dev/null; krvcmd quiet server=
     'exported: Sales Tower\2\1 (Invoices 01)
 1 change: 1 exported; 6 calls, 0 of them failed.'
 
-# ---- Over again, and removed -----------------------------------------------------------------------
+# ---- Reinstalled and removed -----------------------------------------------------------------------
 
 apt install --reinstall "$(packaged krvcmd)" "$(packaged krvcmd-simulator)" "$(packaged krvcmd-dev)"
 expect "the header is not there" [ -s "$root/usr/include/krv_sdk.h" ]

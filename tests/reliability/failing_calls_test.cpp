@@ -1,13 +1,9 @@
-// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
-
-// Each single call that a command makes is made to fail, with each code that means something to the
-// program and with some that do not.
+// Not on Windows: standard streams are captured through POSIX; nothing tested here depends on the system.
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "tests/reliability/support/comparison.h"
-#include "tests/reliability/support/representative_orders.h"
+#include "tests/reliability/support/run_checks.h"
 #include "tests/reliability/support/small_farm.h"
 
 namespace krvcmd::reliability {
@@ -23,15 +19,16 @@ void ScriptSmallFarm(FakeLibrary& library) {
     BuildSmallFarm(library.GetFarm());
 }
 
-class FailingCalls : public testing::TestWithParam<NamedOrder> {
+// Each call of each representative command fails once, with each code that means something to the program and
+// with some that do not.
+class FailingCalls : public testing::TestWithParam<NamedCommand> {
   protected:
     void ExpectAsDocumented(const Script& script, const std::string& what) {
-        const std::string difference = DifferenceFromModel(m_program, GetParam().order, m_words, script);
-        EXPECT_EQ(difference, "") << Spelt(m_words) << "\nwith " << what;
+        const std::string difference = DifferenceFromModel(m_program, GetParam().command, m_words, script);
+        EXPECT_EQ(difference, "") << CommandLineText(m_words) << "\nwith " << what;
     }
 
-    // The order without any failure gives the number of calls; a failure can lead to more of them, so
-    // some beyond are tried too.
+    // The number of calls without any failure. A failure can lead to more calls.
     int CountCalls() {
         FakeLibrary& library = FakeLibrary::Instance();
         library.Reset();
@@ -40,7 +37,7 @@ class FailingCalls : public testing::TestWithParam<NamedOrder> {
     }
 
     ProgramRunner m_program;
-    const std::vector<std::string> m_words = Words(GetParam().order);
+    const std::vector<std::string> m_words = Words(GetParam().command);
 };
 
 TEST_P(FailingCalls, EndAsDocumentedWhicheverCallFails) {
@@ -96,9 +93,8 @@ TEST_P(FailingCalls, EndAsDocumentedWhenOneFunctionNeverWorks) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Orders, FailingCalls, testing::ValuesIn(RepresentativeOrders()),
+INSTANTIATE_TEST_SUITE_P(Orders, FailingCalls, testing::ValuesIn(RepresentativeCommands()),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 }  // namespace
-
 }  // namespace krvcmd::reliability

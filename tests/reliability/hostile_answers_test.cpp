@@ -1,7 +1,4 @@
-// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
-
-// A client library that answers, but with nonsense: enumerations without end, counts that no jukebox has,
-// texts without end, sizes that change.
+// Not on Windows: standard streams are captured through POSIX; nothing tested here depends on the system.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -9,10 +6,9 @@
 #include <string>
 
 #include "tests/fake_library/fake_library.h"
-#include "tests/reliability/support/general_rules.h"
-#include "tests/reliability/support/interrupt_switch.h"
-#include "tests/reliability/support/order.h"
+#include "tests/reliability/support/command_spec.h"
 #include "tests/reliability/support/program_run.h"
+#include "tests/reliability/support/run_checks.h"
 
 namespace krvcmd::reliability {
 namespace {
@@ -30,21 +26,23 @@ constexpr int32_t kNonsenseCounts[] = {kSmallest, -2'000'000'000, -1, 0, 2'000'0
 
 using CommandLine = std::vector<std::string>;
 
+// A client library that answers with nonsense: enumerations without end, impossible counts, texts without a
+// terminator, sizes that change.
 class HostileAnswers : public testing::Test {
   protected:
     HostileAnswers() { m_library.Reset(); }
 
     ProgramRun Run(const CommandLine& words) {
         ProgramRun run = m_program.Run(words);
-        EXPECT_EQ(BrokenRules(run), "") << Spelt(words);
+        EXPECT_EQ(BrokenRule(run), "") << CommandLineText(words);
         return run;
     }
 
-    // As Run, for walks over more items than there is time for: the operator ends it.
+    // As Run, but the operator soon interrupts it: for walks over billions of items.
     ProgramRun RunForAWhile(const CommandLine& words) {
-        InterruptAfterQuestions(2000);
+        InterruptAfterChecks(2000);
         ProgramRun run = Run(words);
-        ForgetInterrupt();
+        CancelInterrupt();
         return run;
     }
 
@@ -73,7 +71,7 @@ TEST_F(HostileAnswers, AnEnumerationThatRepeatsOneIdForEverIsEnded) {
         m_farm.AddVolume(33, "Sales");
         m_farm.EnumerateJukeboxes({8}, true);
         m_farm.EnumerateVolumes({33}, true);
-        EXPECT_THAT(Run(words).calls.size(), Lt(20U)) << Spelt(words);
+        EXPECT_THAT(Run(words).calls.size(), Lt(20U)) << CommandLineText(words);
     }
 }
 
@@ -107,8 +105,8 @@ TEST_F(HostileAnswers, IdsThatAreNoneEndAnEnumeration) {
             m_farm.EnumerateJukeboxes({none, 8}, true);
             m_farm.EnumerateVolumes({none, 33}, true);
             const ProgramRun run = Run(words);
-            EXPECT_EQ(run.calls.size(), 3U) << Spelt(words);
-            EXPECT_EQ(run.exitStatus, words.front() == "query" ? 0 : 6) << Spelt(words);
+            EXPECT_EQ(run.calls.size(), 3U) << CommandLineText(words);
+            EXPECT_EQ(run.exitStatus, words.front() == "query" ? 0 : 6) << CommandLineText(words);
         }
     }
 }
@@ -212,7 +210,7 @@ TEST_F(HostileAnswers, AWalkOverCountlessItemsCanBeInterrupted) {
                                          {"export", "J@8", "M1-2147483647"},
                                          {"export", "J@8", "M1", "repeat=2147483647"}}) {
             const ProgramRun run = RunForAWhile(words);
-            EXPECT_EQ(run.exitStatus, 4) << Spelt(words);
+            EXPECT_EQ(run.exitStatus, 4) << CommandLineText(words);
             EXPECT_EQ(run.errorOutput, "OS error 4: Interrupted system call\n");
         }
     }
@@ -276,7 +274,7 @@ TEST_F(HostileAnswers, LocationsAtTheEndsOfTheNumberRangeLeadNowhere) {
             Run(words);
             m_library.Reset();
             m_farm.AddVolume(33, "Sales").SaysItIsAt(number, number, number, number);
-            EXPECT_NE(Run(words).exitStatus, 0) << Spelt(words) << " " << number;
+            EXPECT_NE(Run(words).exitStatus, 0) << CommandLineText(words) << " " << number;
         }
     }
 }
@@ -356,5 +354,4 @@ TEST_F(HostileAnswers, AnErrorTextIsNeverTakenForAFormat) {
 }
 
 }  // namespace
-
 }  // namespace krvcmd::reliability

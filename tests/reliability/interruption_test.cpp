@@ -1,33 +1,30 @@
-// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
-
-// The operator ends a command, at every moment at which the program looks for that.
+// Not on Windows: standard streams are captured through POSIX; nothing tested here depends on the system.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <string>
 
 #include "tests/fake_library/fake_library.h"
-#include "tests/reliability/support/interrupt_switch.h"
 #include "tests/reliability/support/program_run.h"
-#include "tests/reliability/support/representative_orders.h"
 #include "tests/reliability/support/small_farm.h"
 
 namespace krvcmd::reliability {
 namespace {
 
-class Interruption : public testing::TestWithParam<NamedOrder> {
+// The operator ends a command at each check for an interruption in turn.
+class Interruption : public testing::TestWithParam<NamedCommand> {
   protected:
     ProgramRun Run() {
         krvfake::FakeLibrary& library = krvfake::FakeLibrary::Instance();
         library.Reset();
         BuildSmallFarm(library.GetFarm());
-        return m_program.Run(Words(GetParam().order));
+        return m_program.Run(Words(GetParam().command));
     }
 
-    ProgramRun RunInterrupted(size_t questions) {
-        InterruptAfterQuestions(questions);
+    ProgramRun RunInterrupted(size_t checks) {
+        InterruptAfterChecks(checks);
         ProgramRun run = Run();
-        ForgetInterrupt();
+        CancelInterrupt();
         return run;
     }
 
@@ -44,18 +41,18 @@ bool AreTheFirstOf(const std::vector<std::string>& calls, const std::vector<std:
 TEST_P(Interruption, MakesNoFurtherCallButTheSessionsEndAndIsTheResult) {
     const ProgramRun whole = Run();
     size_t previousCalls = 0;
-    for (size_t questions = 1;; ++questions) {
-        ASSERT_LT(questions, 10'000U);
-        const ProgramRun run = RunInterrupted(questions);
+    for (size_t checks = 1;; ++checks) {
+        ASSERT_LT(checks, 10'000U);
+        const ProgramRun run = RunInterrupted(checks);
         if (run.errorOutput == whole.errorOutput) {
             EXPECT_EQ(run.calls, whole.calls);
             EXPECT_EQ(run.output, whole.output);
             break;
         }
-        ASSERT_EQ(run.exitStatus, 4) << questions;
+        ASSERT_EQ(run.exitStatus, 4) << checks;
         EXPECT_EQ(run.errorOutput, "OS error 4: Interrupted system call\n");
-        ASSERT_FALSE(run.calls.empty()) << questions;
-        EXPECT_TRUE(AreTheFirstOf(run.calls, whole.calls)) << questions;
+        ASSERT_FALSE(run.calls.empty()) << checks;
+        EXPECT_TRUE(AreTheFirstOf(run.calls, whole.calls)) << checks;
         EXPECT_GE(run.calls.size(), previousCalls);
         previousCalls = run.calls.size();
     }
@@ -64,22 +61,21 @@ TEST_P(Interruption, MakesNoFurtherCallButTheSessionsEndAndIsTheResult) {
 }
 
 TEST_P(Interruption, OfAQueryLeavesTheRowsGatheredSoFar) {
-    if (GetParam().order.verb != Verb::Query || !GetParam().order.notable) return;
+    if (GetParam().command.verb != Verb::Query || !GetParam().command.notable) return;
     const ProgramRun whole = Run();
     size_t longest = 0;
-    for (size_t questions = 1; questions < 10'000; ++questions) {
-        const ProgramRun run = RunInterrupted(questions);
+    for (size_t checks = 1; checks < 10'000; ++checks) {
+        const ProgramRun run = RunInterrupted(checks);
         if (run.errorOutput == whole.errorOutput) break;
         const auto rows = static_cast<size_t>(std::count(run.output.begin(), run.output.end(), '\n'));
-        EXPECT_GE(rows, longest) << questions;
+        EXPECT_GE(rows, longest) << checks;
         longest = rows;
     }
     EXPECT_EQ(longest, static_cast<size_t>(std::count(whole.output.begin(), whole.output.end(), '\n')));
 }
 
-INSTANTIATE_TEST_SUITE_P(Orders, Interruption, testing::ValuesIn(RepresentativeOrders()),
+INSTANTIATE_TEST_SUITE_P(Orders, Interruption, testing::ValuesIn(RepresentativeCommands()),
                          [](const auto& instance) { return std::string(instance.param.name); });
 
 }  // namespace
-
 }  // namespace krvcmd::reliability

@@ -1,32 +1,29 @@
-// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
-
-// Random command lines on random farms with random nonsense in the answers. support/seeds.h tells how to try
-// others than the ordinary ones.
+// Not on Windows: standard streams are captured through POSIX; nothing tested here depends on the system.
 #include <gtest/gtest.h>
 
 #include <string>
 
 #include "krvcmd/frontend/parsing/parser.h"
-#include "tests/reliability/support/comparison.h"
-#include "tests/reliability/support/general_rules.h"
-#include "tests/reliability/support/interrupt_switch.h"
-#include "tests/reliability/support/random_words.h"
+#include "tests/reliability/support/program_run.h"
+#include "tests/reliability/support/random_numbers.h"
 #include "tests/reliability/support/random_world.h"
-#include "tests/reliability/support/seeds.h"
+#include "tests/reliability/support/run_checks.h"
 
 namespace krvcmd::reliability {
 namespace {
 
+// Random command lines on random farms with random nonsense in the answers. SeedsToTry tells how to try other
+// seeds.
 TEST(RandomRuns, CallAndEndAsDocumented) {
     ProgramRunner program;
     const Seeds seeds = SeedsToTry(10'000);
     for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
-        Dice dice(seed);
-        const Order order = RandomOrder(dice);
-        const std::vector<std::string> words = Words(order, dice);
+        RandomNumbers random(seed);
+        const CommandSpec command = RandomCommand(random);
+        const std::vector<std::string> words = Words(command, random);
         const auto script = [seed](krvfake::FakeLibrary& library) { ScriptRandomWorld(library, seed); };
-        ASSERT_EQ(DifferenceFromModel(program, order, words, script), "")
-            << Spelt(words) << "\nwith the seed " << seed;
+        ASSERT_EQ(DifferenceFromModel(program, command, words, script), "")
+            << CommandLineText(words) << "\nwith the seed " << seed;
     }
 }
 
@@ -44,19 +41,19 @@ TEST(RandomRuns, NeverCallTheLibraryForACommandLineThatIsNone) {
     const Seeds seeds = SeedsToTry(10'000);
     size_t refused = 0;
     for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
-        Dice dice(seed);
-        const std::vector<std::string> words = RandomWords(dice);
+        RandomNumbers random(seed);
+        const std::vector<std::string> words = RandomWords(random);
         krvfake::FakeLibrary& library = krvfake::FakeLibrary::Instance();
         library.Reset();
         ScriptRandomWorld(library, seed);
         // Ranges may be long.
-        InterruptAfterQuestions(500);
+        InterruptAfterChecks(500);
         const ProgramRun run = program.Run(words);
-        ForgetInterrupt();
-        ASSERT_EQ(BrokenRules(run), "") << Spelt(words) << "\nwith the seed " << seed;
+        CancelInterrupt();
+        ASSERT_EQ(BrokenRule(run), "") << CommandLineText(words) << "\nwith the seed " << seed;
         if (CanBeParsed(words)) continue;
         ++refused;
-        ASSERT_TRUE(run.calls.empty()) << Spelt(words) << "\nwith the seed " << seed;
+        ASSERT_TRUE(run.calls.empty()) << CommandLineText(words) << "\nwith the seed " << seed;
         ASSERT_EQ(run.errorOutput,
                   "Error: Invalid command line parameter. Specify help to get further information.\n");
         ASSERT_FALSE(run.output.empty()) << "without a command there is no quiet";
@@ -67,5 +64,4 @@ TEST(RandomRuns, NeverCallTheLibraryForACommandLineThatIsNone) {
 }
 
 }  // namespace
-
 }  // namespace krvcmd::reliability

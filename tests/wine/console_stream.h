@@ -5,7 +5,7 @@
 
 namespace wine {
 
-// Where a Windows program's bytes come from decides how they are read.
+// Where the bytes of a Windows program come from.
 enum class Source : unsigned char {
     File,     // a pipe: the C runtime's text mode, "\r\n" at line ends
     Console,  // wine's console on a pseudo-terminal: rows of a screen, painted with escape sequences
@@ -13,9 +13,8 @@ enum class Source : unsigned char {
 
 // Turns what a Windows program writes under wine into plain lines that end in "\n".
 //
-// From a console come the rows of the screen: a line that is longer than the screen is wide is two
-// rows, a tab is blanks, and blanks at a row's end are gone. AsOnScreen (tests/e2e/expect_outcome.h) does
-// the same to a text.
+// A console shows rows of its screen: a line longer than the screen's width becomes two rows, a tab becomes
+// blanks, blanks at a row's end disappear. AsOnScreen (tests/e2e/expect_outcome.h) does the same to a text.
 class ConsoleStream {
   public:
     explicit ConsoleStream(Source source) : m_source(source) {}
@@ -25,7 +24,7 @@ class ConsoleStream {
     // need.
     std::string Read(std::string_view bytes);
 
-    // What is left when no more bytes come.
+    // The rest of the text, after the last bytes.
     std::string Finish();
 
   private:
@@ -36,7 +35,7 @@ class ConsoleStream {
     Source m_source;
     std::string m_escape;                 // the beginning of an escape sequence
     bool m_returned = false;              // a "\r" that a "\n" may follow
-    std::string::size_type m_blanks = 0;  // of a row, as long as nothing else follows them
+    std::string::size_type m_blanks = 0;  // of a row, until other text follows
 };
 
 }  // namespace wine

@@ -1,8 +1,3 @@
-// Stands for krvcmd in the end-to-end tests: runs krvcmd.exe under wine with the words given, and
-// hands on streams, signals and exit status as a program of this system would have them.
-//
-//   KRVCMD_WINE          starts a Windows program: scripts/lib/wine
-//   KRVCMD_WINE_PROGRAM  the path of krvcmd.exe
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
@@ -29,7 +24,7 @@ namespace wine {
 namespace {
 
 constexpr int kOwnFailure = 125;
-// So many that the console never has to scroll.
+// Enough that the console never scrolls.
 constexpr unsigned short kConsoleRows = 5000;
 
 [[noreturn]] void Throw(const char* what) {
@@ -38,13 +33,13 @@ constexpr unsigned short kConsoleRows = 5000;
 
 volatile sig_atomic_t childToInterrupt = 0;
 
-// Windows knows no signals: whatever asks a program to end arrives as Ctrl-C, which wine makes of SIGINT
-// for the handler that the program gave its console.
+// Windows has no signals: a request to end arrives as Ctrl-C, which wine makes from SIGINT for the program's
+// console handler.
 void HandOnInterruption(int /*signal*/) {
     if (childToInterrupt > 0) kill(childToInterrupt, SIGINT);
 }
 
-// One stream of the Windows program, read here and handed on to the file descriptor `to`.
+// Passes one stream of the Windows program on to the file descriptor `to`.
 struct Relay {
     int from = -1;
     int to = -1;
@@ -56,7 +51,7 @@ void Write(Relay& relay, std::string_view text) {
         const ssize_t count = write(relay.to, text.data(), text.size());
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) {
-            // Nobody reads any more: the program is to notice it as well.
+            // The reader has gone; the program must notice that too.
             close(relay.from);
             relay.from = -1;
             return;
@@ -117,7 +112,7 @@ bool IsPipe(int fd) {
     return fstat(fd, &state) == 0 && S_ISFIFO(state.st_mode);
 }
 
-// What stands in the Windows program for one stream of this one. A file or a device is handed over as it is.
+// The Windows program's end of one stream of this one. Files and devices are passed on unchanged.
 std::optional<Channel> ChannelFor(int fd) {
     if (isatty(fd) != 0) return MakeTerminal(fd);
     if (IsPipe(fd)) return MakePipe();
@@ -134,7 +129,7 @@ struct Streams {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (streams.output) {
         if (isatty(streams.output->writing) != 0) {
-            // The terminal that the console paints on must be the program's own.
+            // The console needs a terminal of its own.
             setsid();
             ioctl(streams.output->writing, TIOCSCTTY, 0);
             dup2(streams.output->writing, STDIN_FILENO);
@@ -209,6 +204,11 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace wine
 
+// Takes the place of krvcmd in the end-to-end tests: runs krvcmd.exe under wine with the same words, and
+// passes streams, signals and the exit status on like a program of this system.
+//
+//   KRVCMD_WINE          starts a Windows program: scripts/lib/wine
+//   KRVCMD_WINE_PROGRAM  the path of krvcmd.exe
 int main(int argc, char** argv) {
     try {
         return wine::Run(argc, argv);

@@ -1,5 +1,3 @@
-// What only a Windows program can see of krvcmd.exe: the whole exit status, and bytes of the ANSI code
-// page. Runs the copy beside the scripted library.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -12,7 +10,8 @@
 namespace wine {
 namespace {
 
-// A folder of its own for the script and the record of one run.
+// Runs the krvcmd.exe beside the scripted library and checks what only a Windows program can see: the whole
+// exit status, and bytes of the ANSI code page. Each test has a folder for the script and the record.
 class WindowsProgram : public testing::Test {
   protected:
     void SetUp() override {

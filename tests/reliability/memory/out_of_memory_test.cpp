@@ -1,6 +1,4 @@
-// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
-
-// Every single request for memory that a command makes is refused, alone and together with all after it.
+// Not on Windows: standard streams are captured through POSIX; nothing tested here depends on the system.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -8,10 +6,9 @@
 
 #include "krvcmd/frontend/driver/driver.h"
 #include "tests/fake_library/fake_library.h"
-#include "tests/reliability/memory/short_memory.h"
-#include "tests/reliability/memory/verdict.h"
+#include "tests/reliability/memory/out_of_memory_checks.h"
+#include "tests/reliability/memory/refused_allocations.h"
 #include "tests/reliability/support/program_run.h"
-#include "tests/reliability/support/representative_orders.h"
 #include "tests/reliability/support/small_farm.h"
 
 namespace krvcmd::reliability {
@@ -19,14 +16,14 @@ namespace {
 
 using krvfake::FakeLibrary;
 using krvfake::Occurrence;
-using Refuse = ShortMemory::Refuse;
+using Refuse = RefusedAllocations::Refuse;
 
 struct CommandLine {
     std::vector<std::string> words;
     std::string failingFunction{};  // empty: every call works
 };
 
-// Command lines that are no orders: help, faults, and work that ends with an error of the service.
+// The representative commands and further command lines: help, faults, errors of the service.
 std::vector<CommandLine> AllCommandLines() {
     std::vector<CommandLine> lines = {
         {{}},
@@ -61,14 +58,15 @@ std::vector<CommandLine> AllCommandLines() {
         {{"service", "stop"}, "KrvServiceStop"},
         {{"enable", "V@33"}, "KrvSessionCreate"},
     };
-    for (const NamedOrder& named : RepresentativeOrders())
-        lines.push_back({Words(named.order)});
+    for (const NamedCommand& named : RepresentativeCommands())
+        lines.push_back({Words(named.command)});
     return lines;
 }
 
-// A failing service explains itself in more letters than fit into a text without memory of its own.
+// Too long for a std::string without memory of its own.
 constexpr const char* kExplanation = "The service is not able to do this at the moment.";
 
+// Each request for memory that a command makes is refused, alone and together with all after it.
 class OutOfMemory : public testing::Test {
   protected:
     ProgramRun Run(const CommandLine& line, size_t refused, Refuse refuse) {
@@ -82,7 +80,7 @@ class OutOfMemory : public testing::Test {
             }
         }
         return m_program.Run(line.words, [&](ProgramRunner::Arguments arguments) {
-            const ShortMemory memory(refused, refuse);
+            const RefusedAllocations memory(refused, refuse);
             return RunProgram(arguments);
         });
     }
@@ -93,14 +91,15 @@ class OutOfMemory : public testing::Test {
         size_t ended = 0;
         for (const CommandLine& line : AllCommandLines()) {
             const ProgramRun whole = Run(line, kNever, refuse);
-            const size_t requests = ShortMemory::Requests();
+            const size_t requests = RefusedAllocations::Requests();
             for (size_t number = 1; number <= requests; ++number) {
                 const ProgramRun run = Run(line, number, refuse);
-                ASSERT_GE(ShortMemory::Requests(), number);
-                EXPECT_EQ(WhatIsWrong(line.words, run, whole), "")
-                    << Spelt(line.words) << "\nrequest " << number << " of " << requests << " refused"
-                    << (refuse == Refuse::Once ? "" : " and all after it");
-                EXPECT_EQ(ShortMemory::BlocksHeld(), 0) << Spelt(line.words) << ", request " << number;
+                ASSERT_GE(RefusedAllocations::Requests(), number);
+                EXPECT_EQ(OutOfMemoryProblem(line.words, run, whole), "")
+                    << CommandLineText(line.words) << "\nrequest " << number << " of " << requests
+                    << " refused" << (refuse == Refuse::Once ? "" : " and all after it");
+                EXPECT_EQ(RefusedAllocations::BlocksInUse(), 0)
+                    << CommandLineText(line.words) << ", request " << number;
                 ended += run.exitStatus == 12 ? 1U : 0U;
             }
             points += requests;
@@ -112,14 +111,13 @@ class OutOfMemory : public testing::Test {
     ProgramRunner m_program;
 };
 
-TEST_F(OutOfMemory, OnceEndsTheRunOrLeavesOutACell) {
+TEST_F(OutOfMemory, RefusedOnceEndsTheRunOrLeavesOutACell) {
     RefuseEachRequest(Refuse::Once);
 }
 
-TEST_F(OutOfMemory, ForGoodEndsTheRun) {
-    RefuseEachRequest(Refuse::FromThereOn);
+TEST_F(OutOfMemory, RefusedFromOneRequestOnEndsTheRun) {
+    RefuseEachRequest(Refuse::AllFromThere);
 }
 
 }  // namespace
-
 }  // namespace krvcmd::reliability

@@ -1,6 +1,4 @@
-// Not on Windows: standard streams are caught by means of POSIX; nothing tested here depends on the system.
-
-// What parsing a command line costs in memory.
+// Not on Windows: standard streams are captured through POSIX; nothing tested here depends on the system.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -8,11 +6,12 @@
 
 #include "krvcmd/frontend/parsing/item_address.h"
 #include "krvcmd/frontend/parsing/parser.h"
-#include "tests/reliability/memory/short_memory.h"
+#include "tests/reliability/memory/refused_allocations.h"
 
 namespace krvcmd::reliability {
 namespace {
 
+// What parsing a command line costs in memory.
 struct Cost {
     size_t requests = 0;
     size_t bytes = 0;
@@ -20,20 +19,20 @@ struct Cost {
     bool operator==(const Cost&) const = default;
 };
 
-// Of parsing, of listing what is addressed, and of looking at the first entries.
+// The cost of parsing, of listing the addressed items, and of reading the first two of them.
 Cost CostOf(const std::vector<const char*>& words) {
     constexpr size_t kRefuseNone = 0x7FFFFFFF;
     ParameterList line;
     AddressKind kind{};
     ItemAddressList addresses;
-    const ShortMemory memory(kRefuseNone, ShortMemory::Refuse::Once);
+    const RefusedAllocations memory(kRefuseNone, RefusedAllocations::Refuse::Once);
     EXPECT_TRUE(ParseCommandLine(words, line).IsOk());
     EXPECT_TRUE(ReadItemAddress(line.parameters, kind, addresses).IsOk());
     ItemAddressList::Iterator entry = addresses.begin();
     EXPECT_FALSE(entry == addresses.end());
     ++entry;
     EXPECT_FALSE(entry == addresses.end());
-    return {ShortMemory::Requests(), ShortMemory::Bytes()};
+    return {RefusedAllocations::Requests(), RefusedAllocations::Bytes()};
 }
 
 TEST(ParsingMemory, IsTheSameForALongRangeAsForAShortOne) {
@@ -50,5 +49,4 @@ TEST(ParsingMemory, GrowsWithTheElementsOfAListOnly) {
 }
 
 }  // namespace
-
 }  // namespace krvcmd::reliability

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 
-#include "tests/reliability/support/model_result.h"
-#include "tests/reliability/support/order.h"
+#include "tests/reliability/support/command_spec.h"
+#include "tests/reliability/support/model_library.h"
 
 namespace krvcmd::reliability {
 
@@ -11,13 +11,11 @@ struct Expected {
     Result result;
     size_t rows = 0;  // of the query's table
     bool quiet = false;
-    bool endsBeforeTheSession = false;  // the command line is refused
+    bool endsBeforeTheSession = false;  // the command line is invalid
 };
 
-// A second, small program that does what the real one is documented to do: it carries out an order by
-// calling the client library itself. Written from the description of the commands, with none of the
-// program's own code, so that the same library asked by both must record the same calls and lead to the
-// same end. What it does not do: read words, print anything.
-Expected CarryOut(const Order& order);
+// A second, small implementation of the commands that shares no code with the program. On the same library
+// both must make the same calls and come to the same result. It reads no words and prints nothing.
+Expected CarryOut(const CommandSpec& command);
 
 }  // namespace krvcmd::reliability

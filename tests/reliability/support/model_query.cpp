@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/reliability/support/model_work.h"
+#include "tests/reliability/support/model_walk.h"
 
 namespace krvcmd::reliability {
 namespace {
@@ -45,13 +45,13 @@ Result ModelQuery::Gather(int32_t jukebox) {
         if (!NamesNoJukebox()) return (this->*list)(jukebox);
         return ForEach(m_library, KrvGetNextJukebox, [&](int32_t id) { return (this->*list)(id); });
     };
-    switch (m_order.object) {
+    switch (m_command.object) {
         case Object::Jukeboxes:
             return each(&ModelQuery::ListJukebox);
         case Object::Magazines:
             return each(&ModelQuery::ListMagazines);
         case Object::Drives:
-            if (m_order.drive) return ListDrive(jukebox, *m_order.drive - 1);
+            if (m_command.drive) return ListDrive(jukebox, *m_command.drive - 1);
             return each(&ModelQuery::ListDrives);
         case Object::Slots:
         case Object::Volumes:
@@ -108,30 +108,30 @@ Result ModelQuery::Walk(const Place& address) {
 }
 
 Result ModelQuery::ListSlotsOrVolumes(int32_t jukebox) {
-    if (!m_order.volumes.empty()) {
-        return EachOf(m_order.volumes, [this](int32_t id) { return ListVolume(-1, id); });
+    if (!m_command.volumes.empty()) {
+        return EachOf(m_command.volumes, [this](int32_t id) { return ListVolume(-1, id); });
     }
     if (NamesNoJukebox()) {
-        if (m_order.object == Object::Volumes) {
+        if (m_command.object == Object::Volumes) {
             return ForEach(m_library, KrvGetNextVolume, [this](int32_t id) { return ListVolume(-1, id); });
         }
         return ForEach(m_library, KrvGetNextJukebox, [this](int32_t id) { return Walk({id, -1, -1, -1}); });
     }
-    if (m_order.drive) return Result::System(22);
-    if (!m_order.slots.empty()) return ListAddressedSlots(jukebox);
-    if (m_order.magazines.empty()) return Walk({jukebox, -1, -1, -1});
-    return EachOf(m_order.magazines, [&](int32_t m) { return Walk({jukebox, m, -1, -1}); });
+    if (m_command.drive) return Result::System(22);
+    if (!m_command.slots.empty()) return ListAddressedSlots(jukebox);
+    if (m_command.magazines.empty()) return Walk({jukebox, -1, -1, -1});
+    return EachOf(m_command.magazines, [&](int32_t m) { return Walk({jukebox, m, -1, -1}); });
 }
 
 Result ModelQuery::ListAddressedSlots(int32_t jukebox) {
-    const int32_t magazine = m_order.magazines.empty() ? -1 : m_order.magazines.front().from;
-    if (m_order.sideA == m_order.sideB) {
-        return EachOf(m_order.slots, [&](int32_t slot) { return Walk({jukebox, magazine, slot, -1}); });
+    const int32_t magazine = m_command.magazines.empty() ? -1 : m_command.magazines.front().from;
+    if (m_command.sideA == m_command.sideB) {
+        return EachOf(m_command.slots, [&](int32_t slot) { return Walk({jukebox, magazine, slot, -1}); });
     }
     // No walk: the numbers go to the library as they stand, only counted from 0.
     const auto fromZero = [](int32_t number) { return number >= 1 ? number - 1 : number; };
-    return EachOf(m_order.slots, [&](int32_t slot) {
-        return ListSlot({jukebox, fromZero(magazine), fromZero(slot), m_order.sideA ? 0 : 1});
+    return EachOf(m_command.slots, [&](int32_t slot) {
+        return ListSlot({jukebox, fromZero(magazine), fromZero(slot), m_command.sideA ? 0 : 1});
     });
 }
 
@@ -143,7 +143,7 @@ Result ModelQuery::ListSlot(const Place& place) {
     result = m_library.Slot(place.jukebox, place.magazine, place.slot, slot);
     if (!result.IsOk()) return result;
     if (slot.state != 4) {
-        if (m_order.object == Object::Slots && slot.state != 3) ++m_rows;
+        if (m_command.object == Object::Slots && slot.state != 3) ++m_rows;
         return result;
     }
     for (int32_t side = 0; side <= 1; ++side) {

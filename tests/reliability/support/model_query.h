@@ -3,16 +3,17 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "tests/reliability/support/command_spec.h"
 #include "tests/reliability/support/model_library.h"
-#include "tests/reliability/support/model_slots.h"
-#include "tests/reliability/support/order.h"
+#include "tests/reliability/support/model_walk.h"
 
 namespace krvcmd::reliability {
 
 // The look-ups of the query command; counts the rows that they lead to.
 class ModelQuery {
   public:
-    ModelQuery(const ModelLibrary& library, const Order& order) : m_library(library), m_order(order) {}
+    ModelQuery(const ModelLibrary& library, const CommandSpec& command)
+        : m_library(library), m_command(command) {}
 
     // `jukebox` is the resolved one, -1 when the address names none.
     Result Gather(int32_t jukebox);
@@ -31,10 +32,10 @@ class ModelQuery {
     Result ListSlot(const Place& place);
     Result ListVolume(int32_t jukebox, int32_t volume);
     Result ReadDirectories(int32_t volume);
-    bool NamesNoJukebox() const { return !m_order.HasJukebox(); }
+    bool NamesNoJukebox() const { return !m_command.HasJukebox(); }
 
     const ModelLibrary& m_library;
-    const Order& m_order;
+    const CommandSpec& m_command;
     size_t m_rows = 0;
 };
 

@@ -1,13 +1,34 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdio>
 #include <functional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "tests/reliability/support/captured_stream.h"
-
 namespace krvcmd::reliability {
+
+// Captures what the process writes to a standard stream's descriptor.
+class CapturedStream {
+  public:
+    // stdout or stderr.
+    explicit CapturedStream(std::FILE* stream);
+    ~CapturedStream();
+    CapturedStream(const CapturedStream&) = delete;
+    CapturedStream& operator=(const CapturedStream&) = delete;
+
+    // Captures from here on. What the stream still buffers goes to its usual target first.
+    void Begin();
+
+    // Stops capturing; returns what was written since Begin.
+    std::string End();
+
+  private:
+    std::FILE* m_stream;
+    int m_file;
+    int m_saved = -1;  // the stream's usual target
+};
 
 // How one run of the program ended, and what it left behind.
 struct ProgramRun {
@@ -18,10 +39,10 @@ struct ProgramRun {
 };
 
 // Runs the whole program, from the words of the command line to the exit status, inside this process and
-// on the scripted library, whose script stays as it is. What the program keeps for the time of one run
-// (banner flags, session, names, interruption) is as in a fresh process.
+// on the scripted library, whose script stays as it is. What the program keeps during one run
+// (banner flags, session, names) starts as in a fresh process.
 //
-// Make one and use it for many runs. Standard output and standard error are caught while a run lasts.
+// Make one and use it for many runs. Standard output and standard error are captured during a run.
 class ProgramRunner {
   public:
     using Arguments = std::span<const char* const>;
@@ -29,7 +50,7 @@ class ProgramRunner {
 
     ProgramRun Run(const std::vector<std::string>& words);
 
-    // With `main` in place of the program's own way from the words to the exit status.
+    // With `main` in place of RunProgram.
     ProgramRun Run(const std::vector<std::string>& words, const Main& main);
 
   private:
@@ -37,7 +58,14 @@ class ProgramRunner {
     CapturedStream m_errorOutput{stderr};
 };
 
-// What a fresh process begins with; everything but the library's script.
+// Resets what the program keeps during one run. The library's script stays.
 void BeginAsFreshProcess();
+
+// Stands in for the operator's Ctrl-C. The program checks for an interruption before every library call and
+// in every loop; check number `count` and all later ones find one.
+void InterruptAfterChecks(size_t count);
+
+// No interruption until the next InterruptAfterChecks.
+void CancelInterrupt();
 
 }  // namespace krvcmd::reliability

@@ -42,108 +42,125 @@ constexpr const char* kFunctions[] = {"*",
                                       "KrvVolumeActivate",
                                       "KrvVolumeDeactivate"};
 
-int32_t Id(Dice& dice, const std::vector<int32_t>& known) {
-    if (known.empty() || dice.OneIn(8)) return dice.Pick(kOddNumbers);
-    return dice.Pick(known);
+int32_t Id(RandomNumbers& random, const std::vector<int32_t>& known) {
+    if (known.empty() || random.OneIn(8)) return random.Pick(kOddNumbers);
+    return random.Pick(known);
 }
 
-krvfake::Device RandomDevice(Dice& dice) {
-    krvfake::Device device{RandomText(dice, 12), RandomText(dice, 20), RandomText(dice, 7), {}};
+krvfake::Device RandomDevice(RandomNumbers& random) {
+    krvfake::Device device{RandomText(random, 12), RandomText(random, 20), RandomText(random, 7), {}};
     for (int32_t& part : device.scsi)
-        part = dice.OneIn(10) ? dice.Pick(kOddNumbers) : dice.Between(0, 9);
+        part = random.OneIn(10) ? random.Pick(kOddNumbers) : random.Between(0, 9);
     return device;
 }
 
-krvfake::Slot RandomSlot(Dice& dice, const std::vector<int32_t>& volumes) {
+krvfake::Slot RandomSlot(RandomNumbers& random, const std::vector<int32_t>& volumes) {
     krvfake::Slot slot;
-    slot.state = static_cast<uint32_t>(dice.OneIn(3) ? dice.Between(0, 6) : 4);
-    slot.mediumCode = static_cast<uint32_t>(dice.OneIn(3) ? 255 : dice.Between(0, 300));
+    slot.state = static_cast<uint32_t>(random.OneIn(3) ? random.Between(0, 6) : 4);
+    slot.mediumCode = static_cast<uint32_t>(random.OneIn(3) ? 255 : random.Between(0, 300));
     for (krvfake::Side& side : slot.sides) {
-        if (dice.OneIn(3)) continue;
-        side.state = static_cast<uint32_t>(dice.Between(0, 7));
-        side.mediumCode = static_cast<uint32_t>(dice.Between(0, 300));
-        side.finalization = static_cast<uint32_t>(dice.Between(0, 4));
-        side.volumeId = Id(dice, volumes);
+        if (random.OneIn(3)) continue;
+        side.state = static_cast<uint32_t>(random.Between(0, 7));
+        side.mediumCode = static_cast<uint32_t>(random.Between(0, 300));
+        side.finalization = static_cast<uint32_t>(random.Between(0, 4));
+        side.volumeId = Id(random, volumes);
     }
     return slot;
 }
 
-void AddJukebox(Farm& farm, Dice& dice, int32_t id, const std::vector<int32_t>& volumes) {
+void AddJukebox(Farm& farm, RandomNumbers& random, int32_t id, const std::vector<int32_t>& volumes) {
     krvfake::Jukebox& jukebox =
-        farm.AddJukebox(id, dice.OneIn(6) ? RandomText(dice, 60) : std::string(dice.Pick(kNames)));
-    jukebox.WithChanger(RandomDevice(dice));
-    if (dice.OneIn(2)) jukebox.DoubleSided();
-    if (dice.OneIn(4)) jukebox.Disabled();
-    for (size_t drives = dice.Below(4); drives > 0; --drives)
-        jukebox.WithDrive(RandomDevice(dice), dice.OneIn(2));
-    const int32_t magazines = dice.Between(0, 3);
+        farm.AddJukebox(id, random.OneIn(6) ? RandomText(random, 60) : std::string(random.Pick(kNames)));
+    jukebox.WithChanger(RandomDevice(random));
+    if (random.OneIn(2)) jukebox.DoubleSided();
+    if (random.OneIn(4)) jukebox.Disabled();
+    for (size_t drives = random.Below(4); drives > 0; --drives)
+        jukebox.WithDrive(RandomDevice(random), random.OneIn(2));
+    const int32_t magazines = random.Between(0, 3);
     for (int32_t m = 0; m < magazines; ++m) {
-        jukebox.WithMagazine(dice.Between(0, 4), RandomSlot(dice, volumes));
-        jukebox.magazines.back().present = !dice.OneIn(5);
+        jukebox.WithMagazine(random.Between(0, 4), RandomSlot(random, volumes));
+        jukebox.magazines.back().present = !random.OneIn(5);
         for (int32_t s = 0; s < jukebox.magazines.back().slotCount; ++s)
-            if (dice.OneIn(2)) jukebox.SlotEntry(m, s) = RandomSlot(dice, volumes);
+            if (random.OneIn(2)) jukebox.SlotEntry(m, s) = RandomSlot(random, volumes);
         // A magazine may claim slots that are not there.
-        if (dice.OneIn(6)) jukebox.magazines.back().slotCount = dice.Between(-2, 9);
+        if (random.OneIn(6)) jukebox.magazines.back().slotCount = random.Between(-2, 9);
     }
-    if (dice.OneIn(6)) jukebox.claimedDrives = dice.Between(-2, 6);
-    if (dice.OneIn(6)) jukebox.claimedMagazines = dice.Between(-2, 6);
-    if (dice.OneIn(6)) jukebox.claimedSlots = dice.Pick(kOddNumbers);
+    if (random.OneIn(6)) jukebox.claimedDrives = random.Between(-2, 6);
+    if (random.OneIn(6)) jukebox.claimedMagazines = random.Between(-2, 6);
+    if (random.OneIn(6)) jukebox.claimedSlots = random.Pick(kOddNumbers);
 }
 
-uint64_t RandomCapacity(Dice& dice) {
-    if (dice.OneIn(6)) return dice.Next();
-    return dice.Next() >> dice.Below(64);
+uint64_t RandomCapacity(RandomNumbers& random) {
+    if (random.OneIn(6)) return random.Next();
+    return random.Next() >> random.Below(64);
 }
 
-void AddVolume(Farm& farm, Dice& dice, int32_t id, const std::vector<int32_t>& jukeboxes) {
-    krvfake::Volume& volume = farm.AddVolume(id, RandomText(dice, 300));
-    volume.WithType(static_cast<uint32_t>(dice.Between(0, 3)))
-        .InState(static_cast<uint32_t>(dice.Between(0, 4)))
-        .WithFileSystem(RandomText(dice, 40))
-        .WithCapacity(RandomCapacity(dice), RandomCapacity(dice));
-    for (size_t count = dice.Below(3); count > 0; --count)
-        volume.WithDirectory(RandomText(dice, 80));
-    for (size_t count = dice.Below(4); count > 0; --count) {
-        const bool odd = dice.OneIn(5);
-        volume.SaysItIsAt(Id(dice, jukeboxes), odd ? dice.Pick(kOddNumbers) : dice.Between(0, 2),
-                          odd ? dice.Pick(kOddNumbers) : dice.Between(0, 3),
-                          odd ? dice.Pick(kOddNumbers) : dice.Between(0, 1));
+void AddVolume(Farm& farm, RandomNumbers& random, int32_t id, const std::vector<int32_t>& jukeboxes) {
+    krvfake::Volume& volume = farm.AddVolume(id, RandomText(random, 300));
+    volume.WithType(static_cast<uint32_t>(random.Between(0, 3)))
+        .InState(static_cast<uint32_t>(random.Between(0, 4)))
+        .WithFileSystem(RandomText(random, 40))
+        .WithCapacity(RandomCapacity(random), RandomCapacity(random));
+    for (size_t count = random.Below(3); count > 0; --count)
+        volume.WithDirectory(RandomText(random, 80));
+    for (size_t count = random.Below(4); count > 0; --count) {
+        const bool odd = random.OneIn(5);
+        volume.SaysItIsAt(Id(random, jukeboxes), odd ? random.Pick(kOddNumbers) : random.Between(0, 2),
+                          odd ? random.Pick(kOddNumbers) : random.Between(0, 3),
+                          odd ? random.Pick(kOddNumbers) : random.Between(0, 1));
     }
-    if (dice.OneIn(6)) volume.aspectBytes = RandomText(dice, 40);
-    for (size_t count = dice.OneIn(5) ? dice.Below(3) : 0; count > 0; --count)
-        volume.aspectSizes.push_back(static_cast<uint32_t>(dice.Below(200)));
-    for (size_t count = dice.OneIn(5) ? dice.Below(3) : 0; count > 0; --count)
-        volume.locationCounts.push_back(static_cast<uint32_t>(dice.Below(7)));
+    if (random.OneIn(6)) volume.aspectBytes = RandomText(random, 40);
+    for (size_t count = random.OneIn(5) ? random.Below(3) : 0; count > 0; --count)
+        volume.aspectSizes.push_back(static_cast<uint32_t>(random.Below(200)));
+    for (size_t count = random.OneIn(5) ? random.Below(3) : 0; count > 0; --count)
+        volume.locationCounts.push_back(static_cast<uint32_t>(random.Below(7)));
 }
 
 // A part of what there is, each at most once and in any order.
-std::vector<int32_t> Some(Dice& dice, std::vector<int32_t> all) {
+std::vector<int32_t> Some(RandomNumbers& random, std::vector<int32_t> all) {
     for (size_t i = all.size(); i > 1; --i)
-        std::swap(all[i - 1], all[dice.Below(i)]);
-    all.resize(dice.Below(all.size()));
+        std::swap(all[i - 1], all[random.Below(i)]);
+    all.resize(random.Below(all.size()));
     return all;
 }
 
-void AddFailure(FakeLibrary& library, Dice& dice) {
-    const int n = dice.Between(1, 12);
-    library.FailCall(dice.Pick(kFunctions), dice.OneIn(3) ? Occurrence::From(n) : Occurrence::Nth(n),
-                     {dice.Pick(kCodes), RandomText(dice, 1100)},
-                     dice.OneIn(2) ? krvfake::Outputs::Filled : krvfake::Outputs::LeftAlone);
+void AddFailure(FakeLibrary& library, RandomNumbers& random) {
+    const int n = random.Between(1, 12);
+    library.FailCall(random.Pick(kFunctions), random.OneIn(3) ? Occurrence::From(n) : Occurrence::Nth(n),
+                     {random.Pick(kCodes), RandomText(random, 1100)},
+                     random.OneIn(2) ? krvfake::Outputs::Filled : krvfake::Outputs::LeftAlone);
 }
+
+constexpr const char* kOptions[] = {"quiet", "-quiet", "/qui", "server=srv", "serve", "-server=x"};
+
+constexpr const char* kCommands[] = {"help", "?",    "-?",     "service", "import", "imp", "export",
+                                     "exp",  "scan", "format", "form",    "enable", "en",  "disable",
+                                     "dis",  "name", "query",  "que",     "delete"};
+
+constexpr const char* kParameters[] = {
+    "J",       "J@8",         "J=@11",         "J=Tower",    "M",       "M1",         "M=2",
+    "S",       "S1",          "S=2",           "S1-3",       "S1/4,2",  "S5-3",       "D1",
+    "V",       "V@33",        "V@1-9",         "V=@273,517", ".A",      ".B",         "repeat=2",
+    "repeat",  "label",       "lab=x",         "erase",      "certify", "sequential", "final",
+    "start",   "stop",        "restart",       "col=IL",     "so=-lI",  "width=60",   "notable",
+    "-not",    "sep=,",       "juke",          "magazines",  "drives",  "slots",      "slot",
+    "volumes", "-volumes",    "new_name",      "8",          "@8",      "=@8",        "1-3",
+    "Tower",   "x",           "S1-2000000000", "erase=1",    "=",       "S0",         "V@0",
+    "J@0",     "M2147483648", "S1-",           "sort=",      "width=0"};
 
 }  // namespace
 
-std::string RandomText(Dice& dice, size_t longest) {
+std::string RandomText(RandomNumbers& random, size_t longest) {
     constexpr const char* kPieces[] = {"%",  "%%", "%s", "%n",  "[CmdLine]", "[ProductName]", "|",    " ",
                                        "\\", "..", "-9", "-10", "\t",        "\x1b[2J",       "\x7f", "A",
                                        "z",  "\r", "@",  "\"",  "\xC3\xBC",  "\xff"};
-    const size_t length = dice.OneIn(4) ? longest : dice.Below(longest + 1);
+    const size_t length = random.OneIn(4) ? longest : random.Below(longest + 1);
     std::string text;
     while (text.size() < length) {
-        if (dice.OneIn(3)) {
-            text += dice.Pick(kPieces);
+        if (random.OneIn(3)) {
+            text += random.Pick(kPieces);
         } else {
-            text += static_cast<char>(dice.Between('a', 'z'));
+            text += static_cast<char>(random.Between('a', 'z'));
         }
     }
     text.resize(length);
@@ -151,29 +168,29 @@ std::string RandomText(Dice& dice, size_t longest) {
 }
 
 void ScriptRandomWorld(FakeLibrary& library, uint64_t seed) {
-    Dice dice(seed);
-    const std::vector<int32_t> jukeboxes = Some(dice, {std::begin(kJukeboxIds), std::end(kJukeboxIds)});
-    const std::vector<int32_t> volumes = Some(dice, {std::begin(kVolumeIds), std::end(kVolumeIds)});
+    RandomNumbers random(seed);
+    const std::vector<int32_t> jukeboxes = Some(random, {std::begin(kJukeboxIds), std::end(kJukeboxIds)});
+    const std::vector<int32_t> volumes = Some(random, {std::begin(kVolumeIds), std::end(kVolumeIds)});
     Farm& farm = library.GetFarm();
     for (const int32_t id : jukeboxes)
-        AddJukebox(farm, dice, id, volumes);
+        AddJukebox(farm, random, id, volumes);
     for (const int32_t id : volumes)
-        AddVolume(farm, dice, id, jukeboxes);
-    if (dice.OneIn(10)) farm.EnumerateJukeboxes({8, 11, dice.OneIn(2) ? -1 : 31, 29});
-    if (dice.OneIn(10)) farm.EnumerateVolumes({33, kLargest, 5, dice.OneIn(2) ? kSmallest : 2, 1});
-    for (size_t failures = dice.OneIn(2) ? dice.Below(3) : 0; failures > 0; --failures)
-        AddFailure(library, dice);
+        AddVolume(farm, random, id, jukeboxes);
+    if (random.OneIn(10)) farm.EnumerateJukeboxes({8, 11, random.OneIn(2) ? -1 : 31, 29});
+    if (random.OneIn(10)) farm.EnumerateVolumes({33, kLargest, 5, random.OneIn(2) ? kSmallest : 2, 1});
+    for (size_t failures = random.OneIn(2) ? random.Below(3) : 0; failures > 0; --failures)
+        AddFailure(library, random);
 }
 
 namespace {
 
-std::vector<Numbers> RandomList(Dice& dice, int32_t largest) {
+std::vector<Numbers> RandomList(RandomNumbers& random, int32_t largest) {
     std::vector<Numbers> list;
-    const size_t count = dice.OneIn(4) ? 1 + dice.Below(3) : 1;
+    const size_t count = random.OneIn(4) ? 1 + random.Below(3) : 1;
     while (list.size() < count) {
-        const int32_t from = dice.OneIn(20) ? kLargest : dice.Between(0, largest);
-        if (dice.OneIn(5)) {
-            list.push_back(FromTo(from, from == kLargest ? from : dice.Between(0, largest + 2)));
+        const int32_t from = random.OneIn(20) ? kLargest : random.Between(0, largest);
+        if (random.OneIn(5)) {
+            list.push_back(FromTo(from, from == kLargest ? from : random.Between(0, largest + 2)));
         } else {
             list.push_back(One(from));
         }
@@ -181,75 +198,92 @@ std::vector<Numbers> RandomList(Dice& dice, int32_t largest) {
     return list;
 }
 
-void AddAddress(Order& order, Dice& dice) {
-    const bool takesVolumes = order.verb != Verb::Import;
-    const bool takesSlots = order.verb != Verb::Name;
-    const bool takesSides = order.verb == Verb::Format || order.verb == Verb::Query;
+void AddAddress(CommandSpec& command, RandomNumbers& random) {
+    const bool takesVolumes = command.verb != Verb::Import;
+    const bool takesSlots = command.verb != Verb::Name;
+    const bool takesSides = command.verb == Verb::Format || command.verb == Verb::Query;
     const bool takesDrives =
-        order.verb == Verb::Enable || order.verb == Verb::Disable || order.verb == Verb::Query;
-    if (takesVolumes && dice.OneIn(4)) {
-        order.volumes = RandomList(dice, 45);
-    } else if (!dice.OneIn(5)) {
-        if (dice.OneIn(2)) {
-            order.jukeboxName = dice.Pick(kNames);
+        command.verb == Verb::Enable || command.verb == Verb::Disable || command.verb == Verb::Query;
+    if (takesVolumes && random.OneIn(4)) {
+        command.volumes = RandomList(random, 45);
+    } else if (!random.OneIn(5)) {
+        if (random.OneIn(2)) {
+            command.jukeboxName = random.Pick(kNames);
         } else {
-            order.jukeboxId = dice.OneIn(8) ? dice.Between(0, 40) : dice.Pick(kJukeboxIds);
+            command.jukeboxId = random.OneIn(8) ? random.Between(0, 40) : random.Pick(kJukeboxIds);
         }
     }
-    if (takesSlots && order.HasJukebox()) {
-        if (dice.OneIn(3)) order.magazines = RandomList(dice, 4);
-        if (dice.OneIn(2)) order.slots = RandomList(dice, 8);
+    if (takesSlots && command.HasJukebox()) {
+        if (random.OneIn(3)) command.magazines = RandomList(random, 4);
+        if (random.OneIn(2)) command.slots = RandomList(random, 8);
     }
-    if (takesSides && dice.OneIn(5)) order.sideA = true;
-    if (takesSides && dice.OneIn(5)) order.sideB = true;
-    if (takesDrives && dice.OneIn(8)) order.drive = dice.Between(0, 4);
+    if (takesSides && random.OneIn(5)) command.sideA = true;
+    if (takesSides && random.OneIn(5)) command.sideB = true;
+    if (takesDrives && random.OneIn(8)) command.drive = random.Between(0, 4);
 }
 
-std::string RandomLetters(Dice& dice, std::string_view letters, size_t longest) {
+std::string RandomLetters(RandomNumbers& random, std::string_view letters, size_t longest) {
     std::string text;
-    for (size_t count = 1 + dice.Below(longest); count > 0; --count)
-        text += dice.OneIn(60) ? 'Q' : letters[dice.Below(letters.size())];
+    for (size_t count = 1 + random.Below(longest); count > 0; --count)
+        text += random.OneIn(60) ? 'Q' : letters[random.Below(letters.size())];
     return text;
 }
 
-void AddQueryOptions(Order& order, Dice& dice) {
+void AddQueryOptions(CommandSpec& command, RandomNumbers& random) {
     constexpr Object kObjects[] = {Object::Jukeboxes, Object::Magazines, Object::Drives, Object::Slots,
                                    Object::Volumes,   Object::Slots,     Object::Volumes};
     constexpr std::string_view kLetters = "SDMIJNLmdsaCRPFnlvftxXzyYo";
     constexpr std::string_view kSortLetters = "SDMIJNLmdsaCRPFnlvftxXzyYo+--";
-    if (!dice.OneIn(30)) order.object = dice.Pick(kObjects);
-    if (dice.OneIn(3)) order.columns = RandomLetters(dice, kLetters, 12);
-    if (dice.OneIn(3)) order.sort = RandomLetters(dice, kSortLetters, 5);
-    if (dice.OneIn(5)) order.separator = RandomText(dice, 5) + ",";
-    if (dice.OneIn(2)) order.width = dice.OneIn(10) ? kLargest : dice.Between(0, 200);
-    order.notable = dice.OneIn(2);
+    if (!random.OneIn(30)) command.object = random.Pick(kObjects);
+    if (random.OneIn(3)) command.columns = RandomLetters(random, kLetters, 12);
+    if (random.OneIn(3)) command.sort = RandomLetters(random, kSortLetters, 5);
+    if (random.OneIn(5)) command.separator = RandomText(random, 5) + ",";
+    if (random.OneIn(2)) command.width = random.OneIn(10) ? kLargest : random.Between(0, 200);
+    command.notable = random.OneIn(2);
 }
 
 }  // namespace
 
-Order RandomOrder(Dice& dice) {
+CommandSpec RandomCommand(RandomNumbers& random) {
     constexpr Verb kVerbs[] = {Verb::Import,  Verb::Export, Verb::Scan,  Verb::Format, Verb::Enable,
                                Verb::Disable, Verb::Name,   Verb::Query, Verb::Query,  Verb::Query};
     constexpr Verb kServiceVerbs[] = {Verb::Start, Verb::Stop, Verb::Restart};
-    Order order;
-    order.quiet = dice.OneIn(3);
-    if (dice.OneIn(5)) order.server = "my_server";
-    order.verb = dice.OneIn(40) ? dice.Pick(kServiceVerbs) : dice.Pick(kVerbs);
-    if (order.verb == Verb::Start || order.verb == Verb::Stop || order.verb == Verb::Restart) return order;
+    CommandSpec command;
+    command.quiet = random.OneIn(3);
+    if (random.OneIn(5)) command.server = "my_server";
+    command.verb = random.OneIn(40) ? random.Pick(kServiceVerbs) : random.Pick(kVerbs);
+    if (command.verb == Verb::Start || command.verb == Verb::Stop || command.verb == Verb::Restart)
+        return command;
 
-    AddAddress(order, dice);
-    const bool repeats = order.verb == Verb::Import || order.verb == Verb::Export;
-    if (repeats && dice.OneIn(3)) order.repeat = dice.OneIn(10) ? kLargest : dice.Between(0, 6);
-    if (order.verb == Verb::Format) {
-        if (dice.OneIn(3)) order.label = dice.OneIn(5) ? std::string(250 + dice.Below(10), 'l') : "New label";
-        order.erase = dice.OneIn(4);
-        order.certify = dice.OneIn(4);
-        order.sequential = dice.OneIn(4);
-        order.finalize = dice.OneIn(4);
+    AddAddress(command, random);
+    const bool repeats = command.verb == Verb::Import || command.verb == Verb::Export;
+    if (repeats && random.OneIn(3)) command.repeat = random.OneIn(10) ? kLargest : random.Between(0, 6);
+    if (command.verb == Verb::Format) {
+        if (random.OneIn(3))
+            command.label = random.OneIn(5) ? std::string(250 + random.Below(10), 'l') : "New label";
+        command.erase = random.OneIn(4);
+        command.certify = random.OneIn(4);
+        command.sequential = random.OneIn(4);
+        command.finalize = random.OneIn(4);
     }
-    if (order.verb == Verb::Name && !dice.OneIn(6)) order.newName = "dir1/volume273";
-    if (order.verb == Verb::Query) AddQueryOptions(order, dice);
-    return order;
+    if (command.verb == Verb::Name && !random.OneIn(6)) command.newName = "dir1/volume273";
+    if (command.verb == Verb::Query) AddQueryOptions(command, random);
+    return command;
+}
+
+std::vector<std::string> RandomWords(RandomNumbers& random) {
+    std::vector<std::string> words;
+    while (random.OneIn(4))
+        words.emplace_back(random.Pick(kOptions));
+    if (!random.OneIn(15)) words.emplace_back(random.Pick(kCommands));
+    while (!random.OneIn(3)) {
+        std::string word = random.Pick(kParameters);
+        if (random.OneIn(20)) word = RandomText(random, 12);
+        if (random.OneIn(20)) word.resize(random.Below(word.size() + 1));
+        if (random.OneIn(20)) word += RandomText(random, 3);
+        words.push_back(word);
+    }
+    return words;
 }
 
 }  // namespace krvcmd::reliability

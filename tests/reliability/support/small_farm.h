@@ -1,6 +1,10 @@
 #pragma once
 
+#include <iosfwd>
+#include <span>
+
 #include "tests/fake_library/farm.h"
+#include "tests/reliability/support/command_spec.h"
 
 namespace krvcmd::reliability {
 
@@ -12,7 +16,18 @@ namespace krvcmd::reliability {
 //   jukebox 11 "MyBox"    one magazine of three slots, no drive; slot 2 with volume 517 on side A
 //   jukebox 29 "Shelf"    no magazine
 //   volume 600            in no jukebox
-//   volume 700            two locations, of which the second is not true
+//   volume 700            two locations; the second is wrong
 void BuildSmallFarm(krvfake::Farm& farm);
+
+struct NamedCommand {
+    const char* name;  // as part of a test's name
+    CommandSpec command;
+};
+
+// For messages.
+void PrintTo(const NamedCommand& command, std::ostream* stream);
+
+// Every command in every form of address that it knows, on the small farm.
+std::span<const NamedCommand> RepresentativeCommands();
 
 }  // namespace krvcmd::reliability

@@ -1,4 +1,4 @@
-#include "tests/reliability/support/model_result.h"
+#include "tests/reliability/support/model_library.h"
 
 #include <cstring>
 

@@ -1,4 +1,4 @@
-#include "tests/reliability/support/model_work.h"
+#include "tests/reliability/support/model_walk.h"
 
 #include <limits>
 
@@ -18,7 +18,72 @@ bool IsServiceCode(const Result& result, uint32_t code) {
     return result.kind == Result::Kind::Service && result.code == code;
 }
 
+Result FormatOneSide(const ModelLibrary& library, const CommandSpec& command, const SideKey& key) {
+    if (command.erase) return library.Call(KrvVolumeErase, &key);
+    if (command.finalize) return library.Call(KrvVolumeFinalize, &key);
+    FormatOptions options;
+    std::memset(&options, 0, sizeof options);
+    options.size = 284;
+    if (command.label) {
+        if (command.label->size() > 255) return Result::System(22);
+        std::memcpy(options.label, command.label->data(), command.label->size());
+    }
+    options.certify = command.certify ? 1 : 0;
+    options.sequential = command.sequential ? 1 : 0;
+    return library.Call(KrvVolumeFormat, &key, &options);
+}
+
 }  // namespace
+
+Result SlotWalk::FindAbsolute(int32_t jukebox, int32_t absoluteSlot, int32_t side) {
+    JukeboxRecord record;
+    if (Result result = m_library.Jukebox(jukebox, record); !result.IsOk()) return result;
+    int64_t slotsBefore = 0;
+    for (int32_t m = 0; m < record.magazineCount; ++m) {
+        MagazineRecord magazine;
+        // What was wrong with the magazine is not told: the number leads nowhere.
+        if (!m_library.Magazine(jukebox, m, magazine).IsOk() || magazine.slotCount == 0) break;
+        if (slotsBefore <= absoluteSlot && absoluteSlot < slotsBefore + magazine.slotCount) {
+            m_at = {jukebox, m, static_cast<int32_t>(absoluteSlot - slotsBefore), side};
+            return {};
+        }
+        slotsBefore += magazine.slotCount;
+    }
+    return Result::System(22);
+}
+
+Result SlotWalk::Start(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side) {
+    if (slot >= 1 && magazine < 0) {
+        if (Result result = FindAbsolute(jukebox, slot - 1, side); !result.IsOk()) return result;
+    } else {
+        m_at = {jukebox, magazine >= 1 ? magazine - 1 : 0, slot >= 1 ? slot - 1 : 0, side};
+    }
+    const Place wanted = m_at;
+    JukeboxRecord record;
+    if (Result result = m_library.Jukebox(jukebox, record); !result.IsOk()) return result;
+    m_magazines = record.magazineCount;
+    if (Result result = EnterMagazine(wanted.magazine); !result.IsOk()) return result;
+    if (wanted.slot >= m_slots) return Result::System(22);
+    m_at.slot = wanted.slot;
+    return {};
+}
+
+Result SlotWalk::EnterMagazine(int32_t magazine) {
+    if (magazine >= m_magazines) return Result::System(2);
+    MagazineRecord record;
+    m_slots = m_library.Magazine(m_at.jukebox, magazine, record).IsOk() ? record.slotCount : 0;
+    m_at.magazine = magazine;
+    m_at.slot = 0;
+    return {};
+}
+
+Result SlotWalk::Next(Level level) {
+    if (m_at.slot + 1 < m_slots) {
+        ++m_at.slot;
+        return {};
+    }
+    return level == Level::Magazine ? Result::System(2) : EnterMagazine(m_at.magazine + 1);
+}
 
 Result WalkSlots(const ModelLibrary& library, const WalkRules& rules, const Place& address,
                  const SlotWork& work) {
@@ -29,7 +94,7 @@ Result WalkSlots(const ModelLibrary& library, const WalkRules& rules, const Plac
     const bool goesOn = rules.repeat != 0 || address.slot < 0;
     int64_t wanted = rules.repeat;
 
-    ModelSlots slots(library);
+    SlotWalk slots(library);
     Result result = slots.Start(address.jukebox, address.magazine, address.slot, address.side);
     if (!result.IsOk()) return result;
     for (;;) {
@@ -74,38 +139,19 @@ Result ScanMedium(const ModelLibrary& library, Place place) {
     return IsServiceCode(result, 4) ? Result() : result;
 }
 
-namespace {
-
-Result FormatOneSide(const ModelLibrary& library, const Order& order, const SideKey& key) {
-    if (order.erase) return library.Call(KrvVolumeErase, &key);
-    if (order.finalize) return library.Call(KrvVolumeFinalize, &key);
-    FormatOptions options;
-    std::memset(&options, 0, sizeof options);
-    options.size = 284;
-    if (order.label) {
-        if (order.label->size() > 255) return Result::System(22);
-        std::memcpy(options.label, order.label->data(), order.label->size());
-    }
-    options.certify = order.certify ? 1 : 0;
-    options.sequential = order.sequential ? 1 : 0;
-    return library.Call(KrvVolumeFormat, &key, &options);
-}
-
-}  // namespace
-
-Result FormatMedium(const ModelLibrary& library, const Order& order, const Place& place) {
+Result FormatMedium(const ModelLibrary& library, const CommandSpec& command, const Place& place) {
     if (place.side > 2) return Result::System(22);
     int32_t first = place.side == 1 ? 1 : 0;
     int32_t last = place.side == 0 ? 0 : 1;
-    if (first != last && (order.erase || !order.finalize)) {
+    if (first != last && (command.erase || !command.finalize)) {
         SideRecord sideB;
         const SideKey key = KeyOf(place, 1);
         if (library.Side(key, sideB).IsOk() && sideB.state == 1) last = 0;
     }
-    if (order.finalize) first = last = 2;
+    if (command.finalize) first = last = 2;
     Result result;
     for (int32_t side = first; side <= last && result.IsOk(); ++side) {
-        result = FormatOneSide(library, order, KeyOf(place, side));
+        result = FormatOneSide(library, command, KeyOf(place, side));
     }
     return result;
 }
@@ -117,7 +163,7 @@ Result SwitchVolume(const ModelLibrary& library, bool enable, int32_t volume) {
 }
 
 Result SwitchVolumesInSlot(const ModelLibrary& library, bool enable, const Place& address) {
-    ModelSlots slots(library);
+    SlotWalk slots(library);
     Result result = slots.Start(address.jukebox, address.magazine, address.slot, address.side);
     for (int32_t side = 0; side <= 1 && result.IsOk(); ++side) {
         SideRecord record;

@@ -1,4 +1,4 @@
-#include "tests/reliability/support/order.h"
+#include "tests/reliability/support/command_spec.h"
 
 #include <algorithm>
 #include <string_view>
@@ -67,15 +67,15 @@ struct Phrase {
     bool isText = false;
 };
 
-std::vector<std::string> Spell(const Phrase& phrase, Dice* dice) {
+std::vector<std::string> Spell(const Phrase& phrase, RandomNumbers* random) {
     std::string keyword = phrase.keyword;
-    if (dice != nullptr && dice->OneIn(3)) {
+    if (random != nullptr && random->OneIn(3)) {
         for (const Abbreviation& entry : kAbbreviations) {
             if (entry.keyword == keyword) keyword = entry.shortest;
         }
     }
     if (!phrase.value) return {keyword};
-    const size_t form = dice == nullptr ? 0 : dice->Below(phrase.isText ? 3 : 4);
+    const size_t form = random == nullptr ? 0 : random->Below(phrase.isText ? 3 : 4);
     switch (form) {
         case 1:
             return {keyword, *phrase.value};
@@ -88,23 +88,23 @@ std::vector<std::string> Spell(const Phrase& phrase, Dice* dice) {
     }
 }
 
-std::vector<Phrase> AddressPhrases(const Order& order) {
+std::vector<Phrase> AddressPhrases(const CommandSpec& command) {
     std::vector<Phrase> phrases;
-    if (order.jukeboxId) {
-        phrases.push_back({"J", "@" + std::to_string(*order.jukeboxId)});
-    } else if (!order.jukeboxName.empty()) {
-        phrases.push_back({"J", order.jukeboxName, true});
+    if (command.jukeboxId) {
+        phrases.push_back({"J", "@" + std::to_string(*command.jukeboxId)});
+    } else if (!command.jukeboxName.empty()) {
+        phrases.push_back({"J", command.jukeboxName, true});
     }
-    if (!order.magazines.empty()) phrases.push_back({"M", ListText(order.magazines, "")});
-    if (!order.slots.empty()) phrases.push_back({"S", ListText(order.slots, "")});
-    if (!order.volumes.empty()) phrases.push_back({"V", ListText(order.volumes, "@")});
-    if (order.drive) phrases.push_back({"D", std::to_string(*order.drive)});
-    if (order.sideA) phrases.push_back({".A"});
-    if (order.sideB) phrases.push_back({".B"});
+    if (!command.magazines.empty()) phrases.push_back({"M", ListText(command.magazines, "")});
+    if (!command.slots.empty()) phrases.push_back({"S", ListText(command.slots, "")});
+    if (!command.volumes.empty()) phrases.push_back({"V", ListText(command.volumes, "@")});
+    if (command.drive) phrases.push_back({"D", std::to_string(*command.drive)});
+    if (command.sideA) phrases.push_back({".A"});
+    if (command.sideB) phrases.push_back({".B"});
     return phrases;
 }
 
-std::vector<Phrase> OptionPhrases(const Order& order) {
+std::vector<Phrase> OptionPhrases(const CommandSpec& command) {
     std::vector<Phrase> phrases;
     const auto addText = [&](const char* keyword, const std::optional<std::string>& value) {
         if (value) phrases.push_back({keyword, value, true});
@@ -112,55 +112,55 @@ std::vector<Phrase> OptionPhrases(const Order& order) {
     const auto addFlag = [&](const char* keyword, bool given) {
         if (given) phrases.push_back({keyword});
     };
-    if (order.repeat) phrases.push_back({"repeat", std::to_string(*order.repeat)});
-    addText("label", order.label);
-    addFlag("erase", order.erase);
-    addFlag("certify", order.certify);
-    addFlag("sequential", order.sequential);
-    addFlag("finalize", order.finalize);
-    addText("columns", order.columns);
-    addText("sort", order.sort);
-    addText("separator", order.separator);
-    if (order.width) phrases.push_back({"width", std::to_string(*order.width)});
-    addFlag("notable", order.notable);
-    if (const char* keyword = ObjectKeyword(order.object)) phrases.push_back({keyword});
+    if (command.repeat) phrases.push_back({"repeat", std::to_string(*command.repeat)});
+    addText("label", command.label);
+    addFlag("erase", command.erase);
+    addFlag("certify", command.certify);
+    addFlag("sequential", command.sequential);
+    addFlag("finalize", command.finalize);
+    addText("columns", command.columns);
+    addText("sort", command.sort);
+    addText("separator", command.separator);
+    if (command.width) phrases.push_back({"width", std::to_string(*command.width)});
+    addFlag("notable", command.notable);
+    if (const char* keyword = ObjectKeyword(command.object)) phrases.push_back({keyword});
     return phrases;
 }
 
-std::vector<std::string> SpellOrder(const Order& order, Dice* dice) {
+std::vector<std::string> SpellCommand(const CommandSpec& command, RandomNumbers* random) {
     std::vector<std::string> words;
-    if (order.quiet) words.emplace_back("quiet");
-    if (!order.server.empty()) words.push_back("server=" + order.server);
+    if (command.quiet) words.emplace_back("quiet");
+    if (!command.server.empty()) words.push_back("server=" + command.server);
     const auto* const verb = std::find_if(std::begin(kVerbs), std::end(kVerbs),
-                                          [&](const VerbWords& entry) { return entry.verb == order.verb; });
+                                          [&](const VerbWords& entry) { return entry.verb == command.verb; });
     words.emplace_back(verb->command);
     if (verb->parameter != nullptr) words.emplace_back(verb->parameter);
 
-    std::vector<Phrase> phrases = AddressPhrases(order);
-    for (Phrase& phrase : OptionPhrases(order))
+    std::vector<Phrase> phrases = AddressPhrases(command);
+    for (Phrase& phrase : OptionPhrases(command))
         phrases.push_back(std::move(phrase));
-    for (size_t i = phrases.size(); dice != nullptr && i > 1; --i) {
-        std::swap(phrases[i - 1], phrases[dice->Below(i)]);
+    for (size_t i = phrases.size(); random != nullptr && i > 1; --i) {
+        std::swap(phrases[i - 1], phrases[random->Below(i)]);
     }
     for (const Phrase& phrase : phrases) {
-        for (std::string& word : Spell(phrase, dice))
+        for (std::string& word : Spell(phrase, random))
             words.push_back(std::move(word));
     }
-    if (order.newName) words.push_back(*order.newName);
+    if (command.newName) words.push_back(*command.newName);
     return words;
 }
 
 }  // namespace
 
-std::vector<std::string> Words(const Order& order) {
-    return SpellOrder(order, nullptr);
+std::vector<std::string> Words(const CommandSpec& command) {
+    return SpellCommand(command, nullptr);
 }
 
-std::vector<std::string> Words(const Order& order, Dice& dice) {
-    return SpellOrder(order, &dice);
+std::vector<std::string> Words(const CommandSpec& command, RandomNumbers& random) {
+    return SpellCommand(command, &random);
 }
 
-std::string Spelt(const std::vector<std::string>& words) {
+std::string CommandLineText(const std::vector<std::string>& words) {
     std::string text = "krvcmd";
     for (const std::string& word : words)
         text += " '" + word + "'";

@@ -1,4 +1,4 @@
-#include "tests/reliability/memory/short_memory.h"
+#include "tests/reliability/memory/refused_allocations.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -24,7 +24,7 @@ struct Watch {
     size_t lastRefused = kNone;
     size_t requests = 0;
     size_t bytes = 0;
-    ptrdiff_t blocksHeld = 0;
+    ptrdiff_t blocksInUse = 0;
 };
 
 constinit Watch watch;
@@ -51,7 +51,7 @@ void* Allocate(size_t size) noexcept {
     void* const memory = std::malloc(sizeof(BlockHead) + size);
     if (memory == nullptr) return nullptr;
     auto* const head = new (memory) BlockHead{isWatched ? 1U : 0U};
-    if (isWatched) ++watch.blocksHeld;
+    if (isWatched) ++watch.blocksInUse;
     return head + 1;
 }
 
@@ -64,13 +64,13 @@ void* AllocateOrThrow(size_t size) {
 void Release(void* memory) noexcept {
     if (memory == nullptr) return;
     BlockHead* const head = static_cast<BlockHead*>(memory) - 1;
-    if (head->isWatched != 0) --watch.blocksHeld;
+    if (head->isWatched != 0) --watch.blocksInUse;
     std::free(head);
 }
 
 }  // namespace
 
-ShortMemory::ShortMemory(size_t number, Refuse refuse) {
+RefusedAllocations::RefusedAllocations(size_t number, Refuse refuse) {
     watch.firstRefused = number;
     watch.lastRefused = refuse == Refuse::Once ? number : kNone;
     watch.requests = 0;
@@ -78,20 +78,20 @@ ShortMemory::ShortMemory(size_t number, Refuse refuse) {
     watch.isOn = true;
 }
 
-ShortMemory::~ShortMemory() {
+RefusedAllocations::~RefusedAllocations() {
     watch.isOn = false;
 }
 
-size_t ShortMemory::Requests() {
+size_t RefusedAllocations::Requests() {
     return watch.requests;
 }
 
-size_t ShortMemory::Bytes() {
+size_t RefusedAllocations::Bytes() {
     return watch.bytes;
 }
 
-ptrdiff_t ShortMemory::BlocksHeld() {
-    return watch.blocksHeld;
+ptrdiff_t RefusedAllocations::BlocksInUse() {
+    return watch.blocksInUse;
 }
 
 }  // namespace krvcmd::reliability

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/reliability/support/dice.h"
+#include "tests/reliability/support/random_numbers.h"
 
 namespace krvcmd::reliability {
 
@@ -28,9 +28,9 @@ inline Numbers FromTo(int32_t from, int32_t to) {
     return {from, to, true};
 }
 
-// What a command line asks for, before it is spelt in words: the program gets the words, the model of
-// the program (model.h) gets this.
-struct Order {
+// What a command line asks for. The program receives it as words, the model of the program (model.h) as it
+// is.
+struct CommandSpec {
     Verb verb = Verb::Query;
     bool quiet = false;
     std::string server{};  // empty: not given
@@ -68,14 +68,14 @@ struct Order {
     bool HasJukebox() const { return jukeboxId.has_value() || !jukeboxName.empty(); }
 };
 
-// The words of the command line, plainly spelt.
-std::vector<std::string> Words(const Order& order);
+// The words of the command line in their plainest form: keywords in full, values behind "=".
+std::vector<std::string> Words(const CommandSpec& command);
 
-// The words in one of the many spellings that mean the same: the parameters in another order, values
+// The words in one of the many forms that mean the same: the parameters in another order, values
 // attached or apart, keywords abbreviated.
-std::vector<std::string> Words(const Order& order, Dice& dice);
+std::vector<std::string> Words(const CommandSpec& command, RandomNumbers& random);
 
 // The words as one text, for messages.
-std::string Spelt(const std::vector<std::string>& words);
+std::string CommandLineText(const std::vector<std::string>& words);
 
 }  // namespace krvcmd::reliability

@@ -1,4 +1,4 @@
-#include "tests/reliability/support/seeds.h"
+#include "tests/reliability/support/random_numbers.h"
 
 #include <chrono>
 #include <cstdlib>
@@ -16,10 +16,10 @@ uint64_t FirstSeed() {
 
 }  // namespace
 
-Seeds SeedsToTry(uint64_t ordinarily) {
+Seeds SeedsToTry(uint64_t usualCount) {
     const char* const wanted = std::getenv("KRVCMD_RELIABILITY_RUNS");
     const uint64_t first = FirstSeed();
-    return {first, first + (wanted == nullptr ? ordinarily : std::strtoull(wanted, nullptr, 10))};
+    return {first, first + (wanted == nullptr ? usualCount : std::strtoull(wanted, nullptr, 10))};
 }
 
 }  // namespace krvcmd::reliability

@@ -5,10 +5,10 @@
 
 namespace krvcmd::reliability {
 
-// Random numbers that are the same on every system for the same seed.
-class Dice {
+// Random numbers that are the same on every system for the same seed (SplitMix64).
+class RandomNumbers {
   public:
-    explicit Dice(uint64_t seed) : m_state(seed) {}
+    explicit RandomNumbers(uint64_t seed) : m_state(seed) {}
 
     uint64_t Next() {
         m_state += 0x9E3779B97F4A7C15U;
@@ -26,7 +26,7 @@ class Dice {
         return static_cast<int32_t>(first + static_cast<int64_t>(Below(count)));
     }
 
-    // True once in `times` throws.
+    // True once in `times` calls, on average.
     bool OneIn(size_t times) { return Below(times) == 0; }
 
     template <class Choices>
@@ -42,5 +42,15 @@ class Dice {
   private:
     uint64_t m_state;
 };
+
+// The seeds of a test with random contents. Two environment variables change them:
+//   KRVCMD_RELIABILITY_SEED   the first seed, or "time" for one that the clock gives; 1 when not set
+//   KRVCMD_RELIABILITY_RUNS   how many
+struct Seeds {
+    uint64_t first;
+    uint64_t end;  // one past the last
+};
+
+Seeds SeedsToTry(uint64_t usualCount);
 
 }  // namespace krvcmd::reliability
