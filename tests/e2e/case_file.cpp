@@ -126,8 +126,11 @@ std::string OutputLine(std::string_view line) {
     return output.append(line).append("\n");
 }
 
-// The call lines that a line stands for: "S=0..2" in it stands for S=0, S=1 and S=2.
+// The call lines that a line stands for: "S=0..2" in it stands for S=0, S=1 and S=2, "(twice)" behind it for
+// two.
 std::vector<std::string> CallLines(std::string_view line) {
+    constexpr std::string_view kTwice = " (twice)";
+    if (line.ends_with(kTwice)) return {2, std::string(line.substr(0, line.size() - kTwice.size()))};
     const size_t dots = line.find("..");
     const size_t equals = line.rfind('=', dots);
     if (dots == std::string_view::npos || line.find('"') < dots) return {std::string(line)};
@@ -319,6 +322,8 @@ class CaseReader {
         } else if (key == "farm") {
             m_case.run.script = ScriptOf(value);
             m_namesFarm = true;
+        } else if (key == "script") {
+            m_script.append(value).append("\n");
         } else if (key == "columns") {
             m_case.run.columns = ParseInt(value);
         } else if (key == "locale") {

@@ -45,6 +45,7 @@ TEST(CaseFile, ReadsEverySetting) {
         "not on windows: it cannot\n"
         "script\n"
         "    fail KrvServiceStop\n"
+        "script: record off\n"
         "stdout\n"
         "    {banner}\n"
         "    blank at the end $\n"
@@ -63,7 +64,7 @@ TEST(CaseFile, ReadsEverySetting) {
     EXPECT_THAT(only.commandLines,
                 ElementsAre(Field(&CommandLine::text, "query \"a b\""), Field(&CommandLine::text, "q")));
     EXPECT_THAT(only.commandLines[0].words, ElementsAre("query", "a b"));
-    EXPECT_EQ(only.run.script, "jukebox 8\njukebox 9\nfail KrvServiceStop\n");
+    EXPECT_EQ(only.run.script, "jukebox 8\njukebox 9\nfail KrvServiceStop\nrecord off\n");
     EXPECT_EQ(only.run.columns, 80);
     EXPECT_EQ(only.run.locale, "C.UTF-8");
     EXPECT_TRUE(only.run.merged);
@@ -115,7 +116,9 @@ TEST(CaseFile, PutsTheSessionsOwnCallsAroundCallsInSession) {
     EXPECT_TRUE(ReadOne("calls in session: none\n").comparesCalls);
 }
 
-TEST(CaseFile, ExpandsARangeOfCalls) {
+TEST(CaseFile, ExpandsRangesAndRepetitionsOfCalls) {
+    EXPECT_THAT(ReadOne("calls\n    KrvGetJukebox J=8 (twice)\n").calls,
+                ElementsAre("KrvGetJukebox J=8", "KrvGetJukebox J=8"));
     EXPECT_THAT(ReadOne("calls\n    KrvMediaScan M=1 S=9..11 side=2\n    KrvVolumeErase V=3..4\n").calls,
                 ElementsAre("KrvMediaScan M=1 S=9 side=2", "KrvMediaScan M=1 S=10 side=2",
                             "KrvMediaScan M=1 S=11 side=2", "KrvVolumeErase V=3", "KrvVolumeErase V=4"));

@@ -23,7 +23,7 @@ void ScriptSmallFarm(FakeLibrary& library) {
 // with some that do not.
 class FailingCalls : public testing::TestWithParam<NamedCommand> {
   protected:
-    void ExpectAsDocumented(const Script& script, const std::string& what) {
+    void ExpectLikeTheModel(const Script& script, const std::string& what) {
         const std::string difference = DifferenceFromModel(m_program, GetParam().command, m_words, script);
         EXPECT_EQ(difference, "") << CommandLineText(m_words) << "\nwith " << what;
     }
@@ -40,7 +40,7 @@ class FailingCalls : public testing::TestWithParam<NamedCommand> {
     const std::vector<std::string> m_words = Words(GetParam().command);
 };
 
-TEST_P(FailingCalls, EndAsDocumentedWhicheverCallFails) {
+TEST_P(FailingCalls, EndLikeTheModelWhicheverCallFails) {
     constexpr int kBeyond = 6;
     const int count = CountCalls() + kBeyond;
     int runs = 0;
@@ -51,7 +51,7 @@ TEST_P(FailingCalls, EndAsDocumentedWhicheverCallFails) {
                     ScriptSmallFarm(library);
                     library.FailCall("*", Occurrence::Nth(k), {code, "It does not work."}, outputs);
                 };
-                ExpectAsDocumented(script,
+                ExpectLikeTheModel(script,
                                    "call " + std::to_string(k) + " failing with " + std::to_string(code));
                 ++runs;
             }
@@ -60,7 +60,7 @@ TEST_P(FailingCalls, EndAsDocumentedWhicheverCallFails) {
     RecordProperty("runs", runs);
 }
 
-TEST_P(FailingCalls, EndAsDocumentedWhenAllCallsFailFromOneOn) {
+TEST_P(FailingCalls, EndLikeTheModelWhenAllCallsFailFromOneOn) {
     const int count = CountCalls();
     for (int k = 1; k <= count && !HasFailure(); ++k) {
         for (const int32_t code : kCodes) {
@@ -68,13 +68,13 @@ TEST_P(FailingCalls, EndAsDocumentedWhenAllCallsFailFromOneOn) {
                 ScriptSmallFarm(library);
                 library.FailCall("*", Occurrence::From(k), {code, ""});
             };
-            ExpectAsDocumented(script,
+            ExpectLikeTheModel(script,
                                "all from " + std::to_string(k) + " on failing with " + std::to_string(code));
         }
     }
 }
 
-TEST_P(FailingCalls, EndAsDocumentedWhenOneFunctionNeverWorks) {
+TEST_P(FailingCalls, EndLikeTheModelWhenOneFunctionNeverWorks) {
     constexpr const char* kFunctions[] = {
         "KrvSessionCreate",    "KrvSessionClose",   "KrvGetNextJukebox", "KrvGetJukebox",
         "KrvGetMagazine",      "KrvGetDrive",       "KrvGetSlot",        "KrvGetSide",
@@ -88,7 +88,7 @@ TEST_P(FailingCalls, EndAsDocumentedWhenOneFunctionNeverWorks) {
                 ScriptSmallFarm(library);
                 library.FailCall(function, Occurrence::Every(), {code, "Never."}, Outputs::Filled);
             };
-            ExpectAsDocumented(script, std::string(function) + " failing with " + std::to_string(code));
+            ExpectLikeTheModel(script, std::string(function) + " failing with " + std::to_string(code));
         }
     }
 }

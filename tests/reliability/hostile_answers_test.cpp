@@ -64,7 +64,7 @@ const CommandLine kCommandsThatEnumerate[] = {
     {"name", "J=nowhere", "x"},
 };
 
-TEST_F(HostileAnswers, AnEnumerationThatRepeatsOneIdForEverIsEnded) {
+TEST_F(HostileAnswers, AnEnumerationThatRepeatsOneIdEnds) {
     for (const CommandLine& words : kCommandsThatEnumerate) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithDrive({}).WithMagazine(1);
@@ -75,7 +75,7 @@ TEST_F(HostileAnswers, AnEnumerationThatRepeatsOneIdForEverIsEnded) {
     }
 }
 
-TEST_F(HostileAnswers, AnEnumerationInCirclesIsEndedAfterAFewRounds) {
+TEST_F(HostileAnswers, ACircularEnumerationEndsAfterAFewRounds) {
     for (const int32_t length : {2, 3, 4, 5, 7, 8, 9, 16, 31, 100}) {
         for (const int32_t leadIn : {0, 1, 6}) {
             m_library.Reset();
@@ -98,7 +98,7 @@ TEST_F(HostileAnswers, AnEnumerationInCirclesIsEndedAfterAFewRounds) {
     }
 }
 
-TEST_F(HostileAnswers, IdsThatAreNoneEndAnEnumeration) {
+TEST_F(HostileAnswers, AnInvalidIdEndsAnEnumeration) {
     for (const int32_t none : {0, -1, -2, kSmallest}) {
         for (const CommandLine& words : kCommandsThatEnumerate) {
             m_library.Reset();
@@ -111,7 +111,7 @@ TEST_F(HostileAnswers, IdsThatAreNoneEndAnEnumeration) {
     }
 }
 
-TEST_F(HostileAnswers, TheLargestIdIsAnIdLikeAnyOther) {
+TEST_F(HostileAnswers, TheLargestIdIsValid) {
     m_farm.AddJukebox(kLargest, "Last").WithMagazine(1);
     m_farm.AddVolume(kLargest, "Label").At(kLargest, 0, 0, kSideA);
     EXPECT_EQ(Run({"query", "volumes", "notable", "columns=IL"}).output, "2147483647|Last\\1.A\n");
@@ -119,7 +119,7 @@ TEST_F(HostileAnswers, TheLargestIdIsAnIdLikeAnyOther) {
               "2147483647|Last\\1.A\n");
 }
 
-TEST_F(HostileAnswers, AVolumeIdThatIsNoneIsNoVolume) {
+TEST_F(HostileAnswers, AnInvalidVolumeIdMeansNoVolume) {
     for (const int32_t none : {0, -1, kSmallest}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(1).WithSlot(0, 0, krvfake::slot_state::kFull, 5);
@@ -127,7 +127,7 @@ TEST_F(HostileAnswers, AVolumeIdThatIsNoneIsNoVolume) {
         const ProgramRun query = Run({"query", "slots", "J@8", "notable"});
         EXPECT_EQ(query.output, "");
         EXPECT_EQ(query.exitStatus, 0);
-        // Two sides are asked for, and nothing is done to them.
+        // Both sides are looked up, and nothing is done to them.
         const ProgramRun disable = Run({"disable", "J@8", "S1"});
         EXPECT_EQ(disable.exitStatus, 0);
         EXPECT_THAT(disable.calls.at(disable.calls.size() - 2), StartsWith("KrvGetSide"));
@@ -136,7 +136,7 @@ TEST_F(HostileAnswers, AVolumeIdThatIsNoneIsNoVolume) {
 
 // ---- Counts --------------------------------------------------------------------------------------
 
-TEST_F(HostileAnswers, AJukeboxWithLessThanNoMagazineHasNone) {
+TEST_F(HostileAnswers, ANegativeMagazineCountMeansNone) {
     for (const int32_t count : {kSmallest, -2'000'000'000, -1, 0}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(1).claimedMagazines = count;
@@ -150,7 +150,7 @@ TEST_F(HostileAnswers, AJukeboxWithLessThanNoMagazineHasNone) {
     }
 }
 
-TEST_F(HostileAnswers, AWalkEndsAtTheFirstSlotThatIsNotThereHoweverManyMagazinesAreClaimed) {
+TEST_F(HostileAnswers, AWalkEndsAtTheFirstMissingSlotWhateverTheMagazineCount) {
     for (const int32_t count : {2'000'000'000, kLargest}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(2).claimedMagazines = count;
@@ -163,7 +163,7 @@ TEST_F(HostileAnswers, AWalkEndsAtTheFirstSlotThatIsNotThereHoweverManyMagazines
     }
 }
 
-TEST_F(HostileAnswers, AJukeboxWithLessThanNoDriveHasNone) {
+TEST_F(HostileAnswers, ANegativeDriveCountMeansNone) {
     for (const int32_t count : {kSmallest, -1, 0}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").claimedDrives = count;
@@ -173,7 +173,7 @@ TEST_F(HostileAnswers, AJukeboxWithLessThanNoDriveHasNone) {
     }
 }
 
-TEST_F(HostileAnswers, AMagazineWithLessThanNoSlotHasNone) {
+TEST_F(HostileAnswers, ANegativeSlotCountMeansNone) {
     for (const int32_t count : {kSmallest, -1, 0}) {
         m_library.Reset();
         m_farm.AddJukebox(8, "Tower").WithMagazine(count).WithMagazine(1);
@@ -184,7 +184,7 @@ TEST_F(HostileAnswers, AMagazineWithLessThanNoSlotHasNone) {
     }
 }
 
-// Items that all have to be asked for one by one: the operator can end it, and sees what there was.
+// Every item needs a call of its own. The operator can end that, and sees the rows gathered so far.
 TEST_F(HostileAnswers, AWalkOverCountlessItemsCanBeInterrupted) {
     for (const int32_t count : {2'000'000'000, kLargest}) {
         m_library.Reset();
@@ -216,7 +216,7 @@ TEST_F(HostileAnswers, AWalkOverCountlessItemsCanBeInterrupted) {
     }
 }
 
-TEST_F(HostileAnswers, AnyCountsAreShownAsTheyStand) {
+TEST_F(HostileAnswers, CountsAreShownUnchecked) {
     for (const int32_t count : kNonsenseCounts) {
         m_library.Reset();
         krvfake::Jukebox& jukebox = m_farm.AddJukebox(8, "Tower").WithMagazine(count);
@@ -235,9 +235,9 @@ TEST_F(HostileAnswers, AnyCountsAreShownAsTheyStand) {
 
 // ---- Locations -------------------------------------------------------------------------------------
 
-TEST_F(HostileAnswers, LocationsThatTheArrayHasNoRoomForAreNotThere) {
+TEST_F(HostileAnswers, LocationsBeyondTheArrayAreIgnored) {
     struct Case {
-        std::vector<uint32_t> counts;  // that the two calls answer
+        std::vector<uint32_t> counts;  // answered by the two calls
         const char* output;
     };
     const Case kCases[] = {
@@ -281,21 +281,21 @@ TEST_F(HostileAnswers, LocationsAtTheEndsOfTheNumberRangeLeadNowhere) {
 
 // ---- Directories -----------------------------------------------------------------------------------
 
-TEST_F(HostileAnswers, DirectoriesAreReadInsideTheBufferOnly) {
+TEST_F(HostileAnswers, DirectoriesAreReadOnlyInsideTheBuffer) {
     struct Case {
-        std::string bytes;            // that the library puts into the buffer, as far as it has room
-        std::vector<uint32_t> sizes;  // that the two calls answer
+        std::string bytes;            // put into the buffer, as far as they fit
+        std::vector<uint32_t> sizes;  // answered by the two calls
         const char* directory;
     };
     const Case kCases[] = {
-        {"abc", {3}, "abc"},                          // neither the text nor the list has an end
-        {std::string("abc\0", 4), {4}, "abc"},        // the list has none
+        {"abc", {3}, "abc"},                          // no terminator for text and list
+        {std::string("abc\0", 4), {4}, "abc"},        // none for the list
         {"abcdef", {2}, "ab"},                        // the buffer is too small
-        {"abcdef", {3, 200}, "abc"},                  // and is said to have grown
-        {std::string("abc\0def", 7), {7, 1}, "abc"},  // or to have shrunk
-        {"abcdef", {1}, ""},                          // room for an empty text only
-        {"abcdef", {0, 6}, ""},                       // no directory after all
-        {std::string("\0abc\0\0", 6), {6}, ""},       // the list ends before it begins
+        {"abcdef", {3, 200}, "abc"},                  // and the list grows
+        {std::string("abc\0def", 7), {7, 1}, "abc"},  // or shrinks
+        {"abcdef", {1}, ""},                          // space for an empty text only
+        {"abcdef", {0, 6}, ""},                       // no directory in the first answer
+        {std::string("\0abc\0\0", 6), {6}, ""},       // the list starts with its terminator
     };
     for (const Case& given : kCases) {
         m_library.Reset();
@@ -304,25 +304,25 @@ TEST_F(HostileAnswers, DirectoriesAreReadInsideTheBufferOnly) {
         volume.aspectSizes = given.sizes;
         const ProgramRun run = Run({"query", "volumes", "notable", "col=nI"});
         EXPECT_EQ(run.exitStatus, 0);
-        // A column that no row fills is left out, and so is the separator in front of the first.
+        // A column that no row fills is left out, as is the separator before the first column.
         EXPECT_EQ(run.output,
                   std::string(given.directory).empty() ? "|33\n" : given.directory + std::string("|33\n"));
     }
 }
 
-// Memory is asked for as the library says, and touched only where the library has written.
+// The program requests as much memory as the library says, and touches only what the library wrote.
 TEST_F(HostileAnswers, AListOfDirectoriesMayClaimAnySize) {
     m_farm.AddVolume(33, "Sales").aspectSizes = {0xFFFFFFFF};
     m_farm.FindVolume(33)->aspectBytes = "here";
     const ProgramRun run = Run({"query", "volumes", "notable", "col=In"});
-    // A system that promises no more memory than it has may refuse it.
+    // A system without overcommitment may refuse it.
     if (run.exitStatus == 12) return;
     EXPECT_EQ(run.output, "33|here\n");
 }
 
 // ---- Texts -----------------------------------------------------------------------------------------
 
-TEST_F(HostileAnswers, ATextWithoutEndEndsWithItsField) {
+TEST_F(HostileAnswers, AnUnterminatedTextEndsWithItsField) {
     const std::string endless(2000, 'x');
     m_farm.AddJukebox(8, endless)
         .WithChanger({endless, endless, endless, {kLargest, kSmallest, -1}})
@@ -335,19 +335,19 @@ TEST_F(HostileAnswers, ATextWithoutEndEndsWithItsField) {
     EXPECT_EQ(Run({"query", "drives", "notable", "col=PR"}).output, x(9) + " " + x(17) + "|" + x(5) + "\n");
     EXPECT_EQ(Run({"query", "volumes", "notable", "col=lfL"}).output,
               x(256) + "|" + x(30) + "|" + x(52) + "\\1.A\n");
-    // A name of 52 bytes can be asked for; one byte more makes another name.
+    // A name of 52 bytes finds the jukebox; one byte more is another name.
     EXPECT_EQ(Run({"query", "magazines", "J=" + x(52)}).exitStatus, 0);
     EXPECT_EQ(Run({"query", "magazines", "J=" + x(53)}).exitStatus, 6);
     EXPECT_EQ(Run({"query", "magazines", "J=" + x(51)}).exitStatus, 6);
 }
 
-TEST_F(HostileAnswers, AnErrorTextWithoutEndEndsWithItsField) {
+TEST_F(HostileAnswers, AnUnterminatedErrorTextEndsWithItsField) {
     m_farm.AddJukebox(8, "Tower");
     m_library.FailCall("KrvActivateJukebox", Occurrence::Every(), {5, std::string(3000, 'e')});
     EXPECT_EQ(Run({"enable", "J@8"}).errorOutput, "KRV error 5: " + std::string(1024, 'e') + "\n");
 }
 
-TEST_F(HostileAnswers, AnErrorTextIsNeverTakenForAFormat) {
+TEST_F(HostileAnswers, AnErrorTextIsNeverAFormat) {
     m_farm.AddJukebox(8, "Tower");
     m_library.FailCall("KrvActivateJukebox", Occurrence::Every(), {5, "%s%n%d%x 100% %1$n%*d"});
     EXPECT_EQ(Run({"enable", "J@8"}).errorOutput, "KRV error 5: %s%n%d%x 100% %1$n%*d\n");

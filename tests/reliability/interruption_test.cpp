@@ -31,14 +31,14 @@ class Interruption : public testing::TestWithParam<NamedCommand> {
     ProgramRunner m_program;
 };
 
-// The calls before the interruption are those of the whole run; none follows but the session's end.
+// The calls are the first ones of the whole run, followed by the session's end.
 bool AreTheFirstOf(const std::vector<std::string>& calls, const std::vector<std::string>& wholeRun) {
     const size_t before = calls.size() - 1;
     return calls.back() == "KrvSessionClose" && before < wholeRun.size() &&
            std::equal(wholeRun.begin(), wholeRun.begin() + static_cast<ptrdiff_t>(before), calls.begin());
 }
 
-TEST_P(Interruption, MakesNoFurtherCallButTheSessionsEndAndIsTheResult) {
+TEST_P(Interruption, EndsTheSessionAndIsTheResult) {
     const ProgramRun whole = Run();
     size_t previousCalls = 0;
     for (size_t checks = 1;; ++checks) {
@@ -56,11 +56,11 @@ TEST_P(Interruption, MakesNoFurtherCallButTheSessionsEndAndIsTheResult) {
         EXPECT_GE(run.calls.size(), previousCalls);
         previousCalls = run.calls.size();
     }
-    // At the end nothing is missing any more.
+    // The last interrupted run has all calls of the whole run.
     EXPECT_EQ(previousCalls, whole.calls.size());
 }
 
-TEST_P(Interruption, OfAQueryLeavesTheRowsGatheredSoFar) {
+TEST_P(Interruption, OfAQueryShowsTheRowsGatheredSoFar) {
     if (GetParam().command.verb != Verb::Query || !GetParam().command.notable) return;
     const ProgramRun whole = Run();
     size_t longest = 0;

@@ -14,7 +14,7 @@ namespace {
 
 // Random command lines on random farms with random nonsense in the answers. SeedsToTry tells how to try other
 // seeds.
-TEST(RandomRuns, CallAndEndAsDocumented) {
+TEST(RandomRuns, CallAndEndLikeTheModel) {
     ProgramRunner program;
     const Seeds seeds = SeedsToTry(10'000);
     for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
@@ -36,7 +36,7 @@ bool CanBeParsed(const std::vector<std::string>& words) {
     return ParseCommandLine(arguments, line).IsOk() && line.command != nullptr;
 }
 
-TEST(RandomRuns, NeverCallTheLibraryForACommandLineThatIsNone) {
+TEST(RandomRuns, NeverCallTheLibraryForAnInvalidCommandLine) {
     ProgramRunner program;
     const Seeds seeds = SeedsToTry(10'000);
     size_t refused = 0;
@@ -46,7 +46,7 @@ TEST(RandomRuns, NeverCallTheLibraryForACommandLineThatIsNone) {
         krvfake::FakeLibrary& library = krvfake::FakeLibrary::Instance();
         library.Reset();
         ScriptRandomWorld(library, seed);
-        // Ranges may be long.
+        // Long ranges would take too long.
         InterruptAfterChecks(500);
         const ProgramRun run = program.Run(words);
         CancelInterrupt();
@@ -58,7 +58,7 @@ TEST(RandomRuns, NeverCallTheLibraryForACommandLineThatIsNone) {
                   "Error: Invalid command line parameter. Specify help to get further information.\n");
         ASSERT_FALSE(run.output.empty()) << "without a command there is no quiet";
     }
-    // Both kinds are tried.
+    // The seeds give both kinds.
     EXPECT_GT(refused, (seeds.end - seeds.first) / 10);
     EXPECT_LT(refused, (seeds.end - seeds.first) / 10 * 9);
 }

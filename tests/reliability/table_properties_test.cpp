@@ -20,8 +20,8 @@ using krvfake::FakeLibrary;
 
 constexpr char kSeparator = '\x01';
 
-// ASCII, without what the console shows in another way; often with a number at the end. Never empty: an empty
-// text in unformatted output is a cell that the row lacks.
+// Printable ASCII, often with a number at the end. Never empty: an empty text in unformatted output is a
+// missing cell.
 std::string RandomLabel(RandomNumbers& random) {
     constexpr const char* kWords[] = {"Disc", "Sales", "A", "b", "-", "Disc-1", "10", "7"};
     constexpr const char* kJoints[] = {"-", "@", ",", ";", ":", ".", " ", "", "_"};
@@ -56,7 +56,7 @@ void FillFarm(krvfake::Farm& farm, RandomNumbers& random, int32_t largestCount) 
     }
 }
 
-// A row as its cells, column by column; an empty text is a cell that the row lacks.
+// A row as its cells, column by column; an empty text is a missing cell.
 using Cells = std::vector<std::string>;
 
 struct SortKey {
@@ -121,8 +121,8 @@ bool BelongsBefore(const Cells& row, const Cells& other, const std::vector<SortK
     return false;
 }
 
-// Puts the rows, given as they arrived, into the order of the keys, by inserting one after the other: each
-// goes in front of the first row that it belongs before, else to the end.
+// Sorts the rows by inserting one after the other: each goes before the first row that it belongs before, or
+// to the end.
 std::vector<Cells> InsertedOneByOne(const std::vector<Cells>& arrived, const std::vector<SortKey>& keys) {
     std::vector<Cells> rows;
     for (const Cells& row : arrived) {
@@ -150,8 +150,8 @@ std::vector<Cells> RowsOf(const std::string& output) {
     return rows;
 }
 
-// The columns that are asked for, in this order, and how each is compared. The capacities with units are
-// compared by their bytes, which stand in columns of their own.
+// The requested columns, in this order, and how each is compared. Capacities with units are compared by their
+// bytes, which have columns of their own.
 struct SortLetter {
     size_t column;
     char letter;
@@ -177,13 +177,13 @@ class TableProperties : public testing::Test {
     ProgramRunner m_program;
 };
 
-TEST_F(TableProperties, RowsStandAsInsertedOneByOne) {
+TEST_F(TableProperties, RowsHaveTheOrderOfAnInsertionSort) {
     const Seeds seeds = SeedsToTry(600);
     for (uint64_t seed = seeds.first; seed < seeds.end; ++seed) {
         RandomNumbers random(seed);
         FakeLibrary::Instance().Reset();
         FillFarm(FakeLibrary::Instance().GetFarm(), random, 60);
-        // Columns that no row fills are left out; this row fills all of them, and is the first in any case.
+        // Columns that no row fills are left out. This row fills all of them.
         FakeLibrary::Instance().GetFarm().AddVolume(1000, "Z").WithMedium(1).WithDirectory("d").At(8, 1, 39,
                                                                                                    1);
 
@@ -213,7 +213,7 @@ TEST_F(TableProperties, RowsStandAsInsertedOneByOne) {
     }
 }
 
-// A line whose end is a per cent sign is not cut, so that nothing is promised for it.
+// A line that ends in a percent sign is not cut.
 bool IsCutToWidth(std::string_view line) {
     return line.substr(line.size() < 3 ? 0 : line.size() - 3).find('%') == std::string_view::npos;
 }

@@ -10,7 +10,7 @@ namespace {
 struct VerbWords {
     Verb verb;
     const char* command;
-    const char* parameter;  // null: none
+    const char* parameter;  // null for none
 };
 
 constexpr VerbWords kVerbs[] = {{Verb::Import, "import", nullptr},    {Verb::Export, "export", nullptr},
@@ -20,7 +20,7 @@ constexpr VerbWords kVerbs[] = {{Verb::Import, "import", nullptr},    {Verb::Exp
                                 {Verb::Start, "service", "start"},    {Verb::Stop, "service", "stop"},
                                 {Verb::Restart, "service", "restart"}};
 
-// Leading parts that are still unique among the command's parameters.
+// Abbreviations that are unique among the command's parameters.
 struct Abbreviation {
     std::string_view keyword;
     std::string_view shortest;

@@ -28,12 +28,11 @@ inline Numbers FromTo(int32_t from, int32_t to) {
     return {from, to, true};
 }
 
-// What a command line asks for. The program receives it as words, the model of the program (model.h) as it
-// is.
+// What a command line asks for. The program receives it as words, the model (model.h) as it is.
 struct CommandSpec {
     Verb verb = Verb::Query;
     bool quiet = false;
-    std::string server{};  // empty: not given
+    std::string server{};  // empty when not given
 
     // The address. Lists are as written; an empty list or text was not given.
     std::optional<int32_t> jukeboxId{};

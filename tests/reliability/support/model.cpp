@@ -40,7 +40,7 @@ bool IsKnownTo(std::string_view letters, std::string_view word) {
     return word.find_first_not_of(letters) == std::string_view::npos;
 }
 
-// Column and sort letters that the table takes.
+// Whether all column and sort letters are known.
 bool HasGoodLetters(const CommandSpec& command) {
     constexpr std::string_view kColumns = "SDMIJNLmdsaCRPFnlvftxXzyYo";
     constexpr std::string_view kSort = "SDMIJNLmdsaCRPFnlvftxXzyYo+-";
@@ -103,14 +103,14 @@ class Run {
                           false);
     }
 
-    // The list that gives one entry for each of its numbers; null: there is one entry.
+    // The list with one entry for each of its numbers; null when there is a single entry.
     const std::vector<Numbers>* EntryNumbers() const {
         if (m_form == Form::Volumes) return &m_command.volumes;
         if (m_form == Form::Slots || m_form == Form::SlotSide) return &m_command.slots;
         return m_form == Form::Magazine ? &m_command.magazines : nullptr;
     }
 
-    // Every range of the list is written backwards.
+    // Whether every range of the list is reversed.
     bool IsEmptyAddress() const {
         const std::vector<Numbers>* list = EntryNumbers();
         return list != nullptr && std::all_of(list->begin(), list->end(), [](const Numbers& numbers) {

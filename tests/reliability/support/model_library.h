@@ -8,7 +8,7 @@
 
 namespace krvcmd::reliability {
 
-// How a run of the program is to end.
+// The expected end of a run.
 struct Result {
     enum class Kind { Ok, System, Service };
 
@@ -23,7 +23,7 @@ struct Result {
     // The line on standard error.
     std::string ResultLine(bool quiet) const;
 
-    // Of the process: its low 8 bits, and never 0 for a code that is not 0.
+    // The code's low 8 bits, and never 0 for a code that is not 0.
     int ExitStatus() const;
 };
 

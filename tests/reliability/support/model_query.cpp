@@ -9,10 +9,10 @@
 namespace krvcmd::reliability {
 namespace {
 
-// No library can mean as many locations as this.
+// From this count on the program reports that memory is exhausted.
 constexpr uint32_t kTooManyLocations = 2'147'483'647 / 20 + 1;
 
-// Goes over the IDs of an enumeration until one of them is not handled well.
+// Handles the IDs of an enumeration up to the first failure.
 template <class Next, class Handle>
 Result ForEach(const ModelLibrary& library, Next next, Handle handle) {
     Result result;
@@ -128,7 +128,7 @@ Result ModelQuery::ListAddressedSlots(int32_t jukebox) {
     if (m_command.sideA == m_command.sideB) {
         return EachOf(m_command.slots, [&](int32_t slot) { return Walk({jukebox, magazine, slot, -1}); });
     }
-    // No walk: the numbers go to the library as they stand, only counted from 0.
+    // No walk: the library gets the numbers unchecked, only zero-based.
     const auto fromZero = [](int32_t number) { return number >= 1 ? number - 1 : number; };
     return EachOf(m_command.slots, [&](int32_t slot) {
         return ListSlot({jukebox, fromZero(magazine), fromZero(slot), m_command.sideA ? 0 : 1});

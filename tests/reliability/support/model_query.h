@@ -9,13 +9,13 @@
 
 namespace krvcmd::reliability {
 
-// The look-ups of the query command; counts the rows that they lead to.
+// The look-ups of the query command, and the number of their rows.
 class ModelQuery {
   public:
     ModelQuery(const ModelLibrary& library, const CommandSpec& command)
         : m_library(library), m_command(command) {}
 
-    // `jukebox` is the resolved one, -1 when the address names none.
+    // `jukebox` is the resolved ID, -1 when the address names none.
     Result Gather(int32_t jukebox);
 
     size_t Rows() const { return m_rows; }
@@ -27,7 +27,7 @@ class ModelQuery {
     Result ListDrive(int32_t jukebox, int32_t drive);
     Result ListSlotsOrVolumes(int32_t jukebox);
     Result ListAddressedSlots(int32_t jukebox);
-    // `address` as the user counts.
+    // `address` is one-based.
     Result Walk(const Place& address);
     Result ListSlot(const Place& place);
     Result ListVolume(int32_t jukebox, int32_t volume);

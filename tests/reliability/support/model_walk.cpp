@@ -5,7 +5,7 @@
 namespace krvcmd::reliability {
 namespace {
 
-// A library can answer any number; the one after the largest does not exist.
+// The library can answer any number; the largest has no successor.
 int32_t OneMore(int32_t number) {
     return number == std::numeric_limits<int32_t>::max() ? number : number + 1;
 }
@@ -41,7 +41,7 @@ Result SlotWalk::FindAbsolute(int32_t jukebox, int32_t absoluteSlot, int32_t sid
     int64_t slotsBefore = 0;
     for (int32_t m = 0; m < record.magazineCount; ++m) {
         MagazineRecord magazine;
-        // What was wrong with the magazine is not told: the number leads nowhere.
+        // The magazine's own error is not reported.
         if (!m_library.Magazine(jukebox, m, magazine).IsOk() || magazine.slotCount == 0) break;
         if (slotsBefore <= absoluteSlot && absoluteSlot < slotsBefore + magazine.slotCount) {
             m_at = {jukebox, m, static_cast<int32_t>(absoluteSlot - slotsBefore), side};
@@ -118,7 +118,7 @@ Result WorkOnVolume(const ModelLibrary& library, int32_t volume, const SlotWork&
     SideKey location = Unset();
     uint32_t count = 0;
     Result result = library.Locations(volume, &location, &count);
-    // 500: it lies nowhere, wherever locations are read.
+    // 500: the volume is in no jukebox.
     if (IsServiceCode(result, 500)) return {};
     if (!result.IsOk() || count < 1) return result;
     const Place address{location.jukeboxId, OneMore(location.magazine), OneMore(location.slot),

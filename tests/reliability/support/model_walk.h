@@ -8,7 +8,7 @@
 
 namespace krvcmd::reliability {
 
-// Where a walk over slots stands; all numbers zero-based. -1: not given.
+// A position in a walk over slots; zero-based, -1 when not given.
 struct Place {
     int32_t jukebox = -1;
     int32_t magazine = -1;
@@ -23,7 +23,7 @@ class SlotWalk {
   public:
     explicit SlotWalk(const ModelLibrary& library) : m_library(library) {}
 
-    // Finds the first slot; `magazine` and `slot` as the user counts, from 1.
+    // Finds the first slot. `magazine` and `slot` are one-based.
     Result Start(int32_t jukebox, int32_t magazine, int32_t slot, int32_t side);
     Result Next(Level level);
 
@@ -41,17 +41,17 @@ class SlotWalk {
 
 using SlotWork = std::function<Result(const Place&)>;
 
-// How import, export, scan, format and query go over slots.
+// How import, export, scan, format and query walk over slots.
 struct WalkRules {
     int32_t repeat = 0;
     bool stopsWhenNoMedium = false;
 };
 
-// One addressed item: `magazine` and `slot` as the user counts.
+// Walks one addressed item, whose `magazine` and `slot` are one-based.
 Result WalkSlots(const ModelLibrary& library, const WalkRules& rules, const Place& address,
                  const SlotWork& work);
 
-// The work on the one slot that holds the volume.
+// Works on the one slot that holds the volume.
 Result WorkOnVolume(const ModelLibrary& library, int32_t volume, const SlotWork& work);
 
 // What import, export, scan and format do with one slot.

@@ -21,7 +21,7 @@ size_t checksLeft = kNever;
 
 }  // namespace
 
-// These take the place of the program's own.
+// Replacements for the program's own functions.
 
 void InstallInterruptHandler() {}
 

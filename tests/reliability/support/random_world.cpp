@@ -82,7 +82,7 @@ void AddJukebox(Farm& farm, RandomNumbers& random, int32_t id, const std::vector
         jukebox.magazines.back().present = !random.OneIn(5);
         for (int32_t s = 0; s < jukebox.magazines.back().slotCount; ++s)
             if (random.OneIn(2)) jukebox.SlotEntry(m, s) = RandomSlot(random, volumes);
-        // A magazine may claim slots that are not there.
+        // A magazine may claim too many slots.
         if (random.OneIn(6)) jukebox.magazines.back().slotCount = random.Between(-2, 9);
     }
     if (random.OneIn(6)) jukebox.claimedDrives = random.Between(-2, 6);
@@ -116,7 +116,7 @@ void AddVolume(Farm& farm, RandomNumbers& random, int32_t id, const std::vector<
         volume.locationCounts.push_back(static_cast<uint32_t>(random.Below(7)));
 }
 
-// A part of what there is, each at most once and in any order.
+// A part of the list, each item at most once and in any order.
 std::vector<int32_t> Some(RandomNumbers& random, std::vector<int32_t> all) {
     for (size_t i = all.size(); i > 1; --i)
         std::swap(all[i - 1], all[random.Below(i)]);

@@ -33,7 +33,7 @@ std::string BrokenCallRules(const std::vector<std::string>& calls) {
     return {};
 }
 
-// The code of an error's result line, or -1 when it is none.
+// The code in an error's result line, or -1 when the line is none.
 int64_t CodeOf(std::string_view line) {
     constexpr std::string_view kSystem = "OS error ";
     constexpr std::string_view kService = "KRV error ";
@@ -68,9 +68,9 @@ std::string BrokenResultRules(const ProgramRun& run) {
 std::string BrokenBannerRules(const ProgramRun& run) {
     const size_t banner = run.output.find(kBanner);
     if (banner == std::string::npos) return {};
-    if (banner != 0) return "the banner does not stand first";
+    if (banner != 0) return "the banner is not printed first";
     const bool repeated = run.output.find(kBanner, 1) != std::string::npos;
-    return repeated ? "the banner stands there twice" : "";
+    return repeated ? "the banner is printed twice" : "";
 }
 
 std::string DifferentCalls(const std::vector<std::string>& made, const std::vector<std::string>& expected) {
@@ -86,7 +86,7 @@ void ReplaceAll(std::string& text, std::string_view what, std::string_view by) {
         text.replace(at, what.size(), by);
 }
 
-// As the console writer shows a text on a line without end.
+// The text as the console writer shows it on an unlimited line.
 std::string Shown(std::string text) {
     ReplaceAll(text, "[CmdLine]", "krvcmd");
     ReplaceAll(text, "[ProductName]", "Carvoline");
@@ -94,7 +94,7 @@ std::string Shown(std::string text) {
     return text;
 }
 
-// Rows of unformatted output; -1 where the output cannot be counted.
+// The rows of unformatted output; -1 when they cannot be counted.
 ptrdiff_t CountRows(const CommandSpec& command, const ProgramRun& run) {
     if (command.verb != Verb::Query || !command.notable || command.columns.value_or("?").empty()) return -1;
     return std::count(run.output.begin(), run.output.end(), '\n');
