@@ -1,4 +1,4 @@
-# What every target is compiled with. Link to krvcmd_options to get the warnings and the include path.
+# Compiler options of every target. Link krvcmd_options for the warnings and the include path.
 include(CheckPIESupported)
 
 set(CMAKE_CXX_STANDARD 20)
@@ -16,38 +16,38 @@ target_compile_options(krvcmd_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 target_compile_options(krvcmd_options INTERFACE
   "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wreserved-identifier;-Wnonnull;-Wempty-body>")
-# g++ 12 takes the standard library's own insertion into a std::string for an overlapping copy, and
-# members of an empty std::optional or std::variant for values that are read; its successors do not.
+# False warnings of g++ 12, which later versions do not give: about overlapping copies when the standard library inserts
+# into a std::string, and about uninitialised members of an empty std::optional or std::variant.
 target_compile_options(krvcmd_options INTERFACE
   "$<$<AND:$<COMPILE_LANG_AND_ID:CXX,GNU>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,13>>:-Wno-restrict;-Wno-maybe-uninitialized>")
 
 if(KRVCMD_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-  # clang's fuzzer finds its way by counters in the code.
+  # clang's fuzzer needs counters in the code.
   if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     set(KRVCMD_FUZZ ON)
     add_compile_options(-fsanitize=fuzzer-no-link)
   endif()
 endif()
 
-# What is shipped meets foreign data: volume labels, names and error texts of the service. A mistake
-# in handling them must end the program rather than hand it over. Position-independent executables
-# come with CMAKE_POSITION_INDEPENDENT_CODE above.
+# The program handles untrusted data: volume labels, names and error texts of the service. A memory error must end the
+# program instead of giving control to an attacker. CMAKE_POSITION_INDEPENDENT_CODE above makes the executables
+# position-independent.
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   add_compile_options(-fstack-protector-strong)
   if(WIN32)
     add_link_options(-fstack-protector-strong LINKER:--dynamicbase,--high-entropy-va,--nxcompat)
   else()
-    # The distribution's compiler may define it already, with another value.
+    # The distribution's compiler may define it with another value.
     add_compile_options(-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
     add_link_options(LINKER:-z,relro,-z,now,-z,noexecstack)
   endif()
 endif()
 
 if(WIN32)
-  # Windows 7 and later; its header without what is never used here.
+  # Windows 7 and later, with a small windows.h.
   add_compile_definitions(_WIN32_WINNT=0x0601 WIN32_LEAN_AND_MEAN NOMINMAX)
-  # The same sources give the same bytes.
+  # The same sources give the same files.
   add_link_options(LINKER:--no-insert-timestamp)
 endif()

@@ -1,6 +1,6 @@
-# krvcmd_export_only(TARGET DEF): the shared library TARGET shows the names that the module definition
-# file DEF lists, and nothing else. On Linux hidden visibility is not enough: the standard library marks
-# its templates as visible, and every library that uses them would show them.
+# krvcmd_export_only(TARGET DEF): the shared library TARGET exports only the names in the module definition file DEF. On
+# Linux hidden visibility is not enough: the standard library marks its templates as visible, so every library that uses
+# them would export them.
 function(krvcmd_export_only target def)
   cmake_path(ABSOLUTE_PATH def BASE_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}")
   if(WIN32)

@@ -3,9 +3,8 @@
 #   [PLATFORM_SOURCES STEM ...]  STEM_posix.cpp, or STEM_windows.cpp on Windows
 #   [PUBLIC TARGET ...]          what its headers include
 #   [PRIVATE TARGET ...])        what only its sources include
-# makes the static library NAME, or an interface library when there is nothing to compile. The links are the
-# project's rules of dependency: scripts/check_includes allows a folder to include the folders of the targets that
-# its target links, and nothing else.
+# creates the static library NAME, or an interface library if there are no sources. The links are also the rules for
+# includes: a folder may include only the folders of the targets that its target links. scripts/check_includes checks it.
 function(krvcmd_add_layer name)
   cmake_parse_arguments(ARG "" "" "SOURCES;PLATFORM_SOURCES;PUBLIC;PRIVATE" ${ARGN})
   if(WIN32)

@@ -1,6 +1,6 @@
-# krvcmd_write_target_list(FILE): one line for each target of the project, for scripts/check_includes:
-#   FOLDER|TARGET|what it links|what those that link it get
-# Names within a field are separated by blanks. Called once, after every folder was added.
+# krvcmd_write_target_list(FILE) writes one line per target of the project, for scripts/check_includes:
+#   FOLDER|TARGET|links of the target|links that its users inherit
+# Blanks separate the names in a field. Call it once, after all folders have been added.
 function(krvcmd_collect_targets folder result)
   set(lines "")
   get_property(targets DIRECTORY "${folder}" PROPERTY BUILDSYSTEM_TARGETS)

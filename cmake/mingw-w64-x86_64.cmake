@@ -1,5 +1,5 @@
-# Toolchain: 64-bit Windows programs, cross-compiled with mingw-w64. The runtime is linked in, so that
-# a program needs no DLL but the system's.
+# Toolchain for 64-bit Windows programs, cross-compiled with mingw-w64. The runtime is linked statically, so a program
+# needs only the system's DLLs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
@@ -13,8 +13,8 @@ foreach(kind EXE SHARED MODULE)
   set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static -static-libgcc -static-libstdc++")
 endforeach()
 
-# Nothing of the building machine may get in: headers and libraries come from the toolchain, the rest
-# is made for the target by the modules in cmake/windows.
+# Headers and libraries come only from the toolchain, not from the building machine. The modules in cmake/windows provide
+# the other libraries.
 set(CMAKE_FIND_ROOT_PATH /usr/${kMingw})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
@@ -22,5 +22,5 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 list(PREPEND CMAKE_MODULE_PATH "${CMAKE_CURRENT_LIST_DIR}/windows")
 
-# Programs made for the target are run by wine, by ctest too.
+# CMake and ctest run the programs under Wine.
 set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../scripts/lib/wine")

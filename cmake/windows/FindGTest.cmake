@@ -1,5 +1,5 @@
-# GoogleTest for the target, built from the sources that the system's package googletest holds. Gives
-# GTest::gtest and its companions, as CMake's own module does.
+# GoogleTest for Windows, built from the sources in the system's package googletest. Gives GTest::gtest and the related
+# targets, as CMake's own module does.
 set(kGoogleTestSource /usr/src/googletest)
 
 if(NOT TARGET GTest::gtest)

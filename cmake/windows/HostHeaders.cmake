@@ -1,6 +1,5 @@
-# Libraries of headers only are the same for every target. Those that the building machine's packages
-# hold are copied into an include folder of their own, so that nothing else of the machine's headers
-# comes along. Every target finds them there, as it finds them in the system's folder on Linux.
+# Header-only libraries are the same for every system. This copies them from the building machine's packages to an include
+# folder of their own, without any other header of the machine.
 set(KRVCMD_HOST_HEADERS "${CMAKE_BINARY_DIR}/dependencies/include")
 
 foreach(folder toml++ CLI nlohmann)

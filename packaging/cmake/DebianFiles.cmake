@@ -1,4 +1,4 @@
-# Run by cpack before it packs: brings what is installed into the form that Debian asks for.
+# cpack runs this before it packs: compresses and adds files as Debian's policy requires.
 file(GLOB roots "${CPACK_TEMPORARY_DIRECTORY}/*")
 foreach(root IN LISTS roots)
   file(GLOB_RECURSE pages "${root}/usr/share/man/*")

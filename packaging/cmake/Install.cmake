@@ -1,11 +1,11 @@
-# Where everything goes with `cmake --install`, in three components:
+# Where `cmake --install` puts the files, in three components:
 #   krvcmd        the program, its manual page, completion and guides
-#   simulator     the client library with the simulated farm and its tool
-#   development   what is needed to write another client library, or a program that calls one
+#   simulator     the client library with the simulated farm, and krvsim
+#   development   the files for authors of client libraries and of programs that call them
 include(GNUInstallDirs)
 
 if(WIN32)
-  # A folder that can be unpacked anywhere; krvcmd finds the library beside itself.
+  # The folder works anywhere, because krvcmd finds the library next to itself.
   set(program_dir .)
   set(library_dir .)
   set(header_dir sdk)
@@ -14,8 +14,8 @@ if(WIN32)
     set(doc_dir_${component} docs)
   endforeach()
 else()
-  # krvcmd looks for the client library in ../lib beside its own folder, whatever the system calls its
-  # folder of libraries; a distribution whose loader searches another one may say so.
+  # krvcmd searches for the client library in the folder ../lib next to its own. A distribution can choose a folder that
+  # its loader searches.
   set(KRVCMD_LIBRARY_DIR lib CACHE STRING "Folder of the client library, below the prefix")
   set(KRVCMD_ZSH_COMPLETION_DIR "${CMAKE_INSTALL_DATADIR}/zsh/site-functions" CACHE STRING
     "Folder of zsh's completion functions, below the prefix")
@@ -36,7 +36,7 @@ if(TARGET krvsim)
   install(TARGETS krvsim RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
 endif()
 
-# The guides lead to each other, so they stay together.
+# The guides link to each other, so they are in one folder.
 foreach(guide guide fleet rehearse-a-script krvsim layout simulated-service)
   install(FILES "${CMAKE_SOURCE_DIR}/docs/${guide}.md" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
 endforeach()
@@ -63,7 +63,7 @@ install(FILES "${completion}/krvcmd.fish"
 get_property(pages GLOBAL PROPERTY KRVCMD_MANUAL_PAGES)
 foreach(page IN LISTS pages)
   if(page MATCHES "/krvsim" AND NOT TARGET krvsim)
-    continue()  # layout files are read by the tool only
+    continue()  # only krvsim reads layout files
   endif()
   cmake_path(GET page EXTENSION LAST_ONLY section)
   string(REPLACE "." "man" section "${section}")

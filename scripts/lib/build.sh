@@ -1,9 +1,9 @@
-# Configuring and building. Sourced by the scripts after packages.sh, never run; they set kRoot.
+# Configures and builds. The scripts source this file after packages.sh and set kRoot.
 # shellcheck shell=bash disable=SC2154
 
 readonly kOldestCMake=3.25
 
-# A compiler cache is used when there is one; nothing asks for it.
+# ccache is optional.
 use_compiler_cache() {
     command -v ccache >/dev/null 2>&1 || return 0
     export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
@@ -14,12 +14,12 @@ check_cmake() {
     local have
     have=$(cmake --version | sed -n '1s/[^0-9]*\([0-9.]*\).*/\1/p')
     if [ "$(printf '%s\n%s\n' "$kOldestCMake" "$have" | sort -V | head -n 1)" != "$kOldestCMake" ]; then
-        say "cmake $kOldestCMake or newer is needed (Debian 12 and Ubuntu 24.04 have it); this one is $have."
+        say "CMake $kOldestCMake or newer is necessary (Debian 12 and Ubuntu 24.04 have it); this one is $have."
         return 1
     fi
 }
 
-# Configures a preset. What cmake says is shown only when it fails.
+# Configures a preset. Shows CMake's output only when it fails.
 configure() { # PRESET [CMAKE ARGUMENT ...]
     local preset=$1 log
     shift

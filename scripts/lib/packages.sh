@@ -1,11 +1,11 @@
-# Finds out what is missing on this machine and installs it. Sourced by the scripts, never run.
+# Installs the packages that this machine lacks. The scripts source this file.
 # shellcheck shell=bash
 
-# One need per line: how to see that it is there, and the package that brings it.
+# One need per line: how to detect it, and the package that contains it.
 #   command NAME   a program on the PATH
 #   header  NAME   a header that the compiler finds
 #   file    PATH   a file
-#   package NAME   an installed package (for what can be seen in no other way)
+#   package NAME   an installed package, if nothing else shows that it is there
 readonly kBuildNeeds='
 command cmake                 cmake
 command ninja                 ninja-build
@@ -20,7 +20,7 @@ readonly kDevelopmentNeeds='
 header  gtest/gtest.h         libgtest-dev
 command clang++               clang
 command clang-format          clang-format
-command clang-tidy            clang-tidy
+command run-clang-tidy        clang-tidy
 package libclang-rt-dev       libclang-rt-dev
 command python3               python3
 command readelf               binutils
@@ -35,7 +35,7 @@ command parallel              parallel
 command ansible-playbook      ansible-core
 '
 
-# What building for Windows needs beyond kBuildNeeds.
+# The Windows build needs these in addition to kBuildNeeds.
 readonly kWindowsBuildNeeds='
 command x86_64-w64-mingw32-g++-posix  g++-mingw-w64-x86-64-posix
 command dpkg-source                   dpkg-dev
@@ -67,7 +67,7 @@ is_there() { # KIND NAME
     esac
 }
 
-# Prints the packages that the given needs ask for and that are not there, one per line.
+# Prints the missing packages, one per line.
 missing_packages() { # NEEDS
     local kind name package
     while read -r kind name package; do
@@ -76,7 +76,7 @@ missing_packages() { # NEEDS
     done <<<"$1"
 }
 
-# Runs a command as root; prints why when that cannot be.
+# Runs a command as root.
 as_root() {
     if [ "$(id -u)" = 0 ]; then
         "$@"
@@ -85,7 +85,7 @@ as_root() {
     fi
 }
 
-# Installs what is missing; returns non-zero after a message when that fails.
+# Installs what is missing. Prints a message and returns nonzero if that fails.
 ensure_needs() { # NEEDS
     local missing
     mapfile -t missing < <(missing_packages "$1")
@@ -94,23 +94,23 @@ ensure_needs() { # NEEDS
     local byHand="apt-get install ${missing[*]}"
     if ! command -v apt-get >/dev/null 2>&1; then
         say "Missing on this machine: ${missing[*]} (names as on Debian and Ubuntu)."
-        say "There is no apt-get here to install them with; install them by your system's own means and run this again."
+        say "This system has no apt-get. Install them with its own package manager and run this again."
         return 1
     fi
     if [ "$(id -u)" != 0 ] && ! command -v sudo >/dev/null 2>&1; then
         say "Missing on this machine: ${missing[*]}."
-        say "Installing them takes root or sudo, and there is neither. Ask an administrator to run:"
+        say "Installing them needs root or sudo. Ask an administrator to run:"
         say "    $byHand"
         return 1
     fi
 
     say "Installing: ${missing[*]}"
     local apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o DPkg::Lock::Timeout=300)
-    # Old package lists may still do, so only a failing installation counts.
-    as_root "${apt[@]}" update </dev/null >&2 || say "The package lists could not be refreshed; going on with those at hand."
+    # Old package lists may be good enough, so only a failing installation is an error.
+    as_root "${apt[@]}" update </dev/null >&2 || say "apt-get cannot update the package lists; the old ones are used."
     if ! as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null >&2; then
-        say "The packages could not be installed (see above: no network, no rights, or no such package)."
-        say "When that is mended, run this again, or install them by hand:"
+        say "apt-get cannot install the packages (see above: no network, no permission, or an unknown package)."
+        say "Solve the problem and run this again, or install them by hand:"
         say "    $byHand"
         return 1
     fi
