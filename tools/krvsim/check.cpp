@@ -1,6 +1,7 @@
 #include "embedded/farms/servers.h"
-#include "tools/krvsim/commands.h"
+#include "tools/common/command_line.h"
 #include "tools/krvsim/farm_query.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

@@ -1,9 +1,10 @@
 #include "embedded/farms/farm_writer.h"
+#include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
 #include "tools/foreign/farm_copy.h"
-#include "tools/krvsim/commands.h"
 #include "tools/krvsim/new_farm.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

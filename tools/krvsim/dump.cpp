@@ -2,8 +2,9 @@
 #include "embedded/farms/servers.h"
 #include "embedded/layout/json_writer.h"
 #include "embedded/layout/layout_writer.h"
+#include "tools/common/command_line.h"
 #include "tools/foreign/farm_copy.h"
-#include "tools/krvsim/commands.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

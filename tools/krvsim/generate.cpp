@@ -2,10 +2,11 @@
 #include "embedded/model/farm_words.h"
 #include "embedded/model/joined.h"
 #include "embedded/model/media_types.h"
+#include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/commands.h"
 #include "tools/krvsim/new_farm.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

@@ -9,9 +9,10 @@
 #include "embedded/farms/servers.h"
 #include "embedded/layout/contradictions.h"
 #include "embedded/layout/layout_reader.h"
+#include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/commands.h"
 #include "tools/krvsim/new_farm.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

@@ -5,11 +5,12 @@
 #include "embedded/farms/servers.h"
 #include "embedded/layout/text_encoding.h"
 #include "embedded/store/transaction.h"
+#include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvsim/call_items.h"
-#include "tools/krvsim/commands.h"
 #include "tools/krvsim/farm_query.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

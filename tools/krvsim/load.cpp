@@ -6,9 +6,10 @@
 #include "embedded/model/media_types.h"
 #include "embedded/store/transaction.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
+#include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/commands.h"
 #include "tools/krvsim/farm_query.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

@@ -5,9 +5,10 @@
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/farm_file.h"
+#include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/commands.h"
 #include "tools/krvsim/farm_query.h"
+#include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
 namespace {

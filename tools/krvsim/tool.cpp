@@ -1,7 +1,6 @@
 #include "tools/krvsim/tool.h"
 
 #include "tools/common/command_line.h"
-#include "tools/krvsim/commands.h"
 
 namespace embedded::tools {
 namespace {

@@ -11,4 +11,17 @@ namespace embedded::tools {
 // 2 = the command line is invalid.
 int RunTool(const std::vector<std::string>& words, const Streams& streams);
 
+class CommandLine;
+
+// Each defines the command, or the group of commands, of the file with the same name.
+void AddInit(CommandLine& line);
+void AddDump(CommandLine& line);
+void AddGenerate(CommandLine& line);
+void AddClone(CommandLine& line);
+void AddLoad(CommandLine& line);  // load and unload
+void AddFault(CommandLine& line);
+void AddJournal(CommandLine& line);
+void AddCheck(CommandLine& line);
+void AddServers(CommandLine& line);
+
 }  // namespace embedded::tools
