@@ -5,7 +5,7 @@
 
 #include "embedded/layout/text_encoding.h"
 #include "embedded/model/farm_words.h"
-#include "embedded/model/joined.h"
+#include "embedded/model/strings.h"
 #include "embedded/model/media_types.h"
 
 namespace embedded {

@@ -38,7 +38,10 @@ std::string Row::Text(int column) const {
 
 void ForEachRow(Database& database, const std::string& statement, const std::vector<Value>& values,
                 const std::function<void(const Row&)>& read) {
-    const StatementHandle prepared = database.Prepare(statement);
+    sqlite3_stmt* raw = nullptr;
+    const int outcome = sqlite3_prepare_v2(database.GetConnection(), statement.c_str(), -1, &raw, nullptr);
+    if (outcome != SQLITE_OK) database.Fail(outcome);
+    const StatementHandle prepared(raw);
     int position = 0;
     for (const Value& value : values)
         Bind(prepared.get(), ++position, value);

@@ -3,7 +3,7 @@
 
 #include "embedded/calls/call_info.h"
 #include "embedded/farms/servers.h"
-#include "embedded/store/transaction.h"
+#include "embedded/store/database.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvsim/call_items.h"

@@ -1,6 +1,6 @@
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm_words.h"
-#include "embedded/model/joined.h"
+#include "embedded/model/strings.h"
 #include "embedded/model/media_types.h"
 #include "tools/common/command_line.h"
 #include "tools/common/long_task.h"

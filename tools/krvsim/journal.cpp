@@ -4,7 +4,7 @@
 
 #include "embedded/farms/servers.h"
 #include "embedded/layout/text_encoding.h"
-#include "embedded/store/transaction.h"
+#include "embedded/store/database.h"
 #include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"

@@ -4,7 +4,7 @@
 #include "embedded/model/farm.h"
 #include "embedded/model/farm_words.h"
 #include "embedded/model/media_types.h"
-#include "embedded/store/transaction.h"
+#include "embedded/store/database.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"

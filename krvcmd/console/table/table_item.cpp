@@ -8,15 +8,8 @@ namespace Ostrel::UI::Console {
 namespace {
 
 size_t BlanksInFront(Alignment alignment, size_t blanks) {
-    switch (alignment) {
-        case Alignment::Left:
-            return 0;
-        case Alignment::Centre:
-            return blanks / 2;
-        case Alignment::Right:
-            return blanks;
-    }
-    return 0;
+    if (alignment == Alignment::Left) return 0;
+    return alignment == Alignment::Centre ? blanks / 2 : blanks;
 }
 
 }  // namespace
