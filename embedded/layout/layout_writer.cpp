@@ -5,8 +5,8 @@
 
 #include "embedded/layout/text_encoding.h"
 #include "embedded/model/farm_words.h"
-#include "embedded/model/strings.h"
 #include "embedded/model/media_types.h"
+#include "embedded/model/strings.h"
 
 namespace embedded {
 namespace {

@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "embedded/model/strings.h"
+
 namespace embedded {
 namespace {
 
@@ -48,13 +50,9 @@ bool IsText(std::string_view bytes) {
 }
 
 std::string ToHex(std::string_view bytes) {
-    constexpr std::string_view kDigits = "0123456789abcdef";
     std::string digits;
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        digits += kDigits[byte >> 4U];
-        digits += kDigits[byte & 0xFU];
-    }
+    for (const char byte : bytes)
+        digits += HexDigits(byte);
     return digits;
 }
 

@@ -1,7 +1,8 @@
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm_words.h"
-#include "embedded/model/strings.h"
 #include "embedded/model/media_types.h"
+#include "embedded/model/random.h"
+#include "embedded/model/strings.h"
 #include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
@@ -21,28 +22,6 @@ struct GenerateOptions {
     int32_t fill = 80;      // percentage of the slots that hold a medium
     int64_t seed = 1;
     Existing existing = Existing::Keep;
-};
-
-// The same numbers for the same seed on every platform (SplitMix64).
-class Random {
-  public:
-    explicit Random(int64_t seed) : m_state(static_cast<uint64_t>(seed)) {}
-
-    // From 0 to count - 1.
-    uint64_t Below(uint64_t count) { return Next() % count; }
-
-    bool Chance(uint64_t percent) { return Below(100) < percent; }
-
-  private:
-    uint64_t Next() {
-        m_state += 0x9E3779B97F4A7C15U;
-        uint64_t mixed = m_state;
-        mixed = (mixed ^ (mixed >> 30U)) * 0xBF58476D1CE4E5B9U;
-        mixed = (mixed ^ (mixed >> 27U)) * 0x94D049BB133111EBU;
-        return mixed ^ (mixed >> 31U);
-    }
-
-    uint64_t m_state;
 };
 
 std::string Padded(int64_t number, size_t digits) {
@@ -70,7 +49,7 @@ class Generator {
         FarmJukebox jukebox;
         jukebox.id = number;
         jukebox.name = "Jukebox " + Padded(number, 3);
-        jukebox.doubleSided = m_random.Chance(50);
+        jukebox.doubleSided = m_random.PerCent(50);
         jukebox.changer = {"TINDRAK", "Tower " + std::to_string(m_options.slots), "4.0", {number, 0, 0}};
         for (int32_t drive = 1; drive <= 4; ++drive) {
             jukebox.drives.push_back({{"OVELLE", "MultiDrive M5", "A103", {number, drive, 0}}, true, {0, 0}});
@@ -91,7 +70,7 @@ class Generator {
         FarmMagazine magazine;
         magazine.slotCount = m_options.slots;
         for (int32_t slot = 1; slot <= m_options.slots; ++slot) {
-            if (!m_random.Chance(static_cast<uint64_t>(m_options.fill))) continue;
+            if (!m_random.PerCent(static_cast<uint64_t>(m_options.fill))) continue;
             FarmMedium medium = MakeMedium(jukebox);
             medium.slot = slot;
             magazine.media.push_back(std::move(medium));
@@ -104,7 +83,7 @@ class Generator {
         const MediaType& type = types[m_random.Below(types.size())];
         FarmMedium medium;
         medium.type = type.code;
-        const int sides = jukebox.doubleSided && m_random.Chance(50) ? 2 : 1;
+        const int sides = jukebox.doubleSided && m_random.PerCent(50) ? 2 : 1;
         for (int side = 0; side < sides; ++side)
             medium.sides.push_back(MakeSide(jukebox, type));
         return medium;
@@ -122,7 +101,7 @@ class Generator {
         volume.fileSystem = type.access == Access::Random ? "UDF 2.01" : "UDF 1.50 seq";
         volume.total = type.capacity;
         volume.free = m_random.Below(type.capacity);
-        volume.enabled = !m_random.Chance(2);
+        volume.enabled = !m_random.PerCent(2);
         volume.directories = {Joined({"archive\\", jukebox.name, "\\", number})};
         m_volumes.push_back(std::move(volume));
         return UsualSide(type.code, Content::FileSystem, m_lastVolume);

@@ -4,8 +4,8 @@
 
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/refusal.h"
-#include "embedded/store/farm_file.h"
 #include "embedded/store/database.h"
+#include "embedded/store/farm_file.h"
 #include "tools/common/long_task.h"
 
 namespace embedded::tools {
