@@ -1,5 +1,6 @@
 #include "krvcmd/service/sdk/call.h"
 
+#include <cstring>
 #include <new>
 #include <string_view>
 
@@ -7,11 +8,8 @@
 
 namespace krvcmd {
 
-CallContext::CallContext(KrvSession session) {
-    m_context.headSize = offsetof(KrvCallContext, error);
-    m_context.session = session;
-    m_context.errorInfo = &m_context.error;
-    m_context.error.size = sizeof(KrvErrorInfo);
+void ClearMemory(void* memory, size_t size) {
+    std::memset(memory, 0, size);
 }
 
 Status CallContext::ServiceError() const {

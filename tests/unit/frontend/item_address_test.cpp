@@ -115,7 +115,7 @@ std::string Addressed(const Words& words) {
         if (number.has_value()) text += std::string(" ") + name + std::to_string(*number);
     };
     const auto addId = [&add](const char* name, int32_t id) {
-        if (id >= 0) add(name, id);
+        if (id != -1) add(name, id);
     };
     for (const ItemAddress& entry : addresses) {
         text += " (";
