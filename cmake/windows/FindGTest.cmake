@@ -7,7 +7,11 @@ if(NOT TARGET GTest::gtest)
     message(FATAL_ERROR "The sources of GoogleTest are not in ${kGoogleTestSource} (package googletest).")
   endif()
   set(INSTALL_GTEST OFF)
+  # Warnings in third-party code are not errors.
+  set(warningAsError "${CMAKE_COMPILE_WARNING_AS_ERROR}")
+  set(CMAKE_COMPILE_WARNING_AS_ERROR OFF)
   add_subdirectory("${kGoogleTestSource}" "${CMAKE_BINARY_DIR}/dependencies/googletest" EXCLUDE_FROM_ALL SYSTEM)
+  set(CMAKE_COMPILE_WARNING_AS_ERROR "${warningAsError}")
 endif()
 
 include(FindPackageHandleStandardArgs)
