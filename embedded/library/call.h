@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "embedded/library/session.h"
+#include "embedded/sessions/session.h"
 #include "embedded/model/refusal.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 

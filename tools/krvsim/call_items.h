@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "embedded/calls/call_info.h"
+#include "embedded/journal/call_info.h"
 #include "tools/common/command_line.h"
 #include "tools/krvsim/farm_query.h"
 

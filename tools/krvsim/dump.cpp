@@ -3,7 +3,7 @@
 #include "embedded/layout/json_writer.h"
 #include "embedded/layout/layout_writer.h"
 #include "tools/common/command_line.h"
-#include "tools/foreign/farm_copy.h"
+#include "tools/library_reader/farm_copy.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {

@@ -1,7 +1,7 @@
 #include <charconv>
 #include <limits>
 
-#include "embedded/calls/call_info.h"
+#include "embedded/journal/call_info.h"
 #include "embedded/farms/servers.h"
 #include "embedded/store/database.h"
 #include "tools/common/command_line.h"

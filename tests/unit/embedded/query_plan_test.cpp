@@ -12,7 +12,7 @@
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm.h"
 #include "embedded/model/farm_words.h"
-#include "embedded/rules/import_export_scan.h"
+#include "embedded/catalogue/import_export_scan.h"
 #include "embedded/store/database.h"
 #include "embedded/store/farm_file.h"
 #include "tests/unit/embedded/support/farm_fixture.h"

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <cmath>
 
-#include "embedded/calls/faults.h"
+#include "embedded/simulated/faults.h"
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 

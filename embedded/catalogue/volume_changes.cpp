@@ -1,0 +1,79 @@
+#include "embedded/catalogue/volume_changes.h"
+
+#include "embedded/store/statement.h"
+
+namespace embedded {
+namespace {
+
+// CROSS JOIN keeps the order of the tables as written: each is searched by the one before it.
+constexpr Sql kReach = R"sql(
+    SELECT count(*), coalesce(sum(d.place = 1 AND g.present = 1), 0)
+    FROM side i
+    CROSS JOIN medium d ON d.id = i.medium
+    LEFT JOIN magazine g ON g.jukebox = d.jukebox AND g.number = d.magazine
+    WHERE i.volume = ?1
+)sql";
+
+constexpr Sql kTakeVolumeId = R"sql(
+    UPDATE server SET next_volume = next_volume + 1 WHERE id = 1 RETURNING next_volume - 1
+)sql";
+
+constexpr Sql kNumberSides = R"sql(UPDATE side SET volume = ?2 WHERE volume = ?1)sql";
+constexpr Sql kNumberVolume = R"sql(UPDATE volume SET id = ?2 WHERE id = ?1)sql";
+constexpr Sql kNumberDirectories = R"sql(UPDATE directory SET volume = ?2 WHERE volume = ?1)sql";
+
+constexpr Sql kRemoveVolume = R"sql(DELETE FROM volume WHERE id = ?1)sql";
+constexpr Sql kRemoveDirectories = R"sql(DELETE FROM directory WHERE volume = ?1)sql";
+constexpr Sql kForgetOddState = R"sql(DELETE FROM odd_state WHERE volume = ?1)sql";
+
+constexpr Sql kSetVolumeState = R"sql(UPDATE volume SET state = ?2 WHERE id = ?1)sql";
+
+}  // namespace
+
+VolumeReach FindReach(Database& database, int32_t volume) {
+    VolumeReach reach;
+    Statement row(database, kReach, volume);
+    row.Next();
+    row >> reach.sides >> reach.reached;
+    return reach;
+}
+
+int32_t TakeVolumeId(Database& database) {
+    Statement row(database, kTakeVolumeId);
+    row.Next();
+    return row.Read<int32_t>();
+}
+
+void NumberNewVolumes(Database& database, const Medium& medium) {
+    for (const Side& side : FindSides(database, medium)) {
+        if (side.volume >= 0) continue;
+        const int32_t number = TakeVolumeId(database);
+        Run(database, kNumberSides, side.volume, number);
+        Run(database, kNumberVolume, side.volume, number);
+        Run(database, kNumberDirectories, side.volume, number);
+        Run(database, kForgetOddState, side.volume);
+    }
+}
+
+void RemoveVolume(Database& database, int32_t volume) {
+    Run(database, kRemoveVolume, volume);
+    Run(database, kRemoveDirectories, volume);
+    Run(database, kForgetOddState, volume);
+}
+
+void RefreshVolumeState(Database& database, int32_t volume) {
+    const auto found = FindVolume(database, volume);
+    if (!found.has_value()) return;
+    const VolumeReach reach = FindReach(database, volume);
+    Run(database, kSetVolumeState, volume,
+        UsualState(found->type, found->isEnabled, reach.sides, reach.reached));
+    Run(database, kForgetOddState, volume);
+}
+
+void RefreshVolumesOf(Database& database, const Medium& medium) {
+    for (const Side& side : FindSides(database, medium)) {
+        if (side.volume != 0) RefreshVolumeState(database, side.volume);
+    }
+}
+
+}  // namespace embedded

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+
+#include "embedded/catalogue/items.h"
+
+namespace embedded {
+
+// What changes of media do to the volumes on them.
+
+// How many sides a volume has, and how many of them are in slots of present magazines.
+struct VolumeReach {
+    int64_t sides = 0;
+    int64_t reached = 0;
+};
+
+VolumeReach FindReach(Database& database, int32_t volume);
+
+// The number for the next new volume; it is never given again.
+int32_t TakeVolumeId(Database& database);
+
+// A volume that the service sees for the first time, on this medium, gets its number.
+void NumberNewVolumes(Database& database, const Medium& medium);
+
+void RemoveVolume(Database& database, int32_t volume);
+
+// Sets the volume's state by where its media are and whether it is enabled, after either has changed.
+void RefreshVolumeState(Database& database, int32_t volume);
+void RefreshVolumesOf(Database& database, const Medium& medium);
+
+}  // namespace embedded

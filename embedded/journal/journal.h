@@ -1,0 +1,48 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "embedded/journal/call_info.h"
+#include "embedded/store/database.h"
+
+namespace embedded {
+
+// The journal of a farm: every call that any process made, while it is switched on.
+struct JournalEntry {
+    CallInfo call;
+    std::chrono::system_clock::time_point time;  // when the call began
+    std::chrono::steady_clock::duration duration{0};
+    uint64_t session = 0;
+    bool succeeded = true;
+    int32_t code = 0;
+    std::string text;    // of the failure
+    std::string change;  // what the call changed, in words; empty when nothing
+};
+
+// Appends the entry and drops the oldest ones beyond the limit, in the caller's transaction.
+void WriteJournal(Database& database, int64_t limit, const JournalEntry& entry);
+
+// An entry as the database keeps it.
+struct StoredJournalEntry {
+    int64_t id = 0;
+    std::chrono::system_clock::time_point time;
+    int64_t duration = 0;  // microseconds
+    int64_t process = 0;
+    uint64_t session = 0;
+    std::string function;
+    Item item;             // without its text
+    std::string argument;  // the text that came with the call
+    bool succeeded = true;
+    int64_t code = 0;
+    std::string text;
+    std::string change;
+};
+
+// Hands over the entries behind the one with the ID `last`, in order.
+void ReadJournal(Database& database, int64_t last,
+                 const std::function<void(const StoredJournalEntry&)>& read);
+
+}  // namespace embedded

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "embedded/journal/call_info.h"
+#include "embedded/sessions/connection.h"
+
+namespace embedded {
+
+// Whether calls take the longer way: faults are applied first, and the journal records how the call ended.
+// The state is the one of the connection's last view.
+inline bool IsObserved(const ServiceState& state) {
+    return state.journalLimit > 0 || state.faultCount > 0;
+}
+
+using Look = std::function<void(const View&)>;
+// Returns what it has changed, in words.
+using Change = std::function<std::string(Database&)>;
+
+// Runs a look or a change as the session's call. What either throws is rethrown. The journal entry of
+// a change that succeeds is part of the same transaction.
+void ObserveLook(Connection& connection, uint64_t session, const CallInfo& call, const Look& look);
+void ObserveChange(Connection& connection, uint64_t session, const CallInfo& call, const Change& change);
+
+}  // namespace embedded

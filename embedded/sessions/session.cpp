@@ -1,0 +1,102 @@
+#include "embedded/sessions/session.h"
+
+#include <filesystem>
+#include <memory>
+
+#include "embedded/farms/servers.h"
+#include "embedded/model/refusal.h"
+#include "embedded/platform/platform.h"
+#include "embedded/catalogue/service_state.h"
+
+namespace embedded {
+namespace {
+
+std::unique_ptr<Database> Open(const std::string& server) {
+    std::unique_ptr<Database> database = OpenServer(server);
+    // The file's time tells when the server was last used; looks leave no other trace.
+    std::error_code ignored;
+    std::filesystem::last_write_time(database->GetFile(), std::filesystem::file_time_type::clock::now(),
+                                     ignored);
+    return database;
+}
+
+}  // namespace
+
+Session::Session(const std::string& server, uint64_t handle)
+    : m_server(server), m_handle(handle), m_connection(Open(server)) {
+    m_epoch = m_connection.Refresh().epoch;
+    Read({"KrvSessionCreate", WithText({}, m_server.c_str())}, [](const View&) {});
+}
+
+void Session::RequireRunning() const {
+    const ServiceState& state = m_connection.GetState();
+    if (!state.isRunning) throw Refuse(Code::ServiceStopped, {m_server});
+    if (state.epoch != m_epoch) throw Refuse(Code::SessionEnded, {m_server});
+}
+
+void Session::Write(const CallInfo& call, const Change& change) {
+    const std::scoped_lock lock(m_mutex);
+    const auto work = [&](Database& database) {
+        RequireRunning();
+        return change(database);
+    };
+    const bool isObserved = IsObserved(m_connection.Refresh());
+    m_connection.StartWaiting();
+    if (isObserved) {
+        ObserveChange(m_connection, m_handle, call, work);
+    } else {
+        m_connection.Change([&](Database& database) { (void)work(database); });
+    }
+}
+
+void Session::Close(const CallInfo& call) {
+    const std::scoped_lock lock(m_mutex);
+    // A caller that has waited in vain for ten seconds does not wait for the journal too.
+    if (m_connection.GetDatabase().HasGivenUp()) return;
+    const bool isObserved = IsObserved(m_connection.Refresh());
+    m_connection.StartWaiting();
+    if (isObserved) ObserveLook(m_connection, m_handle, call, [](const View&) {});
+}
+
+SessionTable& SessionTable::Instance() {
+    static SessionTable table;
+    return table;
+}
+
+KrvSession SessionTable::Reserve() {
+    const std::scoped_lock lock(m_mutex);
+    // The process stands in the upper half, so that a journal can tell the sessions of all apart.
+    return KrvSession{ProcessId()} << 32U | ++m_last;
+}
+
+void SessionTable::Add(KrvSession handle, std::shared_ptr<Session> session) {
+    const std::scoped_lock lock(m_mutex);
+    m_sessions.emplace(handle, std::move(session));
+}
+
+std::shared_ptr<Session> SessionTable::Find(KrvSession handle) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_sessions.find(handle);
+    if (found == m_sessions.end()) throw Refuse(Code::NoSession, {std::to_string(handle)});
+    return found->second;
+}
+
+std::shared_ptr<Session> SessionTable::Remove(KrvSession handle) {
+    const std::scoped_lock lock(m_mutex);
+    const auto found = m_sessions.find(handle);
+    if (found == m_sessions.end()) throw Refuse(Code::NoSession, {std::to_string(handle)});
+    std::shared_ptr<Session> session = std::move(found->second);
+    m_sessions.erase(found);
+    return session;
+}
+
+void StartServer(const std::string& server, const CallInfo& call) {
+    Connection connection(Open(server));
+    if (IsObserved(connection.Refresh())) {
+        ObserveChange(connection, 0, call, StartService);
+    } else {
+        connection.Change([](Database& database) { (void)StartService(database); });
+    }
+}
+
+}  // namespace embedded

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+
+#include "embedded/journal/call_info.h"
+#include "embedded/sessions/connection.h"
+#include "embedded/sessions/observer.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
+
+namespace embedded {
+
+// One session of a caller with a server's service.
+class Session {
+  public:
+    // Opens the session; refuses unknown servers and stopped ones. The demonstration servers get
+    // their farm here when they have none. The handle is for the journal.
+    Session(const std::string& server, uint64_t handle);
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session() = default;
+
+    // Runs a look: it sees the farm as of now or of the last commit, and nothing of a change that
+    // another process has begun.
+    template <typename LookFunction>
+    void Read(const CallInfo& call, const LookFunction& look) {
+        const std::scoped_lock lock(m_mutex);
+        if (!IsObserved(m_connection.Refresh())) {
+            RequireRunning();
+            look(m_connection.GetView());
+            return;
+        }
+        m_connection.StartWaiting();
+        ObserveLook(m_connection, m_handle, call, [&](const View& view) {
+            RequireRunning();
+            look(view);
+        });
+    }
+
+    // Runs a change as one transaction: all of it is kept, or, when it throws, nothing.
+    void Write(const CallInfo& call, const Change& change);
+
+    // The last call of the session, for the journal alone.
+    void Close(const CallInfo& call);
+
+  private:
+    void RequireRunning() const;
+
+    std::mutex m_mutex;
+    std::string m_server;
+    uint64_t m_handle;
+    Connection m_connection;
+    int64_t m_epoch = 0;  // that the session was opened in
+};
+
+// The sessions that this process has open, by their handles.
+class SessionTable {
+  public:
+    // The process's own table.
+    static SessionTable& Instance();
+
+    // A handle for a session that is about to be opened; never 0 and never given out twice.
+    KrvSession Reserve();
+    void Add(KrvSession handle, std::shared_ptr<Session> session);
+
+    // Refuses a handle that is not open. A session that is closed by another thread meanwhile lives
+    // on until its last call is over.
+    std::shared_ptr<Session> Find(KrvSession handle);
+    std::shared_ptr<Session> Remove(KrvSession handle);
+
+  private:
+    std::mutex m_mutex;
+    std::unordered_map<KrvSession, std::shared_ptr<Session>> m_sessions;
+    KrvSession m_last = 0;
+};
+
+// Starts the service of a server without a session.
+void StartServer(const std::string& server, const CallInfo& call);
+
+}  // namespace embedded
