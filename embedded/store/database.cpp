@@ -58,7 +58,7 @@ Database::Access Database::AccessTo(const std::filesystem::path& file) {
     log += "-wal";
     std::error_code failure;
     const auto size = std::filesystem::file_size(log, failure);
-    return failure || size == 0 ? Access::Fixed : Access::Looking;
+    return failure || size == 0 ? Access::Fixed : Access::ReadOnly;
 }
 
 Database::Database(const std::filesystem::path& file, const std::filesystem::path& shownAs)

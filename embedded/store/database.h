@@ -39,14 +39,14 @@ class Database {
     // How long a call waits for other processes, all its waits together.
     static constexpr std::chrono::milliseconds kPatience{9500};
 
-    // Opens an existing file. Nothing is read yet, so what the file holds is not known. A file that this
-    // process may not change is opened for looking alone. Failures name the file `shownAs`, where given.
+    // Opens an existing file, without reading anything from it yet. A file that this process may not change
+    // is opened read-only. Failures name the file `shownAs`, where given.
     explicit Database(const std::filesystem::path& file, const std::filesystem::path& shownAs = {});
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
     ~Database() = default;
 
-    // A new call begins: its patience is fresh.
+    // Starts the waiting time of a new call.
     void StartWaiting() {
         m_deadline = std::chrono::steady_clock::now() + kPatience;
         m_hasGivenUp = false;
@@ -72,8 +72,8 @@ class Database {
     const std::filesystem::path& GetFile() const { return m_file; }
 
   private:
-    // Fixed: there is no log of changes beside the file, and none can be made.
-    enum class Access { Full, Looking, Fixed };
+    // Fixed: read-only, without a log of changes beside the file, and none can be made.
+    enum class Access { Full, ReadOnly, Fixed };
 
     static Access AccessTo(const std::filesystem::path& file);
     static int WaitForOthers(void* database, int attempt);
