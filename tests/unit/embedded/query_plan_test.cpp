@@ -23,7 +23,7 @@ namespace {
 // The sources of what a call of the library runs.
 std::vector<std::string> SourcesOfCalls() {
     std::vector<std::string> sources;
-    for (const char* folder : {"calls", "library", "rules"}) {
+    for (const char* folder : {"catalogue", "journal", "library", "sessions", "simulated"}) {
         const std::filesystem::path path = std::filesystem::path(EMBEDDED_SOURCES) / folder;
         for (const auto& entry : std::filesystem::directory_iterator(path)) {
             if (entry.path().extension() != ".cpp") continue;
