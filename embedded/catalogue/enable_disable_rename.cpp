@@ -1,9 +1,9 @@
 #include "embedded/catalogue/enable_disable_rename.h"
 
-#include "embedded/model/refusal.h"
 #include "embedded/catalogue/item_texts.h"
 #include "embedded/catalogue/items.h"
 #include "embedded/catalogue/volume_changes.h"
+#include "embedded/model/refusal.h"
 #include "embedded/store/statement.h"
 
 namespace embedded {

@@ -2,11 +2,11 @@
 
 #include <vector>
 
-#include "embedded/model/media_types.h"
-#include "embedded/model/refusal.h"
 #include "embedded/catalogue/item_texts.h"
 #include "embedded/catalogue/items.h"
 #include "embedded/catalogue/volume_changes.h"
+#include "embedded/model/media_types.h"
+#include "embedded/model/refusal.h"
 #include "embedded/store/statement.h"
 
 namespace embedded {

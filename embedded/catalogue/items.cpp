@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "embedded/model/refusal.h"
 #include "embedded/catalogue/item_texts.h"
+#include "embedded/model/refusal.h"
 #include "embedded/store/statement.h"
 
 // In these statements CROSS JOIN keeps the order of the tables as written: each is searched by the one before

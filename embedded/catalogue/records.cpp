@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "embedded/catalogue/item_texts.h"
 #include "embedded/model/media_types.h"
 #include "embedded/model/refusal.h"
-#include "embedded/catalogue/item_texts.h"
 
 namespace embedded {
 namespace {

@@ -3,8 +3,8 @@
 #include <memory>
 #include <string>
 
-#include "embedded/sessions/session.h"
 #include "embedded/model/refusal.h"
+#include "embedded/sessions/session.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {

@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "embedded/library/call.h"
-#include "embedded/sessions/session.h"
 #include "embedded/catalogue/enable_disable_rename.h"
 #include "embedded/catalogue/format_erase_finalize.h"
 #include "embedded/catalogue/import_export_scan.h"
 #include "embedded/catalogue/records.h"
 #include "embedded/catalogue/service_state.h"
+#include "embedded/library/call.h"
+#include "embedded/sessions/session.h"
 
 // The 31 entry points of the client library. Inside each of them __func__ is the name that the caller knows.
 

@@ -3,9 +3,9 @@
 #include <optional>
 #include <thread>
 
-#include "embedded/simulated/faults.h"
 #include "embedded/journal/journal.h"
 #include "embedded/model/refusal.h"
+#include "embedded/simulated/faults.h"
 
 namespace embedded {
 namespace {

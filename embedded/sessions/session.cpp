@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <memory>
 
+#include "embedded/catalogue/service_state.h"
 #include "embedded/farms/servers.h"
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
-#include "embedded/catalogue/service_state.h"
 
 namespace embedded {
 namespace {

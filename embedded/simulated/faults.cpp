@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <vector>
 
-#include "embedded/model/random.h"
 #include "embedded/catalogue/items.h"
+#include "embedded/model/random.h"
 #include "embedded/store/statement.h"
 
 namespace embedded {

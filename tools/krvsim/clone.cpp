@@ -2,9 +2,9 @@
 #include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
-#include "tools/library_reader/farm_copy.h"
 #include "tools/krvsim/new_farm.h"
 #include "tools/krvsim/tool.h"
+#include "tools/library_reader/farm_copy.h"
 
 namespace embedded::tools {
 namespace {

@@ -3,8 +3,8 @@
 #include "embedded/layout/json_writer.h"
 #include "embedded/layout/layout_writer.h"
 #include "tools/common/command_line.h"
-#include "tools/library_reader/farm_copy.h"
 #include "tools/krvsim/tool.h"
+#include "tools/library_reader/farm_copy.h"
 
 namespace embedded::tools {
 namespace {

@@ -1,8 +1,8 @@
 #include <charconv>
 #include <limits>
 
-#include "embedded/journal/call_info.h"
 #include "embedded/farms/servers.h"
+#include "embedded/journal/call_info.h"
 #include "embedded/store/database.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"

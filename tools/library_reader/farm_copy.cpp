@@ -6,8 +6,8 @@
 
 #include "embedded/layout/contradictions.h"
 #include "tools/library_reader/copy_log.h"
-#include "tools/library_reader/library_service.h"
 #include "tools/library_reader/jukebox_copy.h"
+#include "tools/library_reader/library_service.h"
 #include "tools/library_reader/volume_copy.h"
 
 namespace embedded::tools {

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "embedded/catalogue/import_export_scan.h"
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm.h"
 #include "embedded/model/farm_words.h"
-#include "embedded/catalogue/import_export_scan.h"
 #include "embedded/store/database.h"
 #include "embedded/store/farm_file.h"
 #include "tests/unit/embedded/support/farm_fixture.h"
