@@ -81,7 +81,7 @@ std::string Side(uint32_t type, const FarmSide& side) {
     const FarmSide usual = UsualSide(type, side.content, side.volume);
     const bool isUsual =
         side.finalization == usual.finalization && side.sequential == usual.sequential && side.part == 0;
-    const std::string content = QuotedWord(ContentWords(), side.content);
+    std::string content = QuotedWord(ContentWords(), side.content);
     if (isUsual && side.volume == 0) return content;
     if (isUsual && side.content == Content::FileSystem) return std::to_string(side.volume);
     Fields fields;

@@ -211,7 +211,7 @@ std::string Records() {
 std::string Codes() {
     std::string text;
     for (const ServiceCode& code : kServiceCodes) {
-        text += ".TP\n\\fB" + std::to_string(code.code) + "\\fR\\ \\ " + ManualText(code.meaning) + "\n";
+        text += ".TP\n\\fB" + std::to_string(code.code) + R"(\fR\ \ )" + ManualText(code.meaning) + "\n";
         text += ManualProse(code.effect) + "\n";
     }
     return text;

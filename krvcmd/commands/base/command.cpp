@@ -1,6 +1,5 @@
 #include "krvcmd/commands/base/command.h"
 
-#include <ranges>
 #include <utility>
 
 #include "krvcmd/frontend/base/memory_guard.h"
@@ -103,12 +102,13 @@ Status CCommand::ResolveAddressedJukebox(int32_t& jukeboxId) const {
 }
 
 Status CCommand::GetIntParameter(std::string_view name, int32_t& value) const {
-    for (const Parameter& parameter : Parameters() | std::views::reverse) {
+    Status status = Status::SystemError(os_code::kNoSuchItem);
+    for (const Parameter& parameter : Parameters()) {
         if (parameter.node->keyword != name || parameter.ranges.empty()) continue;
         value = parameter.ranges.front().from;
-        return {};
+        status = {};
     }
-    return Status::SystemError(os_code::kNoSuchItem);
+    return status;
 }
 
 bool CCommand::HasParameter(std::string_view name) const {
@@ -118,14 +118,13 @@ bool CCommand::HasParameter(std::string_view name) const {
 Status CCommand::GetStringParameter(std::string_view name, std::string& value, bool& given) const {
     value.clear();
     given = false;
-    for (const Parameter& parameter : Parameters() | std::views::reverse) {
+    for (const Parameter& parameter : Parameters()) {
         const bool isFreeText = name.empty() && parameter.node->IsPlaceholder();
         if (!isFreeText && parameter.node->keyword != name) continue;
         value = parameter.text;
         given = true;
-        return {};
     }
-    return Status::SystemError(os_code::kNoSuchItem);
+    return given ? Status() : Status::SystemError(os_code::kNoSuchItem);
 }
 
 }  // namespace krvcmd

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <ranges>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,10 +41,11 @@ struct ParameterList {
 
 // The last parameter whose keyword, as the grammar spells it, is `keyword`; null when there is none.
 inline const Parameter* FindParameter(const std::vector<Parameter>& parameters, std::string_view keyword) {
-    for (const Parameter& parameter : parameters | std::views::reverse) {
-        if (parameter.node->keyword == keyword) return &parameter;
+    const Parameter* last = nullptr;
+    for (const Parameter& parameter : parameters) {
+        if (parameter.node->keyword == keyword) last = &parameter;
     }
-    return nullptr;
+    return last;
 }
 
 }  // namespace krvcmd
