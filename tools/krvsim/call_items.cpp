@@ -1,6 +1,9 @@
 #include "tools/krvsim/call_items.h"
 
+#include <charconv>
 #include <limits>
+
+#include "embedded/store/statement.h"
 
 namespace embedded::tools {
 namespace {
@@ -34,17 +37,6 @@ Item ItemOf(const ItemOptions& options, Database& database) {
     return item;
 }
 
-Item ItemOf(const Row& row, int firstColumn) {
-    Item item;
-    item.jukebox = row.Optional(firstColumn);
-    item.magazine = row.Optional(firstColumn + 1);
-    item.slot = row.Optional(firstColumn + 2);
-    item.side = row.Optional(firstColumn + 3);
-    item.drive = row.Optional(firstColumn + 4);
-    item.volume = row.Optional(firstColumn + 5);
-    return item;
-}
-
 std::string ItemText(const Item& item) {
     std::string text;
     const auto add = [&](const std::string& word) {
@@ -59,6 +51,26 @@ std::string ItemText(const Item& item) {
     if (item.drive.has_value()) add("drive " + std::to_string(*item.drive + 1));
     if (item.volume.has_value()) add("volume " + std::to_string(*item.volume));
     return text;
+}
+
+int32_t FindJukebox(Database& database, const std::string& word) {
+    std::optional<int32_t> found;
+    if (word.starts_with('@')) {
+        int32_t id = 0;
+        const char* end = word.data() + word.size();
+        const auto result = std::from_chars(word.data() + 1, end, id);
+        if (result.ec == std::errc() && result.ptr == end) {
+            found = FindValue<int32_t>(database, "SELECT id FROM jukebox WHERE id = ?1", id);
+        }
+    } else {
+        found = FindValue<int32_t>(database, "SELECT id FROM jukebox WHERE name = ?1 ORDER BY id", word);
+    }
+    if (!found.has_value()) {
+        const bool isNumber = !word.empty() && word.find_first_not_of("0123456789") == std::string::npos;
+        throw ToolFailure("there is no jukebox " + word +
+                          (isNumber ? " (an ID is written @" + word + ")" : ""));
+    }
+    return *found;
 }
 
 }  // namespace embedded::tools

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "embedded/journal/call_info.h"
+#include "embedded/store/database.h"
 #include "tools/common/command_line.h"
-#include "tools/krvsim/farm_query.h"
 
 namespace embedded::tools {
 
@@ -24,10 +24,10 @@ void AddItemOptions(CLI::App& command, ItemOptions& options);
 // An item has zero-based numbers, as in the database. Throws ToolFailure for an unknown jukebox.
 Item ItemOf(const ItemOptions& options, Database& database);
 
-// The item in six columns of a row: jukebox, magazine, slot, side, drive, volume.
-Item ItemOf(const Row& row, int firstColumn);
-
 // One-based, "jukebox 8, magazine 1, slot 3, side A"; empty for an item without a number.
 std::string ItemText(const Item& item);
+
+// The jukebox that a user names, by its name or by "@" and its ID; throws a ToolFailure when there is none.
+int32_t FindJukebox(Database& database, const std::string& word);
 
 }  // namespace embedded::tools

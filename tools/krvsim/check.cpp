@@ -1,6 +1,6 @@
 #include "embedded/farms/servers.h"
+#include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
-#include "tools/krvsim/farm_query.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -11,7 +11,7 @@ struct CheckOptions {
 };
 
 // The rules of a sound farm: each statement yields a sentence for every item that breaks its rule.
-constexpr const char* kRules[] = {
+constexpr Sql kRules[] = {
     // ---- The server
     R"(SELECT 'the server has ' || count(*) || ' descriptions instead of one' FROM server HAVING count(*) <> 1)",
     R"(SELECT 'the server records ' || s.fault_count || ' faults but has ' || count(f.id)
@@ -164,11 +164,13 @@ void Check(const CheckOptions& options, const Streams& streams) {
         breaches.append(breaches.empty() ? "" : "\n").append(breach);
     };
     database->Execute("BEGIN");
-    ForEachRow(*database, "PRAGMA integrity_check", {}, [&](const Row& row) {
-        if (row.Text(0) != "ok") add("the file is damaged: " + row.Text(0));
-    });
-    for (const char* rule : kRules)
-        ForEachRow(*database, rule, {}, [&](const Row& row) { add(row.Text(0)); });
+    for (const std::string& finding : FindValues<std::string>(*database, "PRAGMA integrity_check")) {
+        if (finding != "ok") add("the file is damaged: " + finding);
+    }
+    for (const Sql rule : kRules) {
+        for (const std::string& breach : FindValues<std::string>(*database, rule))
+            add(breach);
+    }
     database->Execute("COMMIT");
     if (!breaches.empty()) throw ToolFailure(breaches);
     streams.out << "The farm of server \"" << options.server << "\" is sound.\n";

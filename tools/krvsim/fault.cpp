@@ -3,11 +3,11 @@
 
 #include "embedded/farms/servers.h"
 #include "embedded/journal/call_info.h"
-#include "embedded/store/database.h"
+#include "embedded/simulated/faults.h"
+#include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvsim/call_items.h"
-#include "tools/krvsim/farm_query.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -16,6 +16,20 @@ namespace {
 constexpr const char* kAnyFunction = "*";
 constexpr const char* kDefaultText = "A fault made the call fail.";
 constexpr size_t kMaxTextLength = sizeof(KrvErrorInfo::text) - 1;
+
+constexpr Sql kAddFault = R"sql(
+    INSERT INTO fault (function, jukebox, magazine, slot, side, drive, volume, skip, times, probability, seed,
+        code, text, delay, matched, fired)
+    VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, 0, 0)
+    RETURNING id
+)sql";
+
+// The columns of ReadFault.
+constexpr Sql kFaults = R"sql(
+    SELECT id, function, jukebox, magazine, slot, side, drive, volume, skip, times, probability, seed,
+        code, text, delay, matched, fired
+    FROM fault ORDER BY id
+)sql";
 
 struct AddOptions {
     std::string server = ".";
@@ -79,42 +93,13 @@ void Add(const AddOptions& options, const Streams& streams) {
     int64_t id = 0;
     InTransaction(*database, [&] {
         const Item item = ItemOf(options.item, *database);
-        Execute(*database,
-                R"(INSERT INTO fault (function, jukebox, magazine, slot, side, drive, volume, skip, times,
-                                      probability, seed, code, text, delay, matched, fired)
-                   VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, 0, 0))",
-                {function, OptionalValue(item.jukebox), OptionalValue(item.magazine),
-                 OptionalValue(item.slot), OptionalValue(item.side), OptionalValue(item.drive),
-                 OptionalValue(item.volume), options.nth - 1, OptionalValue(options.times),
-                 options.probability, options.seed, OptionalValue(options.code), text, delay});
-        id = sqlite3_last_insert_rowid(database->GetConnection());
-        Execute(*database, "UPDATE server SET fault_count = fault_count + 1", {});
+        id = FindValue<int64_t>(*database, kAddFault, function, item.jukebox, item.magazine, item.slot,
+                                item.side, item.drive, item.volume, options.nth - 1, options.times,
+                                options.probability, options.seed, options.code, text, delay)
+                 .value_or(0);
+        Run(*database, "UPDATE server SET fault_count = fault_count + 1");
     });
     streams.out << "Added fault " << id << ".\n";
-}
-
-constexpr const char* kFaults =
-    R"(SELECT id, function, jukebox, magazine, slot, side, drive, volume, skip, times, probability, code, text,
-              delay, matched, fired
-       FROM fault ORDER BY id)";
-
-struct Fault {
-    int64_t id;
-    std::string function;
-    Item item;
-    int64_t skip;                  // matching calls before the first that fails or waits
-    std::optional<int64_t> times;  // nothing = all
-    double probability;
-    std::optional<int64_t> code;
-    std::string text;
-    int64_t delay;  // milliseconds
-    int64_t matched;
-    int64_t fired;
-};
-
-Fault FaultOf(const Row& row) {
-    return {row.Integer(0),   row.Text(1),  ItemOf(row, 2),  row.Integer(8),  row.Optional(9), row.Real(10),
-            row.Optional(11), row.Text(12), row.Integer(13), row.Integer(14), row.Integer(15)};
 }
 
 std::string WhenText(const Fault& fault) {
@@ -134,7 +119,7 @@ std::string WhenText(const Fault& fault) {
 
 std::string EffectText(const Fault& fault) {
     std::string text;
-    if (fault.delay > 0) text = "wait " + std::to_string(fault.delay) + " ms";
+    if (fault.delay.count() > 0) text = "wait " + std::to_string(fault.delay.count()) + " ms";
     if (!fault.code.has_value()) return text;
     if (!text.empty()) text += ", ";
     return text + "fail with " + std::to_string(*fault.code) + ": " + fault.text;
@@ -143,13 +128,14 @@ std::string EffectText(const Fault& fault) {
 void List(const ListOptions& options, const Streams& streams) {
     const std::unique_ptr<Database> database = OpenServer(options.server);
     TextTable table({"Fault", "Function", "Item", "When", "Effect", "Calls", "Hits"});
-    ForEachRow(*database, kFaults, {}, [&](const Row& row) {
-        const Fault fault = FaultOf(row);
+    Statement row(*database, kFaults);
+    while (row.Next()) {
+        const Fault fault = ReadFault(row);
         const std::string item = ItemText(fault.item);
         table.Add({std::to_string(fault.id), fault.function == kAnyFunction ? "any" : fault.function,
                    item.empty() ? "any" : item, WhenText(fault), EffectText(fault),
                    std::to_string(fault.matched), std::to_string(fault.fired)});
-    });
+    }
     if (table.HasRows()) {
         table.Write(streams.out);
     } else {
@@ -162,17 +148,17 @@ void Clear(const ClearOptions& options, const Streams& streams) {
     int64_t cleared = 0;
     InTransaction(*database, [&] {
         for (const int64_t fault : options.faults) {
-            if (!FindNumber(*database, "SELECT id FROM fault WHERE id = ?1", {fault}).has_value()) {
+            if (!FindValue<int64_t>(*database, "SELECT id FROM fault WHERE id = ?1", fault).has_value()) {
                 throw ToolFailure("there is no fault " + std::to_string(fault));
             }
         }
-        const int64_t before = *FindNumber(*database, "SELECT count(*) FROM fault", {});
-        if (options.faults.empty()) Execute(*database, "DELETE FROM fault", {});
+        const int64_t before = FindValue<int64_t>(*database, "SELECT count(*) FROM fault").value_or(0);
+        if (options.faults.empty()) Run(*database, "DELETE FROM fault");
         for (const int64_t fault : options.faults)
-            Execute(*database, "DELETE FROM fault WHERE id = ?1", {fault});
-        const int64_t after = *FindNumber(*database, "SELECT count(*) FROM fault", {});
+            Run(*database, "DELETE FROM fault WHERE id = ?1", fault);
+        const int64_t after = FindValue<int64_t>(*database, "SELECT count(*) FROM fault").value_or(0);
         cleared = before - after;
-        Execute(*database, "UPDATE server SET fault_count = ?1", {after});
+        Run(*database, "UPDATE server SET fault_count = ?1", after);
     });
     streams.out << "Cleared " << Counted(cleared, "fault", "faults") << ".\n";
 }

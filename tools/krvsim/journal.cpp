@@ -3,13 +3,13 @@
 #include <thread>
 
 #include "embedded/farms/servers.h"
+#include "embedded/journal/journal.h"
 #include "embedded/layout/text_encoding.h"
-#include "embedded/store/database.h"
+#include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvsim/call_items.h"
-#include "tools/krvsim/farm_query.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -28,42 +28,19 @@ struct JournalOptions {
     int64_t since = 0;  // only entries with a higher ID
 };
 
-constexpr const char* kEntries =
-    R"(SELECT id, time, duration, process, session, function, jukebox, magazine, slot, side, drive, volume,
-              argument, succeeded, code, text, change
-       FROM journal WHERE id > ?1 ORDER BY id)";
+// A journal that is on keeps its start and gets another limit.
+constexpr Sql kSwitchOn = R"sql(
+    UPDATE server SET
+        journal_start = CASE WHEN journal_limit = 0
+            THEN coalesce((SELECT max(id) FROM journal), 0) ELSE journal_start END,
+        journal_limit = ?1
+)sql";
 
-struct Entry {
-    int64_t id;
-    std::chrono::system_clock::time_point time;
-    int64_t duration;  // microseconds
-    int64_t process;
-    uint64_t session;
-    std::string function;
-    Item item;
-    std::string argument;
-    bool succeeded;
-    int64_t code;
-    std::string text;
-    std::string change;
-};
-
-Entry EntryOf(const Row& row) {
-    const std::chrono::microseconds sinceEpoch(row.Integer(1));
-    return {row.Integer(0),
-            std::chrono::system_clock::time_point(
-                std::chrono::duration_cast<std::chrono::system_clock::duration>(sinceEpoch)),
-            row.Integer(2),
-            row.Integer(3),
-            static_cast<uint64_t>(row.Integer(4)),
-            row.Text(5),
-            ItemOf(row, 6),
-            row.Text(12),
-            row.Integer(13) != 0,
-            row.Integer(14),
-            row.Text(15),
-            row.Text(16)};
-}
+constexpr Sql kFirstEntry = R"sql(SELECT min(id) FROM journal WHERE id > ?1)sql";
+constexpr Sql kChanges = R"sql(SELECT change FROM journal WHERE id > ?1 AND change <> '' ORDER BY id)sql";
+constexpr Sql kCalls = R"sql(
+    SELECT count(*), coalesce(sum(succeeded = 0), 0) FROM journal WHERE id > ?1
+)sql";
 
 // Harmless on a terminal: without control characters and bytes that are not UTF-8.
 std::string Printable(const std::string& text) {
@@ -75,7 +52,7 @@ std::string Printable(const std::string& text) {
     return printable;
 }
 
-std::string LineOf(const Entry& entry) {
+std::string LineOf(const StoredJournalEntry& entry) {
     std::string line = std::to_string(entry.id) + "  " + PreciseTimeText(entry.time) + "  process " +
                        std::to_string(entry.process) + "  " + entry.function;
     const std::string item = ItemText(entry.item);
@@ -110,7 +87,7 @@ Json Side(const std::optional<int64_t>& side) {
     return side.has_value() && *side >= 0 && *side <= 2 ? Json(kWords[*side]) : Json();
 }
 
-Json ObjectOf(const Entry& entry) {
+Json ObjectOf(const StoredJournalEntry& entry) {
     return {{"id", entry.id},
             {"time", PreciseTimeText(entry.time)},
             {"duration_us", entry.duration},
@@ -132,8 +109,8 @@ Json ObjectOf(const Entry& entry) {
 
 // Explains an empty output.
 void RemarkOnEmptyJournal(Database& database, const JournalOptions& options, const Streams& streams) {
-    if (FindNumber(database, "SELECT journal_limit FROM server", {}) != 0) return;
-    if (FindNumber(database, "SELECT min(id) FROM journal", {}).has_value()) return;
+    if (FindValue<int64_t>(database, "SELECT journal_limit FROM server") != 0) return;
+    if (FindValue<int64_t>(database, "SELECT min(id) FROM journal").has_value()) return;
     streams.err << "The journal of server \"" << options.server
                 << "\" is empty and switched off (--on switches it on).\n";
 }
@@ -146,8 +123,7 @@ void Show(Database& database, const JournalOptions& options, const Streams& stre
     RemarkOnEmptyJournal(database, options, streams);
     while (true) {
         database.StartWaiting();
-        ForEachRow(database, kEntries, {last}, [&](const Row& row) {
-            const Entry entry = EntryOf(row);
+        ReadJournal(database, last, [&](const StoredJournalEntry& entry) {
             last = entry.id;
             streams.out << (options.json ? ObjectOf(entry).dump() : LineOf(entry)) << '\n';
         });
@@ -159,22 +135,13 @@ void Show(Database& database, const JournalOptions& options, const Streams& stre
 }
 
 void SwitchOn(Database& database, const JournalOptions& options, const Streams& streams) {
-    InTransaction(database, [&] {
-        // A journal that is on keeps its start and gets another limit.
-        Execute(database,
-                R"(UPDATE server SET
-                       journal_start = CASE WHEN journal_limit = 0
-                                            THEN coalesce((SELECT max(id) FROM journal), 0)
-                                            ELSE journal_start END,
-                       journal_limit = ?1)",
-                {options.limit});
-    });
+    InTransaction(database, [&] { Run(database, kSwitchOn, options.limit); });
     streams.out << "The journal of server \"" << options.server << "\" is switched on and keeps "
                 << Counted(options.limit, "call", "calls") << ".\n";
 }
 
 void SwitchOff(Database& database, const JournalOptions& options, const Streams& streams) {
-    InTransaction(database, [&] { Execute(database, "UPDATE server SET journal_limit = 0", {}); });
+    InTransaction(database, [&] { Run(database, "UPDATE server SET journal_limit = 0"); });
     streams.out << "The journal of server \"" << options.server << "\" is switched off.\n";
 }
 
@@ -184,33 +151,30 @@ std::string KindOf(const std::string& change) {
 }
 
 void Summarize(Database& database, const Streams& streams) {
-    const auto find = [&](const char* statement, int64_t start) {
-        return FindNumber(database, statement, {start});
-    };
-    const int64_t start = FindNumber(database, "SELECT journal_start FROM server", {}).value_or(0);
-    const auto first = find("SELECT min(id) FROM journal WHERE id > ?1", start);
+    const int64_t start = FindValue<int64_t>(database, "SELECT journal_start FROM server").value_or(0);
+    const auto first = FindValue<int64_t>(database, kFirstEntry, start);
     if (first.has_value() && *first > start + 1) {
         streams.out << "The first " << Counted(*first - start - 1, "call is", "calls are")
                     << " no longer in the journal.\n";
     }
     std::map<std::string, int64_t> kinds;
     int64_t changes = 0;
-    ForEachRow(database, "SELECT change FROM journal WHERE id > ?1 AND change <> '' ORDER BY id", {start},
-               [&](const Row& row) {
-                   const std::string change = row.Text(0);
-                   ++kinds[KindOf(change)];
-                   ++changes;
-                   streams.out << Printable(change) << '\n';
-               });
+    Statement entry(database, kChanges, start);
+    while (entry.Next()) {
+        const auto change = entry.Read<std::string>();
+        ++kinds[KindOf(change)];
+        ++changes;
+        streams.out << Printable(change) << '\n';
+    }
     streams.out << Counted(changes, "change", "changes");
     const char* separator = ": ";
     for (const auto& [kind, count] : kinds) {
         streams.out << separator << count << " " << kind;
         separator = ", ";
     }
-    const int64_t calls = find("SELECT count(*) FROM journal WHERE id > ?1", start).value_or(0);
-    const int64_t failed =
-        find("SELECT count(*) FROM journal WHERE id > ?1 AND succeeded = 0", start).value_or(0);
+    Statement row(database, kCalls, start);
+    row.Next();
+    const auto [calls, failed] = row.Read<int64_t, int64_t>();
     streams.out << "; " << Counted(calls, "call", "calls") << ", " << failed << " failed.\n";
 }
 

@@ -4,11 +4,11 @@
 #include "embedded/model/farm.h"
 #include "embedded/model/farm_words.h"
 #include "embedded/model/media_types.h"
-#include "embedded/store/database.h"
+#include "embedded/store/statement.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/farm_query.h"
+#include "tools/krvsim/call_items.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -30,47 +30,63 @@ struct UnloadOptions {
     std::string jukebox;  // name, or "@" and ID; empty = all of them
 };
 
-constexpr auto kImport = static_cast<int64_t>(Place::ImportStation);
-constexpr auto kExport = static_cast<int64_t>(Place::ExportStation);
-constexpr auto kShelf = static_cast<int64_t>(Place::Shelf);
+constexpr Sql kEndOfStation = R"sql(
+    SELECT max(slot) + 1 FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0
+)sql";
+constexpr Sql kMoveMedium = R"sql(
+    UPDATE medium SET place = ?2, jukebox = ?3, magazine = 0, slot = ?4 WHERE id = ?1
+)sql";
+constexpr Sql kMediaInStation = R"sql(
+    SELECT id FROM medium WHERE place = ?1 AND jukebox = ?2 ORDER BY slot
+)sql";
+constexpr Sql kCountInStation = R"sql(
+    SELECT count(*) FROM medium WHERE place = ?1 AND jukebox = ?2
+)sql";
+
+constexpr Sql kNextUnseenVolume = R"sql(
+    SELECT min(id, 0) - 1 FROM (SELECT min(id) AS id FROM volume)
+)sql";
+constexpr Sql kAddVolume = R"sql(
+    INSERT INTO volume (id, type, state, enabled, file_system, label, total, free, value1, value2)
+    VALUES (?1, 0, 2, 1, ?2, ?3, ?4, 0, -1, 0)
+)sql";
+constexpr Sql kAddSide = R"sql(
+    INSERT INTO side (medium, side, content, finalization, sequential, volume, part)
+    VALUES (?1, ?2, ?3, ?4, ?5, nullif(?6, 0), 0)
+)sql";
+constexpr Sql kAddMedium = R"sql(
+    INSERT INTO medium (type, sides, place, jukebox, magazine, slot) VALUES (?1, ?2, ?3, ?4, 0, ?5)
+    RETURNING id
+)sql";
+
+constexpr Sql kMediumOfVolume = R"sql(
+    SELECT d.id, d.place FROM side i CROSS JOIN medium d ON d.id = i.medium
+    WHERE i.volume = ?1 ORDER BY i.part
+)sql";
 
 // The number of the next medium in a station or on the shelf.
-int64_t NextNumber(Database& database, int64_t place, int64_t jukebox) {
-    return FindNumber(database,
-                      "SELECT max(slot) + 1 FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0",
-                      {place, jukebox})
-        .value_or(0);
+int64_t NextNumber(Database& database, Place place, int32_t jukebox) {
+    return FindValue<int64_t>(database, kEndOfStation, place, jukebox).value_or(0);
 }
 
-void Move(Database& database, int64_t medium, int64_t place, int64_t jukebox) {
-    Execute(database, "UPDATE medium SET place = ?2, jukebox = ?3, magazine = 0, slot = ?4 WHERE id = ?1",
-            {medium, place, jukebox, NextNumber(database, place, jukebox)});
+void Move(Database& database, int64_t medium, Place place, int32_t jukebox) {
+    Run(database, kMoveMedium, medium, place, jukebox, NextNumber(database, place, jukebox));
 }
 
 // The media of an export station, the oldest first.
-std::vector<int64_t> ExportedMedia(Database& database, int64_t jukebox) {
-    std::vector<int64_t> media;
-    ForEachRow(database, "SELECT id FROM medium WHERE place = ?1 AND jukebox = ?2 ORDER BY slot",
-               {kExport, jukebox}, [&](const Row& row) { media.push_back(row.Integer(0)); });
-    return media;
+std::vector<int64_t> ExportedMedia(Database& database, int32_t jukebox) {
+    return FindValues<int64_t>(database, kMediaInStation, Place::ExportStation, jukebox);
 }
 
 // A volume that was never imported: its ID is below 0.
-int64_t AddNewVolume(Database& database, const MediaType& type, const std::string& label) {
-    const int64_t id =
-        FindNumber(database, "SELECT min(id, 0) - 1 FROM (SELECT min(id) AS id FROM volume)", {})
-            .value_or(-1);
-    const char* fileSystem = type.access == Access::Random ? "UDF 2.01" : "UDF 1.50 seq";
-    Execute(database, "INSERT INTO volume VALUES (?1, 0, 2, 1, ?2, ?3, ?4, 0, -1, 0)",
-            {id, std::string(fileSystem), label, static_cast<int64_t>(type.capacity)});
+int32_t AddNewVolume(Database& database, const MediaType& type, const std::string& label) {
+    const int32_t id = FindValue<int32_t>(database, kNextUnseenVolume).value_or(-1);
+    Run(database, kAddVolume, id, FileSystemName(type.access), label, type.capacity);
     return id;
 }
 
-void AddSide(Database& database, int64_t medium, int64_t number, const FarmSide& side) {
-    Execute(database, "INSERT INTO side VALUES (?1, ?2, ?3, ?4, ?5, ?6, 0)",
-            {medium, number, static_cast<int64_t>(side.content), static_cast<int64_t>(side.finalization),
-             int64_t{side.sequential ? 1 : 0},
-             side.volume == 0 ? Value(nullptr) : Value(static_cast<int64_t>(side.volume))});
+void AddSide(Database& database, int64_t medium, int number, const FarmSide& side) {
+    Run(database, kAddSide, medium, number, side.content, side.finalization, side.sequential, side.volume);
 }
 
 // Several media are numbered, two sides lettered: "Sales 2 A".
@@ -98,38 +114,33 @@ void LoadNew(Database& database, const LoadOptions& options, int32_t jukebox) {
             message.append("\n  ").append(known.name);
         throw ToolFailure(message);
     }
+    const int sides = options.doubleSided ? 2 : 1;
     for (int32_t number = 1; number <= options.count; ++number) {
-        Execute(
-            database,
-            "INSERT INTO medium (type, sides, place, jukebox, magazine, slot) VALUES (?1, ?2, ?3, ?4, 0, ?5)",
-            {int64_t{type->code}, int64_t{options.doubleSided ? 2 : 1}, kImport, int64_t{jukebox},
-             NextNumber(database, kImport, jukebox)});
-        const int64_t medium = sqlite3_last_insert_rowid(database.GetConnection());
-        for (int side = 0; side < (options.doubleSided ? 2 : 1); ++side) {
+        const int64_t medium =
+            FindValue<int64_t>(database, kAddMedium, type->code, sides, Place::ImportStation, jukebox,
+                               NextNumber(database, Place::ImportStation, jukebox))
+                .value_or(0);
+        for (int side = 0; side < sides; ++side) {
             if (options.label.empty()) {
                 AddSide(database, medium, side, UsualSide(type->code, Content::Blank, 0));
                 continue;
             }
-            const int64_t volume = AddNewVolume(database, *type, LabelOf(options, number, side));
-            AddSide(database, medium, side,
-                    UsualSide(type->code, Content::FileSystem, static_cast<int32_t>(volume)));
+            const int32_t volume = AddNewVolume(database, *type, LabelOf(options, number, side));
+            AddSide(database, medium, side, UsualSide(type->code, Content::FileSystem, volume));
         }
     }
 }
 
 // The medium of a volume in an export station or on the shelf.
 int64_t FindMediumOf(Database& database, int32_t volume) {
-    const auto place = FindNumber(database,
-                                  "SELECT d.place FROM side i CROSS JOIN medium d ON d.id = i.medium "
-                                  "WHERE i.volume = ?1 ORDER BY i.part",
-                                  {int64_t{volume}});
     const std::string name = "volume " + std::to_string(volume);
-    if (!place.has_value()) throw ToolFailure(name + " is on no medium");
-    if (place == kImport) throw ToolFailure(name + " is already in an import station");
-    const bool isOutside = *place == kExport || *place == kShelf;
+    Statement row(database, kMediumOfVolume, volume);
+    if (!row.Next()) throw ToolFailure(name + " is on no medium");
+    const auto [medium, place] = row.Read<int64_t, Place>();
+    if (place == Place::ImportStation) throw ToolFailure(name + " is already in an import station");
+    const bool isOutside = place == Place::ExportStation || place == Place::Shelf;
     if (!isOutside) throw ToolFailure(name + " is in a slot; export its medium first");
-    return *FindNumber(database, "SELECT medium FROM side WHERE volume = ?1 ORDER BY part",
-                       {int64_t{volume}});
+    return medium;
 }
 
 void Load(const LoadOptions& options, const Streams& streams) {
@@ -143,20 +154,19 @@ void Load(const LoadOptions& options, const Streams& streams) {
     int64_t waiting = 0;
     InTransaction(*database, [&] {
         const int32_t jukebox = FindJukebox(*database, options.jukebox);
-        const int64_t before = NextNumber(*database, kImport, jukebox);
+        const int64_t before = NextNumber(*database, Place::ImportStation, jukebox);
         if (!options.type.empty()) {
             LoadNew(*database, options, jukebox);
         } else if (options.volume.has_value()) {
-            Move(*database, FindMediumOf(*database, *options.volume), kImport, jukebox);
+            Move(*database, FindMediumOf(*database, *options.volume), Place::ImportStation, jukebox);
         } else {
             for (const int64_t medium :
                  ExportedMedia(*database, FindJukebox(*database, options.fromExport))) {
-                Move(*database, medium, kImport, jukebox);
+                Move(*database, medium, Place::ImportStation, jukebox);
             }
         }
-        loaded = NextNumber(*database, kImport, jukebox) - before;
-        waiting = *FindNumber(*database, "SELECT count(*) FROM medium WHERE place = ?1 AND jukebox = ?2",
-                              {kImport, int64_t{jukebox}});
+        loaded = NextNumber(*database, Place::ImportStation, jukebox) - before;
+        waiting = FindValue<int64_t>(*database, kCountInStation, Place::ImportStation, jukebox).value_or(0);
     });
     streams.out << "Loaded " << Counted(loaded, "medium", "media") << "; "
                 << Counted(waiting, "waits", "wait") << " for import.\n";
@@ -166,16 +176,15 @@ void Unload(const UnloadOptions& options, const Streams& streams) {
     const std::unique_ptr<Database> database = OpenServer(options.server);
     int64_t unloaded = 0;
     InTransaction(*database, [&] {
-        std::vector<int64_t> jukeboxes;
+        std::vector<int32_t> jukeboxes;
         if (!options.jukebox.empty()) {
             jukeboxes.push_back(FindJukebox(*database, options.jukebox));
         } else {
-            ForEachRow(*database, "SELECT id FROM jukebox ORDER BY id", {},
-                       [&](const Row& row) { jukeboxes.push_back(row.Integer(0)); });
+            jukeboxes = FindValues<int32_t>(*database, "SELECT id FROM jukebox ORDER BY id");
         }
-        for (const int64_t jukebox : jukeboxes) {
+        for (const int32_t jukebox : jukeboxes) {
             for (const int64_t medium : ExportedMedia(*database, jukebox)) {
-                Move(*database, medium, kShelf, 0);
+                Move(*database, medium, Place::Shelf, 0);
                 ++unloaded;
             }
         }

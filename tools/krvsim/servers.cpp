@@ -5,9 +5,9 @@
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/farm_file.h"
+#include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/farm_query.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -46,7 +46,7 @@ FarmFacts FarmFactsOf(const std::filesystem::path& path) {
     try {
         const std::unique_ptr<Database> database = OpenFarmAt(path);
         if (database == nullptr) return facts;
-        const auto find = [&](const char* statement) { return *FindNumber(*database, statement, {}); };
+        const auto find = [&](Sql statement) { return FindValue<int64_t>(*database, statement).value_or(0); };
         facts.state = find("SELECT coalesce(max(running), 0) FROM server") == 1 ? "running" : "stopped";
         facts.jukeboxes = std::to_string(find("SELECT count(*) FROM jukebox"));
         facts.volumes = std::to_string(find("SELECT count(*) FROM volume WHERE id > 0"));
