@@ -61,10 +61,8 @@ std::string EnableMagazine(Database& database, const MagazineKey& key, Enabled e
     if (magazine.isPresent == present) return {};
     Run(database, kSetMagazinePresent, key.jukeboxId, key.magazine, present);
     Run(database, kAddToSlotCount, key.jukeboxId, present ? magazine.slotCount : -magazine.slotCount);
-    for (const int32_t volume :
-         FindValues<int32_t>(database, kVolumesInMagazine, key.jukeboxId, key.magazine)) {
-        RefreshVolumeState(database, volume);
-    }
+    RefreshVolumeStates(database,
+                        FindValues<int32_t>(database, kVolumesInMagazine, key.jukeboxId, key.magazine));
     return Verb(enabled) + MagazineText(database, key.jukeboxId, key.magazine);
 }
 

@@ -1,5 +1,7 @@
 #include "embedded/catalogue/volume_changes.h"
 
+#include <algorithm>
+
 #include "embedded/store/statement.h"
 
 namespace embedded {
@@ -28,6 +30,16 @@ constexpr Sql kForgetOddState = R"sql(DELETE FROM odd_state WHERE volume = ?1)sq
 
 constexpr Sql kSetVolumeState = R"sql(UPDATE volume SET state = ?2 WHERE id = ?1)sql";
 
+// The volumes on a medium, each once.
+std::vector<int32_t> VolumesOn(Database& database, const Medium& medium) {
+    std::vector<int32_t> volumes;
+    for (const Side& side : FindSides(database, medium)) {
+        if (side.volume != 0 && std::ranges::find(volumes, side.volume) == volumes.end())
+            volumes.push_back(side.volume);
+    }
+    return volumes;
+}
+
 }  // namespace
 
 VolumeReach FindReach(Database& database, int32_t volume) {
@@ -45,13 +57,13 @@ int32_t TakeVolumeId(Database& database) {
 }
 
 void NumberNewVolumes(Database& database, const Medium& medium) {
-    for (const Side& side : FindSides(database, medium)) {
-        if (side.volume >= 0) continue;
+    for (const int32_t volume : VolumesOn(database, medium)) {
+        if (volume > 0) continue;
         const int32_t number = TakeVolumeId(database);
-        Run(database, kNumberSides, side.volume, number);
-        Run(database, kNumberVolume, side.volume, number);
-        Run(database, kNumberDirectories, side.volume, number);
-        Run(database, kForgetOddState, side.volume);
+        Run(database, kNumberSides, volume, number);
+        Run(database, kNumberVolume, volume, number);
+        Run(database, kNumberDirectories, volume, number);
+        Run(database, kForgetOddState, volume);
     }
 }
 
@@ -70,10 +82,16 @@ void RefreshVolumeState(Database& database, int32_t volume) {
     Run(database, kForgetOddState, volume);
 }
 
+void RefreshVolumeStates(Database& database, std::vector<int32_t> volumes) {
+    std::ranges::sort(volumes);
+    const auto repeated = std::ranges::unique(volumes);
+    volumes.erase(repeated.begin(), repeated.end());
+    for (const int32_t volume : volumes)
+        RefreshVolumeState(database, volume);
+}
+
 void RefreshVolumesOf(Database& database, const Medium& medium) {
-    for (const Side& side : FindSides(database, medium)) {
-        if (side.volume != 0) RefreshVolumeState(database, side.volume);
-    }
+    RefreshVolumeStates(database, VolumesOn(database, medium));
 }
 
 }  // namespace embedded

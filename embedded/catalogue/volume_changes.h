@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "embedded/catalogue/items.h"
 
@@ -26,6 +27,8 @@ void RemoveVolume(Database& database, int32_t volume);
 
 // Sets the volume's state by where its media are and whether it is enabled, after either has changed.
 void RefreshVolumeState(Database& database, int32_t volume);
+// Each volume once, however often it is listed: a volume on many sides costs as much as it has sides.
+void RefreshVolumeStates(Database& database, std::vector<int32_t> volumes);
 void RefreshVolumesOf(Database& database, const Medium& medium);
 
 }  // namespace embedded

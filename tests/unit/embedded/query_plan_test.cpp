@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/catalogue/enable_disable_rename.h"
 #include "embedded/catalogue/import_export_scan.h"
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm.h"
@@ -144,6 +145,52 @@ TEST_F(QueryPlan, MissingAndFullSlotsCostAMoveWithoutASlotNothing) {
     const int64_t many = StepsOfMovingWithoutASlot(4'000);
     EXPECT_GT(few, 100) << "they are counted";
     EXPECT_LT(many, few + 50);
+}
+
+// One volume set on the media of a whole magazine.
+embedded::Farm FarmWithOneVolume(int32_t sides) {
+    embedded::FarmMagazine magazine;
+    magazine.slotCount = sides;
+    for (int32_t slot = 1; slot <= sides; ++slot) {
+        embedded::FarmMedium medium;
+        medium.slot = slot;
+        medium.type = 1;
+        medium.sides.push_back(embedded::UsualSide(medium.type, embedded::Content::FileSystem, 7));
+        medium.sides.back().part = slot;
+        magazine.media.push_back(medium);
+    }
+    embedded::FarmVolume volume;
+    volume.id = 7;
+    volume.type = embedded::VolumeType::VolumeSet;
+    embedded::FarmJukebox jukebox;
+    jukebox.id = 1;
+    jukebox.name = "x";
+    jukebox.magazines.push_back(magazine);
+    embedded::Farm farm;
+    farm.jukeboxes.push_back(jukebox);
+    farm.volumes.push_back(volume);
+    return farm;
+}
+
+// The database's own steps of disabling that magazine.
+int64_t StepsOfDisabling(int32_t sides) {
+    const std::string server = "sides" + std::to_string(sides);
+    const auto database = embedded::OpenFarm(server, [&](embedded::Database& empty) {
+        embedded::WriteFarm(empty, server, FarmWithOneVolume(sides));
+    });
+    int64_t steps = 0;
+    sqlite3_progress_handler(database->GetConnection(), 1, &CountStep, &steps);
+    const MagazineKey key{sizeof(MagazineKey), 1, 0};
+    EXPECT_EQ(embedded::EnableMagazine(*database, key, embedded::Enabled::No),
+              "disabled: magazine 1 of jukebox \"x\"");
+    return steps;
+}
+
+TEST_F(QueryPlan, DisabledMagazineCostsNoMoreThanItHasSides) {
+    const int64_t few = StepsOfDisabling(100);
+    const int64_t many = StepsOfDisabling(1'000);
+    EXPECT_GT(few, 1'000) << "they are counted";
+    EXPECT_LT(many, 12 * few);
 }
 
 TEST_F(QueryPlan, AScanWouldBeNoticed) {
