@@ -9,6 +9,7 @@ namespace {
 constexpr int kDone = 0;
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
+constexpr int kIncomplete = 3;
 
 }  // namespace
 
@@ -35,6 +36,9 @@ int CommandLine::Run(const std::vector<std::string>& words, const Streams& strea
         return Explain(error, streams);
     } catch (const UsageFailure& failure) {
         return Fail(kUsage, failure.what(), streams);
+    } catch (const IncompleteResult& failure) {
+        streams.out.flush();
+        return Fail(streams.out.good() ? kIncomplete : kFailed, failure.what(), streams);
     } catch (const std::bad_alloc&) {
         return Fail(kFailed, "not enough memory", streams);
     } catch (const std::exception& failure) {

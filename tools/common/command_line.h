@@ -45,8 +45,8 @@ class CommandLine {
     }
 
     // Runs the command that the words name, without the tool's own name, and returns the exit status: 0 =
-    // done, 1 = failed, 2 = the command line is invalid. Whatever the command throws becomes a message on
-    // `err`.
+    // done, 1 = failed, 2 = the command line is invalid, 3 = done, but the result lacks something. Whatever
+    // the command throws becomes a message on `err`.
     int Run(const std::vector<std::string>& words, const Streams& streams);
 
   private:

@@ -19,6 +19,12 @@ class ToolFailure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// A command has done its work, but its result lacks something.
+class IncompleteResult : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
+
 // The command line is invalid in a way that only the command itself can tell, such as options that need each
 // other.
 class UsageFailure : public std::runtime_error {

@@ -10,8 +10,7 @@ namespace embedded::tools {
 namespace {
 
 struct CloneOptions {
-    std::string library;
-    std::string from = ".";
+    CopyOptions source;
     std::string to;
     Existing existing = Existing::Keep;
 };
@@ -28,15 +27,17 @@ int64_t PartsOf(const Farm& farm) {
 
 void Clone(const CloneOptions& options, const Streams& streams) {
     RequireRoom(options.to, options.existing);
-    const Farm farm = CopyFarm(options.library, options.from, streams);
+    const FarmCopy copy = CopyFarm(options.source, streams);
+    const Farm& farm = copy.farm;
     MakeFarm(options.to, options.existing, [&](Database& database) {
         Progress progress(streams.err, "writing", PartsOf(farm));
         WriteFarm(database, options.to, farm, [&] { progress.Step(); });
     });
     streams.out << "Server \"" << options.to << "\" has a copy of "
                 << Counted(std::ssize(farm.jukeboxes), "jukebox", "jukeboxes") << " and "
-                << Counted(std::ssize(farm.volumes), "volume", "volumes") << " of server \"" << options.from
-                << "\".\n";
+                << Counted(std::ssize(farm.volumes), "volume", "volumes") << " of server \""
+                << options.source.from << "\".\n";
+    RequireComplete(copy, options.source);
 }
 
 }  // namespace
@@ -45,10 +46,12 @@ void AddClone(CommandLine& line) {
     const auto [app, options] =
         line.Add(line.GetTool(), "clone",
                  "Copy a farm through a client library, without changing the original.", Clone);
-    app.add_option("--library", options.library, "client library (a file)")->required();
-    app.add_option("--from", options.from, "server to copy")->capture_default_str();
+    CLI::Option* library =
+        app.add_option("--library", options.source.library, "client library (a file)")->required();
+    app.add_option("--from", options.source.from, "server to copy")->capture_default_str();
     app.add_option("--to", options.to, "server that gets the copy")->required();
     AddForceOption(app, options.existing);
+    AddCopyOptions(app, *library, options.source);
 }
 
 }  // namespace embedded::tools

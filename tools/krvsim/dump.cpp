@@ -13,21 +13,26 @@ enum class Format { Toml, Json };
 
 struct DumpOptions {
     std::string server = ".";
-    std::string library;     // empty = the farm of `server`; else a client library
-    std::string from = ".";  // the server to read through the library
+    CopyOptions source;  // without a library, the farm of `server` is read
     Format format = Format::Toml;
 };
 
-void Dump(const DumpOptions& options, const Streams& streams) {
-    const bool isForeign = !options.library.empty();
-    const std::string& server = isForeign ? options.from : options.server;
-    const Farm farm =
-        isForeign ? CopyFarm(options.library, options.from, streams) : ReadFarm(*OpenServer(options.server));
+void Write(const DumpOptions& options, const std::string& server, const Farm& farm, std::ostream& out) {
     if (options.format == Format::Json) {
-        WriteJson(streams.out, server, farm);
+        WriteJson(out, server, farm);
     } else {
-        WriteLayout(streams.out, server, farm);
+        WriteLayout(out, server, farm);
     }
+}
+
+void Dump(const DumpOptions& options, const Streams& streams) {
+    if (options.source.library.empty()) {
+        Write(options, options.server, ReadFarm(*OpenServer(options.server)), streams.out);
+        return;
+    }
+    const FarmCopy copy = CopyFarm(options.source, streams);
+    Write(options, options.source.from, copy.farm, streams.out);
+    RequireComplete(copy, options.source);
 }
 
 }  // namespace
@@ -37,11 +42,12 @@ void AddDump(CommandLine& line) {
         line.Add(line.GetTool(), "dump", "Write a farm as a layout file or as JSON.", Dump);
     CLI::Option* server = AddServerOption(app, options.server);
     CLI::Option* library =
-        app.add_option("--library", options.library, "read through this client library (a file)");
-    CLI::Option* from =
-        app.add_option("--from", options.from, "server to read through the library")->capture_default_str();
+        app.add_option("--library", options.source.library, "read through this client library (a file)");
+    CLI::Option* from = app.add_option("--from", options.source.from, "server to read through the library")
+                            ->capture_default_str();
     server->excludes(library);
     from->needs(library);
+    AddCopyOptions(app, *library, options.source);
     const std::map<std::string, Format> formats = {{"toml", Format::Toml}, {"json", Format::Json}};
     app.add_option("--format", options.format, "toml or json")
         ->transform(CLI::CheckedTransformer(formats).description(""))

@@ -8,7 +8,7 @@
 namespace embedded::tools {
 
 // Runs krvsim with these words, which begin with the command. Returns the exit status: 0 = done, 1 = failed,
-// 2 = the command line is invalid.
+// 2 = the command line is invalid, 3 = done, but the result lacks something.
 int RunTool(const std::vector<std::string>& words, const Streams& streams);
 
 class CommandLine;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <ostream>
 #include <string>
 
@@ -10,10 +11,15 @@
 
 namespace embedded::tools {
 
-// Reports what a copy cannot take over as it is, one line an item, and shows the progress.
+// How much of what a copy cannot take over as it is gets a line of its own: the first few items of each kind,
+// or every one.
+enum class Listing { Grouped, Complete };
+
+// Reports what a copy cannot take over as it is, and shows the progress.
 class CopyLog {
   public:
-    explicit CopyLog(std::ostream& err) : m_err(err), m_progress(err, "items read:", 0) {}
+    CopyLog(std::ostream& err, Listing listing)
+        : m_err(err), m_listing(listing), m_progress(err, "items read:", 0) {}
 
     // The item is left out.
     void AddUnread(const std::string& item, const std::string& reason);
@@ -30,20 +36,30 @@ class CopyLog {
 
     void Step() { m_progress.Step(); }
 
-    // The last lines: how many items were not read, and how many changed.
+    // How many items were not read.
+    int64_t GetUnread() const { return m_unread; }
+
+    // The last lines: how many items of each kind have no line, how many were not read, and how many changed.
     void WriteTotals();
 
   private:
+    struct Group {
+        std::string first;  // the line of its first item
+        int64_t count = 0;
+    };
+
     void Write(const char* kind, const std::string& item, const std::string& text);
 
     std::ostream& m_err;
+    Listing m_listing;
     Progress m_progress;
+    std::map<std::string, Group> m_groups;
     int64_t m_unread = 0;
     int64_t m_changed = 0;
 };
 
-// Walks a list of IDs: `next` replaces an ID by the next one, and by 0 at the end. A list that fails or does
-// not ascend ends there, and the rest is reported. `items` names them in the plural.
+// Walks a list of IDs: `next` replaces an ID by the next one. The list ends at 0; one that fails, or that
+// yields an ID again, ends there, too, and that is reported. `items` names them in the plural.
 void ForEachId(const std::string& items, CopyLog& log, const std::function<Outcome(uint32_t&)>& next,
                const std::function<void(int32_t)>& read);
 

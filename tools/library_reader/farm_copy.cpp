@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "embedded/layout/contradictions.h"
-#include "tools/library_reader/copy_log.h"
 #include "tools/library_reader/jukebox_copy.h"
 #include "tools/library_reader/library_service.h"
 #include "tools/library_reader/volume_copy.h"
@@ -52,13 +51,28 @@ void MakeVolumeSets(Farm& farm, const SidesOfVolumes& sides, CopyLog& log) {
 
 }  // namespace
 
-Farm CopyFarm(const std::string& library, const std::string& server, const Streams& streams) {
-    const LibraryService service(library, server);
-    CopyLog log(streams.err);
-    VolumeCopy volumes = CopyVolumes(service, log);
+void AddCopyOptions(CLI::App& command, CLI::Option& library, CopyOptions& options) {
+    command
+        .add_flag_callback(
+            "--verbose", [&options] { options.listing = Listing::Complete; },
+            "list every item that cannot be copied as it is")
+        ->needs(&library);
+    command
+        .add_flag_callback(
+            "--partial-ok", [&options] { options.incomplete = Incomplete::Accepted; },
+            "succeed even if something could not be read")
+        ->needs(&library);
+}
+
+FarmCopy CopyFarm(const CopyOptions& options, const Streams& streams) {
+    const LibraryService service(options.library, options.from);
+    CopyLog log(streams.err, options.listing);
+    VolumeCopier volumes(service, log);
+    volumes.CopyListed();
     Farm farm;
     farm.jukeboxes = CopyJukeboxes(service, volumes, log);
-    farm.volumes = std::move(volumes.volumes);
+    volumes.CompareLocations();
+    farm.volumes = volumes.TakeVolumes();
     SidesOfVolumes sides = FindSidesOfVolumes(farm);
     NumberParts(sides);
     MakeVolumeSets(farm, sides, log);
@@ -66,7 +80,12 @@ Farm CopyFarm(const std::string& library, const std::string& server, const Strea
     const std::vector<Problem> problems = FindContradictions(farm);
     if (!problems.empty()) throw ToolFailure("the farm contradicts itself: " + problems.front().text);
     log.WriteTotals();
-    return farm;
+    return {std::move(farm), log.GetUnread()};
+}
+
+void RequireComplete(const FarmCopy& copy, const CopyOptions& options) {
+    if (copy.unread == 0 || options.incomplete == Incomplete::Accepted) return;
+    throw IncompleteResult("the copy is incomplete (--partial-ok accepts it)");
 }
 
 }  // namespace embedded::tools

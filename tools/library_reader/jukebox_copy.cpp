@@ -6,6 +6,7 @@
 #include "embedded/model/farm_words.h"
 #include "embedded/model/media_types.h"
 #include "krvcmd/service/sdk/codes.h"
+#include "tools/common/plain_text.h"
 
 namespace embedded::tools {
 namespace {
@@ -26,7 +27,7 @@ FarmDevice DeviceOf(const DeviceIdentity& identity) {
 
 class JukeboxCopier {
   public:
-    JukeboxCopier(const LibraryService& service, const VolumeCopy& volumes, CopyLog& log)
+    JukeboxCopier(const LibraryService& service, VolumeCopier& volumes, CopyLog& log)
         : m_service(service), m_volumes(volumes), m_log(log) {}
 
     std::vector<FarmJukebox> Copy() {
@@ -58,7 +59,21 @@ class JukeboxCopier {
             m_log.PossibleCount(record.magazineCount, kMaxParts, "the magazines of " + name);
         for (int32_t magazine = 0; magazine < magazines; ++magazine)
             jukebox.magazines.push_back(ReadMagazine(id, magazine, name));
+        CompareSlotCounts(record, jukebox, name);
         m_jukeboxes.push_back(std::move(jukebox));
+    }
+
+    // A service may or may not count the slots of magazines that are not present.
+    void CompareSlotCounts(const JukeboxRecord& record, const FarmJukebox& jukebox, const std::string& name) {
+        int64_t present = 0;
+        int64_t all = 0;
+        for (const FarmMagazine& magazine : jukebox.magazines) {
+            all += magazine.slotCount;
+            if (magazine.present) present += magazine.slotCount;
+        }
+        if (record.slotCount == present || record.slotCount == all) return;
+        m_log.AddChanged(name, Counted(record.slotCount, "slot", "slots") + " but " +
+                                   std::to_string(present) + " in its magazines, copied with those");
     }
 
     FarmDrive ReadDrive(int32_t jukebox, int32_t number, const std::string& owner) {
@@ -142,7 +157,9 @@ class JukeboxCopier {
 
     FarmSide SideOf(const SideKey& key, uint32_t type, SlotState slotState, const SideRecord& record,
                     const std::string& name) {
-        const int32_t volume = CopiedVolume(record.volumeId, name);
+        const SidePlace place{key.jukeboxId, key.magazine, key.slot, key.side};
+        const bool hasVolume = record.volumeId > 0 && m_volumes.HasVolumeOf(place, record.volumeId, name);
+        const int32_t volume = hasVolume ? record.volumeId : 0;
         FarmSide side = UsualSide(type, ContentOf(record, slotState, volume, name), volume);
         if (IsContentKnown(record)) {
             if (record.finalization <= static_cast<uint32_t>(Finalization::Closed)) {
@@ -152,8 +169,7 @@ class JukeboxCopier {
                                            ", copied as usual for the medium");
             }
         }
-        const auto part = m_volumes.parts.find({key.jukeboxId, key.magazine, key.slot, key.side});
-        if (volume != 0 && part != m_volumes.parts.end()) side.part = part->second;
+        if (hasVolume) side.part = m_volumes.PartOf(place);
         return side;
     }
 
@@ -176,25 +192,15 @@ class JukeboxCopier {
         return volume != 0 && content != Content::Bad ? Content::FileSystem : content;
     }
 
-    // The volume on a side, or 0 when it was not copied.
-    int32_t CopiedVolume(int32_t volume, const std::string& side) {
-        if (volume < 1) return 0;
-        if (m_volumes.ids.contains(volume)) return volume;
-        m_log.AddUnread("volume " + std::to_string(volume) + " on " + side,
-                        "it is not in the list of volumes");
-        return 0;
-    }
-
     const LibraryService& m_service;
-    const VolumeCopy& m_volumes;
+    VolumeCopier& m_volumes;
     CopyLog& m_log;
     std::vector<FarmJukebox> m_jukeboxes;
 };
 
 }  // namespace
 
-std::vector<FarmJukebox> CopyJukeboxes(const LibraryService& service, const VolumeCopy& volumes,
-                                       CopyLog& log) {
+std::vector<FarmJukebox> CopyJukeboxes(const LibraryService& service, VolumeCopier& volumes, CopyLog& log) {
     return JukeboxCopier(service, volumes, log).Copy();
 }
 

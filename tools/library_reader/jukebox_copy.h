@@ -12,7 +12,6 @@ namespace embedded::tools {
 // Reads the jukeboxes with their drives, magazines and media. A drive or magazine that cannot be read keeps
 // its number, as a disabled drive or an absent magazine; volumes that were not copied are left out of the
 // sides.
-std::vector<FarmJukebox> CopyJukeboxes(const LibraryService& service, const VolumeCopy& volumes,
-                                       CopyLog& log);
+std::vector<FarmJukebox> CopyJukeboxes(const LibraryService& service, VolumeCopier& volumes, CopyLog& log);
 
 }  // namespace embedded::tools
