@@ -8,6 +8,7 @@
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/farm_file.h"
+#include "embedded/store/statement.h"
 
 namespace embedded {
 namespace {
@@ -18,6 +19,15 @@ constexpr std::string_view kDemonstrationServers[] = {".", "my_server", "MyServe
 }  // namespace
 
 std::unique_ptr<Database> OpenServer(const std::string& server) {
+    std::unique_ptr<Database> database = OpenServerToCheck(server);
+    if (!FindValue<int64_t>(*database, "SELECT id FROM server").has_value()) {
+        throw Refuse(Code::FarmDamaged,
+                     {database->GetFile().string(), "the description of its server is missing"});
+    }
+    return database;
+}
+
+std::unique_ptr<Database> OpenServerToCheck(const std::string& server) {
     if (!IsDemonstrationServer(server)) return OpenFarm(server, nullptr);
     return OpenFarm(server, [&](Database& database) { FillDemonstrationFarm(database, server); });
 }

@@ -10,8 +10,11 @@
 namespace embedded {
 
 // Opens the farm of a server. A demonstration server gets its farm when it has none; any other server that
-// has none is refused as unknown.
+// has none is refused as unknown, and a farm that does not describe its server as damaged.
 std::unique_ptr<Database> OpenServer(const std::string& server);
+
+// The same for a farm that may lack the description of its server.
+std::unique_ptr<Database> OpenServerToCheck(const std::string& server);
 
 // The servers that have a file in the state folder, by name.
 std::vector<std::string> ListServers();

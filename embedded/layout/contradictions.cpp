@@ -1,10 +1,12 @@
 #include "embedded/layout/contradictions.h"
 
 #include <algorithm>
-#include <limits>
 #include <map>
 #include <set>
-#include <unordered_map>
+#include <span>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
 
 #include "embedded/model/farm_words.h"
 #include "embedded/model/strings.h"
@@ -22,14 +24,21 @@ class Search {
             CheckVolume(volume);
         for (const FarmJukebox& jukebox : m_farm.jukeboxes)
             CheckJukebox(jukebox);
+        if (m_slots > kMaxFarmSlots) {
+            AddProblem(0, "the farm has " + std::to_string(m_slots) + " slots; the limit is " +
+                              std::to_string(kMaxFarmSlots));
+        }
         for (const FarmMedium& medium : m_farm.shelf)
             CheckMedium(medium, Place::Shelf, "on the shelf");
+        std::ranges::sort(m_sides);
         for (const FarmVolume& volume : m_farm.volumes)
             CheckSides(volume);
         return std::move(m_problems);
     }
 
   private:
+    using VolumePart = std::pair<int32_t, int32_t>;  // volume ID, part number
+
     void AddProblem(int line, std::string text) { m_problems.push_back({line, "", std::move(text)}); }
 
     static std::string Name(const FarmVolume& volume) { return "volume " + std::to_string(volume.id); }
@@ -37,8 +46,7 @@ class Search {
     void CheckVolume(const FarmVolume& volume) {
         const std::string name = Name(volume);
         if (volume.id == 0) AddProblem(volume.line, "volume 0: 0 is not a volume ID");
-        if (!m_volumes.emplace(volume.id, &volume).second)
-            AddProblem(volume.line, name + " is defined twice");
+        if (!m_volumes.insert(volume.id).second) AddProblem(volume.line, name + " is defined twice");
         if (volume.free > volume.total) AddProblem(volume.line, name + " has more free than total bytes");
         if (m_farm.nextVolume != 0 && volume.id >= m_farm.nextVolume) {
             AddProblem(volume.line,
@@ -60,14 +68,11 @@ class Search {
         const std::string name = "jukebox " + std::to_string(jukebox.id);
         if (!m_jukeboxes.insert(jukebox.id).second) AddProblem(jukebox.line, name + " is defined twice");
         if (jukebox.name.empty()) AddProblem(jukebox.line, name + " has an empty name");
-        int64_t slots = 0;
         size_t number = 0;
         for (const FarmMagazine& magazine : jukebox.magazines) {
-            slots += magazine.slotCount;
+            m_slots += magazine.slotCount;
             CheckMagazine(magazine, "magazine " + std::to_string(++number) + " of " + name);
         }
-        if (slots > std::numeric_limits<int32_t>::max())
-            AddProblem(jukebox.line, name + " has too many slots");
         for (const FarmMedium& medium : jukebox.waiting) {
             CheckMedium(medium, Place::ImportStation, "in the import station of " + name);
         }
@@ -101,7 +106,7 @@ class Search {
         for (const FarmSide& side : medium.sides) {
             if (side.volume == 0) continue;
             const std::string volume = "volume " + std::to_string(side.volume);
-            ++m_sides[side.volume];
+            m_sides.emplace_back(side.volume, side.part);
             if (!m_volumes.contains(side.volume))
                 AddProblem(medium.line, Joined({volume, " ", name, " is not defined"}));
             if (side.content == Content::Blank || side.content == Content::NoFileSystem) {
@@ -115,23 +120,39 @@ class Search {
     }
 
     void CheckSides(const FarmVolume& volume) {
-        const auto found = m_sides.find(volume.id);
-        const int sides = found == m_sides.end() ? 0 : found->second;
+        const auto own = std::ranges::equal_range(m_sides, volume.id, {}, &VolumePart::first);
+        const int64_t sides = std::ssize(own);
         if (volume.type == VolumeType::Disc && sides > 1) {
             AddProblem(volume.line,
                        Name(volume) + " is a disc but is on " + std::to_string(sides) + " sides");
         }
+        if (sides > kMaxSidesOfVolume) {
+            AddProblem(volume.line, Name(volume) + " is on " + std::to_string(sides) +
+                                        " sides; the limit is " + std::to_string(kMaxSidesOfVolume));
+        }
+        if (volume.type != VolumeType::Disc && sides > 1) CheckParts(volume, own);
         if (volume.id < 0 && sides == 0) {
             AddProblem(volume.line, Name(volume) + " is on no medium and was never imported");
         }
     }
 
+    // Sides without a number, 0, are in the order of their places.
+    void CheckParts(const FarmVolume& volume, std::span<const VolumePart> parts) {
+        const auto repeated = std::ranges::adjacent_find(
+            parts,
+            [](const VolumePart& one, const VolumePart& next) { return one == next && one.second != 0; });
+        if (repeated == parts.end()) return;
+        AddProblem(volume.line, Name(volume) + " has several sides with the part number " +
+                                    std::to_string(repeated->second));
+    }
+
     const Farm& m_farm;
+    int64_t m_slots = 0;
     std::vector<Problem> m_problems;
-    std::unordered_map<int32_t, const FarmVolume*> m_volumes;
-    std::unordered_map<int32_t, int> m_sides;
+    std::unordered_set<int32_t> m_volumes;
+    std::vector<VolumePart> m_sides;  // every side with a volume
     std::set<int32_t> m_jukeboxes;
-    std::set<std::string> m_directories;
+    std::unordered_set<std::string_view> m_directories;
 };
 
 }  // namespace

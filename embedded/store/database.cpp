@@ -64,7 +64,9 @@ Database::Access Database::AccessTo(const std::filesystem::path& file) {
 Database::Database(const std::filesystem::path& file, const std::filesystem::path& shownAs)
     : m_file(shownAs.empty() ? file : shownAs), m_access(AccessTo(file)) {
     StartWaiting();
-    const std::string address = IsFixed() ? FixedAddress(file) : Utf8(file.u8string());
+    // An absolute path is never taken for an address with options, as "file:x?mode=ro" would be.
+    const std::string address =
+        IsFixed() ? FixedAddress(file) : Utf8(std::filesystem::absolute(file).u8string());
     const int access = m_access == Access::Full ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
     sqlite3* connection = nullptr;
     const int result =
@@ -74,6 +76,8 @@ Database::Database(const std::filesystem::path& file, const std::filesystem::pat
     if (connection == nullptr) throw std::bad_alloc();
     sqlite3_extended_result_codes(connection, 1);
     if (result != SQLITE_OK) Fail(result);
+    // A farm has none: whoever put some into the file shall not decide what a call does.
+    sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_busy_handler(connection, &WaitForOthers, this);
 }
 

@@ -12,6 +12,10 @@ struct CheckOptions {
 
 // The rules of a sound farm: each statement yields a sentence for every item that breaks its rule.
 constexpr Sql kRules[] = {
+    // ---- The file
+    R"(SELECT 'the ' || type || ' "' || name || '" does not belong to a farm'
+       FROM sqlite_master WHERE type IN ('trigger', 'view'))",
+
     // ---- The server
     R"(SELECT 'the server has ' || count(*) || ' descriptions instead of one' FROM server HAVING count(*) <> 1)",
     R"(SELECT 'the server records ' || s.fault_count || ' faults but has ' || count(f.id)
@@ -19,6 +23,8 @@ constexpr Sql kRules[] = {
     R"(SELECT 'the journal limit is ' || journal_limit FROM server WHERE journal_limit < 0)",
     R"(SELECT 'fault ' || id || ' has the probability ' || probability || '; the range is 0 to 1'
        FROM fault WHERE probability NOT BETWEEN 0 AND 1)",
+    R"(SELECT 'fault ' || id || ' has the code ' || code || '; the range is 0 to 2147483647'
+       FROM fault WHERE code NOT BETWEEN 0 AND 2147483647)",
     R"(SELECT 'fault ' || id || ' has neither a code nor a delay' FROM fault WHERE code IS NULL AND delay <= 0)",
 
     // ---- Jukeboxes
@@ -118,6 +124,11 @@ constexpr Sql kRules[] = {
        FROM side WHERE volume IS NOT NULL AND content IN (4, 5))",
     R"(SELECT 'volume ' || v.id || ' is a disc but is on ' || count(*) || ' sides'
        FROM volume v JOIN side i ON i.volume = v.id WHERE v.type = 0 GROUP BY v.id HAVING count(*) > 1)",
+    R"(SELECT 'volume ' || i.volume || ' has ' || count(*) || ' sides with the part number ' || i.part
+       FROM side i JOIN volume v ON v.id = i.volume WHERE v.type <> 0 AND i.part <> 0
+       GROUP BY i.volume, i.part HAVING count(*) > 1)",
+    R"(SELECT 'volume ' || volume || ' is on ' || count(*) || ' sides; the limit is 100000'
+       FROM side WHERE volume IS NOT NULL GROUP BY volume HAVING count(*) > 100000)",
     R"(SELECT 'volume ' || v.id || ' was never imported but is in a slot or an export station'
        FROM volume v JOIN side i ON i.volume = v.id JOIN medium d ON d.id = i.medium
        WHERE v.id < 0 AND d.place IN (1, 3))",
@@ -158,7 +169,7 @@ constexpr Sql kRules[] = {
 };
 
 void Check(const CheckOptions& options, const Streams& streams) {
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenServerToCheck(options.server);
     std::string breaches;
     const auto add = [&](const std::string& breach) {
         breaches.append(breaches.empty() ? "" : "\n").append(breach);

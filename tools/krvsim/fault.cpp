@@ -175,9 +175,15 @@ void AddAdd(CommandLine& line, CLI::App& group) {
     app.add_option("--times", options.times, "number of calls to hit; without it, all")->check(numbers);
     app.add_option("--probability", options.probability, "chance to hit each call, from 0 to 1")
         ->capture_default_str()
-        ->check(FromTo(0.0, 1.0));
+        ->check([](const std::string& text) {
+            double probability = -1;
+            const bool isNumber = CLI::detail::lexical_cast(text, probability);
+            return isNumber && probability >= 0 && probability <= 1 ? std::string()
+                                                                    : text + " is not from 0 to 1";
+        });
     app.add_option("--seed", options.seed, "seed of that chance")->capture_default_str();
-    app.add_option("--code", options.code, "code to fail with");
+    app.add_option("--code", options.code, "code to fail with, 0 or more")
+        ->check(FromTo(0, std::numeric_limits<int32_t>::max()));
     app.add_option("--text", options.text, "error text, with --code")->check([](const std::string& text) {
         const bool isLong = text.size() > kMaxTextLength;
         return isLong ? "is longer than " + std::to_string(kMaxTextLength) + " bytes" : std::string();

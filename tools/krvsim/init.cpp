@@ -3,7 +3,6 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 
 #include "embedded/farms/farm_writer.h"
 #include "embedded/farms/servers.h"
@@ -26,26 +25,44 @@ struct InitOptions {
     Existing existing = Existing::Keep;
 };
 
-std::string ReadText(const std::string& file) {
-    std::stringstream text;
-    if (file == "-") {
-        text << std::cin.rdbuf();
-        return text.str();
+constexpr uintmax_t kMaxLayoutSize = 1ULL << 30U;
+
+[[noreturn]] void RefuseSize(const std::string& name) {
+    throw ToolFailure(name + ": is larger than 1 GiB");
+}
+
+// The whole text, or one up to a NUL byte, with which no layout is valid. A stream may be endless.
+std::string ReadText(std::istream& stream, const std::string& name) {
+    constexpr size_t kBlock = 1U << 20U;
+    std::string text;
+    while (stream.good()) {
+        const size_t before = text.size();
+        if (before > kMaxLayoutSize) RefuseSize(name);
+        text.resize(before + kBlock);
+        stream.read(text.data() + before, kBlock);
+        text.resize(before + static_cast<size_t>(stream.gcount()));
+        if (text.find('\0', before) != std::string::npos) return text;
     }
+    if (stream.bad()) throw ToolFailure(name + ": cannot be read");
+    return text;
+}
+
+std::string ReadText(const std::string& file) {
+    if (file == "-") return ReadText(std::cin, "standard input");
     std::error_code failure;
     if (std::filesystem::is_directory(file, failure)) throw ToolFailure(file + ": is a directory");
     std::ifstream stream(file, std::ios::binary);
     if (!stream.is_open()) throw ToolFailure(file + ": cannot be read");
-    text << stream.rdbuf();
-    if (stream.bad()) throw ToolFailure(file + ": cannot be read");
-    return text.str();
+    const uintmax_t size = std::filesystem::file_size(file, failure);
+    if (!failure && size > kMaxLayoutSize) RefuseSize(file);
+    return ReadText(stream, file);
 }
 
 Farm ReadFarmOf(const InitOptions& options) {
     if (options.start == Start::Empty) return {};
     const bool isDemonstration = options.start == Start::Demonstration;
-    const std::string text = isDemonstration ? std::string(DemonstrationLayout()) : ReadText(options.layout);
-    LayoutResult layout = ReadLayout(text);
+    LayoutResult layout =
+        ReadLayout(isDemonstration ? std::string(DemonstrationLayout()) : ReadText(options.layout));
     // A farm that is not complete has contradictions that the file does not have.
     if (std::ranges::all_of(layout.problems, &Problem::isOfCount)) {
         std::ranges::move(FindContradictions(layout.farm), std::back_inserter(layout.problems));

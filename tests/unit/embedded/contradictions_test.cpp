@@ -50,6 +50,16 @@ shelf = [ { type = "CD-R", a = 4 }, { type = "CD-R", a = 4 } ])",
         {R"(volume = [ { id = 4, type = "mirror" } ]
 shelf = [ { type = "CD-R", a = 4 }, { type = "CD-R", a = 4 } ])",
          ""},
+        {R"(volume = [ { id = 4, type = "mirror" } ]
+shelf = [ { type = "CD-R", a = { volume = 4, part = 2 } }, { type = "CD-R", a = { volume = 4, part = 2 } } ])",
+         "2: volume 4 has several sides with the part number 2"},
+        {R"(volume = [ { id = 4, type = "mirror" } ]
+shelf = [ { type = "CD-R", a = { volume = 4, part = 2 } }, { type = "CD-R", a = { volume = 4, part = 1 } } ])",
+         ""},
+        {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 8000000 }, { slots = 8000000 } ] } ])",
+         ""},
+        {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 8000000 }, { slots = 8000001 } ] } ])",
+         "0: the farm has 16000001 slots; the limit is 16000000"},
         {R"(jukebox = [ { id = 1, name = "" } ])", "2: jukebox 1 has an empty name"},
         {R"(jukebox = [ { id = 1, name = "x" }, { id = 1, name = "y" } ])", "2: jukebox 1 is defined twice"},
         {R"(jukebox = [ { id = 1, name = "x", magazine = [ { slots = 2, media = [ { slot = 3, type = "CD-R", a = "blank" } ] } ] } ])",
@@ -84,6 +94,24 @@ TEST(Contradictions, AllOfThemAreListed) {
 shelf = [ { type = "CD-R", a = 3 } ])")
                   .size(),
               3U);
+}
+
+TEST(Contradictions, VolumeOnTooManySidesIsFound) {
+    embedded::Farm farm;
+    embedded::FarmVolume volume;
+    volume.id = 4;
+    volume.type = embedded::VolumeType::VolumeSet;
+    farm.volumes.push_back(volume);
+    embedded::FarmMedium medium;
+    medium.sides.resize(1);
+    medium.sides[0].content = embedded::Content::FileSystem;
+    medium.sides[0].volume = 4;
+    farm.shelf.assign(100'000, medium);
+    EXPECT_TRUE(embedded::FindContradictions(farm).empty());
+    farm.shelf.push_back(medium);
+    const std::vector<embedded::Problem> problems = embedded::FindContradictions(farm);
+    ASSERT_EQ(problems.size(), 1U);
+    EXPECT_EQ(problems[0].text, "volume 4 is on 100001 sides; the limit is 100000");
 }
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <string>
@@ -85,6 +87,20 @@ TEST_F(Statements, IsPreparedOnce) {
 TEST_F(Statements, FailureIsARefusal) {
     EXPECT_THROW(embedded::Run(*m_database, "SELECT nothing FROM nowhere"), embedded::Refusal);
 }
+
+#ifndef _WIN32
+TEST_F(Statements, PathThatLooksLikeAnAddressIsAPath) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_home.GetFolder());
+    const std::filesystem::path folder = "file:farms?mode=x";
+    std::filesystem::create_directory(folder);
+    std::ofstream(folder / "farm.db").close();
+    embedded::Database database(folder / "farm.db");
+    database.Execute("CREATE TABLE written (id INTEGER)");
+    EXPECT_GT(std::filesystem::file_size(folder / "farm.db"), 0U);
+    std::filesystem::current_path(before);
+}
+#endif
 
 }  // namespace
 }  // namespace embedded_test

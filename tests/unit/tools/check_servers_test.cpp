@@ -114,6 +114,14 @@ TEST_F(KrvsimCheck, ReportsEveryBrokenRule) {
          "0, 0; "
          "UPDATE server SET fault_count = 1",
          "fault 1 has neither a code nor a delay"},
+        {"INSERT INTO fault SELECT 1, '*', NULL, NULL, NULL, NULL, NULL, NULL, 0, NULL, 1, 1, -7, '', 0, 0, 0; "
+         "UPDATE server SET fault_count = 1",
+         "fault 1 has the code -7; the range is 0 to 2147483647"},
+        {"CREATE TRIGGER planted AFTER UPDATE ON jukebox BEGIN DELETE FROM volume; END",
+         "the trigger \"planted\" does not belong to a farm"},
+        {"CREATE VIEW planted AS SELECT 1", "the view \"planted\" does not belong to a farm"},
+        {"UPDATE side SET part = 2 WHERE volume = 300 AND part = 1",
+         "volume 300 has 2 sides with the part number 2"},
         {"UPDATE server SET journal_limit = -1", "the journal limit is -1"},
     };
     for (const BreachCase& expected : cases) {
@@ -123,6 +131,29 @@ TEST_F(KrvsimCheck, ReportsEveryBrokenRule) {
         EXPECT_NE(error.find(expected.breach), std::string::npos) << expected.script << "\n" << error;
         std::filesystem::remove(m_home.GetFolder() / "server-broken.db");
     }
+}
+
+TEST_F(KrvsimCheck, FarmWithoutItsServerIsRefusedByEverythingElse) {
+    Done({"init"});
+    ChangeFarm(m_home.LocalFarm(), "DELETE FROM server");
+    const std::string refusal = "The farm file \"" + m_home.LocalFarm().string() +
+                                "\" cannot be used: the description of its server is missing.";
+    EXPECT_EQ(Failed({"dump"}), "krvsim: " + refusal + "\n");
+    EXPECT_EQ(Failed({"journal", "--on"}), "krvsim: " + refusal + "\n");
+    EXPECT_EQ(Client().GetOpening().text, refusal);
+    Done({"init", "--force"});
+    Done({"check"});
+}
+
+TEST_F(KrvsimCheck, PlantedTriggersDoNotRun) {
+    Done({"init"});
+    ChangeFarm(m_home.LocalFarm(),
+               "CREATE TRIGGER planted AFTER UPDATE ON jukebox BEGIN DELETE FROM directory; END");
+    Client client;
+    ASSERT_TRUE(client.DisableJukebox(8).ok);
+    std::vector<std::string> aspects;
+    ASSERT_TRUE(client.Aspects(33, aspects).ok);
+    EXPECT_FALSE(aspects.empty());
 }
 
 TEST_F(KrvsimCheck, EveryActionLeavesASoundFarm) {

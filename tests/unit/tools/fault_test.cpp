@@ -162,6 +162,20 @@ TEST_F(KrvsimFault, ClearRemovesTheGivenFaultsOrAll) {
     Done({"check"});
 }
 
+TEST_F(KrvsimFault, RefusesCodesAndProbabilitiesOutOfRange) {
+    for (const char* probability : {"nan", "-nan", "-0.1", "1.1", "inf", "x"}) {
+        EXPECT_TRUE(WrongUsage({"fault", "add", "-f", "GetSlot", "--code", "9", "--probability", probability})
+                        .starts_with("krvsim: --probability: "))
+            << probability;
+    }
+    for (const char* code : {"-1", "-2147483648", "2147483648"}) {
+        EXPECT_TRUE(
+            WrongUsage({"fault", "add", "-f", "GetSlot", "--code", code}).starts_with("krvsim: --code: "))
+            << code;
+    }
+    EXPECT_EQ(Done({"fault", "list"}), "There are no faults.\n");
+}
+
 TEST_F(KrvsimFault, UnknownFunctionFailsWithAListOfFunctions) {
     const std::string error = Failed({"fault", "add", "-f", "Explode", "--code", "9"});
     EXPECT_TRUE(error.starts_with("krvsim: unknown function \"Explode\"; the functions are:\n")) << error;

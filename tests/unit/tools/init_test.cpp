@@ -122,6 +122,18 @@ TEST_F(KrvsimInit, LayoutFileThatCannotBeReadIsNamed) {
     EXPECT_EQ(Failed({"init", "--layout", folder}), "krvsim: " + folder + ": is a directory\n");
 }
 
+TEST_F(KrvsimInit, LayoutFileAboveOneGibibyteIsRefused) {
+    const std::string file = WriteFile("large.toml", "");
+    std::filesystem::resize_file(file, (1ULL << 30U) + 1);
+    EXPECT_EQ(Failed({"init", "--layout", file}), "krvsim: " + file + ": is larger than 1 GiB\n");
+}
+
+#ifndef _WIN32
+TEST_F(KrvsimInit, EndlessLayoutFileIsRefused) {
+    EXPECT_TRUE(Failed({"init", "--layout", "/dev/zero"}).starts_with("krvsim: /dev/zero:1: "));
+}
+#endif
+
 TEST_F(KrvsimInit, FileThatIsNoFarmIsNotReplaced) {
     std::ofstream(m_home.LocalFarm()) << std::string(5000, 'x');
     EXPECT_EQ(Failed({"init", "--force"}), "krvsim: The file \"" + m_home.LocalFarm().string() +
