@@ -47,7 +47,7 @@ Progress::~Progress() {
 
 void Progress::Clear() {
     if (m_shownWidth == 0) return;
-    m_err << '\r' << std::string(m_shownWidth, ' ') << '\r' << std::flush;
+    m_err << '\r' << std::string(m_shownWidth, ' ') << std::flush << '\r' << std::flush;
     m_shownWidth = 0;
 }
 

@@ -2,8 +2,12 @@
 #include <string>
 #include <vector>
 
+#include "tools/common/terminal_text.h"
 #include "tools/krvsim/tool.h"
 
 int main(int argc, char** argv) {
-    return embedded::tools::RunTool(std::vector<std::string>(argv + 1, argv + argc), {std::cout, std::cerr});
+    using Ostrel::UI::Console::Stream;
+    embedded::tools::SafeStream out(std::cout, Stream::StandardOutput);
+    embedded::tools::SafeStream err(std::cerr, Stream::StandardError);
+    return embedded::tools::RunTool(std::vector<std::string>(argv + 1, argv + argc), {out.Get(), err.Get()});
 }

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <sstream>
 
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
+#include "tools/common/terminal_text.h"
 
 namespace embedded_test {
 namespace {
@@ -38,6 +40,29 @@ TEST(SizeText, RoundsToTheNearestUnit) {
     EXPECT_EQ(embedded::tools::SizeText(1535), "1 KiB");
     EXPECT_EQ(embedded::tools::SizeText(1536), "2 KiB");
     EXPECT_EQ(embedded::tools::SizeText(5 * 1024 * 1024 / 2), "3 MiB");
+}
+
+// What reaches a terminal behind the buffer.
+std::string OnTerminal(const std::function<void(std::ostream&)>& write) {
+    std::stringbuf terminal;
+    embedded::tools::TerminalText text(terminal);
+    std::ostream out(&text);
+    write(out);
+    out.flush();
+    return terminal.str();
+}
+
+TEST(TerminalText, ControlCharactersBecomeQuestionMarksAndLinesStay) {
+    EXPECT_EQ(OnTerminal([](std::ostream& out) { out << "not read: \x1B[2Jx\a\ty\rz\x7F\n\nnext\n"; }),
+              "not read: ?[2Jx??y?z?\n\nnext\n");
+    EXPECT_EQ(OnTerminal([](std::ostream& out) { out << "no end"; }), "no end");
+}
+
+TEST(TerminalText, ProgressGoesBackToTheStartOfItsLine) {
+    EXPECT_EQ(OnTerminal([](std::ostream& out) {
+                  out << '\r' << "writing 1" << std::flush << '\r' << "         " << std::flush << '\r';
+              }),
+              "\rwriting 1\r         \r");
 }
 
 }  // namespace
