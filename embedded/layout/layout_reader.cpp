@@ -3,6 +3,7 @@
 #include <limits>
 #include <optional>
 
+#include "embedded/layout/long_arrays.h"
 #include "embedded/layout/stray_characters.h"
 #include "embedded/layout/table_reader.h"
 #include "embedded/model/media_types.h"
@@ -210,6 +211,25 @@ void ReadFarm(TableReader& reader, Farm& farm) {
     reader.RejectUnknownFields();
 }
 
+// The farm of a valid text with long arrays; nothing for any other text, whose problems are found in the text
+// as a whole.
+std::optional<Farm> ReadInPieces(std::string_view text) {
+    LongArrays arrays(text);
+    if (arrays.IsEmpty()) return std::nullopt;
+    try {
+        const toml::table table = toml::parse(arrays.GetRest());
+        std::vector<Problem> problems;
+        TableReader reader(table, "", problems);
+        reader.SetLongArrays(arrays);
+        Farm farm;
+        ReadFarm(reader, farm);
+        if (problems.empty() && arrays.AreAllTaken()) return farm;
+    } catch (const toml::parse_error&) {
+        // The text as a whole shows where.
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::string ProblemText(std::string_view file, const Problem& problem) {
@@ -224,6 +244,10 @@ LayoutResult ReadLayout(std::string_view text) {
     LayoutResult result;
     if (const std::optional<Problem> stray = FindStrayCharacter(text)) {
         result.problems.push_back(*stray);
+        return result;
+    }
+    if (std::optional<Farm> farm = ReadInPieces(text)) {
+        result.farm = std::move(*farm);
         return result;
     }
     try {

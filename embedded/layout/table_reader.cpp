@@ -162,7 +162,17 @@ void TableReader::Tables(std::string_view field, const std::function<void(TableR
     const toml::array* list = Array(field, "tables");
     if (list == nullptr) return;
     size_t position = 0;
-    for (const toml::node& element : *list) {
+    ReadElements(field, *list, position, m_origin, read);
+    if (m_origin.arrays == nullptr) return;
+    for (const LongArrays::Piece& piece : m_origin.arrays->Take(LineOf(*list))) {
+        const toml::table parsed = toml::parse("e = [" + std::string(piece.elements) + "\n]");
+        ReadElements(field, *parsed["e"].as_array(), position, Origin{piece.line - 1, nullptr}, read);
+    }
+}
+
+void TableReader::ReadElements(std::string_view field, const toml::array& list, size_t& position,
+                               const Origin& origin, const ReadTable& read) {
+    for (const toml::node& element : list) {
         const std::string path = PathOf(field) + "[" + std::to_string(++position) + "]";
         const toml::table* table = element.as_table();
         if (table == nullptr) {
@@ -170,6 +180,7 @@ void TableReader::Tables(std::string_view field, const std::function<void(TableR
             continue;
         }
         TableReader reader(*table, path, m_problems);
+        reader.m_origin = origin;
         read(reader);
         reader.RejectUnknownFields();
     }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "embedded/layout/layout_reader.h"
+#include "embedded/layout/long_arrays.h"
 #include "embedded/model/farm_words.h"
 
 #define TOML_HEADER_ONLY 1
@@ -28,7 +29,10 @@ class TableReader {
     TableReader(const toml::table& table, std::string path, std::vector<Problem>& problems)
         : m_table(table), m_path(std::move(path)), m_problems(problems) {}
 
-    int GetLine() const { return LineOf(m_table); }
+    // The arrays that were taken out of the text of this table and of all within it.
+    void SetLongArrays(LongArrays& arrays) { m_origin.arrays = &arrays; }
+
+    int GetLine() const { return m_origin.linesBefore + LineOf(m_table); }
     bool Has(std::string_view field) const { return m_table.contains(field); }
 
     // Each leaves the target as it is when the field is missing or invalid.
@@ -45,7 +49,8 @@ class TableReader {
     std::vector<int32_t> Numbers(std::string_view field);
     // An array of strings.
     std::vector<std::string> Texts(std::string_view field, size_t limit);
-    // Calls `read` with each table of an array of tables.
+    // Calls `read` with each table of an array of tables. Throws toml::parse_error for a long array that is
+    // invalid.
     void Tables(std::string_view field, const std::function<void(TableReader&)>& read);
 
     // The node itself, for a field with several forms; null when it is missing.
@@ -69,7 +74,18 @@ class TableReader {
     const toml::array* Array(std::string_view field, std::string_view elements);
     std::optional<std::string> TextOf(std::string_view field, const toml::node& node, size_t limit);
 
+    // The text that a table was parsed from.
+    struct Origin {
+        int linesBefore = 0;           // the file's lines before it
+        LongArrays* arrays = nullptr;  // that were taken out of it
+    };
+
+    using ReadTable = std::function<void(TableReader&)>;
+    void ReadElements(std::string_view field, const toml::array& list, size_t& position, const Origin& origin,
+                      const ReadTable& read);
+
     const toml::table& m_table;
+    Origin m_origin;
     std::string m_path;
     std::vector<Problem>& m_problems;
     std::set<std::string, std::less<>> m_asked;
