@@ -83,7 +83,8 @@ struct NamedSignal {
     int number;
 };
 
-constexpr std::array<NamedSignal, 2> kSignals = {{{"interrupt", SIGINT}, {"terminate", SIGTERM}}};
+constexpr std::array<NamedSignal, 3> kSignals = {
+    {{"interrupt", SIGINT}, {"terminate", SIGTERM}, {"hang up", SIGHUP}}};
 
 template <typename Table>
 const auto& Find(const Table& table, std::string_view name) {
@@ -337,6 +338,8 @@ class CaseReader {
             AddSignal(Interruption::Interrupt, value);
         } else if (key == "terminate") {
             AddSignal(Interruption::Terminate, value);
+        } else if (key == "hang up") {
+            AddSignal(Interruption::HangUp, value);
         } else if (key == "not on windows") {
             m_case.notOnWindows = value;
         } else {
@@ -394,17 +397,30 @@ class CaseReader {
         m_hasResult = true;
     }
 
-    // "after 6 calls". A second signal is sent a moment later, when the program has taken note of the first.
+    // "after 6 calls", or "after 6 calls and 1200 ms". A second signal is sent a moment later, when the
+    // program has taken note of the first.
     void AddSignal(Interruption interruption, std::string_view value) {
         constexpr std::string_view kAfter = "after ";
         constexpr std::string_view kCalls = " calls";
-        if (!value.starts_with(kAfter) || !value.ends_with(kCalls)) {
-            throw std::runtime_error("a signal comes \"after N calls\"");
+        constexpr std::string_view kAnd = " calls and ";
+        constexpr std::string_view kMilliseconds = " ms";
+        const auto read = [&](size_t end) {
+            return ParseInt(value.substr(kAfter.size(), end - kAfter.size()));
+        };
+        int pause = m_case.run.signals.empty() ? 0 : 100;
+        size_t end = value.size() - std::min(value.size(), kCalls.size());
+        if (const size_t more = value.find(kAnd);
+            more != std::string_view::npos && value.ends_with(kMilliseconds)) {
+            end = more;
+            const size_t begin = more + kAnd.size();
+            pause = ParseInt(value.substr(begin, value.size() - kMilliseconds.size() - begin));
+        } else if (!value.ends_with(kCalls)) {
+            end = 0;
         }
-        value.remove_prefix(kAfter.size());
-        value.remove_suffix(kCalls.size());
-        const int pause = m_case.run.signals.empty() ? 0 : 100;
-        m_case.run.signals.push_back({static_cast<size_t>(ParseInt(value)), interruption, pause});
+        if (!value.starts_with(kAfter) || end <= kAfter.size()) {
+            throw std::runtime_error("a signal comes \"after N calls\" or \"after N calls and N ms\"");
+        }
+        m_case.run.signals.push_back({static_cast<size_t>(read(end)), interruption, pause});
     }
 
     // The scripts of "one farm + another farm", one after the other.

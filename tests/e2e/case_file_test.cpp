@@ -42,6 +42,7 @@ TEST(CaseFile, ReadsEverySetting) {
         "merged: yes\n"
         "interrupt: after 6 calls\n"
         "terminate: after 7 calls\n"
+        "hang up: after 8 calls and 1200 ms\n"
         "not on windows: it cannot\n"
         "script\n"
         "    fail KrvServiceStop\n"
@@ -68,10 +69,13 @@ TEST(CaseFile, ReadsEverySetting) {
     EXPECT_EQ(only.run.columns, 80);
     EXPECT_EQ(only.run.locale, "C.UTF-8");
     EXPECT_TRUE(only.run.merged);
-    ASSERT_EQ(only.run.signals.size(), 2U);
+    ASSERT_EQ(only.run.signals.size(), 3U);
     EXPECT_EQ(only.run.signals[0].afterCalls, 6U);
     EXPECT_EQ(only.run.signals[0].interruption, Interruption::Interrupt);
     EXPECT_EQ(only.run.signals[1].interruption, Interruption::Terminate);
+    EXPECT_EQ(only.run.signals[2].interruption, Interruption::HangUp);
+    EXPECT_EQ(only.run.signals[2].afterCalls, 8U);
+    EXPECT_EQ(only.run.signals[2].pauseMilliseconds, 1200);
     EXPECT_EQ(only.notOnWindows, "it cannot");
     EXPECT_EQ(only.standardOutput, std::string(kBanner) + "blank at the end \n\na dollar$\n\ttab\n");
     EXPECT_EQ(only.standardError, "oops\n");
@@ -170,6 +174,7 @@ TEST(CaseFile, RefusesWhatItDoesNotUnderstand) {
              "case a\nwords: x\nstdou: nothing\nresult: quiet\n",                // no such setting
              "case a\n    x\n",                                                  // no block
              "case a\nwords: x\ninterrupt: soon\n",                              // no such moment
+             "case a\nwords: x\ninterrupt: after 6 calls and 5\n",               // no unit
              "case a\nwords: x\nresult: quiet\ncalls\n    KrvGetSide S=2..1\n",  // a falling range
              "case a\nwords: x\nresult: quiet\ncalls in session\n    KrvSessionClose\n",  // implied
              "case a\neach: b\nwords: x\nresult: quiet\n",                                // no such table

@@ -147,8 +147,8 @@ std::string EnvironmentOr(const char* name, const char* otherwise) {
         close(STDOUT_FILENO);
     }
     dup2(error, STDERR_FILENO);
-    // A test program started with SIGPIPE or SIGINT ignored must not pass that on.
-    for (const int number : {SIGPIPE, SIGINT, SIGTERM})
+    // A test program started with one of these ignored must not pass that on.
+    for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGXFSZ})
         signal(number, SIG_DFL);
     setenv("LD_LIBRARY_PATH", EnvironmentOr("KRVCMD_E2E_LIBRARY", KRVCMD_E2E_LIBRARY).c_str(), 1);
     setenv("KRVFAKE_SCRIPT", folder.Script().c_str(), 1);
@@ -199,6 +199,18 @@ class Watch {
         if (waiting[1].revents != 0) ReadFrom(m_error.reading, m_outcome.standardError);
     }
 
+    static int SignalOf(Interruption interruption) {
+        switch (interruption) {
+            case Interruption::Interrupt:
+                return SIGINT;
+            case Interruption::Terminate:
+                return SIGTERM;
+            case Interruption::HangUp:
+                return SIGHUP;
+        }
+        return 0;
+    }
+
     static void ReadFrom(Descriptor& from, std::string& into) {
         std::array<char, 65536> buffer{};
         const ssize_t count = read(from.Get(), buffer.data(), buffer.size());
@@ -215,7 +227,7 @@ class Watch {
         const Run::Signal& next = m_run.signals[m_signalsSent];
         if (ReadLines(m_folder.Record()).size() < next.afterCalls) return;
         usleep(static_cast<useconds_t>(next.pauseMilliseconds) * 1000);
-        kill(m_child, next.interruption == Interruption::Interrupt ? SIGINT : SIGTERM);
+        kill(m_child, SignalOf(next.interruption));
         ++m_signalsSent;
     }
 

@@ -16,7 +16,7 @@ enum class OutputTo : uint8_t {
 };
 
 // Signals from a person at the terminal or a supervisor.
-enum class Interruption : uint8_t { Interrupt, Terminate };
+enum class Interruption : uint8_t { Interrupt, Terminate, HangUp };
 
 // One start of the program on top of the scripted client library.
 struct Run {

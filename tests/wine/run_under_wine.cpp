@@ -171,7 +171,7 @@ int Run(int argc, char** argv) {
     if (!streams.merged) streams.error = ChannelFor(STDERR_FILENO);
 
     signal(SIGPIPE, SIG_IGN);
-    for (const int number : {SIGINT, SIGTERM})
+    for (const int number : {SIGINT, SIGTERM, SIGHUP})
         signal(number, HandOnInterruption);
     const pid_t child = fork();
     if (child < 0) Throw("fork");

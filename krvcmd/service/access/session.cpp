@@ -8,11 +8,14 @@ KrvSession& GetSession() {
 }
 
 Status OpenSession(const std::string& serverName) {
-    return CallLibrary(KrvSessionCreate, serverName.c_str(), &GetSession());
+    if (InterruptRequested()) return Status::SystemError(os_code::kInterrupted);
+    const LibraryCallScope scope(LibraryCall::CreatesOrClosesSession);
+    return CallInSession(GetSession(), KrvSessionCreate, serverName.c_str(), &GetSession());
 }
 
 void CloseSession() {
     // Also after an interruption, so not by way of CallLibrary.
+    const LibraryCallScope scope(LibraryCall::CreatesOrClosesSession);
     (void)CallInSession(GetSession(), KrvSessionClose);
 }
 

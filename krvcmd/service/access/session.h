@@ -15,6 +15,7 @@ KrvSession& GetSession();
 template <class Function, class... Arguments>
 Status CallLibrary(Function function, Arguments... arguments) {
     if (InterruptRequested()) return Status::SystemError(os_code::kInterrupted);
+    const LibraryCallScope scope(LibraryCall::Ordinary);
     return CallInSession(GetSession(), function, arguments...);
 }
 

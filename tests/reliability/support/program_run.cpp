@@ -31,6 +31,9 @@ bool InterruptRequested() {
     return checksLeft == 0;
 }
 
+LibraryCallScope::LibraryCallScope(LibraryCall) {}
+LibraryCallScope::~LibraryCallScope() = default;
+
 namespace reliability {
 namespace {
 

@@ -1,7 +1,9 @@
 // Not on Windows: no process sends itself signals; the end-to-end tests press Ctrl-C.
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <thread>
 
 #include "krvcmd/service/interrupt/interrupt.h"
 #include "tests/support/command_fixture.h"
@@ -55,7 +57,7 @@ class InterruptTest : public test::CommandTest {
 using InterruptDeathTest = InterruptTest;
 
 TEST_F(InterruptDeathTest, LetsTheCallInProgressFinishAndClosesTheSession) {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         ExpectInterrupted({"export", "J@8"}, "KrvMediaExport J=8 M=0 S=1", "", signal);
     }
 }
@@ -64,8 +66,11 @@ TEST_F(InterruptDeathTest, EndsWithTheInterruptionEvenWhenTheLastCallWasTheLastO
     ExpectInterrupted({"export", "J@8", "S1"}, "KrvMediaExport J=8 M=0 S=0");
 }
 
-TEST_F(InterruptDeathTest, DoesNotBeginItsWorkWhenTheSessionWasInterrupted) {
-    ExpectInterrupted({"export", "J@8"}, R"(KrvSessionCreate server=".")");
+TEST_F(InterruptDeathTest, EndsTheProcessWhileTheSessionIsCreatedOrClosed) {
+    for (const char* const call : {R"(KrvSessionCreate server=".")", "KrvSessionClose"}) {
+        EXPECT_EXIT(RunInterrupted({"export", "J@8", "S1"}, call, SIGHUP), testing::KilledBySignal(SIGHUP), "^$")
+            << call;
+    }
 }
 
 TEST_F(InterruptDeathTest, PrintsTheRowsGatheredSoFar) {
@@ -92,9 +97,20 @@ TEST_F(InterruptDeathTest, EndsTheProcessAtOnceTheSecondTime) {
     const auto interruptTwice = [] {
         InstallInterruptHandler();
         std::raise(SIGINT);
+        std::this_thread::sleep_for(std::chrono::seconds(kOneRequest));
         std::raise(SIGTERM);
     };
     EXPECT_EXIT(interruptTwice(), testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST_F(InterruptDeathTest, TakesSignalsInQuickSuccessionForOne) {
+    const auto interruptOften = [] {
+        InstallInterruptHandler();
+        for (const int signal : {SIGTERM, SIGTERM, SIGINT, SIGHUP})
+            std::raise(signal);
+        std::exit(InterruptRequested() ? 0 : 1);
+    };
+    EXPECT_EXIT(interruptOften(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(InterruptDeathTest, LeavesASignalOffThatTheCallerHasSwitchedOff) {
