@@ -72,8 +72,9 @@ struct NamedOutput {
     OutputTo output;
 };
 
-constexpr std::array<NamedOutput, 3> kOutputs = {{
+constexpr std::array<NamedOutput, 4> kOutputs = {{
     {"full disk", OutputTo::FullDisk},
+    {"limited file", OutputTo::LimitedFile},
     {"closed", OutputTo::Closed},
     {"no reader", OutputTo::NoReader},
 }};

@@ -2,6 +2,8 @@
 #include <poll.h>
 #include <pty.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): kill is POSIX, not in <csignal>
+#include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -94,6 +96,10 @@ Channel MakeOutput(const Run& run) {
             channel.writing = Descriptor(open("/dev/full", O_WRONLY | O_CLOEXEC));
             if (!channel.writing.IsOpen()) Throw("/dev/full");
             return channel;
+        case OutputTo::LimitedFile:
+            channel.writing = Descriptor(memfd_create("output", MFD_CLOEXEC));
+            if (!channel.writing.IsOpen()) Throw("memfd_create");
+            return channel;
         case OutputTo::NoReader:
             channel = MakePipe();
             channel.reading.Close();
@@ -139,6 +145,12 @@ std::string EnvironmentOr(const char* name, const char* otherwise) {
     return value == nullptr ? otherwise : value;
 }
 
+void LimitFileSize() {
+    constexpr rlim_t kBytes = 1024;
+    const rlimit limit{kBytes, kBytes};
+    (void)setrlimit(RLIMIT_FSIZE, &limit);
+}
+
 // Sets up the streams and the environment in the child process, and starts the program there.
 [[noreturn]] void BecomeProgram(const Run& run, const Folder& folder, int output, int error) {
     if (output >= 0) {
@@ -150,6 +162,7 @@ std::string EnvironmentOr(const char* name, const char* otherwise) {
     // A test program started with one of these ignored must not pass that on.
     for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGXFSZ})
         signal(number, SIG_DFL);
+    if (run.output == OutputTo::LimitedFile) LimitFileSize();
     setenv("LD_LIBRARY_PATH", EnvironmentOr("KRVCMD_E2E_LIBRARY", KRVCMD_E2E_LIBRARY).c_str(), 1);
     setenv("KRVFAKE_SCRIPT", folder.Script().c_str(), 1);
     setenv("KRVFAKE_LOG", folder.Record().c_str(), 1);

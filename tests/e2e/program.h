@@ -9,10 +9,11 @@ namespace e2e {
 
 // Where the program's standard output goes.
 enum class OutputTo : uint8_t {
-    Pipe,      // captured
-    FullDisk,  // every write fails with "no space left on device"
-    Closed,    // the program is started without a standard output
-    NoReader,  // a pipe whose reader has gone
+    Pipe,         // captured
+    FullDisk,     // every write fails with "no space left on device"
+    LimitedFile,  // files of the program may have 1024 bytes
+    Closed,       // the program is started without a standard output
+    NoReader,     // a pipe whose reader has gone
 };
 
 // Signals from a person at the terminal or a supervisor.

@@ -34,6 +34,9 @@ int CharacterWidth(char32_t codePoint);
 // Turns writing to a pipe without a reader into an ordinary write error; by default it may end the process.
 void SurviveBrokenPipes();
 
+// The same for writing beyond the largest size that files of this process may have (ulimit -f).
+void SurviveFileSizeLimit();
+
 // Whether the errno number of a failed write means that the pipe has no reader.
 bool IsBrokenPipe(int error);
 

@@ -74,6 +74,10 @@ void SurviveBrokenPipes() {
     std::signal(SIGPIPE, SIG_IGN);
 }
 
+void SurviveFileSizeLimit() {
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
 bool IsBrokenPipe(int error) {
     return error == EPIPE;
 }

@@ -34,6 +34,9 @@ int CharacterWidth(char32_t /*codePoint*/) {
 // A broken pipe raises no signal.
 void SurviveBrokenPipes() {}
 
+// There is no such limit.
+void SurviveFileSizeLimit() {}
+
 // The C runtime reports a closed pipe in either way.
 bool IsBrokenPipe(int error) {
     return error == EPIPE || error == EINVAL;

@@ -10,6 +10,7 @@ namespace krvcmd {
 
 void PrepareStandardStreams() {
     Ostrel::UI::Console::Platform::SurviveBrokenPipes();
+    Ostrel::UI::Console::Platform::SurviveFileSizeLimit();
     constexpr int kStandardDescriptors[] = {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO};
     for (const int descriptor : kStandardDescriptors) {
         if (fcntl(descriptor, F_GETFD) != -1 || errno != EBADF) continue;
