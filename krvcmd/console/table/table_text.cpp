@@ -95,17 +95,21 @@ void ForEachRow(std::span<const CTableRow* const> rows, Append append) {
 }  // namespace
 
 std::string HeaderText(const TableLayout& layout) {
+    const size_t separatorLength = DisplayLength(layout.separator);
     std::string text;
+    size_t lineLength = 0;
     for (const LaidOutColumn& column : layout.columns) {
         const std::string title = column.column->RenderTitle(column.width);
-        const size_t lineLength = DisplayLength(text);
         const size_t titleLength = DisplayLength(title);
         const std::string_view blankAfter = lineLength + titleLength == layout.lineWidth + 1 ? "" : " ";
         if (lineLength + 1 + titleLength + blankAfter.size() > layout.lineWidth) break;
-        if (!text.empty()) text += layout.separator;
+        if (!text.empty()) {
+            text += layout.separator;
+            lineLength += separatorLength;
+        }
         text.append(1, ' ').append(title).append(blankAfter);
+        lineLength += 1 + titleLength + blankAfter.size();
     }
-    const size_t lineLength = DisplayLength(text);
     const size_t underlineLength = std::min(lineLength, layout.lineWidth);
     FitLine(text, 0, lineLength, layout.lineWidth);
     return text.append(1, '\n').append(underlineLength, '-').append(1, '\n');
