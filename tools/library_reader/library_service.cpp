@@ -1,5 +1,7 @@
 #include "tools/library_reader/library_service.h"
 
+#include <new>
+
 #include "krvcmd/service/sdk/call.h"
 #include "krvcmd/service/sdk/keys.h"
 #include "krvcmd/service/sdk/records.h"
@@ -14,6 +16,8 @@ constexpr uint32_t kMostLocations = 1U << 20U;
 
 Outcome OutcomeOf(const krvcmd::Status& status) {
     if (status.IsOk()) return std::nullopt;
+    // The only failure that is not the library's own.
+    if (!status.IsServiceError()) throw std::bad_alloc();
     return CallFailure{static_cast<int32_t>(status.Code()), status.Message()};
 }
 

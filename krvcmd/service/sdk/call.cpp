@@ -4,6 +4,7 @@
 #include <new>
 #include <string_view>
 
+#include "krvcmd/frontend/base/memory_guard.h"
 #include "krvcmd/service/sdk/records.h"
 
 namespace krvcmd {
@@ -29,10 +30,21 @@ void SplitAspects(std::span<const char> buffer, size_t requiredSize, std::vector
     }
 }
 
-std::unique_ptr<char, FreeMemory> AllocateZeroed(size_t size) {
-    std::unique_ptr<char, FreeMemory> memory(static_cast<char*>(std::calloc(size, 1)));
-    if (memory == nullptr) throw std::bad_alloc();
-    return memory;
+Status AllocateZeroed(size_t size, ZeroedMemory& memory) {
+    return GuardMemory([&]() -> Status {
+        memory.reset(static_cast<char*>(std::calloc(size, 1)));
+        if (memory == nullptr) throw std::bad_alloc();
+        return {};
+    });
+}
+
+Status PresetLocations(size_t count, std::vector<SideKey>& locations) {
+    return GuardMemory([&]() -> Status {
+        // A smaller array is freed before the larger one is made.
+        if (count > locations.capacity()) locations = std::vector<SideKey>();
+        locations.assign(count, kUnsetSideKey);
+        return {};
+    });
 }
 
 }  // namespace krvcmd

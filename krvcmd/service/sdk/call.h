@@ -62,12 +62,18 @@ struct FreeMemory {
     void operator()(char* memory) const { std::free(memory); }
 };
 
-// Zeroed memory that costs nothing until it is touched. Throws std::bad_alloc.
-std::unique_ptr<char, FreeMemory> AllocateZeroed(size_t size);
+using ZeroedMemory = std::unique_ptr<char, FreeMemory>;
+
+// Makes `memory` zeroed memory of `size` bytes, which costs nothing until it is touched. System error 12: it
+// is refused.
+Status AllocateZeroed(size_t size, ZeroedMemory& memory);
+
+// Makes `locations` an array of `count` preset keys. System error 12: the memory for it is refused.
+Status PresetLocations(size_t count, std::vector<SideKey>& locations);
 
 // Appends a volume's aspects (its directory names) to `aspects`. `call` makes one call of KrvVolumeAspects
 // for the volume, from the arguments after its ID; the first call asks for the size of the list, the second
-// for the list.
+// for the list. System error 12: the buffer for the list is refused.
 template <class Call>
 Status ReadAspects(Call call, std::vector<std::string>& aspects) {
     char tooSmall = '\0';
@@ -76,7 +82,9 @@ Status ReadAspects(Call call, std::vector<std::string>& aspects) {
     if (!status.IsOk() || requiredSize == 0) return status;
 
     const uint32_t bufferSize = requiredSize;
-    const auto buffer = AllocateZeroed(bufferSize);
+    ZeroedMemory buffer;
+    status = AllocateZeroed(bufferSize, buffer);
+    if (!status.IsOk()) return status;
     status = call(buffer.get(), bufferSize, &requiredSize);
     if (status.IsOk()) SplitAspects({buffer.get(), bufferSize}, requiredSize, aspects);
     return status;
@@ -106,15 +114,15 @@ Status ReadFirstLocation(Call call, std::optional<SideKey>& location) {
 }
 
 // Reads all locations, in a second call when there are several. None after an error, and for a volume that
-// lies nowhere.
+// lies nowhere. System error 12: the array for them is refused.
 template <class Call>
 Status ReadLocations(Call call, std::vector<SideKey>& locations) {
     locations.assign(1, kUnsetSideKey);
     uint32_t count = 0;
     Status status = AskForLocations(call, locations.data(), count);
     if (status.IsOk() && count >= 2) {
-        locations.assign(count, kUnsetSideKey);
-        status = AskForLocations(call, locations.data(), count);
+        status = PresetLocations(count, locations);
+        if (status.IsOk()) status = AskForLocations(call, locations.data(), count);
     }
     // The count may have grown between the calls; the array holds what it had room for.
     locations.resize(status.IsOk() ? std::min<size_t>(count, locations.size()) : 0);

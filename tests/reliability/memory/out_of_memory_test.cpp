@@ -89,6 +89,7 @@ class OutOfMemory : public testing::Test {
         constexpr size_t kNever = 0x7FFFFFFF;
         size_t points = 0;
         size_t ended = 0;
+        size_t passedOver = 0;
         for (const CommandLine& line : AllCommandLines()) {
             const ProgramRun whole = Run(line, kNever, refuse);
             const size_t requests = RefusedAllocations::Requests();
@@ -101,9 +102,12 @@ class OutOfMemory : public testing::Test {
                 EXPECT_EQ(RefusedAllocations::BlocksInUse(), 0)
                     << CommandLineText(line.words) << ", request " << number;
                 ended += run.exitStatus == 12 ? 1U : 0U;
+                passedOver += run.exitStatus == whole.exitStatus && run.calls.size() < whole.calls.size() ? 1U : 0U;
             }
             points += requests;
         }
+        // The list of volumes goes on when the buffer for one volume's aspects or locations is refused.
+        if (refuse == Refuse::Once) EXPECT_GT(passedOver, 0U);
         std::printf("%zu requests for memory refused, %zu runs ended with error 12\n", points, ended);
     }
 
