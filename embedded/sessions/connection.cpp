@@ -1,5 +1,6 @@
 #include "embedded/sessions/connection.h"
 
+#include "embedded/platform/file_size_signal.h"
 #include "embedded/store/statement.h"
 
 namespace embedded {
@@ -8,6 +9,8 @@ Connection::Connection(std::unique_ptr<Database> database)
     : m_database(std::move(database)), m_watch(m_database->GetConnection()) {}
 
 void Connection::OpenView() {
+    // The first view makes the index of the log of changes, a file.
+    const FileSizeSignalGuard guard;
     CloseView();
     RollBackOpenTransaction(*m_database);
     m_watch.Remember();

@@ -8,6 +8,7 @@
 
 #include "embedded/model/refusal.h"
 #include "embedded/model/strings.h"
+#include "embedded/platform/file_size_signal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/statement.h"
 
@@ -51,6 +52,12 @@ std::string FixedAddress(const std::filesystem::path& file) {
 }
 
 }  // namespace
+
+// The last connection puts the log of changes into the file.
+void CloseConnection::operator()(sqlite3* connection) const {
+    const FileSizeSignalGuard guard;
+    sqlite3_close_v2(connection);
+}
 
 Database::Access Database::AccessTo(const std::filesystem::path& file) {
     if (MayChange(file)) return Access::Full;
@@ -153,6 +160,7 @@ void RollBackOpenTransaction(Database& database) {
 }
 
 void InTransaction(Database& database, const std::function<void()>& work) {
+    const FileSizeSignalGuard guard;
     RollBackOpenTransaction(database);
     Run(database, "BEGIN IMMEDIATE");
     try {

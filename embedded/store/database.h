@@ -13,7 +13,7 @@
 namespace embedded {
 
 struct CloseConnection {
-    void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
+    void operator()(sqlite3* connection) const;
 };
 struct FinishStatement {
     void operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }

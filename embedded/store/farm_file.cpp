@@ -8,6 +8,7 @@
 
 #include "embedded/model/refusal.h"
 #include "embedded/model/strings.h"
+#include "embedded/platform/file_size_signal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/schema.h"
 #include "embedded/store/statement.h"
@@ -185,6 +186,7 @@ std::filesystem::path FarmPath(std::string_view server) {
 }
 
 std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
+    const FileSizeSignalGuard guard;
     auto database = std::make_unique<Database>(path);
     const Nature nature = Examine(*database);
     RefuseForeign(*database, nature);
@@ -196,6 +198,7 @@ std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
 
 bool CreateFarm(std::string_view server, const FillFarm& fill) {
     const std::filesystem::path path = FarmPath(server);
+    const FileSizeSignalGuard guard;
     const UnfinishedFarm file(path);
     {
         Database database(file.GetFile(), path);
@@ -207,6 +210,7 @@ bool CreateFarm(std::string_view server, const FillFarm& fill) {
 }
 
 std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill) {
+    const FileSizeSignalGuard guard;
     const std::filesystem::path path = FarmPath(server);
     std::error_code failure;
     const bool isThere = std::filesystem::exists(path, failure);

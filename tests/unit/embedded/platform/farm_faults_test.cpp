@@ -3,6 +3,7 @@
 // Farm files that cannot be used: one clear error that names the file, nothing lost, no endless waiting.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <csignal>
 
 #include <chrono>
 #include <filesystem>
@@ -302,6 +303,39 @@ TEST_F(FarmFaults, NewFarmOnAFullDiskIsReportedAndComesWhenThereIsRoom) {
     Client after;
     ASSERT_TRUE(after.GetOpening().ok) << Describe(after.GetOpening());
     EXPECT_EQ(after.Jukeboxes().size(), 8U);
+}
+
+bool HasDefaultHandling(int signal) {
+    struct sigaction current = {};
+    return sigaction(signal, nullptr, &current) == 0 && current.sa_handler == SIG_DFL;
+}
+
+bool IsBlockedOrPending(int signal) {
+    sigset_t blocked;
+    sigset_t pending;
+    return pthread_sigmask(SIG_BLOCK, nullptr, &blocked) != 0 || sigpending(&pending) != 0 ||
+           sigismember(&blocked, signal) != 0 || sigismember(&pending, signal) != 0;
+}
+
+TEST_F(FarmFaults, FileSizeLimitLeavesTheSignalToTheProgram) {
+    CreateFarm();
+    ChildProcess child([&] {
+        Client client;
+        LimitFileSize(4096);
+        if (client.RenameJukebox(8, "Too much").code != 1065) return 1;
+        return HasDefaultHandling(SIGXFSZ) && !IsBlockedOrPending(SIGXFSZ) ? 0 : 2;
+    });
+    EXPECT_EQ(child.Wait(), 0);
+}
+
+TEST_F(FarmFaults, NewFarmBeyondTheFileSizeLimitLeavesNothing) {
+    ChildProcess child([&] {
+        LimitFileSize(8192);
+        const Client client;
+        return client.GetOpening().code == 1065 ? 0 : 1;
+    });
+    EXPECT_EQ(child.Wait(), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(m_home.GetFolder()));
 }
 
 double SecondsSince(std::chrono::steady_clock::time_point start) {
