@@ -16,9 +16,14 @@ namespace Ostrel::UI::Console::Platform {
 // Whether the stream ends at a terminal, not in a file or a pipe.
 bool IsTerminal(Stream stream);
 
-// Whether there are terminals that take the single bytes 0x80 to 0x9F for control characters, as those of
-// 8-bit ISO character sets do.
-bool HasSingleByteControls();
+// Whether a terminal may decode UTF-8, and whether it may take every byte for a character. Both hold where
+// the character set of the terminal is not known.
+bool TerminalMayDecodeUtf8();
+bool TerminalMayDecodeBytes();
+
+// The code point that a terminal that takes every byte for a character shows for the byte; 0 when the byte is
+// only a part of a character.
+char32_t CharacterOfByte(uint8_t byte);
 
 // The width of the screen buffer of the console on standard output, in character cells; 0 when standard
 // output is no console.

@@ -51,8 +51,18 @@ bool IsTerminal(Stream stream) {
     return isatty(stream == Stream::StandardOutput ? STDOUT_FILENO : STDERR_FILENO) == 1;
 }
 
-bool HasSingleByteControls() {
+// The locale need not be the terminal's.
+bool TerminalMayDecodeUtf8() {
     return true;
+}
+
+bool TerminalMayDecodeBytes() {
+    return !ReadsUtf8();
+}
+
+// As in ISO 8859-1: 0x80 to 0x9F are control characters in every 8-bit ISO character set.
+char32_t CharacterOfByte(uint8_t byte) {
+    return byte;
 }
 
 int32_t ScreenBufferWidth() {

@@ -3,18 +3,48 @@
 #include <io.h>
 #include <windows.h>
 
+#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 
 namespace Ostrel::UI::Console::Platform {
+namespace {
+
+// The code page in which the console reads what is written to it. It need not be that of the texts.
+UINT ConsoleCodePage() {
+    const UINT codePage = GetConsoleOutputCP();
+    return codePage == 0 ? GetACP() : codePage;
+}
+
+// The characters of all bytes; 0 for a byte that begins a pair.
+std::array<wchar_t, 256> CharactersOf(UINT codePage) {
+    std::array<wchar_t, 256> characters{};
+    for (size_t byte = 0; byte < characters.size(); ++byte) {
+        const auto text = static_cast<char>(byte);
+        if (IsDBCSLeadByteEx(codePage, static_cast<BYTE>(byte)) != 0) continue;
+        (void)MultiByteToWideChar(codePage, 0, &text, 1, &characters[byte], 1);
+    }
+    return characters;
+}
+
+}  // namespace
 
 bool IsTerminal(Stream stream) {
     return _isatty(_fileno(stream == Stream::StandardOutput ? stdout : stderr)) != 0;
 }
 
-// These bytes are letters and signs of the ANSI code page.
-bool HasSingleByteControls() {
-    return false;
+bool TerminalMayDecodeUtf8() {
+    return ConsoleCodePage() == CP_UTF8;
+}
+
+bool TerminalMayDecodeBytes() {
+    return !TerminalMayDecodeUtf8();
+}
+
+char32_t CharacterOfByte(uint8_t byte) {
+    static const std::array<wchar_t, 256> characters = CharactersOf(ConsoleCodePage());
+    return characters[byte];
 }
 
 int32_t ScreenBufferWidth() {

@@ -39,9 +39,13 @@ CellText::HeapText CellText::GetHeapText() const {
     return heapText;
 }
 
-size_t CTableItem::RenderFitting(std::string& out, uint32_t width) const {
-    const std::string_view text = GetText();
-    const size_t length = GetTextLength();
+size_t CTableItem::MeasureText() const {
+    if (!IsUnsafe()) return DisplayLength(GetText());
+    return DisplayLength(SafeCellText(GetText(), SinkOf(Stream::StandardOutput)));
+}
+
+size_t CTableItem::RenderFitting(std::string& out, std::string_view text, size_t length,
+                                 uint32_t width) const {
     if (width == 0) {
         out += text;
         return length;
@@ -72,7 +76,8 @@ void CTableIntItem::FormatValue(bool precise) {
 }
 
 size_t CTableIntItem::Render(std::string& out, uint32_t width) const {
-    if (Fits(width)) return RenderFitting(out, width);
+    const size_t length = GetText().size();
+    if (Fits(length, width)) return RenderFitting(out, GetText(), length, width);
     const std::string_view shown = kEllipsis.substr(0, width);
     out += shown;
     return shown.size();
@@ -112,7 +117,18 @@ CTableStringItem::CTableStringItem(uint32_t columnId, std::string_view text)
 }
 
 size_t CTableStringItem::Render(std::string& out, uint32_t width) const {
-    return Fits(width) ? RenderFitting(out, width) : AppendElidedEnd(out, GetText(), width);
+    if (!IsUnsafe()) return RenderSafeText(out, GetText(), width);
+    return RenderSafeText(out, SafeCellText(GetText(), SinkOf(Stream::StandardOutput)), width);
+}
+
+size_t CTableStringItem::RenderSafeText(std::string& out, std::string_view text, uint32_t width) const {
+    const size_t length = IsPlain() ? text.size() : DisplayLength(text);
+    if (Fits(length, width)) return RenderFitting(out, text, length, width);
+    return RenderShortened(out, text, width);
+}
+
+size_t CTableStringItem::RenderShortened(std::string& out, std::string_view text, uint32_t width) const {
+    return AppendElidedEnd(out, text, width);
 }
 
 int32_t CTableStringItem::Compare(const CTableItem& other) const {
@@ -123,10 +139,7 @@ NumberedText CTableStringItem::SortValueOf(std::string_view text) const {
     return IsNaturalCompare() ? SplitTrailingNumber(text) : NumberedText{text, 0};
 }
 
-size_t CTableDirItem::Render(std::string& out, uint32_t width) const {
-    if (Fits(width)) return RenderFitting(out, width);
-
-    const std::string_view text = GetText();
+size_t CTableDirItem::RenderShortened(std::string& out, std::string_view text, uint32_t width) const {
     // Positions are unsigned and wrap around: without a backslash `first` is 0 and `last` the largest
     // position, and with a single one `last - first` is the largest position.
     const size_t first = text.find('\\') + 1;

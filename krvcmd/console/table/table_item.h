@@ -8,6 +8,7 @@
 
 #include "krvcmd/console/text/display_width.h"
 #include "krvcmd/console/text/natural_order.h"
+#include "krvcmd/console/text/safe_text.h"
 
 namespace Ostrel::UI::Console {
 
@@ -80,14 +81,14 @@ class CTableItem {
 
     uint32_t GetColumnId() const { return m_columnId; }
 
-    // The full text, which Render shows in width 0.
+    // The full text. Render shows it in width 0, with "?" for what must not be shown.
     std::string_view GetText() const { return m_text.View(); }
 
-    // The positions of a line that the full text takes.
-    size_t GetTextLength() const { return m_isPlain ? GetText().size() : DisplayLength(GetText()); }
+    // The positions of a line that the full text takes, as standard output shows it.
+    size_t GetTextLength() const { return IsPlain() ? GetText().size() : MeasureText(); }
 
     // Whether the text is printable ASCII: safe to show as it is.
-    bool IsPlain() const { return m_isPlain; }
+    bool IsPlain() const { return m_content == Content::PrintableAscii; }
 
     // Whether only the destructor frees all of the cell's memory.
     bool OwnsHeapMemory() const { return m_text.IsOnHeap(); }
@@ -101,25 +102,35 @@ class CTableItem {
     CTableItem(uint32_t columnId, Alignment alignment) : m_columnId(columnId), m_alignment(alignment) {}
 
     // Whether the text needs no shortening in a field of `width` positions.
-    bool Fits(uint32_t width) const { return width == 0 || GetTextLength() <= width; }
-    // Render for a text that fits.
-    size_t RenderFitting(std::string& out, uint32_t width) const;
+    static bool Fits(size_t length, uint32_t width) { return width == 0 || length <= width; }
+    // Render for a text of `length` positions that fits.
+    size_t RenderFitting(std::string& out, std::string_view text, size_t length, uint32_t width) const;
+    // Whether the text holds characters that must not be shown as they are everywhere.
+    bool IsUnsafe() const { return m_content == Content::Unsafe; }
 
     bool IsNaturalCompare() const { return m_naturalCompare; }
     void AssignText(std::string_view text) {
         m_text.Assign(text);
-        m_isPlain = IsPrintableAscii(text);
+        m_content = ContentOf(text);
     }
     // A text of printable ASCII.
     void AssignPlainText(std::string_view text) { m_text.Assign(text); }
 
   private:
+    enum class Content : uint8_t { PrintableAscii, Safe, Unsafe };
+
+    static Content ContentOf(std::string_view text) {
+        if (IsPrintableAscii(text)) return Content::PrintableAscii;
+        return NeedsReplacing(text) ? Content::Unsafe : Content::Safe;
+    }
+    size_t MeasureText() const;
+
     // In descending order of size, so that derived classes can use the bytes left over.
     CellText m_text;
     uint32_t m_columnId;
     Alignment m_alignment;
     bool m_naturalCompare = true;
-    bool m_isPlain = true;
+    Content m_content = Content::PrintableAscii;
 };
 
 // A number, aligned to the right. One that does not fit is shown as "...", not padded, or as full stops in a
@@ -175,13 +186,18 @@ class CTableStringItem : public CTableItem {
   public:
     CTableStringItem(uint32_t columnId, std::string_view text);
 
-    size_t Render(std::string& out, uint32_t width) const override;
+    size_t Render(std::string& out, uint32_t width) const final;
     int32_t Compare(const CTableItem& other) const override;
     NumberedText GetSortValue() const override { return SortValueOf(GetText()); }
 
     void SetText(std::string_view text) { AssignText(text); }
 
+  protected:
+    // Appends a text that is too long for `width` positions; returns the positions taken.
+    virtual size_t RenderShortened(std::string& out, std::string_view text, uint32_t width) const;
+
   private:
+    size_t RenderSafeText(std::string& out, std::string_view text, uint32_t width) const;
     NumberedText SortValueOf(std::string_view text) const;
 };
 
@@ -192,7 +208,8 @@ class CTableDirItem final : public CTableStringItem {
   public:
     using CTableStringItem::CTableStringItem;
 
-    size_t Render(std::string& out, uint32_t width) const override;
+  protected:
+    size_t RenderShortened(std::string& out, std::string_view text, uint32_t width) const override;
 };
 
 }  // namespace Ostrel::UI::Console

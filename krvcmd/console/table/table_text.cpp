@@ -27,14 +27,6 @@ const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
     return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
 }
 
-// Appends a cell, safe to show, and returns the positions that it takes.
-size_t AppendCell(std::string& body, const CTableItem& item, uint32_t width, Sink sink) {
-    const size_t start = body.size();
-    const size_t length = item.Render(body, width);
-    if (!item.IsPlain()) MakeCellSafe(body, start, sink);
-    return length;
-}
-
 void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTableRow& row) {
     const size_t separatorLength = DisplayLength(layout.separator);
     const size_t lineStart = body.size();
@@ -46,7 +38,7 @@ void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTab
         body += ' ';
         size_t cellLength = column.width;
         if (const CTableItem* item = FindCell(row, column)) {
-            cellLength = AppendCell(body, *item, column.width, layout.sink);
+            cellLength = item->Render(body, column.width);
             limit += column.hiddenSigns;
         } else {
             body.append(column.width, ' ');
@@ -132,8 +124,7 @@ std::string PlainBodyText(const TableLayout& layout, std::span<const CTableRow* 
     ForEachRow(rows, [&](const CTableRow& row) {
         for (const LaidOutColumn& column : layout.columns) {
             if (!column.isFirst) body += layout.separator;
-            if (const CTableItem* item = FindCell(row, column))
-                AppendCell(body, *item, kFullText, layout.sink);
+            if (const CTableItem* item = FindCell(row, column)) item->Render(body, kFullText);
         }
         body += '\n';
     });

@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "krvcmd/console/table/table.h"
-#include "krvcmd/console/text/safe_text.h"
 
 namespace Ostrel::UI::Console {
 
@@ -26,7 +25,6 @@ struct TableLayout {
     std::vector<LaidOutColumn> columns;
     std::string_view separator;
     size_t lineWidth;  // in positions
-    Sink sink;
 };
 
 // The texts of a table. "%%" in them stands for one percent sign.

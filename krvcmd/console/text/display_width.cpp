@@ -12,7 +12,7 @@ bool IsCountedInBytes(std::string_view text) {
 
 size_t PositionsOf(const Utf8Character& character) {
     // Control characters are shown as one "?" for each byte.
-    if (!character.isWellFormed || IsControlCharacter(character)) return character.size;
+    if (!character.isWellFormed || IsControlCharacter(character.codePoint)) return character.size;
     return static_cast<size_t>(Platform::CharacterWidth(character.codePoint));
 }
 

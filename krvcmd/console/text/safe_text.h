@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,7 +8,10 @@
 
 namespace Ostrel::UI::Console {
 
-// Texts from discs and from the service may hold control characters, which must not reach a terminal.
+// Texts from discs and from the service may hold characters that must not reach a terminal: control
+// characters; marks that turn the direction of a row around; characters without a width, which hide in a
+// name; more than four combining marks on one character, which cover the rows around. On a terminal every
+// byte of such a character becomes "?". The joiner inside an emoji stays.
 
 // Where a stream ends.
 enum class Sink : uint8_t {
@@ -19,11 +21,14 @@ enum class Sink : uint8_t {
 
 Sink SinkOf(Stream stream);
 
-// Makes a table cell safe to show; its text runs from byte `begin` to the end of `text`. For a terminal every
-// byte of a control character becomes "?", for a file every line break does, so that a row stays one line.
-void MakeCellSafe(std::string& text, size_t begin, Sink sink);
+// Whether SafeCellText changes the text for any sink. False for printable ASCII.
+bool NeedsReplacing(std::string_view text);
 
-// `text`, safe to show on the stream: on a terminal every byte of a control character becomes "?".
+// The text of a table cell, safe to show. In a file only line breaks become "?", so that a row stays one
+// line.
+std::string SafeCellText(std::string_view text, Sink sink);
+
+// `text`, safe to show on the stream. In a file it stays as it is.
 std::string SafeText(std::string_view text, Stream stream);
 
 }  // namespace Ostrel::UI::Console

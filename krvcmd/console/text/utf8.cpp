@@ -49,9 +49,8 @@ Utf8Character FirstUtf8Character(std::string_view text) {
     return stray;
 }
 
-bool IsControlCharacter(const Utf8Character& character) {
-    const char32_t value = character.codePoint;
-    return character.isWellFormed && ((value >= 0x01 && value <= 0x1F) || (value >= 0x7F && value <= 0x9F));
+bool IsControlCharacter(char32_t codePoint) {
+    return (codePoint >= 0x01 && codePoint <= 0x1F) || (codePoint >= 0x7F && codePoint <= 0x9F);
 }
 
 }  // namespace Ostrel::UI::Console

@@ -39,8 +39,7 @@ struct Utf8Character {
 // are not well-formed: their first byte is returned by itself.
 Utf8Character FirstUtf8Character(std::string_view text);
 
-// Whether it is a control character that a terminal acts on: 0x01 to 0x1F, 0x7F or, encoded in UTF-8, U+0080
-// to U+009F.
-bool IsControlCharacter(const Utf8Character& character);
+// Whether it is a control character that a terminal acts on: U+0001 to U+001F, U+007F to U+009F.
+bool IsControlCharacter(char32_t codePoint);
 
 }  // namespace Ostrel::UI::Console

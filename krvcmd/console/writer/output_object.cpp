@@ -100,7 +100,7 @@ size_t COutputObject::FitIntoLine() {
 }
 
 TableLayout COutputObject::MakeLayout(size_t lineWidth) const {
-    TableLayout layout{{}, GetSeparator(), lineWidth, SinkOf(Stream::StandardOutput)};
+    TableLayout layout{{}, GetSeparator(), lineWidth};
     for (size_t index = 0; index < GetColumnCount(); ++index) {
         const CTableColumn& column = GetColumns()[index];
         const uint32_t width = column.GetWidth(/*useTitle=*/ShowsEmptyColumns());

@@ -3,6 +3,7 @@
 
 #include "krvcmd/console/table/table_item.h"
 #include "krvcmd/console/text/display_width.h"
+#include "krvcmd/console/text/safe_text.h"
 #include "krvcmd/console/text/wrap.h"
 #include "tests/support/captured_output.h"
 #include "tests/unit/console/support/pseudo_terminal.h"
@@ -130,6 +131,118 @@ TEST(Utf8Table, KeepsLinesOfOneWidthWithControlCharacters) {
     table.AddTexts({{kName, "abcdef"}});
     table.Print();
     EXPECT_EQ(terminal.ReadText(), Lines({"  Name  ", "--------", " ü???ü  ", " abcdef ", ""}));
+}
+
+// What a terminal shows of the text.
+std::string Shown(std::string_view text) {
+    return SafeCellText(text, Sink::Terminal);
+}
+
+std::string Utf8(std::u8string_view text) {
+    return {text.begin(), text.end()};
+}
+
+TEST(Utf8SafeText, ReplacesMarksThatTurnTheDirectionAround) {
+    for (const std::u8string_view mark :
+         {u8"\u202A", u8"\u202B", u8"\u202C", u8"\u202D", u8"\u202E", u8"\u2066", u8"\u2067", u8"\u2068",
+          u8"\u2069", u8"\u200E", u8"\u200F"}) {
+        EXPECT_EQ(Shown("a" + Utf8(mark) + "z"), "a???z") << Utf8(mark);
+    }
+    EXPECT_EQ(Shown(Utf8(u8"a\u061Cz")), "a??z");
+}
+
+TEST(Utf8SafeText, ReplacesCharactersWithoutAWidth) {
+    for (const std::u8string_view character :
+         {u8"\u200B", u8"\u200C", u8"\u200D", u8"\uFEFF", u8"\u2060", u8"\u2028"}) {
+        EXPECT_EQ(Shown("a" + Utf8(character) + "z"), "a???z") << Utf8(character);
+    }
+    // Tags.
+    EXPECT_EQ(Shown(Utf8(u8"a\U000E0000z")), "a????z");
+    EXPECT_EQ(Shown(Utf8(u8"a\U000E007Fz")), "a????z");
+}
+
+TEST(Utf8SafeText, LeavesTheNeighboursOfTheseCharactersAlone) {
+    for (const std::u8string_view text :
+         {u8"a\u061Bz", u8"a\u200Az", u8"a\u2010z", u8"a\u2027z", u8"a\u202Fz", u8"a\u205Fz", u8"a\u2070z",
+          u8"a\uFF01z", u8"\u00DB \u05D0\u05D1", u8"\u6771\u4EAC"}) {
+        EXPECT_EQ(Shown(Utf8(text)), Utf8(text));
+        EXPECT_FALSE(NeedsReplacing(Utf8(text)));
+    }
+}
+
+TEST(Utf8SafeText, LeavesTheJoinersOfEmojiAlone) {
+    // A woman technician with a skin tone, a family, a rainbow flag, a man shrugging.
+    for (const std::u8string_view emoji :
+         {u8"\U0001F469\U0001F3FD\u200D\U0001F4BB", u8"\U0001F468\u200D\U0001F469\u200D\U0001F467",
+          u8"\U0001F3F3\uFE0F\u200D\U0001F308", u8"\U0001F937\u200D\u2642\uFE0F"}) {
+        EXPECT_EQ(Shown(Utf8(emoji)), Utf8(emoji));
+    }
+    EXPECT_EQ(Shown(Utf8(u8"\U0001F468\u200Da")), Utf8(u8"\U0001F468???a"));
+    EXPECT_EQ(Shown(Utf8(u8"a\u200D\U0001F468")), Utf8(u8"a???\U0001F468"));
+    EXPECT_EQ(Shown(Utf8(u8"\U0001F468\u200D\u200D\U0001F468")), Utf8(u8"\U0001F468??????\U0001F468"));
+    EXPECT_EQ(Shown(Utf8(u8"\U0001F468\u200D")), Utf8(u8"\U0001F468???"));
+}
+
+TEST(Utf8SafeText, LeavesFourMarksOnACharacter) {
+    const std::string four = Utf8(u8"e\u0301\u0302\u0303\u0304");
+    EXPECT_EQ(Shown(four + four), four + four);
+    EXPECT_EQ(Shown(four + Utf8(u8"\u0305\u0306z\u0301")), four + "????z" + Utf8(u8"\u0301"));
+    // At the beginning the blank before the text bears them.
+    EXPECT_EQ(Shown(Utf8(u8"\u0301\u0302\u0303\u0304\u0305")), Utf8(u8"\u0301\u0302\u0303\u0304") + "??");
+}
+
+TEST(Utf8SafeText, TakesSingleBytesForControlCharacters) {
+    EXPECT_EQ(Shown("a\x9b"
+                    "31m"),
+              "a?31m");
+    EXPECT_EQ(Shown("\xc3\x9b"
+                    "2J"),
+              "\xc3\x9b"
+              "2J");
+    EXPECT_EQ(Shown(Utf8(u8"\u2005")), Utf8(u8"\u2005"));
+}
+
+TEST(Utf8SafeText, LeavesAFileAsItIs) {
+    const std::string text = Utf8(u8"a\u202Eb\u200Bc\uFEFFd\u0301\u0301\u0301\u0301\u0301");
+    EXPECT_EQ(SafeCellText(text, Sink::File), text);
+    TextTable table(79, {{kName, "Name"}});
+    table.AddTexts({{kName, Utf8(u8"a\u202Eb")}});
+    EXPECT_EQ(table.Printed(), Lines({" Name ", "------", Utf8(u8" a\u202Eb   "), ""}));
+}
+
+TEST(Utf8SafeText, KeepsLinesOfOneWidthOnATerminal) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    TextTable table(79, {{kName, "Name"}});
+    table.AddTexts({{kName, Utf8(u8"a\u202Eb")}});
+    table.AddTexts({{kName, Utf8(u8"e\u0301\u0301\u0301\u0301\u0301\u0301z")}});
+    table.AddTexts({{kName, "abcdef"}});
+    table.Print();
+    EXPECT_EQ(terminal.ReadText(), Lines({"  Name  ", "--------", " a???b  ",
+                                          Utf8(u8" e\u0301\u0301\u0301\u0301????z "), " abcdef ", ""}));
+}
+
+TEST(Utf8SafeText, CutsWhatTheTerminalShows) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    const CTableStringItem text(kName, Utf8(u8"abcdef\u202Egh"));
+    EXPECT_EQ(Rendered(text, 8), "...???gh");
+    EXPECT_EQ(Rendered(text, 7), "...??gh");
+}
+
+TEST(Utf8SafeText, SortsRowsByTheirOwnTexts) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    const CTableStringItem isolate(kName, Utf8(u8"a\u2066"));
+    const CTableStringItem embedding(kName, Utf8(u8"a\u202A"));
+    EXPECT_EQ(embedding.Compare(isolate), -1);
+    EXPECT_EQ(isolate.Compare(embedding), 1);
+}
+
+TEST(Utf8SafeText, HoldsForServiceTexts) {
+    const PseudoTerminal terminal(80);
+    ASSERT_TRUE(terminal.IsReady());
+    EXPECT_EQ(SafeText(Utf8(u8"drive \u202Eeldi"), Stream::StandardOutput), "drive ???eldi");
 }
 
 TEST(Utf8Text, WrapsByColumns) {

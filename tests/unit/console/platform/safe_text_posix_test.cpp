@@ -17,15 +17,35 @@ using krvcmd::test::OutputOf;
 using krvcmd::test::PseudoTerminal;
 using krvcmd::test::TextTable;
 
-TEST(MakeCellSafe, ReplacesSingleBytesThatSomeTerminalsTakeForControlCharacters) {
-    std::string text =
-        "a\x9b"
-        "31m";
-    MakeCellSafe(text, 0, Sink::Terminal);
-    EXPECT_EQ(text, "a?31m");
-    text = "a\x80z\x9f";
-    MakeCellSafe(text, 0, Sink::Terminal);
-    EXPECT_EQ(text, "a?z?");
+TEST(SafeCellText, ReplacesTheSecondRangeOfControlCharactersOnATerminal) {
+    // U+0080 and U+009F in UTF-8; U+00A0 is a blank.
+    EXPECT_EQ(SafeCellText("a\xc2\x80z", Sink::Terminal), "a??z");
+    EXPECT_EQ(SafeCellText("a\xc2\x9b"
+                           "31m",
+                           Sink::Terminal),
+              "a??31m");
+    EXPECT_EQ(SafeCellText("a\xc2\x9fz", Sink::Terminal), "a??z");
+    EXPECT_EQ(SafeCellText("a\xc2\xa0z", Sink::Terminal), "a\xc2\xa0z");
+}
+
+TEST(SafeCellText, JudgesEveryByteInALocaleWhoseCharactersAreBytes) {
+    EXPECT_EQ(SafeCellText("a\x9b"
+                           "31m",
+                           Sink::Terminal),
+              "a?31m");
+    EXPECT_EQ(SafeCellText("a\x80z\x9f", Sink::Terminal), "a?z?");
+    // On a terminal with ISO 8859-1 the second byte begins a control sequence that clears the screen.
+    EXPECT_EQ(SafeCellText("\xc3\x9b"
+                           "2J",
+                           Sink::Terminal),
+              "\xc3?2J");
+    EXPECT_EQ(SafeCellText("\xe2\x80\x85", Sink::Terminal), "\xe2??");
+    EXPECT_EQ(SafeCellText("\xc3\x9b", Sink::File), "\xc3\x9b");
+}
+
+TEST(SafeCellText, ReplacesDirectionMarksInEveryLocale) {
+    EXPECT_EQ(SafeCellText("a\xe2\x80\xaez", Sink::Terminal), "a???z");
+    EXPECT_EQ(SafeCellText("a\xef\xbb\xbfz", Sink::Terminal), "a???z");
 }
 
 TEST(ControlCharacters, AreShownAsQuestionMarksInATableOnATerminal) {
