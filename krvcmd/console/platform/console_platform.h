@@ -42,7 +42,12 @@ void SurviveBrokenPipes();
 // The same for writing beyond the largest size that files of this process may have (ulimit -f).
 void SurviveFileSizeLimit();
 
-// Whether the errno number of a failed write means that the pipe has no reader.
-bool IsBrokenPipe(int error);
+// Whether a write to the stream that failed with the errno number `error` (0: none was left) means that the
+// stream is a pipe without a reader.
+bool IsBrokenPipe(Stream stream, int error);
+
+// The errno number to report for such a number of a failed write: never 0, and the one that says what
+// happened where the C runtime leaves one that does not.
+int WriteError(int error);
 
 }  // namespace Ostrel::UI::Console::Platform

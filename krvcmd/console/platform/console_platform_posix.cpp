@@ -88,8 +88,12 @@ void SurviveFileSizeLimit() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
-bool IsBrokenPipe(int error) {
+bool IsBrokenPipe(Stream /*stream*/, int error) {
     return error == EPIPE;
+}
+
+int WriteError(int error) {
+    return error == 0 ? EIO : error;
 }
 
 }  // namespace Ostrel::UI::Console::Platform

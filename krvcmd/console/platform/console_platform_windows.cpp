@@ -11,6 +11,10 @@
 namespace Ostrel::UI::Console::Platform {
 namespace {
 
+int DescriptorOf(Stream stream) {
+    return _fileno(stream == Stream::StandardOutput ? stdout : stderr);
+}
+
 // The code page in which the console reads what is written to it. It need not be that of the texts.
 UINT ConsoleCodePage() {
     const UINT codePage = GetConsoleOutputCP();
@@ -31,7 +35,7 @@ std::array<wchar_t, 256> CharactersOf(UINT codePage) {
 }  // namespace
 
 bool IsTerminal(Stream stream) {
-    return _isatty(_fileno(stream == Stream::StandardOutput ? stdout : stderr)) != 0;
+    return _isatty(DescriptorOf(stream)) != 0;
 }
 
 bool TerminalMayDecodeUtf8() {
@@ -67,9 +71,17 @@ void SurviveBrokenPipes() {}
 // There is no such limit.
 void SurviveFileSizeLimit() {}
 
-// The C runtime reports a closed pipe in either way.
-bool IsBrokenPipe(int error) {
-    return error == EPIPE || error == EINVAL;
+// The C runtime reports a closed pipe in either way, but other errors, too.
+bool IsBrokenPipe(Stream stream, int error) {
+    if (error != EPIPE && error != EINVAL) return false;
+    const HANDLE handle = reinterpret_cast<HANDLE>(_get_osfhandle(DescriptorOf(stream)));
+    return GetFileType(handle) == FILE_TYPE_PIPE;
+}
+
+// A full disk makes a short write without a number or, as a quota does, an error that the C runtime does not
+// know.
+int WriteError(int error) {
+    return error == 0 || error == EINVAL || error == EPIPE ? ENOSPC : error;
 }
 
 }  // namespace Ostrel::UI::Console::Platform

@@ -16,6 +16,8 @@ std::FILE* FileOf(Stream stream) {
 void ConsoleStreams::Write(Stream stream, std::string_view text) {
     if (stream == Stream::StandardError) Flush(Stream::StandardOutput);
     if (HasFailed(stream) || text.empty()) return;
+    // A short write need not leave a number.
+    errno = 0;
     if (std::fwrite(text.data(), 1, text.size(), FileOf(stream)) != text.size()) NoteFailure(stream, errno);
     // Not every C runtime leaves standard error without a buffer.
     if (stream == Stream::StandardError) Flush(stream);
@@ -32,12 +34,15 @@ bool ConsoleStreams::HasFailed(Stream stream) const {
 }
 
 void ConsoleStreams::Flush(Stream stream) {
-    if (!HasFailed(stream) && std::fflush(FileOf(stream)) != 0) NoteFailure(stream, errno);
+    if (HasFailed(stream)) return;
+    errno = 0;
+    if (std::fflush(FileOf(stream)) != 0) NoteFailure(stream, errno);
 }
 
 void ConsoleStreams::NoteFailure(Stream stream, int error) {
     m_failed[static_cast<size_t>(stream)] = true;
-    if (m_firstError == 0 && !Platform::IsBrokenPipe(error)) m_firstError = error;
+    if (m_firstError == 0 && !Platform::IsBrokenPipe(stream, error))
+        m_firstError = Platform::WriteError(error);
 }
 
 }  // namespace Ostrel::UI::Console

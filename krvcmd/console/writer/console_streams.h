@@ -24,6 +24,7 @@ class ConsoleStreams {
   private:
     bool HasFailed(Stream stream) const;
     void Flush(Stream stream);
+    // Called after a failed write, with what that left in errno.
     void NoteFailure(Stream stream, int error);
 
     std::array<bool, 2> m_failed{};
