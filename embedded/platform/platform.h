@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 namespace embedded {
@@ -21,6 +22,9 @@ std::error_code CreatePrivateFile(const std::filesystem::path& file);
 
 // Whether this process may change the file and make others beside it, as a database needs to.
 bool MayChange(const std::filesystem::path& file);
+
+// The path as texts show it: on Windows in the ANSI code page, with "?" for what is outside of it.
+std::string PathText(const std::filesystem::path& path);
 
 uint32_t ProcessId();
 

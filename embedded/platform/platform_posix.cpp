@@ -71,6 +71,10 @@ bool MayChange(const std::filesystem::path& file) {
            faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
+std::string PathText(const std::filesystem::path& path) {
+    return path.string();
+}
+
 uint32_t ProcessId() {
     return static_cast<uint32_t>(getpid());
 }

@@ -121,6 +121,15 @@ bool MayChange(const std::filesystem::path& file) {
     return !OpenFor(file, OPEN_EXISTING, nullptr);
 }
 
+std::string PathText(const std::filesystem::path& path) {
+    const std::wstring& wide = path.native();
+    const auto wideSize = static_cast<int>(wide.size());
+    const int size = WideCharToMultiByte(CP_ACP, 0, wide.data(), wideSize, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<size_t>(size), '\0');
+    (void)WideCharToMultiByte(CP_ACP, 0, wide.data(), wideSize, text.data(), size, nullptr, nullptr);
+    return text;
+}
+
 uint32_t ProcessId() {
     return GetCurrentProcessId();
 }
@@ -129,7 +138,7 @@ SharedLibrary::SharedLibrary(const std::filesystem::path& file) {
     m_handle = LoadLibraryW(std::filesystem::absolute(file).c_str());
     if (m_handle != nullptr) return;
     const std::error_code reason = LastError();
-    throw std::runtime_error(file.string() + ": " + reason.message());
+    throw std::runtime_error(PathText(file) + ": " + reason.message());
 }
 
 SharedLibrary::~SharedLibrary() {

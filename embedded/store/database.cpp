@@ -121,7 +121,7 @@ void Database::Execute(const std::string& script) {
 
 void Database::Fail(int result) const {
     const int lastError = errno;
-    const std::string file = m_file.string();
+    const std::string file = PathText(m_file);
     int systemError = sqlite3_system_errno(m_connection.get());
     // A commit that fails does not leave the system's own reason with the connection.
     if (systemError == 0 && result == SQLITE_IOERR_WRITE) systemError = lastError;

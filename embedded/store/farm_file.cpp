@@ -43,7 +43,7 @@ Nature Examine(Database& database) {
 }
 
 void RefuseForeign(const Database& database, const Nature& nature) {
-    const std::string file = database.GetFile().string();
+    const std::string file = PathText(database.GetFile());
     if (nature.kind == Kind::Foreign) throw Refuse(Code::NotAFarm, {file});
     if (nature.version > kSchemaVersion) {
         throw Refuse(Code::NewerFarm, {file, std::to_string(nature.version), std::to_string(kSchemaVersion)});
@@ -96,12 +96,12 @@ class UnfinishedFarm {
         m_file += Joined({kNewFileMark, std::to_string(ProcessId()), "-", std::to_string(++s_count)});
         const std::filesystem::path folder = farm.parent_path();
         if (const std::error_code failure = CreatePrivateFolder(folder)) {
-            throw Refuse(Code::NoStateFolder, {folder.string(), failure.message()});
+            throw Refuse(Code::NoStateFolder, {PathText(folder), failure.message()});
         }
         RemoveLeftovers();
         Remove();  // left by a killed process that had the same number
         if (const std::error_code failure = CreatePrivateFile(m_file)) {
-            throw Refuse(Code::CannotOpenFile, {farm.string(), failure.message()});
+            throw Refuse(Code::CannotOpenFile, {PathText(farm), failure.message()});
         }
     }
     UnfinishedFarm(const UnfinishedFarm&) = delete;
@@ -119,7 +119,7 @@ class UnfinishedFarm {
         if (std::filesystem::exists(m_farm, ignored)) return false;
         // Not every file system has hard links.
         std::filesystem::rename(m_file, m_farm, failure);
-        if (failure) throw Refuse(Code::CannotOpenFile, {m_farm.string(), failure.message()});
+        if (failure) throw Refuse(Code::CannotOpenFile, {PathText(m_farm), failure.message()});
         return true;
     }
 
@@ -214,7 +214,7 @@ std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill
     const std::filesystem::path path = FarmPath(server);
     std::error_code failure;
     const bool isThere = std::filesystem::exists(path, failure);
-    if (failure) throw Refuse(Code::CannotOpenFile, {path.string(), failure.message()});
+    if (failure) throw Refuse(Code::CannotOpenFile, {PathText(path), failure.message()});
     if (!isThere && fill != nullptr) CreateFarm(server, fill);
     if (isThere || fill != nullptr) {
         if (auto database = OpenFarmAt(path)) return database;

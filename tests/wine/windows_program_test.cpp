@@ -79,5 +79,13 @@ TEST_F(Arguments, ArriveInTheAnsiCodePage) {
     EXPECT_NE(Record().find("KrvVolumeSetAspects V=33 text=\"B\\xFCcher\""), std::string::npos) << Record();
 }
 
+TEST_F(Arguments, AreRefusedWithCharactersOutsideOfTheAnsiCodePage) {
+    // A Cyrillic letter, which would arrive as a question mark, and A with a macron, which would arrive as A.
+    for (const wchar_t* name : {L"\u0416", L"\u0100"}) {
+        EXPECT_EQ(Run(std::wstring(L"name V@33 ") + name, "volume 33\n"), 22U);
+        EXPECT_EQ(Record().find("KrvVolumeSetAspects"), std::string::npos) << Record();
+    }
+}
+
 }  // namespace
 }  // namespace wine

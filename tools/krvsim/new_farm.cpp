@@ -4,6 +4,7 @@
 
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/refusal.h"
+#include "embedded/platform/platform.h"
 #include "embedded/store/database.h"
 #include "embedded/store/farm_file.h"
 #include "tools/common/long_task.h"
@@ -12,7 +13,7 @@ namespace embedded::tools {
 namespace {
 
 std::string HasFarmText(const std::string& server, const std::filesystem::path& file) {
-    return "server \"" + server + "\" already has a farm, in " + file.string() + " (--force replaces it)";
+    return "server \"" + server + "\" already has a farm, in " + PathText(file) + " (--force replaces it)";
 }
 
 // The database asks after every few steps whether to stop.

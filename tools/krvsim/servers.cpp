@@ -61,7 +61,7 @@ struct ServersOptions {};
 void Servers(const ServersOptions& /*none*/, const Streams& streams) {
     const std::vector<std::string> servers = ListServers();
     if (servers.empty()) {
-        streams.out << "There are no servers in " << StateFolder().string() << ".\n";
+        streams.out << "There are no servers in " << PathText(StateFolder()) << ".\n";
         return;
     }
     TextTable table({"Server", "State", "Jukeboxes", "Volumes", "Size", "Last use"});

@@ -22,6 +22,7 @@ using Ostrel::UI::Console::COutputObject;
 Status ParseAndExecute(std::span<const char* const> arguments, COutputObject& writer) {
     ParameterList line;
     if (Status status = ParseCommandLine(arguments, line); !status.IsOk()) return status;
+    if (!ArgumentsAreIntact()) return Status::SystemError(os_code::kInvalidCommandLine);
     return ExecuteCommandLine(line, writer);
 }
 

@@ -12,6 +12,10 @@ namespace krvcmd {
 //    descriptor and receives the output.
 void PrepareStandardStreams();
 
+// Whether the process got its arguments as the caller wrote them: on Windows those with characters outside of
+// the ANSI code page arrive with others in their place.
+bool ArgumentsAreIntact();
+
 // The exit status of the process for a result code: the whole code on Windows. Elsewhere only the low 8 bits
 // survive, and 255 stands for an error whose low 8 bits are 0, so that no error looks like success.
 int ExitStatus(uint32_t code);

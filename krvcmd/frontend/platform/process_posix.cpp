@@ -21,6 +21,10 @@ void PrepareStandardStreams() {
     }
 }
 
+bool ArgumentsAreIntact() {
+    return true;
+}
+
 int ExitStatus(uint32_t code) {
     constexpr uint32_t kReportable = 0xFF;
     if (code == 0) return 0;
