@@ -3,8 +3,7 @@
 
 #include "embedded/farms/servers.h"
 #include "embedded/journal/call_info.h"
-#include "embedded/simulated/faults.h"
-#include "embedded/store/statement.h"
+#include "embedded/store/database.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvsim/call_items.h"
@@ -100,6 +99,8 @@ void Add(const AddOptions& options, const Streams& streams) {
         Run(*database, "UPDATE server SET fault_count = fault_count + 1");
     });
     streams.out << "Added fault " << id << ".\n";
+    if (options.code == 0)
+        streams.err << "krvsim: warning: krvcmd reports an error with code 0 but ends with exit status 0\n";
 }
 
 std::string WhenText(const Fault& fault) {

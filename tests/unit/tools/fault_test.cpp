@@ -36,6 +36,16 @@ TEST_F(KrvsimFault, CallFailsWithCodeAndTextAndChangesNothing) {
     EXPECT_TRUE(client.Scan({8, 0, 2}).ok) << "other functions are not meant";
 }
 
+TEST_F(KrvsimFault, WarnsOfCodeZeroWhichKrvcmdsExitStatusDoesNotTell) {
+    const ToolResult result = RunKrvsim({"fault", "add", "-f", "KrvMediaExport", "--code", "0"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out, "Added fault 1.\n");
+    EXPECT_EQ(result.err,
+              "krvsim: warning: krvcmd reports an error with code 0 but ends with exit status 0\n");
+    Client client;
+    EXPECT_EQ(Describe(client.Export({8, 0, 2})), "0: A fault made the call fail.");
+}
+
 TEST_F(KrvsimFault, AffectsOpenSessionsUntilItIsCleared) {
     Client client;
     EXPECT_EQ(Hits(client, 1), ".");
