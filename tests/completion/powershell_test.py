@@ -79,6 +79,11 @@ class PowerShellCompletion(unittest.TestCase):
                 self.assertGreater(len(lines), 8)
                 self.assertEqual(lines, table(self.bash, bash_name))
 
+    def test_reads_names_in_the_character_set_that_krvcmd_writes(self):
+        # Without it the console's code page would apply, in which other letters have the bytes of the names.
+        set_at = self.script.index("$start.StandardOutputEncoding = ")
+        self.assertLess(set_at, self.script.index("[System.Diagnostics.Process]::Start($start)"))
+
     def test_compares_keywords_and_letters_with_regard_to_case(self):
         # -eq, -contains, -like, -match and hash tables disregard it; they are used where case cannot matter.
         code = re.sub(r"#[^\n]*", "", self.script)
