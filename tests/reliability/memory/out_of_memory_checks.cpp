@@ -105,8 +105,8 @@ bool MakesFirstCallsOf(const ProgramRun& whole, const ProgramRun& run) {
            std::equal(run.calls.begin(), before, whole.calls.begin());
 }
 
-// Whether the run lacks one stretch of the whole run's calls, right after the call that tells how much memory a
-// volume's aspects or locations need, and ends as the rest of its calls would.
+// Whether the run lacks one stretch of the whole run's calls, right after the call that tells how much memory
+// a volume's aspects or locations need, and ends as the rest of its calls would.
 bool PassesOverAVolume(const ProgramRun& run, const ProgramRun& whole) {
     if (run.calls.size() >= whole.calls.size()) return false;
     const auto [left, next] =
@@ -116,7 +116,8 @@ bool PassesOverAVolume(const ProgramRun& run, const ProgramRun& whole) {
     const bool asksForSize = last.starts_with("KrvVolumeAspects") || last.starts_with("KrvVolumeLocations");
     const std::vector<Row> shown = RowsOf(run.output);
     const std::vector<Row> rows = RowsOf(whole.output);
-    return asksForSize && std::equal(run.calls.rbegin(), std::make_reverse_iterator(left), whole.calls.rbegin()) &&
+    return asksForSize &&
+           std::equal(run.calls.rbegin(), std::make_reverse_iterator(left), whole.calls.rbegin()) &&
            std::includes(rows.begin(), rows.end(), shown.begin(), shown.end());
 }
 

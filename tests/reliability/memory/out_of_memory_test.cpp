@@ -102,7 +102,8 @@ class OutOfMemory : public testing::Test {
                 EXPECT_EQ(RefusedAllocations::BlocksInUse(), 0)
                     << CommandLineText(line.words) << ", request " << number;
                 ended += run.exitStatus == 12 ? 1U : 0U;
-                passedOver += run.exitStatus == whole.exitStatus && run.calls.size() < whole.calls.size() ? 1U : 0U;
+                passedOver +=
+                    run.exitStatus == whole.exitStatus && run.calls.size() < whole.calls.size() ? 1U : 0U;
             }
             points += requests;
         }

@@ -68,7 +68,8 @@ TEST_F(InterruptDeathTest, EndsWithTheInterruptionEvenWhenTheLastCallWasTheLastO
 
 TEST_F(InterruptDeathTest, EndsTheProcessWhileTheSessionIsCreatedOrClosed) {
     for (const char* const call : {R"(KrvSessionCreate server=".")", "KrvSessionClose"}) {
-        EXPECT_EXIT(RunInterrupted({"export", "J@8", "S1"}, call, SIGHUP), testing::KilledBySignal(SIGHUP), "^$")
+        EXPECT_EXIT(RunInterrupted({"export", "J@8", "S1"}, call, SIGHUP), testing::KilledBySignal(SIGHUP),
+                    "^$")
             << call;
     }
 }
