@@ -1,7 +1,5 @@
 #pragma once
 
-#include <csignal>
-
 namespace embedded {
 
 // While it exists, writing beyond the largest size that files of this process may have (ulimit -f) is an
@@ -16,11 +14,9 @@ class FileSizeSignalGuard {
     FileSizeSignalGuard(const FileSizeSignalGuard&) = delete;
     FileSizeSignalGuard& operator=(const FileSizeSignalGuard&) = delete;
 
-#ifndef _WIN32
   private:
-    sigset_t m_previous{};
+    bool m_wasBlocked = false;
     bool m_wasPending = false;
-#endif
 };
 
 }  // namespace embedded

@@ -1,4 +1,5 @@
 #include <cerrno>
+#include <csignal>
 #include <ctime>
 
 #include "embedded/platform/file_size_signal.h"
@@ -21,7 +22,10 @@ FileSizeSignalGuard::FileSizeSignalGuard() {
     (void)sigpending(&pending);
     m_wasPending = sigismember(&pending, SIGXFSZ) == 1;
     const sigset_t signals = OnlyFileSizeSignal();
-    (void)pthread_sigmask(SIG_BLOCK, &signals, &m_previous);
+    sigset_t previous;
+    sigemptyset(&previous);
+    (void)pthread_sigmask(SIG_BLOCK, &signals, &previous);
+    m_wasBlocked = sigismember(&previous, SIGXFSZ) == 1;
 }
 
 FileSizeSignalGuard::~FileSizeSignalGuard() {
@@ -30,7 +34,7 @@ FileSizeSignalGuard::~FileSizeSignalGuard() {
     const sigset_t signals = OnlyFileSizeSignal();
     constexpr timespec kWithoutWaiting{};
     if (!m_wasPending) (void)sigtimedwait(&signals, nullptr, &kWithoutWaiting);
-    (void)pthread_sigmask(SIG_SETMASK, &m_previous, nullptr);
+    if (!m_wasBlocked) (void)pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
     errno = lastError;
 }
 

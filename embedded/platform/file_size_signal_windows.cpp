@@ -3,7 +3,10 @@
 namespace embedded {
 
 // Windows has no such limit.
-FileSizeSignalGuard::FileSizeSignalGuard() = default;
+FileSizeSignalGuard::FileSizeSignalGuard() {
+    m_wasBlocked = true;
+    m_wasPending = true;
+}
 FileSizeSignalGuard::~FileSizeSignalGuard() = default;
 
 }  // namespace embedded

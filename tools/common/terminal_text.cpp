@@ -1,5 +1,7 @@
 #include "tools/common/terminal_text.h"
 
+#include <string_view>
+
 #include "krvcmd/console/text/safe_text.h"
 
 namespace embedded::tools {
@@ -21,7 +23,8 @@ bool TerminalText::Pass() {
     const size_t begin = m_line.starts_with('\r') ? 1 : 0;
     const bool isComplete = m_line.ends_with('\n');
     if (isComplete) m_line.pop_back();
-    Console::MakeCellSafe(m_line, begin, Console::Sink::Terminal);
+    m_line = m_line.substr(0, begin) +
+             Console::SafeCellText(std::string_view(m_line).substr(begin), Console::Sink::Terminal);
     if (isComplete) m_line += '\n';
     const auto length = static_cast<std::streamsize>(m_line.size());
     const bool isPassed = m_terminal.sputn(m_line.data(), length) == length;

@@ -3,7 +3,8 @@
 
 #include "embedded/farms/servers.h"
 #include "embedded/journal/call_info.h"
-#include "embedded/store/database.h"
+#include "embedded/simulated/faults.h"
+#include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvsim/call_items.h"

@@ -108,7 +108,9 @@ class OutOfMemory : public testing::Test {
             points += requests;
         }
         // The list of volumes goes on when the buffer for one volume's aspects or locations is refused.
-        if (refuse == Refuse::Once) EXPECT_GT(passedOver, 0U);
+        if (refuse == Refuse::Once) {
+            EXPECT_GT(passedOver, 0U);
+        }
         std::printf("%zu requests for memory refused, %zu runs ended with error 12\n", points, ended);
     }
 

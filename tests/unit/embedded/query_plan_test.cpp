@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/catalogue/enable_disable_rename.h"
 #include "embedded/catalogue/import_export_scan.h"
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm.h"

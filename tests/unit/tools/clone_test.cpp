@@ -282,9 +282,13 @@ TEST_F(KrvsimCloneOfScript, EnumerationEndsAtAnEarlierId) {
     const ToolResult result = CloneOf("volume 3\nvolume 5\nvolume 9\nenumerate volumes 5 3 9 3 9 3\n");
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.err,
+              "not read: the volumes after ID 9: the next ID, 3, was listed before\n"
               "not visible: the medium of volume 3: it is in no visible slot\n"
               "not visible: the medium of volume 5: it is in no visible slot\n"
-              "not visible: the medium of volume 9: it is in no visible slot\n");
+              "not visible: the medium of volume 9: it is in no visible slot\n"
+              "1 item could not be read.\n"
+              "krvsim: the copy is incomplete (--partial-ok accepts it)\n");
+    EXPECT_EQ(Client("copy").Volumes(), (std::vector<uint32_t>{3, 5, 9}));
 }
 
 TEST_F(KrvsimCloneOfScript, VolumeThatOnlyASideNamesIsCopied) {
