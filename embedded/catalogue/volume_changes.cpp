@@ -84,8 +84,7 @@ void RefreshVolumeState(Database& database, int32_t volume) {
 
 void RefreshVolumeStates(Database& database, std::vector<int32_t> volumes) {
     std::ranges::sort(volumes);
-    const auto repeated = std::ranges::unique(volumes);
-    volumes.erase(repeated.begin(), repeated.end());
+    volumes.erase(std::unique(volumes.begin(), volumes.end()), volumes.end());
     for (const int32_t volume : volumes)
         RefreshVolumeState(database, volume);
 }

@@ -120,7 +120,9 @@ class Search {
     }
 
     void CheckSides(const FarmVolume& volume) {
-        const auto own = std::ranges::equal_range(m_sides, volume.id, {}, &VolumePart::first);
+        const auto first = std::ranges::lower_bound(m_sides, volume.id, {}, &VolumePart::first);
+        const auto last = std::ranges::upper_bound(m_sides, volume.id, {}, &VolumePart::first);
+        const std::span<const VolumePart> own(first, last);
         const int64_t sides = std::ssize(own);
         if (volume.type == VolumeType::Disc && sides > 1) {
             AddProblem(volume.line,
