@@ -1,3 +1,4 @@
+// Not on Windows: the peak of a process's memory comes from getrusage.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
