@@ -14,6 +14,7 @@ header  sqlite3.h             libsqlite3-dev
 header  toml++/toml.h         libtomlplusplus-dev
 header  CLI/CLI.hpp           libcli11-dev
 header  nlohmann/json.hpp     nlohmann-json3-dev
+header  iscsi/iscsi.h         libiscsi-dev
 '
 
 readonly kDevelopmentNeeds='
@@ -33,6 +34,9 @@ command groff                 groff-base
 command doxygen               doxygen
 command parallel              parallel
 command ansible-playbook      ansible-core
+file    /usr/sbin/tgtd        tgt
+file    /usr/sbin/mkudffs     udftools
+command genisoimage           genisoimage
 '
 
 # The Windows build needs these in addition to kBuildNeeds.

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "tools/common/command_line.h"
+#include "tools/krvadm/tool.h"
+
+namespace embedded::tools {
+
+// "--json".
+inline void AddOutputForm(CLI::App& command, OutputForm& form) {
+    command.add_flag_callback(
+        "--json", [&form] { form = OutputForm::Json; }, "as JSON instead of a table");
+}
+
+// "--credentials".
+inline void AddCredentials(CLI::App& command, std::string& file) {
+    command.add_option("--credentials", file, "file with the user and the secret of the iSCSI target");
+}
+
+}  // namespace embedded::tools

@@ -1,0 +1,14 @@
+#include "tools/krvadm/tool.h"
+
+#include "tools/common/command_line.h"
+
+namespace embedded::tools {
+
+int RunAdministration(const std::vector<std::string>& words, const Streams& streams) {
+    CommandLine line("krvadm", "Manages real changers and their drives.");
+    AddDiscover(line);
+    AddInventory(line);
+    return line.Run(words, streams);
+}
+
+}  // namespace embedded::tools

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "tools/common/streams.h"
+
+namespace embedded::tools {
+
+// Runs krvadm with these words, which begin with the command. Returns the exit status: 0 = done, 1 = failed,
+// 2 = the command line is invalid.
+int RunAdministration(const std::vector<std::string>& words, const Streams& streams);
+
+enum class OutputForm { Table, Json };
+
+struct DiscoverOptions {
+    std::string portal;       // HOST[:PORT]; empty: the devices of this machine
+    std::string credentials;  // a file; empty: none
+    OutputForm form = OutputForm::Table;
+    std::filesystem::path sysfs = "/sys";
+};
+void Discover(const DiscoverOptions& options, const Streams& streams);
+
+class CommandLine;
+
+// Each defines the command of the file with the same name.
+void AddDiscover(CommandLine& line);
+void AddInventory(CommandLine& line);
+
+}  // namespace embedded::tools
