@@ -6,7 +6,6 @@
 #include "embedded/farms/farm_writer.h"
 #include "embedded/layout/layout_reader.h"
 #include "embedded/model/refusal.h"
-#include "embedded/platform/platform.h"
 #include "embedded/store/farm_file.h"
 #include "embedded/store/statement.h"
 
@@ -35,7 +34,7 @@ std::unique_ptr<Database> OpenServerToCheck(const std::string& server) {
 std::vector<std::string> ListServers() {
     std::vector<std::string> servers;
     std::error_code failure;
-    for (const auto& entry : std::filesystem::directory_iterator(StateFolder(), failure)) {
+    for (const auto& entry : std::filesystem::directory_iterator(ExistingFarmFolder(), failure)) {
         std::string server = ServerOfFileName(entry.path().filename().string());
         if (!server.empty()) servers.push_back(std::move(server));
     }

@@ -10,7 +10,6 @@ constexpr Sql kAddEntry = R"sql(
     INSERT INTO journal (time, duration, process, session, function, jukebox, magazine, slot, side, drive,
         volume, argument, succeeded, code, text, change)
     VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, ?14, ?15, ?16)
-    RETURNING id
 )sql";
 constexpr Sql kTrim = R"sql(DELETE FROM journal WHERE id <= ?1)sql";
 
@@ -20,6 +19,12 @@ constexpr Sql kEntries = R"sql(
     FROM journal WHERE id > ?1 ORDER BY id
 )sql";
 
+std::filesystem::path MarkOf(const Database& database) {
+    std::filesystem::path mark = database.GetFile();
+    mark += "-unrecorded";
+    return mark;
+}
+
 template <typename Duration>
 int64_t Microseconds(const Duration& duration) {
     return std::chrono::duration_cast<std::chrono::microseconds>(duration).count();
@@ -27,13 +32,35 @@ int64_t Microseconds(const Duration& duration) {
 
 }  // namespace
 
-void WriteJournal(Database& database, int64_t limit, const JournalEntry& entry) {
-    const Item& item = entry.call.item;
-    const auto id = FindValue<int64_t>(
-        database, kAddEntry, Microseconds(entry.time.time_since_epoch()), Microseconds(entry.duration),
-        ProcessId(), entry.session, entry.call.function, item.jukebox, item.magazine, item.slot, item.side,
-        item.drive, item.volume, item.text, entry.succeeded, entry.code, entry.text, entry.change);
-    Run(database, kTrim, id.value_or(0) - limit);
+void WriteJournal(Database& database, int64_t limit, std::span<const JournalEntry> entries) {
+    if (entries.empty()) return;
+    for (const JournalEntry& entry : entries) {
+        const Item& item = entry.call.item;
+        Run(database, kAddEntry, Microseconds(entry.time.time_since_epoch()), Microseconds(entry.duration),
+            ProcessId(), entry.session, entry.call.function, item.jukebox, item.magazine, item.slot,
+            item.side, item.drive, item.volume, entry.argument, entry.succeeded, entry.code, entry.text,
+            entry.change);
+    }
+    Run(database, kTrim, int64_t{sqlite3_last_insert_rowid(database.GetConnection())} - limit);
+}
+
+void MarkUnrecordedCalls(const Database& database) {
+    const std::filesystem::path mark = MarkOf(database);
+    if (CreatePrivateFile(mark)) return;
+    std::error_code ignored;
+    std::filesystem::last_write_time(mark, std::filesystem::file_time_type::clock::now(), ignored);
+}
+
+std::optional<std::filesystem::file_time_type> FindUnrecordedCalls(const Database& database) {
+    std::error_code failure;
+    const auto time = std::filesystem::last_write_time(MarkOf(database), failure);
+    if (failure) return std::nullopt;
+    return time;
+}
+
+void ForgetUnrecordedCalls(const Database& database) {
+    std::error_code ignored;
+    std::filesystem::remove(MarkOf(database), ignored);
 }
 
 void ReadJournal(Database& database, int64_t last,

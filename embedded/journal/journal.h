@@ -2,7 +2,10 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "embedded/journal/call_info.h"
@@ -12,7 +15,8 @@ namespace embedded {
 
 // The journal of a farm: every call that any process made, while it is switched on.
 struct JournalEntry {
-    CallInfo call;
+    CallInfo call;         // without the text of its item, which may be gone when the entry is written
+    std::string argument;  // that text
     std::chrono::system_clock::time_point time;  // when the call began
     std::chrono::steady_clock::duration duration{0};
     uint64_t session = 0;
@@ -22,8 +26,15 @@ struct JournalEntry {
     std::string change;  // what the call changed, in words; empty when nothing
 };
 
-// Appends the entry and drops the oldest ones beyond the limit, in the caller's transaction.
-void WriteJournal(Database& database, int64_t limit, const JournalEntry& entry);
+// Appends the entries and drops the oldest ones beyond the limit, in the caller's transaction.
+void WriteJournal(Database& database, int64_t limit, std::span<const JournalEntry> entries);
+
+// Leaves a mark beside the farm, an empty file, that calls could not be recorded; on a full disk there is
+// room for it. In a read-only folder there is no mark.
+void MarkUnrecordedCalls(const Database& database);
+// The time of the last mark; nothing when there is none.
+std::optional<std::filesystem::file_time_type> FindUnrecordedCalls(const Database& database);
+void ForgetUnrecordedCalls(const Database& database);
 
 // An entry as the database keeps it.
 struct StoredJournalEntry {

@@ -41,7 +41,7 @@ constexpr CodeInfo kCodes[] = {
      "An empty or overlong server name."},
 
     {Code::NoStateFolder, "The folder for the farms, \"<folder>\", cannot be used: <reason>.",
-     "No home folder, or the folder cannot be created."},
+     "No home folder, the folder cannot be created, or `KRVSIM_HOME` is relative or does not exist."},
     {Code::CannotOpenFile, "The farm file \"<file>\" cannot be opened: <reason>.",
      "No permission, or the path is no file."},
     {Code::NotAFarm, "The file \"<file>\" is not a farm of the simulated service.",

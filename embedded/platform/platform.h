@@ -9,9 +9,14 @@ namespace embedded {
 
 // What differs between the platforms, and nothing else.
 
-// The folder of the farm databases: $KRVSIM_HOME, else the user's state folder of this platform.
-// Empty when the environment names none. Nothing is created.
-std::filesystem::path StateFolder();
+// The folder of the farm databases. Its path is empty when the environment names none.
+struct StateFolder {
+    std::filesystem::path path;
+    bool isChosen = false;  // $KRVSIM_HOME names it; else it is the user's state folder of this platform
+};
+
+// Nothing is created, and whatever $KRVSIM_HOME says is returned as it is.
+StateFolder FindStateFolder();
 
 // Creates the folder and the missing ones above it, readable by this user alone. An existing folder is left
 // as it is.
@@ -20,6 +25,10 @@ std::error_code CreatePrivateFolder(const std::filesystem::path& folder);
 // Creates an empty file that this user alone can read and write; an existing one is left as it is.
 std::error_code CreatePrivateFile(const std::filesystem::path& file);
 
+// Gives the file a new path in the same folder. std::errc::file_exists when anything has that path already,
+// even a link that leads nowhere or a file that another process has put there meanwhile: it stays.
+std::error_code MoveToFreePath(const std::filesystem::path& file, const std::filesystem::path& place);
+
 // Whether this process may change the file and make others beside it, as a database needs to.
 bool MayChange(const std::filesystem::path& file);
 
@@ -27,6 +36,9 @@ bool MayChange(const std::filesystem::path& file);
 std::string PathText(const std::filesystem::path& path);
 
 uint32_t ProcessId();
+
+// The client library that the system loads for a program beside this one; empty when it finds none.
+std::filesystem::path FindClientLibrary();
 
 // A library that is loaded at run time.
 class SharedLibrary {

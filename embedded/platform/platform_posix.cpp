@@ -1,10 +1,12 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <pwd.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -32,16 +34,47 @@ std::filesystem::path HomeFolder() {
     return user == nullptr || user->pw_dir == nullptr ? std::filesystem::path() : user->pw_dir;
 }
 
+// An open file or folder.
+class Descriptor {
+  public:
+    explicit Descriptor(int number) : m_number(number) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (m_number >= 0) close(m_number);
+    }
+
+    int Get() const { return m_number; }
+
+  private:
+    int m_number;
+};
+
+bool IsAnythingAt(const std::filesystem::path& path) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
+}
+
+// For file systems that can do neither in one step: one process at a time looks and renames.
+std::error_code RenameWithTheFolderLocked(const std::filesystem::path& file,
+                                          const std::filesystem::path& place) {
+    const Descriptor folder(open(place.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    // Closing the folder unlocks it.
+    if (folder.Get() < 0 || flock(folder.Get(), LOCK_EX) != 0) return LastError();
+    if (IsAnythingAt(place)) return std::make_error_code(std::errc::file_exists);
+    return rename(file.c_str(), place.c_str()) == 0 ? std::error_code() : LastError();
+}
+
 }  // namespace
 
-std::filesystem::path StateFolder() {
+StateFolder FindStateFolder() {
     std::filesystem::path own = FromEnvironment("KRVSIM_HOME");
-    if (!own.empty()) return own;
+    if (!own.empty()) return {own, true};
     const std::filesystem::path state = FromEnvironment("XDG_STATE_HOME");
     // A relative path would mean another folder in every working directory: not taken.
-    if (state.is_absolute()) return state / "krvsim";
+    if (state.is_absolute()) return {state / "krvsim"};
     const std::filesystem::path home = HomeFolder();
-    return home.empty() ? home : home / ".local" / "state" / "krvsim";
+    return {home.empty() ? home : home / ".local" / "state" / "krvsim"};
 }
 
 std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
@@ -65,6 +98,20 @@ std::error_code CreatePrivateFile(const std::filesystem::path& file) {
     return {};
 }
 
+std::error_code MoveToFreePath(const std::filesystem::path& file, const std::filesystem::path& place) {
+    if (link(file.c_str(), place.c_str()) == 0) {
+        (void)unlink(file.c_str());
+        return {};
+    }
+    if (errno == EEXIST) return LastError();
+        // Not every file system has hard links.
+#ifdef RENAME_NOREPLACE
+    if (renameat2(AT_FDCWD, file.c_str(), AT_FDCWD, place.c_str(), RENAME_NOREPLACE) == 0) return {};
+    if (errno == EEXIST) return LastError();
+#endif
+    return RenameWithTheFolderLocked(file, place);
+}
+
 bool MayChange(const std::filesystem::path& file) {
     const std::filesystem::path folder = file.has_parent_path() ? file.parent_path() : ".";
     return faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) == 0 &&
@@ -77,6 +124,20 @@ std::string PathText(const std::filesystem::path& path) {
 
 uint32_t ProcessId() {
     return static_cast<uint32_t>(getpid());
+}
+
+std::filesystem::path FindClientLibrary() {
+    void* library = dlopen("libkrvSdk64.so", RTLD_LAZY | RTLD_LOCAL);
+    if (library == nullptr) return {};
+    std::filesystem::path file;
+    Dl_info info{};
+    if (void* function = dlsym(library, "KrvSessionCreate");
+        function != nullptr && dladdr(function, &info) != 0 && info.dli_fname != nullptr) {
+        std::error_code ignored;
+        file = std::filesystem::weakly_canonical(info.dli_fname, ignored);
+    }
+    dlclose(library);
+    return file;
 }
 
 SharedLibrary::SharedLibrary(const std::filesystem::path& file) {

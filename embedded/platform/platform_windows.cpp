@@ -89,11 +89,11 @@ std::error_code OpenFor(const std::filesystem::path& file, DWORD disposition,
 
 }  // namespace
 
-std::filesystem::path StateFolder() {
+StateFolder FindStateFolder() {
     std::filesystem::path own = FromEnvironment(L"KRVSIM_HOME");
-    if (!own.empty()) return own;
+    if (!own.empty()) return {own, true};
     const std::filesystem::path local = FromEnvironment(L"LOCALAPPDATA");
-    return local.empty() ? local : local / "krvsim";
+    return {local.empty() ? local : local / "krvsim"};
 }
 
 std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
@@ -117,6 +117,14 @@ std::error_code CreatePrivateFile(const std::filesystem::path& file) {
     return OpenFor(file, OPEN_ALWAYS, ownerOnly.Attributes());
 }
 
+std::error_code MoveToFreePath(const std::filesystem::path& file, const std::filesystem::path& place) {
+    if (MoveFileExW(file.c_str(), place.c_str(), 0) != 0) return {};
+    const DWORD failure = GetLastError();
+    if (failure == ERROR_ALREADY_EXISTS || failure == ERROR_FILE_EXISTS)
+        return std::make_error_code(std::errc::file_exists);
+    return {static_cast<int>(failure), std::system_category()};
+}
+
 bool MayChange(const std::filesystem::path& file) {
     return !OpenFor(file, OPEN_EXISTING, nullptr);
 }
@@ -132,6 +140,16 @@ std::string PathText(const std::filesystem::path& path) {
 
 uint32_t ProcessId() {
     return GetCurrentProcessId();
+}
+
+std::filesystem::path FindClientLibrary() {
+    const HMODULE library = LoadLibraryW(L"krvSdk64.dll");
+    if (library == nullptr) return {};
+    constexpr size_t kLongestPath = 32768;
+    std::wstring file(kLongestPath, L'\0');
+    file.resize(GetModuleFileNameW(library, file.data(), static_cast<DWORD>(file.size())));
+    FreeLibrary(library);
+    return file;
 }
 
 SharedLibrary::SharedLibrary(const std::filesystem::path& file) {

@@ -3,54 +3,62 @@
 #include <optional>
 #include <thread>
 
-#include "embedded/journal/journal.h"
 #include "embedded/model/refusal.h"
 #include "embedded/simulated/faults.h"
 
 namespace embedded {
 namespace {
 
+// A call from its start to its entry in the journal.
 class Observation {
   public:
     Observation(Connection& connection, uint64_t session, const CallInfo& call)
         : m_connection(connection), m_start(std::chrono::steady_clock::now()) {
         m_entry.call = call;
+        m_entry.argument = call.item.text;
+        m_entry.call.item.text = "";
         m_entry.session = session;
         m_entry.time = std::chrono::system_clock::now();
     }
 
-    void Run(const std::function<void()>& work) {
-        std::optional<Refusal> refusal;
+    void ApplyFaultsOfFarm(const CallInfo& call) { Apply(FindEffect(call)); }
+
+    // The same, but a fault that cannot be counted does not happen.
+    void ApplyFaultsThatCount(const CallInfo& call) {
+        FaultEffect effect;
         try {
-            ApplyFaultsOfFarm();
-            work();
-        } catch (const Refusal& caught) {
-            refusal = caught;
-            m_entry.succeeded = false;
-            m_entry.code = caught.GetCode();
-            m_entry.text = caught.GetText();
-            m_entry.change.clear();
+            effect = FindEffect(call);
+        } catch (const Refusal& refusal) {
+            if (!IsOfWriting(refusal)) throw;
+            MarkUnrecordedCalls(m_connection.GetDatabase());
         }
-        if (!m_isWritten && m_connection.GetState().journalLimit > 0) {
-            m_connection.Change([&](Database& database) { Write(database); });
-        }
-        if (refusal.has_value()) throw Refusal(*refusal);
+        Apply(effect);
     }
 
-    // Inside the transaction of the change.
-    void WriteWith(Database& database, std::string change) {
+    JournalEntry Succeeded(std::string change) {
         m_entry.change = std::move(change);
-        Write(database);
-        m_isWritten = true;
+        return Ended();
+    }
+
+    JournalEntry Failed(const Refusal& refusal) {
+        m_entry.change.clear();
+        m_entry.succeeded = false;
+        m_entry.code = refusal.GetCode();
+        m_entry.text = refusal.GetText();
+        return Ended();
     }
 
   private:
-    void ApplyFaultsOfFarm() {
-        if (m_connection.GetState().faultCount == 0) return;
-        m_connection.RefreshAgain();
-        if (!HasFaults(m_connection.GetView().database, m_entry.call.function)) return;
+    FaultEffect FindEffect(const CallInfo& call) {
         FaultEffect effect;
-        m_connection.Change([&](Database& database) { effect = ApplyFaults(database, m_entry.call); });
+        if (m_connection.GetState().faultCount == 0) return effect;
+        m_connection.RefreshAgain();
+        if (!HasFaults(m_connection.GetView().database, call.function)) return effect;
+        m_connection.Change([&](Database& database) { effect = ApplyFaults(database, call); });
+        return effect;
+    }
+
+    void Apply(const FaultEffect& effect) {
         if (effect.delay.count() > 0) {
             std::this_thread::sleep_for(effect.delay);
             m_connection.StartWaiting();
@@ -58,33 +66,49 @@ class Observation {
         if (effect.refusal.has_value()) throw Refusal(*effect.refusal);
     }
 
-    void Write(Database& database) {
+    JournalEntry Ended() {
         m_entry.duration = std::chrono::steady_clock::now() - m_start;
-        const int64_t limit = m_connection.GetState().journalLimit;
-        if (limit > 0) WriteJournal(database, limit, m_entry);
+        return m_entry;
     }
 
     Connection& m_connection;
     std::chrono::steady_clock::time_point m_start;
     JournalEntry m_entry;
-    bool m_isWritten = false;
 };
 
 }  // namespace
 
-void ObserveLook(Connection& connection, uint64_t session, const CallInfo& call, const Look& look) {
+void ObserveLook(Connection& connection, CallRecorder& recorder, uint64_t session, const CallInfo& call,
+                 const Look& look) {
     Observation observation(connection, session, call);
-    observation.Run([&] {
+    try {
+        observation.ApplyFaultsThatCount(call);
         connection.RefreshAgain();
         look(connection.GetView());
-    });
+    } catch (const Refusal& refusal) {
+        recorder.Keep(observation.Failed(refusal));
+        recorder.WriteWhenDue();
+        throw;
+    }
+    recorder.Keep(observation.Succeeded({}));
+    recorder.WriteWhenDue();
 }
 
-void ObserveChange(Connection& connection, uint64_t session, const CallInfo& call, const Change& change) {
+void ObserveChange(Connection& connection, CallRecorder& recorder, uint64_t session, const CallInfo& call,
+                   const Change& change) {
     Observation observation(connection, session, call);
-    observation.Run([&] {
-        connection.Change([&](Database& database) { observation.WriteWith(database, change(database)); });
-    });
+    try {
+        observation.ApplyFaultsOfFarm(call);
+        connection.Change([&](Database& database) {
+            std::string words = change(database);
+            recorder.WriteIn(database, observation.Succeeded(std::move(words)));
+        });
+        recorder.Forget();
+    } catch (const Refusal& refusal) {
+        recorder.Keep(observation.Failed(refusal));
+        recorder.Write();
+        throw;
+    }
 }
 
 }  // namespace embedded

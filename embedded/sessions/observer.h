@@ -4,6 +4,7 @@
 #include <string>
 
 #include "embedded/journal/call_info.h"
+#include "embedded/sessions/call_recorder.h"
 #include "embedded/sessions/connection.h"
 
 namespace embedded {
@@ -18,9 +19,12 @@ using Look = std::function<void(const View&)>;
 // Returns what it has changed, in words.
 using Change = std::function<std::string(Database&)>;
 
-// Runs a look or a change as the session's call. What either throws is rethrown. The journal entry of
-// a change that succeeds is part of the same transaction.
-void ObserveLook(Connection& connection, uint64_t session, const CallInfo& call, const Look& look);
-void ObserveChange(Connection& connection, uint64_t session, const CallInfo& call, const Change& change);
+// Runs a look or a change as the session's call. What either throws is rethrown. The journal entry of a
+// change that succeeds is part of the same transaction. A look never fails because the farm cannot be
+// written: then no fault counts or affects it, and it is not recorded.
+void ObserveLook(Connection& connection, CallRecorder& recorder, uint64_t session, const CallInfo& call,
+                 const Look& look);
+void ObserveChange(Connection& connection, CallRecorder& recorder, uint64_t session, const CallInfo& call,
+                   const Change& change);
 
 }  // namespace embedded

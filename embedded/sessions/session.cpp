@@ -43,7 +43,7 @@ void Session::Write(const CallInfo& call, const Change& change) {
     const bool isObserved = IsObserved(m_connection.Refresh());
     m_connection.StartWaiting();
     if (isObserved) {
-        ObserveChange(m_connection, m_handle, call, work);
+        ObserveChange(m_connection, m_recorder, m_handle, call, work);
     } else {
         m_connection.Change([&](Database& database) { (void)work(database); });
     }
@@ -52,10 +52,11 @@ void Session::Write(const CallInfo& call, const Change& change) {
 void Session::Close(const CallInfo& call) {
     const std::scoped_lock lock(m_mutex);
     // A caller that has waited in vain for ten seconds does not wait for the journal too.
-    if (m_connection.GetDatabase().HasGivenUp()) return;
+    if (m_connection.GetDatabase().HasGivenUp() || m_connection.GetDatabase().IsReadOnly()) return;
     const bool isObserved = IsObserved(m_connection.Refresh());
     m_connection.StartWaiting();
-    if (isObserved) ObserveLook(m_connection, m_handle, call, [](const View&) {});
+    if (isObserved) ObserveLook(m_connection, m_recorder, m_handle, call, [](const View&) {});
+    m_recorder.Write();
 }
 
 SessionTable& SessionTable::Instance() {
@@ -93,7 +94,8 @@ std::shared_ptr<Session> SessionTable::Remove(KrvSession handle) {
 void StartServer(const std::string& server, const CallInfo& call) {
     Connection connection(Open(server));
     if (IsObserved(connection.Refresh())) {
-        ObserveChange(connection, 0, call, StartService);
+        CallRecorder recorder(connection);
+        ObserveChange(connection, recorder, 0, call, StartService);
     } else {
         connection.Change([](Database& database) { (void)StartService(database); });
     }

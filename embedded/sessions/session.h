@@ -28,13 +28,14 @@ class Session {
     template <typename LookFunction>
     void Read(const CallInfo& call, const LookFunction& look) {
         const std::scoped_lock lock(m_mutex);
-        if (!IsObserved(m_connection.Refresh())) {
+        // Of a farm that cannot be written nothing is recorded, and no fault can be counted.
+        if (!IsObserved(m_connection.Refresh()) || m_connection.GetDatabase().IsReadOnly()) {
             RequireRunning();
             look(m_connection.GetView());
             return;
         }
         m_connection.StartWaiting();
-        ObserveLook(m_connection, m_handle, call, [&](const View& view) {
+        ObserveLook(m_connection, m_recorder, m_handle, call, [&](const View& view) {
             RequireRunning();
             look(view);
         });
@@ -53,6 +54,7 @@ class Session {
     std::string m_server;
     uint64_t m_handle;
     Connection m_connection;
+    CallRecorder m_recorder{m_connection};
     int64_t m_epoch = 0;  // that the session was opened in
 };
 

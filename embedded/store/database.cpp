@@ -115,6 +115,7 @@ sqlite3_stmt* Database::Prepared(Sql sql) {
 }
 
 void Database::Execute(const std::string& script) {
+    const FileSizeSignalGuard guard;
     const int result = sqlite3_exec(m_connection.get(), script.c_str(), nullptr, nullptr, nullptr);
     if (result != SQLITE_OK) Fail(result);
 }

@@ -12,6 +12,7 @@
 
 namespace embedded {
 
+// The last connection to a farm puts its log of changes into the farm.
 struct CloseConnection {
     void operator()(sqlite3* connection) const;
 };

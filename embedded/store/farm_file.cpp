@@ -94,10 +94,6 @@ class UnfinishedFarm {
     explicit UnfinishedFarm(const std::filesystem::path& farm) : m_farm(farm), m_file(farm) {
         static std::atomic<uint32_t> s_count = 0;
         m_file += Joined({kNewFileMark, std::to_string(ProcessId()), "-", std::to_string(++s_count)});
-        const std::filesystem::path folder = farm.parent_path();
-        if (const std::error_code failure = CreatePrivateFolder(folder)) {
-            throw Refuse(Code::NoStateFolder, {PathText(folder), failure.message()});
-        }
         RemoveLeftovers();
         Remove();  // left by a killed process that had the same number
         if (const std::error_code failure = CreatePrivateFile(m_file)) {
@@ -110,15 +106,10 @@ class UnfinishedFarm {
 
     const std::filesystem::path& GetFile() const { return m_file; }
 
-    // Moves the file to the farm's place; false when another file is there.
+    // Moves the file to the farm's place; false when anything is there.
     bool MoveToPlace() const {
-        std::error_code failure;
-        std::filesystem::create_hard_link(m_file, m_farm, failure);
-        if (!failure) return true;
-        std::error_code ignored;
-        if (std::filesystem::exists(m_farm, ignored)) return false;
-        // Not every file system has hard links.
-        std::filesystem::rename(m_file, m_farm, failure);
+        const std::error_code failure = MoveToFreePath(m_file, m_farm);
+        if (failure == std::errc::file_exists) return false;
         if (failure) throw Refuse(Code::CannotOpenFile, {PathText(m_farm), failure.message()});
         return true;
     }
@@ -146,6 +137,17 @@ class UnfinishedFarm {
     std::filesystem::path m_farm;
     std::filesystem::path m_file;
 };
+
+// Whether a file is there. A link that leads nowhere is refused, like everything that cannot be looked at.
+bool IsThere(const std::filesystem::path& farm) {
+    std::error_code failure;
+    const bool isThere = std::filesystem::exists(farm, failure);
+    if (failure) throw Refuse(Code::CannotOpenFile, {PathText(farm), failure.message()});
+    if (!isThere && std::filesystem::is_symlink(farm, failure)) {
+        throw Refuse(Code::CannotOpenFile, {PathText(farm), "it is a symbolic link that leads nowhere"});
+    }
+    return isThere;
+}
 
 }  // namespace
 
@@ -175,14 +177,39 @@ std::string ServerOfFileName(std::string_view fileName) {
     return server;
 }
 
+std::filesystem::path FarmFolder() {
+    const StateFolder folder = FindStateFolder();
+    if (folder.path.empty()) throw Refuse(Code::NoStateFolder, {"", "the environment names no home folder"});
+    if (!folder.path.is_absolute()) {
+        const char* reason =
+            folder.isChosen ? "KRVSIM_HOME is not an absolute path" : "it is not an absolute path";
+        throw Refuse(Code::NoStateFolder, {PathText(folder.path), reason});
+    }
+    return folder.path;
+}
+
+std::filesystem::path ExistingFarmFolder() {
+    std::filesystem::path folder = FarmFolder();
+    if (!FindStateFolder().isChosen) return folder;
+    std::error_code failure;
+    if (std::filesystem::exists(folder, failure)) return folder;
+    const std::string reason = failure ? failure.message() : "KRVSIM_HOME names a folder that does not exist";
+    throw Refuse(Code::NoStateFolder, {PathText(folder), reason});
+}
+
+void MakeFarmFolder() {
+    const std::filesystem::path folder = FarmFolder();
+    if (const std::error_code failure = CreatePrivateFolder(folder)) {
+        throw Refuse(Code::NoStateFolder, {PathText(folder), failure.message()});
+    }
+}
+
 std::filesystem::path FarmPath(std::string_view server) {
     if (server.empty() || server.size() > kMaxServerName) {
         throw Refuse(Code::InvalidServerName,
                      {server.substr(0, kMaxServerName), std::to_string(server.size())});
     }
-    const std::filesystem::path folder = StateFolder();
-    if (folder.empty()) throw Refuse(Code::NoStateFolder, {"", "the environment names no home folder"});
-    return folder / FarmFileName(server);
+    return FarmFolder() / FarmFileName(server);
 }
 
 std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
@@ -199,6 +226,7 @@ std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
 bool CreateFarm(std::string_view server, const FillFarm& fill) {
     const std::filesystem::path path = FarmPath(server);
     const FileSizeSignalGuard guard;
+    MakeFarmFolder();
     const UnfinishedFarm file(path);
     {
         Database database(file.GetFile(), path);
@@ -212,9 +240,8 @@ bool CreateFarm(std::string_view server, const FillFarm& fill) {
 std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill) {
     const FileSizeSignalGuard guard;
     const std::filesystem::path path = FarmPath(server);
-    std::error_code failure;
-    const bool isThere = std::filesystem::exists(path, failure);
-    if (failure) throw Refuse(Code::CannotOpenFile, {PathText(path), failure.message()});
+    (void)ExistingFarmFolder();
+    const bool isThere = IsThere(path);
     if (!isThere && fill != nullptr) CreateFarm(server, fill);
     if (isThere || fill != nullptr) {
         if (auto database = OpenFarmAt(path)) return database;

@@ -20,6 +20,17 @@ std::string FarmFileName(std::string_view server);
 // The server that a file name stands for; empty when it stands for none.
 std::string ServerOfFileName(std::string_view fileName);
 
+// The folder of the farms. Refuses when the environment names none, or a relative one, which would mean
+// another folder in every working directory.
+std::filesystem::path FarmFolder();
+
+// The same; refuses a folder of $KRVSIM_HOME that does not exist. Only the default folder is made when the
+// first farm is needed; another one may be misspelt.
+std::filesystem::path ExistingFarmFolder();
+
+// Creates the folder of the farms and the missing ones above it.
+void MakeFarmFolder();
+
 // The path of a server's file; refuses names that are empty or longer than kMaxServerName.
 std::filesystem::path FarmPath(std::string_view server);
 
@@ -27,12 +38,13 @@ std::filesystem::path FarmPath(std::string_view server);
 using FillFarm = std::function<void(Database&)>;
 
 // Writes the server's farm to a file beside its place and then moves it there, so that a failure or an
-// interruption leaves no farm. False when a file is in its place already: that one stays.
+// interruption leaves no farm. False when anything is in its place already, be it a link that leads nowhere:
+// it stays. Makes the folder when it is missing.
 bool CreateFarm(std::string_view server, const FillFarm& fill);
 
 // Opens the server's farm. When there is none and `fill` is given, creates it; of two processes that do so at
 // once, one creates it and the other finds it. Without `fill`, a server that has no farm is refused as
-// unknown. A farm of an earlier release is migrated.
+// unknown. The folder must be there (ExistingFarmFolder). A farm of an earlier release is migrated.
 std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill);
 
 // Opens an existing farm at a path, as OpenFarm does, or returns null when the file is empty.

@@ -148,6 +148,7 @@ def run(steps, program_dir, folder):
             output = terminals[at].path
         script += f"_status=$?; : >{home}/reached.{at}; (exit $_status)\n{{ {step.command}\n}} >{output} 2>&1\n"
     script += f": >{home}/reached.{len(steps)}\n"
+    (home / "farm").mkdir()
     environment = dict(os.environ, KRVSIM_HOME=str(home / "farm"), HOME=str(home),
                        PATH=f"{program_dir}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
     subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,

@@ -50,7 +50,9 @@ class InstallTree(unittest.TestCase):
 
     def run_installed(self, program, *words):
         """Exit status and output of an installed program, with a farm of its own."""
-        environment = dict(os.environ, KRVSIM_HOME=str(self.prefix / "farm"))
+        home = self.prefix / "farm"
+        home.mkdir(exist_ok=True)
+        environment = dict(os.environ, KRVSIM_HOME=str(home))
         environment.pop("LD_LIBRARY_PATH", None)
         done = subprocess.run([self.prefix / "bin" / program, *words], env=environment, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, text=True, check=False)
@@ -69,7 +71,8 @@ class InstallTree(unittest.TestCase):
         self.assertEqual(self.install(), PROGRAM | SIMULATOR | DEVELOPMENT)
         self.assertEqual(self.run_installed("krvcmd", "query", "volumes", "V", "@33", "columns=Il", "notable"),
                          (0, "33|Sales 2004\n"))
-        self.assertEqual(self.run_installed("krvsim", "check"), (0, 'The farm of server "." is sound.\n'))
+        status, text = self.run_installed("krvsim", "check")
+        self.assertEqual((status, text.splitlines()[0]), (0, 'The farm of server "." is sound.'))
 
     def test_the_line_of_the_readme_installs(self):
         """The script runs as it is; only what it builds is replaced by the build under test."""

@@ -5,6 +5,7 @@ set -u -o pipefail
 
 folder=$(mktemp -d) || exit 1
 trap 'rm -rf -- "$folder"' EXIT
+mkdir -- "$folder/linux" "$folder/windows" || exit 1
 export LC_ALL=C
 
 compare() { # KRVCMD-ARGUMENT ...

@@ -1,6 +1,10 @@
 #include "embedded/farms/servers.h"
+#include "embedded/journal/journal.h"
+#include "embedded/platform/platform.h"
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
+#include "tools/common/plain_text.h"
+#include "tools/krvsim/places.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -168,6 +172,16 @@ constexpr Sql kRules[] = {
        FROM directory GROUP BY name HAVING count(*) > 1)",
 };
 
+constexpr Sql kIsObserved = "SELECT 1 FROM server WHERE journal_limit > 0 OR fault_count > 0";
+
+// What the journal does not have, although it is on.
+std::string UnrecordedText(Database& database) {
+    if (const auto time = FindUnrecordedCalls(database); time.has_value())
+        return "Some calls could not be recorded in the journal, the last at " + TimeText(*time) + ".\n";
+    if (!database.IsReadOnly() || !FindValue<bool>(database, kIsObserved).has_value()) return {};
+    return "The farm cannot be written: calls are not recorded in its journal, and faults have no effect.\n";
+}
+
 void Check(const CheckOptions& options, const Streams& streams) {
     const std::unique_ptr<Database> database = OpenServerToCheck(options.server);
     std::string breaches;
@@ -185,6 +199,7 @@ void Check(const CheckOptions& options, const Streams& streams) {
     database->Execute("COMMIT");
     if (!breaches.empty()) throw ToolFailure(breaches);
     streams.out << "The farm of server \"" << options.server << "\" is sound.\n";
+    streams.out << UnrecordedText(*database) << PlacesText("Farm", PathText(database->GetFile())) << '\n';
 }
 
 }  // namespace

@@ -136,6 +136,7 @@ void Show(Database& database, const JournalOptions& options, const Streams& stre
 
 void SwitchOn(Database& database, const JournalOptions& options, const Streams& streams) {
     InTransaction(database, [&] { Run(database, kSwitchOn, options.limit); });
+    ForgetUnrecordedCalls(database);
     streams.out << "The journal of server \"" << options.server << "\" is switched on and keeps "
                 << Counted(options.limit, "call", "calls") << ".\n";
 }

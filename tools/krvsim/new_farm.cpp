@@ -44,6 +44,7 @@ void AddForceOption(CLI::App& command, Existing& existing) {
 }
 
 void RequireRoom(const std::string& server, Existing existing) {
+    MakeFarmFolder();
     if (existing == Existing::Replace) return;
     const std::filesystem::path path = FarmPath(server);
     std::error_code ignored;
@@ -54,7 +55,11 @@ void RequireRoom(const std::string& server, Existing existing) {
 void MakeFarm(const std::string& server, Existing existing, const FillFarm& write) {
     const FillFarm fill = [&](Database& database) { FillUnlessInterrupted(database, write); };
     std::error_code ignored;
-    if (!std::filesystem::exists(FarmPath(server), ignored) && CreateFarm(server, fill)) return;
+    MakeFarmFolder();
+    if (!std::filesystem::exists(std::filesystem::symlink_status(FarmPath(server), ignored)) &&
+        CreateFarm(server, fill)) {
+        return;
+    }
     bool isNew = false;
     const std::unique_ptr<Database> database = OpenFarm(server, [&](Database& empty) {
         fill(empty);

@@ -14,7 +14,8 @@ enum class Existing { Keep, Replace };
 // The option --force: replace an existing farm.
 void AddForceOption(CLI::App& command, Existing& existing);
 
-// Throws ToolFailure when the server has a farm that is to be kept: before a long task that would end so.
+// Makes the folder of the farms and throws ToolFailure when the server has a farm that is to be kept: before
+// a long task that would end so.
 void RequireRoom(const std::string& server, Existing existing);
 
 // Makes the farm of a server: `write` fills empty tables. All of it is kept or, after a failure or an

@@ -8,6 +8,7 @@
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
+#include "tools/krvsim/places.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -60,8 +61,10 @@ struct ServersOptions {};
 
 void Servers(const ServersOptions& /*none*/, const Streams& streams) {
     const std::vector<std::string> servers = ListServers();
+    const std::string folder = PathText(FarmFolder());
     if (servers.empty()) {
-        streams.out << "There are no servers in " << PathText(StateFolder()) << ".\n";
+        streams.out << "There are no servers in " << folder << ".\n";
+        streams.out << PlacesText("Folder", folder) << '\n';
         return;
     }
     TextTable table({"Server", "State", "Jukeboxes", "Volumes", "Size", "Last use"});
@@ -73,6 +76,7 @@ void Servers(const ServersOptions& /*none*/, const Streams& streams) {
             {server, farm.state, farm.jukeboxes, farm.volumes, SizeText(file.size), TimeText(file.time)});
     }
     table.Write(streams.out);
+    streams.out << PlacesText("Folder", folder) << '\n';
 }
 
 }  // namespace

@@ -172,6 +172,33 @@ TEST_F(NewFarm, RemovesLeftoversOfAKilledProcess) {
     EXPECT_EQ(Done({"servers"}).find("new-"), std::string::npos);
 }
 
+TEST_F(NewFarm, NeverReplacesALinkThatCannotBeFollowed) {
+    for (const std::string target : {"unmounted/farm.db", "server-%2e.db"}) {
+        std::filesystem::create_symlink(target, m_home.LocalFarm());
+        EXPECT_NE(Failed({"init"}).find(" cannot be opened: "), std::string::npos);
+        EXPECT_NE(Failed({"init", "--force"}).find(" cannot be opened: "), std::string::npos);
+        EXPECT_EQ(std::filesystem::read_symlink(m_home.LocalFarm()), target);
+        std::filesystem::remove(m_home.LocalFarm());
+    }
+}
+
+TEST_F(NewFarm, OfAFolderThatDoesNotExistIsMadeOnlyByWhatMakesFarms) {
+    const std::filesystem::path folder = m_home.GetFolder() / "new";
+    SetEnvironment("KRVSIM_HOME", folder.string().c_str());
+    for (const std::vector<std::string>& words : std::vector<std::vector<std::string>>{
+             {"check"}, {"servers"}, {"dump"}, {"journal", "--on"}, {"fault", "list"}, {"unload"}}) {
+        const ToolResult refused = RunKrvsim(words);
+        EXPECT_NE(refused.status, 0) << words[0];
+        EXPECT_FALSE(std::filesystem::exists(folder)) << words[0];
+    }
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{"init"}, {"generate", "--server", "."}}) {
+        Done(words);
+        EXPECT_TRUE(std::filesystem::exists(folder / m_home.LocalFarm().filename())) << words[0];
+        std::filesystem::remove_all(folder);
+    }
+}
+
 TEST_F(NewFarm, KeepsTheFarmThatAnotherProcessMakesMeanwhile) {
     const auto tooLate = [](embedded::Database& database) {
         Done({"init", "--server", "new", "--empty"});

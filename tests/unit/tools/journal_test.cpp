@@ -99,6 +99,39 @@ TEST_F(KrvsimJournal, KeepsNoMoreThanItsLimit) {
         Done({"journal", "--summary"}).starts_with("The first 16 calls are no longer in the journal.\n"));
 }
 
+// A long run of looks is written in groups; a change and the end of the session write what is left.
+TEST_F(KrvsimJournal, HoldsEveryCallOfALongSessionInOrder) {
+    constexpr int kLooks = 5000;
+    Done({"journal", "--on"});
+    {
+        Client client;
+        for (int look = 0; look < kLooks; ++look)
+            (void)client.SlotState({8, 0, look % 12});
+        const auto written = static_cast<int>(Entries().size());
+        EXPECT_LE(written, kLooks + 1);
+        EXPECT_GE(written, kLooks - kLooks / 16) << "no more than a sixteenth is kept back";
+        ASSERT_TRUE(client.RenameJukebox(8, "x").ok);
+        EXPECT_EQ(Entries().size(), kLooks + 2U) << "a change writes the looks before it";
+        (void)client.SlotState({8, 0, 0});
+    }
+    const std::vector<nlohmann::json> entries = Entries();
+    ASSERT_EQ(entries.size(), kLooks + 4U);
+    for (int look = 0; look < kLooks; ++look)
+        ASSERT_EQ(entries[look + 1]["slot"], look % 12 + 1) << look;
+    EXPECT_EQ(entries[kLooks + 1]["function"], "KrvJukeboxSetName");
+    EXPECT_EQ(entries[kLooks + 3]["function"], "KrvSessionClose");
+}
+
+TEST_F(KrvsimJournal, CallsThatItCouldNotRecordAreReportedUntilItIsSwitchedOnAgain) {
+    Done({"journal", "--on"});
+    EXPECT_EQ(Done({"check"}).find("could not be recorded"), std::string::npos);
+    std::ofstream(m_home.LocalFarm().string() + "-unrecorded").flush();
+    EXPECT_NE(Done({"check"}).find("\nSome calls could not be recorded in the journal, the last at "),
+              std::string::npos);
+    Done({"journal", "--on"});
+    EXPECT_EQ(Done({"check"}).find("could not be recorded"), std::string::npos);
+}
+
 TEST_F(KrvsimJournal, SinceLeavesOutWhatWasSeen) {
     Done({"journal", "--on"});
     Client client;

@@ -3,14 +3,15 @@
 // Farm files that cannot be used: one clear error that names the file, nothing lost, no endless waiting.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <csignal>
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "tests/unit/embedded/platform/child_process.h"
 #include "tests/unit/embedded/platform/farm_probe.h"
@@ -46,8 +47,9 @@ class FarmFaults : public FarmFixture {
 };
 
 TEST_F(FarmFaults, FolderAndFilesBelongToTheirUserAlone) {
-    const path folder = m_home.GetFolder() / "above" / "state";
-    SetEnvironment("KRVSIM_HOME", folder.c_str());
+    const path folder = m_home.GetFolder() / "above" / "krvsim";
+    SetEnvironment("KRVSIM_HOME", nullptr);
+    SetEnvironment("XDG_STATE_HOME", folder.parent_path().c_str());
     const mode_t before = umask(0);
     Client open;
     ASSERT_TRUE(open.GetOpening().ok);
@@ -61,6 +63,44 @@ TEST_F(FarmFaults, FolderAndFilesBelongToTheirUserAlone) {
         ++files;
     }
     EXPECT_EQ(files, 3U) << "the farm, its log and the log's index";
+    SetEnvironment("XDG_STATE_HOME", nullptr);
+}
+
+TEST_F(FarmFaults, RelativeHomeIsRefused) {
+    SetEnvironment("KRVSIM_HOME", "farms");
+    const Client client;
+    EXPECT_EQ(
+        Describe(client.GetOpening()),
+        "1060: The folder for the farms, \"farms\", cannot be used: KRVSIM_HOME is not an absolute path.");
+    EXPECT_FALSE(std::filesystem::exists("farms"));
+}
+
+TEST_F(FarmFaults, HomeThatDoesNotExistIsRefusedAndNotMade) {
+    const path folder = m_home.GetFolder() / "misspelt";
+    SetEnvironment("KRVSIM_HOME", folder.c_str());
+    const std::string refusal = "1060: The folder for the farms, \"" + folder.string() +
+                                "\", cannot be used: KRVSIM_HOME names a folder that does not exist.";
+    for (const char* server : {".", "my_server", "unknown"}) {
+        const Client client(server);
+        EXPECT_EQ(Describe(client.GetOpening()), refusal) << server;
+        EXPECT_EQ(Describe(StartService(server)), refusal) << server;
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder));
+}
+
+TEST_F(FarmFaults, LinkThatCannotBeFollowedIsNeverReplaced) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"unmounted/farm.db", "it is a symbolic link that leads nowhere"},
+        {"server-%2e.db", "Too many levels of symbolic links"},
+    };
+    for (const auto& [target, reason] : cases) {
+        std::filesystem::create_symlink(target, m_home.LocalFarm());
+        const Client client;
+        EXPECT_EQ(Describe(client.GetOpening()),
+                  "1061: The farm file " + Farm() + " cannot be opened: " + reason + ".");
+        EXPECT_EQ(std::filesystem::read_symlink(m_home.LocalFarm()), target);
+        std::filesystem::remove(m_home.LocalFarm());
+    }
 }
 
 TEST_F(FarmFaults, StateFolderFollowsTheEnvironment) {
@@ -300,42 +340,73 @@ TEST_F(FarmFaults, NewFarmOnAFullDiskIsReportedAndComesWhenThereIsRoom) {
         return 0;
     });
     EXPECT_EQ(child.Wait(), 0);
+    EXPECT_TRUE(std::filesystem::is_empty(m_home.GetFolder())) << "no unfinished farm stays";
     Client after;
     ASSERT_TRUE(after.GetOpening().ok) << Describe(after.GetOpening());
     EXPECT_EQ(after.Jukeboxes().size(), 8U);
 }
 
-bool HasDefaultHandling(int signal) {
-    struct sigaction current = {};
-    return sigaction(signal, nullptr, &current) == 0 && current.sa_handler == SIG_DFL;
-}
-
-bool IsBlockedOrPending(int signal) {
+// Whether the signal of a file that has become too large is blocked, and whether one waits.
+std::pair<bool, bool> StateOfFileSizeSignal() {
     sigset_t blocked;
     sigset_t pending;
-    return pthread_sigmask(SIG_BLOCK, nullptr, &blocked) != 0 || sigpending(&pending) != 0 ||
-           sigismember(&blocked, signal) != 0 || sigismember(&pending, signal) != 0;
+    (void)pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    (void)sigpending(&pending);
+    return {sigismember(&blocked, SIGXFSZ) == 1, sigismember(&pending, SIGXFSZ) == 1};
 }
 
-TEST_F(FarmFaults, FileSizeLimitLeavesTheSignalToTheProgram) {
+TEST_F(FarmFaults, FullFileLeavesTheSignalsOfTheProgramAsTheyWere) {
     CreateFarm();
     ChildProcess child([&] {
         Client client;
         LimitFileSize(4096);
         if (client.RenameJukebox(8, "Too much").code != 1065) return 1;
-        return HasDefaultHandling(SIGXFSZ) && !IsBlockedOrPending(SIGXFSZ) ? 0 : 2;
+        if (StateOfFileSizeSignal() != std::pair(false, false)) return 2;
+        // One that the program itself keeps waiting stays its own.
+        sigset_t set;
+        (void)sigemptyset(&set);
+        (void)sigaddset(&set, SIGXFSZ);
+        (void)pthread_sigmask(SIG_BLOCK, &set, nullptr);
+        (void)raise(SIGXFSZ);
+        if (client.RenameJukebox(8, "Too much").code != 1065) return 3;
+        if (StateOfFileSizeSignal() != std::pair(true, true)) return 4;
+        struct sigaction action {};
+        (void)sigaction(SIGXFSZ, nullptr, &action);
+        return action.sa_handler == SIG_DFL ? 0 : 5;
     });
     EXPECT_EQ(child.Wait(), 0);
 }
 
-TEST_F(FarmFaults, NewFarmBeyondTheFileSizeLimitLeavesNothing) {
+TEST_F(FarmFaults, LookingAtAReadOnlyFarmWorksWithAJournalAndAFault) {
+    CreateFarm();
+    ChangeFarm(
+        m_home.LocalFarm(),
+        "UPDATE server SET journal_limit = 100, fault_count = 1;"
+        "INSERT INTO fault SELECT 1, '*', NULL, NULL, NULL, NULL, NULL, NULL, 0, NULL, 1, 1, 7, '', 0, 0, 0");
+    std::filesystem::permissions(m_home.LocalFarm(), std::filesystem::perms(0644));
+    std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0555));
+    ChildProcess child([&] { return LookInReadOnlyFolder(m_home.LocalFarm().string(), "MyBox"); });
+    EXPECT_EQ(child.Wait(), 0);
+    std::filesystem::permissions(m_home.GetFolder(), std::filesystem::perms(0700));
+}
+
+TEST_F(FarmFaults, LookingWorksOnAFullDiskWithAJournalAndLeavesAMark) {
+    CreateFarm();
+    ChangeFarm(m_home.LocalFarm(), "UPDATE server SET journal_limit = 100");
     ChildProcess child([&] {
-        LimitFileSize(8192);
-        const Client client;
-        return client.GetOpening().code == 1065 ? 0 : 1;
+        Client client;
+        LimitFileSize(4096);
+        JukeboxRecord record{};
+        for (int look = 0; look < 3; ++look) {
+            if (!client.Jukebox(8, record).ok || std::string(record.name) != "MyBox") return 1;
+        }
+        if (!client.Close().ok) return 2;
+        return client.RenameJukebox(8, "x").ok ? 3 : 0;
     });
     EXPECT_EQ(child.Wait(), 0);
-    EXPECT_TRUE(std::filesystem::is_empty(m_home.GetFolder()));
+    EXPECT_TRUE(std::filesystem::exists(m_home.LocalFarm().string() + "-unrecorded"));
+    EXPECT_EQ(ReadNumber(m_home.LocalFarm(), "SELECT count(*) FROM journal"), 1)
+        << "the opening of the session";
 }
 
 double SecondsSince(std::chrono::steady_clock::time_point start) {
