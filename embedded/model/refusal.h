@@ -7,18 +7,20 @@
 #include <string>
 #include <string_view>
 
+#include "krvcmd/service/sdk/codes.h"
+
 namespace embedded {
 
 // Every code that the embedded service answers. On POSIX a program's exit status is the low 8 bits of a code;
 // with none of these it looks like success or like one of krvcmd's own codes.
 enum class Code : int32_t {
     // These have a meaning for every caller of the client library, whichever service answers.
-    SideUnreadable = 3,
-    AlreadySo = 4,
-    StoppedByOperator = 7,
-    NoLocation = 500,
-    NoMedium = 501,
-    SlotNotUsable = 502,
+    SideUnreadable = krvcmd::service_code::kSideUnreadable,
+    AlreadySo = krvcmd::service_code::kAlreadyDone,
+    StoppedByOperator = krvcmd::service_code::kStoppedByOperator,
+    NoLocation = krvcmd::service_code::kNoLocation,
+    NoMedium = krvcmd::service_code::kNoMedium,
+    SlotNotUsable = krvcmd::service_code::kSlotNotUsable,
 
     InvalidCall = 1000,
     NoSession = 1001,

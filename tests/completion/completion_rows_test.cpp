@@ -25,7 +25,7 @@ using Keywords = std::vector<string_view>;
 const Keywords kAddress = {"J", "M", "S", ".A", ".B", "D", "V"};
 
 const CompletionRow& RowOf(const std::vector<CompletionRow>& rows, string_view level, string_view keyword) {
-    const auto row = std::find_if(rows.begin(), rows.end(), [&](const CompletionRow& candidate) {
+    const auto row = std::ranges::find_if(rows, [&](const CompletionRow& candidate) {
         return candidate.level == level && candidate.keyword == keyword;
     });
     if (row == rows.end()) throw std::runtime_error("no such row");

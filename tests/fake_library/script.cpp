@@ -64,9 +64,8 @@ void ScriptReader::Read(const ScriptLine& line) {
         {"generate", &ScriptReader::ReadGenerate},
         {"record", &ScriptReader::ReadRecord},
     }};
-    const auto* const found =
-        std::find_if(kStatements.begin(), kStatements.end(),
-                     [&](const Statement& statement) { return statement.word == line.Word(0); });
+    const auto* const found = std::ranges::find_if(
+        kStatements, [&](const Statement& statement) { return statement.word == line.Word(0); });
     if (found == kStatements.end()) throw std::runtime_error("unknown statement " + line.Word(0));
     (this->*found->read)(line);
     line.RefuseUnread();

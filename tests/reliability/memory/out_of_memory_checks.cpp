@@ -46,7 +46,7 @@ std::vector<Row> RowsOf(std::string_view table) {
     std::vector<Row> rows;
     for (const std::string_view line : Split(table, '\n'))
         rows.push_back(CellsOf(line));
-    std::sort(rows.begin(), rows.end());
+    std::ranges::sort(rows);
     return rows;
 }
 

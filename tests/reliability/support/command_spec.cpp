@@ -131,8 +131,8 @@ std::vector<std::string> SpellCommand(const CommandSpec& command, RandomNumbers*
     std::vector<std::string> words;
     if (command.quiet) words.emplace_back("quiet");
     if (!command.server.empty()) words.push_back("server=" + command.server);
-    const auto* const verb = std::find_if(std::begin(kVerbs), std::end(kVerbs),
-                                          [&](const VerbWords& entry) { return entry.verb == command.verb; });
+    const auto* const verb =
+        std::ranges::find_if(kVerbs, [&](const VerbWords& entry) { return entry.verb == command.verb; });
     words.emplace_back(verb->command);
     if (verb->parameter != nullptr) words.emplace_back(verb->parameter);
 
