@@ -37,8 +37,4 @@ using GoldenTexts = std::map<std::string, std::string, std::less<>>;
 // something is missing or unknown.
 std::vector<Case> ReadCases(std::string_view text, const GoldenTexts& goldenTexts);
 
-// Splits a command line as a shell does: blanks separate words, single and double quotes group, a backslash
-// outside single quotes escapes the next character. Throws std::runtime_error for an open quote.
-std::vector<std::string> SplitShellWords(std::string_view line);
-
 }  // namespace e2e

@@ -1,4 +1,5 @@
 #include "tests/e2e/case_file.h"
+#include "tests/e2e/shell_words.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

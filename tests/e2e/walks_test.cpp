@@ -7,6 +7,7 @@
 #include "tests/e2e/case_file.h"
 #include "tests/e2e/expect_outcome.h"
 #include "tests/e2e/program.h"
+#include "tests/e2e/shell_words.h"
 
 namespace e2e {
 namespace {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The Windows program prints what this machine's own does, each with a new demonstration farm:
-# same_rows_test.sh KRVCMD WINE KRVCMD.EXE
+# same_rows_test.sh KRVCMD WINE KRVCMD.EXE. Wine shows the root folder as drive Z.
 set -u -o pipefail
 
 folder=$(mktemp -d) || exit 1
@@ -11,7 +11,7 @@ export LC_ALL=C
 compare() { # KRVCMD-ARGUMENT ...
     local status=0
     KRVSIM_HOME="$folder/linux" "$program" "$@" >"$folder/expected" 2>"$folder/expected-error" || status=$?
-    KRVSIM_HOME="$folder/windows" "$wine" "$windowsProgram" "$@" >"$folder/raw" 2>"$folder/raw-error"
+    KRVSIM_HOME="Z:$folder/windows" "$wine" "$windowsProgram" "$@" >"$folder/raw" 2>"$folder/raw-error"
     local windowsStatus=$?
     # The C runtime's text mode ends lines with both characters; nothing else may differ.
     sed 's/\r$//' "$folder/raw" >"$folder/actual"

@@ -6,8 +6,7 @@ namespace krvcmd {
 
 // Makes the standard streams safe to use. Call it once, before any file is opened:
 //  - writing into a pipe without a reader, or beyond the largest size of a file, is a write error and does
-//  not
-//    end the process;
+//    not end the process;
 //  - a standard stream that the caller closed stays unusable, so that no file opened later takes its
 //    descriptor and receives the output.
 void PrepareStandardStreams();

@@ -172,16 +172,6 @@ TEST_F(NewFarm, RemovesLeftoversOfAKilledProcess) {
     EXPECT_EQ(Done({"servers"}).find("new-"), std::string::npos);
 }
 
-TEST_F(NewFarm, NeverReplacesALinkThatCannotBeFollowed) {
-    for (const std::string target : {"unmounted/farm.db", "server-%2e.db"}) {
-        std::filesystem::create_symlink(target, m_home.LocalFarm());
-        EXPECT_NE(Failed({"init"}).find(" cannot be opened: "), std::string::npos);
-        EXPECT_NE(Failed({"init", "--force"}).find(" cannot be opened: "), std::string::npos);
-        EXPECT_EQ(std::filesystem::read_symlink(m_home.LocalFarm()), target);
-        std::filesystem::remove(m_home.LocalFarm());
-    }
-}
-
 TEST_F(NewFarm, OfAFolderThatDoesNotExistIsMadeOnlyByWhatMakesFarms) {
     const std::filesystem::path folder = m_home.GetFolder() / "new";
     SetEnvironment("KRVSIM_HOME", folder.string().c_str());
