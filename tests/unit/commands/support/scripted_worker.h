@@ -21,6 +21,8 @@ inline ItemAddress SlotsOf(int32_t jukeboxId, std::optional<int32_t> magazine, s
 // A worker that notes where it works and answers as it was told, with success by default.
 class ScriptedWorker : public CWorker {
   public:
+    using CWorker::WorkOnEntries;
+
     // The answer for a position, zero-based, as "magazine/slot".
     void Answers(const std::string& position, Status status) { m_answers[position] = std::move(status); }
 
