@@ -15,6 +15,7 @@ header  toml++/toml.h         libtomlplusplus-dev
 header  CLI/CLI.hpp           libcli11-dev
 header  nlohmann/json.hpp     nlohmann-json3-dev
 header  iscsi/iscsi.h         libiscsi-dev
+header  blkid/blkid.h         libblkid-dev
 '
 
 readonly kDevelopmentNeeds='

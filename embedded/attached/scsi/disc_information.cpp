@@ -84,6 +84,8 @@ Result<TrackInformation> DecodeTrackInformation(Bytes answer) {
     track.session = Joined(hasHighBytes ? reader.Get8(33) : uint8_t{0}, reader.Get8(3));
     track.isDamaged = reader.GetBit(5, 5);
     track.isBlank = reader.GetBit(6, 6);
+    // The track mode is the Q sub-channel's control field; bit 2 marks data.
+    track.isAudio = !reader.GetBit(5, 2);
     track.dataMode = reader.GetBits(6, 3, 0);
     track.start = reader.Get32(8);
     if (reader.GetBit(7, 0)) track.nextWritable = reader.Get32(12);

@@ -38,6 +38,7 @@ struct TrackInformation {
     uint16_t session = 0;
     bool isDamaged = false;
     bool isBlank = false;
+    bool isAudio = false;  // of CDs only
     uint8_t dataMode = 0;  // 1 or 2; 0Fh: not known
     uint32_t start = 0;
     std::optional<uint32_t> nextWritable;

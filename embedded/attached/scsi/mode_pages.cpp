@@ -52,6 +52,14 @@ Cdb ModeSense10(uint8_t page, uint16_t allocation) {
     return Cdb(kModeSense10).Put8(1, kNoBlockDescriptors).Put8(2, page).Put16(7, allocation);
 }
 
+Result<ModeHeader> DecodeModeHeader6(Bytes answer) {
+    constexpr size_t kHeader = 4;
+    BigEndianReader reader(answer);
+    const ModeHeader header{reader.Get8(1), reader.GetBit(2, 7)};
+    if (answer.size() < kHeader) return ShortAnswer(kModeSense6, answer.size());
+    return header;
+}
+
 Result<ModeData> DecodeModeSense6(Bytes answer, uint8_t page) {
     BigEndianReader reader(answer);
     const Header header{kModeSense6,   4, size_t{1} + reader.Get8(0), reader.Get8(3), reader.Get8(1),

@@ -15,7 +15,14 @@ constexpr uint8_t kDeviceCapabilitiesPage = 0x1F;
 Cdb ModeSense6(uint8_t page, uint8_t allocation);
 Cdb ModeSense10(uint8_t page, uint16_t allocation);
 
-// The header of an answer (SPC-4, 7.5.4), and its page from the page's first byte on.
+// The header of an answer (SPC-4, 7.5.4).
+struct ModeHeader {
+    uint8_t mediumType = 0;
+    bool isWriteProtected = false;  // of direct-access devices
+};
+Result<ModeHeader> DecodeModeHeader6(Bytes answer);
+
+// The same, and its page from the page's first byte on.
 struct ModeData {
     uint8_t mediumType = 0;
     bool isWriteProtected = false;  // of direct-access devices

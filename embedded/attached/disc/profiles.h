@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "embedded/attached/scsi/mode_pages.h"
+
+namespace embedded::attached {
+
+// How a drive writes a medium.
+enum class Recording {
+    None,        // not at all
+    Sequential,  // each block once, one behind the other, until the disc is closed or blanked
+    Random,      // any block at any time
+};
+
+// What a profile of MMC-6, table 95, means.
+struct Profile {
+    uint16_t number;
+    uint32_t mediumType;  // as in embedded/model/media_types.h
+    Recording recording;
+    bool isBlankable;         // by BLANK
+    bool hasWriteParameters;  // mode page 05h says how it is written
+};
+
+// Null for a number that is not in the table.
+const Profile* FindProfile(uint16_t number);
+std::span<const Profile> AllProfiles();
+
+// Magneto-optical and UDO media are told apart by the medium type of mode data (SBC-3, 6.4.1) and by the size
+// of their blocks and sides. 254 for read-only ones.
+uint32_t MediumTypeOf(uint8_t modeMediumType, uint32_t blockSize, uint64_t bytes);
+
+}  // namespace embedded::attached
