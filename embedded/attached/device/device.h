@@ -23,6 +23,7 @@ class Device {
 
     const std::string& GetName() const { return m_name; }
     std::string GetAddress() const { return m_transport->GetAddress(); }
+    Waiting& GetWaiting() const { return m_waiting; }
 
     // For commands that change nothing: repeated after unit attentions and while the device is becoming
     // ready, until the limit, and once over a new connection. Returns the bytes that came, `length` at most.

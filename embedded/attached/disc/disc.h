@@ -2,6 +2,8 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -63,5 +65,47 @@ Result<DiscDescription> ReadDisc(Device& drive, const DiscLimits& limits = {});
 
 // The types of media, as in embedded/model/media_types.h, that the drive can write. No disc is needed.
 Result<std::vector<uint32_t>> ReadWritableTypes(Device& drive);
+
+// What a change of a disc is busy with.
+enum class DiscStep { Preparing, Writing, Comparing, Closing };
+
+// Called many times: `percent` of this step, 0 to 100. Drives that tell nothing leave it at 0.
+using DiscProgress = std::function<void(DiscStep step, unsigned percent)>;
+
+// What a side is after a change was asked for.
+enum class SideAfter {
+    Done,       // as it was asked for, and verified
+    Untouched,  // as before: nothing was written
+    Unknown,    // only reading it will tell
+    Bad,        // the disc cannot be written, or reads back other than it was written
+};
+struct [[nodiscard]] ChangeResult {
+    SideAfter side = SideAfter::Done;
+    std::optional<Error> error;  // unless it is done
+
+    explicit operator bool() const { return side == SideAfter::Done; }
+};
+
+struct FormatOptions {
+    std::string label;          // UTF-8
+    std::string udfRevision;    // "1.02", "1.50", "2.00" or "2.01"; empty: 1.50 with a VAT, else 2.01
+    bool isSequential = false;  // a VAT also on media that are written in any order
+};
+
+// Writes an empty UDF file system and compares every block that it has written. A written disc must be one
+// that can be blanked or overwritten. Discs that are written sequentially stay appendable where the drive can
+// read them so; else the session is closed.
+ChangeResult FormatDisc(Device& drive, const FormatOptions& options, const DiscLimits& limits = {},
+                        const DiscProgress& progress = {});
+
+// Quick: no file system is found any more, but data may be. Whole: nothing is left.
+enum class EraseExtent { Quick, Whole };
+
+// BLANK for CD-RW and DVD-RW; other rewritable media are overwritten with zeros.
+ChangeResult EraseDisc(Device& drive, EraseExtent extent, const DiscLimits& limits = {},
+                       const DiscProgress& progress = {});
+
+// Closes a disc that is written sequentially, so that nothing can be added. A closed one is done already.
+ChangeResult FinalizeDisc(Device& drive, const DiscLimits& limits = {}, const DiscProgress& progress = {});
 
 }  // namespace embedded::attached

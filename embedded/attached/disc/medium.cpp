@@ -87,12 +87,6 @@ Result<Medium> ReadDirectAccessMedium(Device& drive, const DiscLimits& limits) {
     return medium;
 }
 
-bool IsCompactDisc(const Medium& medium) {
-    constexpr uint16_t kFirst = 0x0008;
-    constexpr uint16_t kLast = 0x000A;
-    return medium.profile != nullptr && medium.profile->number >= kFirst && medium.profile->number <= kLast;
-}
-
 // Media that are written in any order: the drive says how they are formatted.
 Result<Nothing> AddFormat(Device& drive, const DiscLimits& limits, Medium& medium) {
     const auto formats = Query(drive, ReadFormatCapacities(kFormatCapacitiesLength), kFormatCapacitiesLength,
@@ -124,6 +118,7 @@ Result<Nothing> AddTracks(Device& drive, const DiscLimits& limits, Medium& mediu
     if (medium.status == DiscStatus::Empty || medium.status == DiscStatus::Incomplete) {
         medium.nextWritable = last->nextWritable.value_or(last->start);
         medium.freeBlocks = last->freeBlocks;
+        medium.hasOpenTrack = last->nextWritable && !last->isBlank;
         medium.blocks = uint64_t{medium.nextWritable} + medium.freeBlocks;
         const bool isOpenSession =
             medium.lastSession == SessionStatus::Incomplete || medium.lastSession == SessionStatus::Damaged;
@@ -168,6 +163,18 @@ Result<Medium> ReadOpticalMedium(Device& drive, const DiscLimits& limits) {
 }
 
 }  // namespace
+
+bool IsCompactDisc(const Medium& medium) {
+    return medium.profile != nullptr && medium.profile->number >= profile_number::kCdRom &&
+           medium.profile->number <= profile_number::kCdRw;
+}
+
+uint64_t Medium::GetTellingBlocks() const {
+    // UDF counts in blocks, up to 256 and some descriptors; others in bytes.
+    constexpr uint64_t kBlocks = 600;
+    constexpr uint64_t kBytes = uint64_t{1} << 20U;
+    return std::max(kBlocks, kBytes / std::max<uint64_t>(blockSize, 1));
+}
 
 Result<Medium> ReadMedium(Device& drive, const DiscLimits& limits) {
     const auto inquiry = Query(drive, Inquiry(kInquiryLength), kInquiryLength, limits, DecodeInquiry);

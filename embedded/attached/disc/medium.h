@@ -25,11 +25,17 @@ struct Medium {
     uint16_t lastTrack = 1;
     uint32_t nextWritable = 0;
     uint32_t freeBlocks = 0;
-    bool isDamaged = false;  // writing was broken off
-    bool isAudio = false;    // the last session begins with music
+    bool hasOpenTrack = false;  // the last track is begun, and not closed
+    bool isDamaged = false;     // writing was broken off
+    bool isAudio = false;       // the last session begins with music
+
+    // How many blocks at the start of a session and at the end of the disc tell which file system there is.
+    uint64_t GetTellingBlocks() const;
 
     bool IsWritable() const { return recording != Recording::None && !isWriteProtected; }
 };
+
+bool IsCompactDisc(const Medium& medium);
 
 // The drive is ready.
 Result<Medium> ReadMedium(Device& drive, const DiscLimits& limits);

@@ -14,6 +14,15 @@ enum class Recording {
     Random,      // any block at any time
 };
 
+namespace profile_number {
+constexpr uint16_t kCdRom = 0x0008;
+constexpr uint16_t kCdRw = 0x000A;
+constexpr uint16_t kDvdRam = 0x0012;
+constexpr uint16_t kDvdRwRestrictedOverwrite = 0x0013;
+constexpr uint16_t kDvdPlusRw = 0x001A;
+constexpr uint16_t kDvdPlusRwDualLayer = 0x002A;
+}  // namespace profile_number
+
 // What a profile of MMC-6, table 95, means.
 struct Profile {
     uint16_t number;

@@ -11,11 +11,6 @@
 namespace embedded::attached {
 namespace {
 
-// Everything by which a file system is recognised lies in so many bytes at the start of its session and at
-// the end of the disc.
-constexpr uint64_t kStartBytes = uint64_t{1} << 20U;
-constexpr uint64_t kEndBytes = uint64_t{600} * 2048;
-
 // The first bytes that are looked at for noise.
 constexpr size_t kSampleBytes = 65536;
 
@@ -90,17 +85,16 @@ void AddFileSystem(const FoundContent& found, const Medium& medium, DiscCopy& co
 }
 
 Result<Nothing> AddContent(DiscCopy& copy, const Medium& medium, DiscDescription& disc) {
-    const uint64_t startBlocks = kStartBytes / medium.blockSize;
-    const uint64_t endBlocks = kEndBytes / medium.blockSize + 1;
-    auto reading = copy.Fetch(0, startBlocks);
+    const uint64_t count = medium.GetTellingBlocks();
+    auto reading = copy.Fetch(0, count);
     if (!reading) return reading.GetError();
     if (medium.sessionStart != 0) {
-        const auto session = copy.Fetch(medium.sessionStart, startBlocks);
+        const auto session = copy.Fetch(medium.sessionStart, count);
         if (!session) return session.GetError();
         reading->unreadable += session->unreadable;
         reading->hasData = reading->hasData || session->hasData;
     }
-    const auto end = copy.Fetch(medium.readable - std::min(medium.readable, endBlocks), endBlocks);
+    const auto end = copy.Fetch(medium.readable - std::min(medium.readable, count), count);
     if (!end) return end.GetError();
 
     const auto found = FindContent(copy.GetFile(), medium.sessionStart * medium.blockSize);

@@ -16,6 +16,7 @@ constexpr Operation kTestUnitReady{0x00, 6, "TEST UNIT READY"};
 constexpr Operation kRequestSense{0x03, 6, "REQUEST SENSE"};
 constexpr Operation kInquiry{0x12, 6, "INQUIRY"};
 constexpr Operation kModeSense6{0x1A, 6, "MODE SENSE(6)"};
+constexpr Operation kModeSelect10{0x55, 10, "MODE SELECT(10)"};
 constexpr Operation kModeSense10{0x5A, 10, "MODE SENSE(10)"};
 constexpr Operation kPersistentReserveIn{0x5E, 10, "PERSISTENT RESERVE IN"};
 constexpr Operation kPersistentReserveOut{0x5F, 10, "PERSISTENT RESERVE OUT"};

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdio>
+#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -45,6 +46,17 @@ std::map<std::string, std::string> Blkid(const std::filesystem::path& file) {
         const size_t equals = line.find('=');
         if (line.starts_with("ID_FS_") && equals != std::string::npos)
             values[line.substr(6, equals - 6)] = line.substr(equals + 1);
+    }
+    return values;
+}
+
+// What udfinfo, another program, says of the file behind a disc.
+std::map<std::string, std::string> Udfinfo(const std::filesystem::path& file) {
+    std::istringstream lines(OutputOf("PATH=$PATH:/usr/sbin:/sbin udfinfo -u8 '" + file.string() + "' 2>&1"));
+    std::map<std::string, std::string> values;
+    for (std::string line; std::getline(lines, line);) {
+        const size_t equals = line.find('=');
+        if (equals != std::string::npos) values[line.substr(0, equals)] = line.substr(equals + 1);
     }
     return values;
 }
@@ -123,6 +135,56 @@ TEST_F(EmulatedDvdTest, DoesNotDescribeADiscThatIsGone) {
     EXPECT_EQ(disc.GetError().sense, (SenseCode{0x2, 0x3A, 0x00}));
 }
 
+TEST_F(EmulatedDvdTest, WritesAFileSystemToABlankDisc) {
+    Load(2);
+    std::map<DiscStep, unsigned> steps;
+    const auto formatted = FormatDisc(m_drive, {"Sales 2005 \u00e4", "", false}, {},
+                                      [&](DiscStep step, unsigned percent) { steps[step] = percent; });
+    ASSERT_TRUE(formatted) << formatted.error->text;
+    // This drive can read a disc only after its session was closed.
+    EXPECT_EQ(steps, (std::map<DiscStep, unsigned>{
+                         {DiscStep::Writing, 100}, {DiscStep::Comparing, 100}, {DiscStep::Closing, 100}}));
+    auto found = Blkid(FileOf(2));
+    EXPECT_EQ(found["TYPE"], "udf");
+    EXPECT_EQ(found["VERSION"], "1.50");
+    EXPECT_EQ(Udfinfo(FileOf(2))["label"], "Sales 2005 \u00e4");
+
+    Unload(2);
+    Load(2);
+    const DiscDescription disc = Read();
+    EXPECT_EQ(disc.content, DiscContent::FileSystem);
+    EXPECT_EQ(disc.fileSystem, "UDF 1.50 seq");
+    EXPECT_EQ(disc.label, "Sales 2005 \u00e4");
+    EXPECT_EQ(disc.uuid, found["UUID"]);
+    EXPECT_EQ(disc.finalization, Finalization::Closed);
+}
+
+TEST_F(EmulatedDvdTest, RefusesADiscThatCannotBeWritten) {
+    Load(1);
+    const auto before = std::filesystem::last_write_time(FileOf(1));
+    const auto formatted = FormatDisc(m_drive, {});
+    EXPECT_EQ(formatted.side, SideAfter::Untouched);
+    EXPECT_EQ(formatted.error->text, m_drive.GetName() + " cannot write this medium (DVD-ROM)");
+    EXPECT_EQ(EraseDisc(m_drive, EraseExtent::Quick).side, SideAfter::Untouched);
+    EXPECT_EQ(std::filesystem::last_write_time(FileOf(1)), before);
+}
+
+TEST_F(EmulatedDvdTest, DoesNotEraseWhatCanBeWrittenOnceOnly) {
+    Load(2);
+    const auto erased = EraseDisc(m_drive, EraseExtent::Quick);
+    EXPECT_EQ(erased.side, SideAfter::Untouched);
+    EXPECT_EQ(erased.error->text,
+              m_drive.GetName() + " cannot erase a medium that can be written once only (DVD+R)");
+}
+
+TEST_F(EmulatedDvdTest, DoesNotWriteALabelThatIsTooLong) {
+    Load(2);
+    const auto formatted = FormatDisc(m_drive, {std::string(127, 'a'), "", false});
+    EXPECT_EQ(formatted.side, SideAfter::Untouched);
+    EXPECT_EQ(formatted.error->text, "mkudffs makes no file system: Option --label is too long");
+    EXPECT_EQ(std::filesystem::file_size(FileOf(2)), 0U);
+}
+
 class EmulatedDiskTest : public EmulatedDiscTest {
   protected:
     EmulatedDiskTest() : EmulatedDiscTest("--slots 4 --discs 1 --blank 2 --disk-drives") {}
@@ -138,6 +200,93 @@ TEST_F(EmulatedDiskTest, DescribesABlankMedium) {
     EXPECT_EQ(disc.blockSize, 512U);
     EXPECT_EQ(disc.totalBytes, 16'777'216U);
     EXPECT_EQ(disc.usedBytes, 0U);
+}
+
+TEST_F(EmulatedDiskTest, WritesAFileSystemInAnyOrderAndErasesIt) {
+    Load(2);
+    const auto formatted = FormatDisc(m_drive, {"Archive", "", false});
+    ASSERT_TRUE(formatted) << formatted.error->text;
+    auto found = Blkid(FileOf(2));
+    EXPECT_EQ(found["TYPE"], "udf");
+    EXPECT_EQ(found["VERSION"], "2.01");
+    EXPECT_EQ(found["LABEL"], "Archive");
+    auto space = Udfinfo(FileOf(2));
+    EXPECT_EQ(space["integrity"], "closed");
+
+    DiscDescription disc = Read();
+    EXPECT_EQ(disc.fileSystem, "UDF 2.01");
+    EXPECT_EQ(disc.label, "Archive");
+    EXPECT_EQ(disc.uuid, found["UUID"]);
+    EXPECT_FALSE(disc.isSequential);
+    EXPECT_EQ(disc.finalization, Finalization::NotFinalized);
+    EXPECT_EQ(disc.totalBytes, std::stoull(space["blocks"]) * 512);
+    EXPECT_EQ(disc.totalBytes - disc.usedBytes, std::stoull(space["freeblocks"]) * 512);
+
+    const auto erased = EraseDisc(m_drive, EraseExtent::Quick);
+    ASSERT_TRUE(erased) << erased.error->text;
+    EXPECT_TRUE(Blkid(FileOf(2)).empty());
+    EXPECT_EQ(Read().content, DiscContent::Blank);
+}
+
+TEST_F(EmulatedDiskTest, WritesASequentialFileSystemWhenAskedTo) {
+    Load(2);
+    const auto formatted = FormatDisc(m_drive, {"Log", "", true});
+    ASSERT_TRUE(formatted) << formatted.error->text;
+    EXPECT_EQ(Blkid(FileOf(2))["VERSION"], "1.50");
+    EXPECT_EQ(Udfinfo(FileOf(2))["vatblock"], "32767");
+    const DiscDescription disc = Read();
+    EXPECT_EQ(disc.fileSystem, "UDF 1.50 seq");
+    EXPECT_TRUE(disc.isSequential);
+}
+
+TEST_F(EmulatedDiskTest, FindsNothingOfAnEarlierFileSystemAfterAFormat) {
+    OutputOf("PATH=$PATH:/usr/sbin:/sbin mkfs.ext4 -q -F '" + FileOf(2).string() + "' 2>&1");
+    Load(2);
+    ASSERT_EQ(Read().fileSystem, "ext4");
+    ASSERT_TRUE(FormatDisc(m_drive, {"New", "", false}));
+    EXPECT_EQ(Blkid(FileOf(2))["TYPE"], "udf");
+    EXPECT_EQ(Read().fileSystem, "UDF 2.01");
+}
+
+TEST_F(EmulatedDiskTest, ErasesTheWholeMedium) {
+    OutputOf("yes | head -c 16777216 > '" + FileOf(2).string() + "'");
+    Load(2);
+    ASSERT_EQ(Read().content, DiscContent::NoFileSystem);
+    const auto erased = EraseDisc(m_drive, EraseExtent::Whole);
+    ASSERT_TRUE(erased) << erased.error->text;
+    EXPECT_EQ(OutputOf("cmp -n 16777216 '" + FileOf(2).string() + "' /dev/zero 2>&1"), "");
+}
+
+TEST_F(EmulatedDiskTest, TellsNoiseFromOtherData) {
+    OutputOf("head -c 16777216 /dev/urandom > '" + FileOf(2).string() + "'");
+    Load(2);
+    EXPECT_EQ(Read().content, DiscContent::Encrypted);
+}
+
+TEST_F(EmulatedDiskTest, CannotCloseAMediumThatIsWrittenInAnyOrder) {
+    Load(2);
+    const auto closed = FinalizeDisc(m_drive);
+    EXPECT_EQ(closed.side, SideAfter::Untouched);
+    EXPECT_EQ(closed.error->text,
+              m_drive.GetName() +
+                  " holds a disc that is not written sequentially and cannot be closed (MO Rewritable)");
+}
+
+class EmulatedReadOnlyDiskTest : public EmulatedDiscTest {
+  protected:
+    EmulatedReadOnlyDiskTest() : EmulatedDiscTest("--slots 2 --blank 1 --disk-drives --read-only") {}
+};
+
+TEST_F(EmulatedReadOnlyDiskTest, IsNotWrittenTo) {
+    Load(1);
+    EXPECT_FALSE(Read().isWritable);
+    for (const ChangeResult& result : {FormatDisc(m_drive, {}), EraseDisc(m_drive, EraseExtent::Quick)}) {
+        EXPECT_EQ(result.side, SideAfter::Untouched);
+        EXPECT_EQ(
+            result.error->text,
+            m_drive.GetName() +
+                " finds the medium protected against writing; move its protection tab, or use another one");
+    }
 }
 
 }  // namespace
