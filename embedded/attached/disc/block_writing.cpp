@@ -61,7 +61,8 @@ Result<Nothing> CompareRuns(DiscChange& change, const SparseFile& file, const st
         const auto read = change.GetDrive().Ask(cdb, bytes->size(), change.GetLimits().read);
         if (!read) return read.GetError();
         if (read->size() < bytes->size()) {
-            return change.GetDrive().Named({ErrorKind::BadAnswer, "reads only a part of the blocks", {}});
+            return Error{
+                ErrorKind::BadAnswer, change.GetDrive().GetName() + " reads only a part of the blocks", {}};
         }
         const auto different = std::ranges::mismatch(*read, *bytes).in1 - read->begin();
         if (different != static_cast<ptrdiff_t>(bytes->size())) {

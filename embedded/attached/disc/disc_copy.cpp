@@ -70,7 +70,7 @@ Result<Nothing> DiscCopy::FetchSingly(uint64_t first, uint32_t count, Reading& r
         const auto bytes = m_drive->Ask(Read10(static_cast<uint32_t>(block), 1), m_blockSize, m_limits->read);
         if (bytes) {
             if (bytes->size() < m_blockSize) {
-                return m_drive->Named({ErrorKind::BadAnswer, "reads only a part of a block", {}});
+                return Error{ErrorKind::BadAnswer, m_drive->GetName() + " reads only a part of a block", {}};
             }
             const auto kept = Keep(block, *bytes, reading);
             if (!kept) return kept.GetError();

@@ -51,12 +51,13 @@ Result<Capacity> ReadCapacity(Device& drive, const DiscLimits& limits) {
     const uint32_t size = capacity->blockSize;
     const bool isPowerOfTwo = (size & (size - 1)) == 0;
     if (size < kSmallestBlock || size > kLargestBlock || !isPowerOfTwo) {
-        return drive.Named({ErrorKind::BadAnswer,
-                            "names blocks of " + std::to_string(size) + " bytes, which no disc has",
-                            {}});
+        return Error{
+            ErrorKind::BadAnswer,
+            drive.GetName() + " names blocks of " + std::to_string(size) + " bytes, which no disc has",
+            {}};
     }
     if (capacity->lastBlock >= kMostBlocks) {
-        return drive.Named({ErrorKind::BadAnswer, "names more blocks than a disc can have", {}});
+        return Error{ErrorKind::BadAnswer, drive.GetName() + " names more blocks than a disc can have", {}};
     }
     return capacity;
 }
@@ -186,7 +187,7 @@ Result<Medium> ReadMedium(Device& drive, const DiscLimits& limits) {
         case DeviceType::OpticalMemory:
             return ReadDirectAccessMedium(drive, limits);
         default:
-            return drive.Named({ErrorKind::Refused, "is no drive for discs", {}});
+            return Error{ErrorKind::Refused, drive.GetName() + " is no drive for discs", {}};
     }
 }
 

@@ -52,7 +52,8 @@ std::map<std::string, std::string> Blkid(const std::filesystem::path& file) {
 
 // What udfinfo, another program, says of the file behind a disc.
 std::map<std::string, std::string> Udfinfo(const std::filesystem::path& file) {
-    std::istringstream lines(OutputOf("PATH=$PATH:/usr/sbin:/sbin udfinfo -u8 '" + file.string() + "' 2>&1"));
+    std::istringstream lines(
+        OutputOf("PATH=$PATH:/usr/sbin:/sbin udfinfo --utf8 '" + file.string() + "' 2>&1"));
     std::map<std::string, std::string> values;
     for (std::string line; std::getline(lines, line);) {
         const size_t equals = line.find('=');
@@ -187,7 +188,8 @@ TEST_F(EmulatedDvdTest, DoesNotWriteALabelThatIsTooLong) {
 
 class EmulatedDiskTest : public EmulatedDiscTest {
   protected:
-    EmulatedDiskTest() : EmulatedDiscTest("--slots 4 --discs 1 --blank 2 --disk-drives") {}
+    EmulatedDiskTest()
+        : EmulatedDiscTest("--slots 4 --discs 1 --blank 2 --disk-drives --blank-size 4194304") {}
 };
 
 TEST_F(EmulatedDiskTest, DescribesABlankMedium) {
@@ -198,7 +200,7 @@ TEST_F(EmulatedDiskTest, DescribesABlankMedium) {
     EXPECT_TRUE(disc.isWritable);
     EXPECT_FALSE(disc.isSequential);
     EXPECT_EQ(disc.blockSize, 512U);
-    EXPECT_EQ(disc.totalBytes, 16'777'216U);
+    EXPECT_EQ(disc.totalBytes, 4'194'304U);
     EXPECT_EQ(disc.usedBytes, 0U);
 }
 
@@ -219,8 +221,8 @@ TEST_F(EmulatedDiskTest, WritesAFileSystemInAnyOrderAndErasesIt) {
     EXPECT_EQ(disc.uuid, found["UUID"]);
     EXPECT_FALSE(disc.isSequential);
     EXPECT_EQ(disc.finalization, Finalization::NotFinalized);
-    EXPECT_EQ(disc.totalBytes, std::stoull(space["blocks"]) * 512);
-    EXPECT_EQ(disc.totalBytes - disc.usedBytes, std::stoull(space["freeblocks"]) * 512);
+    EXPECT_EQ(std::to_string(disc.usedBytes / 512), space["usedblocks"]);
+    EXPECT_EQ(std::to_string((disc.totalBytes - disc.usedBytes) / 512), space["freeblocks"]);
 
     const auto erased = EraseDisc(m_drive, EraseExtent::Quick);
     ASSERT_TRUE(erased) << erased.error->text;
@@ -233,7 +235,7 @@ TEST_F(EmulatedDiskTest, WritesASequentialFileSystemWhenAskedTo) {
     const auto formatted = FormatDisc(m_drive, {"Log", "", true});
     ASSERT_TRUE(formatted) << formatted.error->text;
     EXPECT_EQ(Blkid(FileOf(2))["VERSION"], "1.50");
-    EXPECT_EQ(Udfinfo(FileOf(2))["vatblock"], "32767");
+    EXPECT_EQ(Udfinfo(FileOf(2))["vatblock"], "8191");
     const DiscDescription disc = Read();
     EXPECT_EQ(disc.fileSystem, "UDF 1.50 seq");
     EXPECT_TRUE(disc.isSequential);
@@ -249,16 +251,16 @@ TEST_F(EmulatedDiskTest, FindsNothingOfAnEarlierFileSystemAfterAFormat) {
 }
 
 TEST_F(EmulatedDiskTest, ErasesTheWholeMedium) {
-    OutputOf("yes | head -c 16777216 > '" + FileOf(2).string() + "'");
+    OutputOf("yes | head -c 4194304 > '" + FileOf(2).string() + "'");
     Load(2);
     ASSERT_EQ(Read().content, DiscContent::NoFileSystem);
     const auto erased = EraseDisc(m_drive, EraseExtent::Whole);
     ASSERT_TRUE(erased) << erased.error->text;
-    EXPECT_EQ(OutputOf("cmp -n 16777216 '" + FileOf(2).string() + "' /dev/zero 2>&1"), "");
+    EXPECT_EQ(OutputOf("cmp -n 4194304 '" + FileOf(2).string() + "' /dev/zero 2>&1"), "");
 }
 
 TEST_F(EmulatedDiskTest, TellsNoiseFromOtherData) {
-    OutputOf("head -c 16777216 /dev/urandom > '" + FileOf(2).string() + "'");
+    OutputOf("head -c 4194304 /dev/urandom > '" + FileOf(2).string() + "'");
     Load(2);
     EXPECT_EQ(Read().content, DiscContent::Encrypted);
 }
