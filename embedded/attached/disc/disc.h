@@ -105,7 +105,8 @@ enum class EraseExtent { Quick, Whole };
 ChangeResult EraseDisc(Device& drive, EraseExtent extent, const DiscLimits& limits = {},
                        const DiscProgress& progress = {});
 
-// Closes a disc that is written sequentially, so that nothing can be added. A closed one is done already.
+// Closes a disc that is written sequentially, so that nothing can be added. A closed one is done already, and
+// so is a read-only one.
 ChangeResult FinalizeDisc(Device& drive, const DiscLimits& limits = {}, const DiscProgress& progress = {});
 
 }  // namespace embedded::attached

@@ -3,16 +3,18 @@
 namespace embedded::attached {
 namespace {
 
+// Read-only discs are closed: many drives call a closed disc by the profile of a pressed one.
 bool IsClosed(const Medium& medium) {
-    return medium.status == DiscStatus::Complete || medium.recording == Recording::None;
+    if (medium.profile == nullptr) return false;
+    return medium.recording == Recording::None ||
+           (medium.recording == Recording::Sequential && medium.status == DiscStatus::Complete);
 }
 
 Result<Nothing> Finalize(DiscChange& change) {
     const auto medium = change.ReadReadyMedium();
     if (!medium) return medium.GetError();
-    const bool isSequential = medium->recording == Recording::Sequential && medium->profile != nullptr;
-    if (isSequential && IsClosed(*medium)) return Nothing();
-    if (!isSequential) {
+    if (IsClosed(*medium)) return Nothing();
+    if (medium->recording != Recording::Sequential || medium->profile == nullptr) {
         return change.Refuse("holds a disc that is not written sequentially and cannot be closed (" +
                              std::string(MediaTypeName(medium->type)) + ")");
     }

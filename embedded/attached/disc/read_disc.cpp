@@ -47,7 +47,7 @@ DiscDescription Describe(const Medium& medium) {
 
 // The volume space size of the primary volume descriptor (ECMA-119, 8.4.8 and 8.4.13), in bytes.
 uint64_t IsoBytes(DiscCopy& copy, uint64_t start) {
-    constexpr uint64_t kDescriptor = 16 * 2048;
+    constexpr uint64_t kDescriptor = uint64_t{16} * 2048;
     const auto bytes = copy.GetBytes(start + kDescriptor, 132);
     const auto little = [&](size_t at) { return bytes[at] | unsigned{bytes[at + 1]} << 8U; };
     const uint64_t blocks = little(80) | uint64_t{little(82)} << 16U;

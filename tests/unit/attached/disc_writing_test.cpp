@@ -275,6 +275,13 @@ TEST_F(DiscWritingTest, ClosesADvdPlusRAndABdRByTheFunctionForIt) {
     }
 }
 
+TEST_F(DiscWritingTest, HasNothingToCloseOnAReadOnlyDisc) {
+    InsertOptical(0x0010, 0);
+    m_model.Hold(0, std::vector<uint8_t>(size_t{2048} * 64, 0x41));
+    EXPECT_TRUE(FinalizeDisc(m_device));
+    EXPECT_TRUE(m_model.changes.empty());
+}
+
 TEST_F(DiscWritingTest, DoesNotCallADiscClosedThatFailsToClose) {
     InsertOptical(0x0011, kDvdBlocks);
     ASSERT_TRUE(Format());

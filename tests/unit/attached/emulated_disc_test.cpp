@@ -158,6 +158,7 @@ TEST_F(EmulatedDvdTest, WritesAFileSystemToABlankDisc) {
     EXPECT_EQ(disc.label, "Sales 2005 \u00e4");
     EXPECT_EQ(disc.uuid, found["UUID"]);
     EXPECT_EQ(disc.finalization, Finalization::Closed);
+    EXPECT_TRUE(FinalizeDisc(m_drive));
 }
 
 TEST_F(EmulatedDvdTest, RefusesADiscThatCannotBeWritten) {
