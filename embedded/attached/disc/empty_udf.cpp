@@ -1,8 +1,7 @@
 #include "embedded/attached/disc/empty_udf.h"
 
-#include <unistd.h>
-
-#include <algorithm>
+#include <filesystem>
+#include <string_view>
 
 #include "embedded/attached/base/device_text.h"
 #include "embedded/attached/disc/child_process.h"
@@ -14,7 +13,8 @@ constexpr std::chrono::milliseconds kLimit{120'000};
 
 std::string FindProgram() {
     for (const char* path : {"/usr/sbin/mkudffs", "/usr/bin/mkudffs", "/usr/local/sbin/mkudffs"}) {
-        if (access(path, X_OK) == 0) return path;
+        std::error_code failure;
+        if (std::filesystem::exists(path, failure)) return path;
     }
     return "";
 }

@@ -1,6 +1,5 @@
 // Not on Windows: real changers and drives are spoken to by the means of Linux.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <random>
