@@ -45,6 +45,10 @@ Status ExecuteCommandLine(const ParameterList& line, COutputObject& writer) {
 }
 
 int RunProgram(std::span<const char* const> arguments) {
+    if (!HasMemoryFor(kMemoryForExceptions)) {
+        ReportOutOfMemory();
+        return ExitStatus(os_code::kOutOfMemory);
+    }
     // The one writer of the run: a table without columns, as wide as the console.
     std::optional<CKrvQueryTable> writer;
     const Status status = GuardMemory([&] {
