@@ -1,13 +1,16 @@
 #!/usr/bin/env python3
-"""krvcmd's completion for PowerShell, which is no package of this system: the script is checked without it.
+"""krvcmd's completion for PowerShell.
 
-The script is taken apart into tokens by PowerShell's rules for quotes, comments and brackets, so that
+Where PowerShell is installed, it completes some words. No Debian package contains it, so the script is also
+checked without it: it is taken apart into tokens by PowerShell's rules for quotes, comments and brackets, so that
 nothing is left open, and its tables are compared with those of the bash script, which is tested on a
 terminal.
 """
 import os
 import pathlib
 import re
+import shutil
+import subprocess
 import unittest
 
 PAIRS = {"(": ")", "{": "}", "[": "]"}
@@ -91,6 +94,28 @@ class PowerShellCompletion(unittest.TestCase):
             self.fail(f"{operator} disregards case")
         self.assertIn("-ccontains", code)
         self.assertEqual(re.findall(r"(\$row\.Level|\$row\.Keyword|\$letters) -(?:eq|ne) (?!'')", code), [])
+
+
+@unittest.skipUnless(shutil.which("pwsh"), "PowerShell (pwsh) is not installed on this machine")
+class InPowerShell(unittest.TestCase):
+    """Completions of a line whose end is the cursor, by PowerShell itself."""
+
+    def complete(self, line):
+        folder = pathlib.Path(os.environ["KRVCMD_COMPLETION_DIR"])
+        quoted = line.replace("'", "''")
+        command = (f". '{folder / 'krvcmd.ps1'}'; "
+                   f"(TabExpansion2 -inputScript '{quoted}' -cursorColumn {len(line)})"
+                   ".CompletionMatches | ForEach-Object { $_.CompletionText }")
+        shell = subprocess.run(["pwsh", "-NoProfile", "-NonInteractive", "-Command", command],
+                               capture_output=True, text=True, check=True)
+        return shell.stdout.split()
+
+    def test_completes_a_keyword(self):
+        self.assertEqual(self.complete("krvcmd exp"), ["export"])
+
+    def test_completes_parameters_and_topics(self):
+        self.assertEqual(self.complete("krvcmd query volumes sep"), ["separator="])
+        self.assertEqual(self.complete("krvcmd help s"), ["service", "scan"])
 
 
 if __name__ == "__main__":
