@@ -1,9 +1,11 @@
 #include "krvcmd/console/query/query_table.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory_resource>
 #include <new>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -27,18 +29,20 @@ uint32_t ConsoleLineWidth() {
     return isUsable ? static_cast<uint32_t>(bufferWidth - 1) : kWidthWithoutConsole;
 }
 
-// Collects the cells of one row. A cell for which there is no memory is left out of the row.
+// Collects the cells of one row. A cell for which there is no memory is left out of the row. So are numbers
+// and texts of columns that the table does not use: in a large table they would take most of the memory.
+// Words, percentages and small numbers take next to none.
 class RowBuilder {
   public:
-    // The row has room for `cellCount` cells, which `cells` makes.
-    RowBuilder(CellStore& cells, size_t cellCount, std::pmr::memory_resource* memory)
-        : m_cells(cells), m_row(cellCount, memory) {}
+    RowBuilder(CellStore& cells, const CTable& table) : m_cells(cells), m_table(table) {}
 
     void Number(uint32_t columnId, int64_t value) {
-        Add([&]() -> const CTableItem& { return m_cells.Number(columnId, value); });
+        if (m_table.Uses(columnId))
+            Add([&]() -> const CTableItem& { return m_cells.Number(columnId, value); });
     }
     void Capacity(uint32_t columnId, int64_t bytes) {
-        Add([&]() -> const CTableItem& { return m_cells.Capacity(columnId, bytes); });
+        if (m_table.Uses(columnId))
+            Add([&]() -> const CTableItem& { return m_cells.Capacity(columnId, bytes); });
     }
     void OneBasedNumber(uint32_t columnId, int32_t zeroBasedNumber) {
         Add([&]() -> const CTableItem& { return m_cells.OneBasedNumber(columnId, zeroBasedNumber); });
@@ -47,43 +51,49 @@ class RowBuilder {
         Add([&]() -> const CTableItem& { return m_cells.Percent(columnId, free, total); });
     }
     void Text(uint32_t columnId, std::string_view text) {
-        Add([&]() -> const CTableItem& { return m_cells.Text(columnId, text); });
+        if (m_table.Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Text(columnId, text); });
+    }
+    void Name(uint32_t columnId, std::string_view name) {
+        if (m_table.Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Name(columnId, name); });
     }
     // A text that `format` composes.
     template <typename Format>
     void FormattedText(uint32_t columnId, Format format) {
-        Add([&]() -> const CTableItem& { return m_cells.Text(columnId, format()); });
+        if (m_table.Uses(columnId))
+            Add([&]() -> const CTableItem& { return m_cells.Text(columnId, format()); });
     }
     void Directory(uint32_t columnId, std::string_view path) {
-        Add([&]() -> const CTableItem& { return m_cells.Directory(columnId, path); });
+        if (m_table.Uses(columnId))
+            Add([&]() -> const CTableItem& { return m_cells.Directory(columnId, path); });
     }
     void Word(uint32_t columnId, std::string_view word) {
         Add([&]() -> const CTableItem& { return m_cells.Word(columnId, word); });
     }
 
-    CTableRow TakeRow() { return std::move(m_row); }
+    // In `memory`, which must outlive the row.
+    CTableRow MakeRow(std::pmr::memory_resource* memory) const {
+        return {std::span(m_row).first(m_count), memory};
+    }
 
   private:
+    // Of a row for a disc side with its volume, the longest.
+    static constexpr size_t kMostCells = 18;
+
     template <typename Make>
     void Add(Make make) {
         try {
-            m_row.AddItem(make());
+            m_row[m_count] = &make();
+            ++m_count;
         } catch (const std::bad_alloc&) {
             return;
         }
     }
 
     CellStore& m_cells;
-    CTableRow m_row;
+    const CTable& m_table;
+    std::array<const CTableItem*, kMostCells> m_row{};
+    size_t m_count = 0;
 };
-
-// Room for the cells of each kind of row.
-constexpr size_t kJukeboxCells = 10;
-constexpr size_t kMagazineCells = 5;
-constexpr size_t kDriveCells = 7;
-constexpr size_t kSlotCells = 6;
-constexpr size_t kVolumeCells = 11;
-constexpr size_t kSideCells = kVolumeCells + 7;
 
 void AddJukeboxIdentity(RowBuilder& row, const JukeboxInfo& jukebox) {
     row.Number(column_id::kJukeboxId, jukebox.key.jukeboxId);
@@ -113,7 +123,7 @@ void AddVolumeCells(RowBuilder& row, const VolumeInfo& volume) {
     row.Number(column_id::kUsedBytes, used);
     row.Percent(column_id::kUsedPercent, free, total);
     row.Text(column_id::kLabel, RecordText(record.label));
-    row.Text(column_id::kFileSystem, RecordText(record.fileSystem));
+    row.Name(column_id::kFileSystem, RecordText(record.fileSystem));
     row.Word(column_id::kStatus, VolumeStatusText(record.state));
     row.Word(column_id::kVolumeType, VolumeTypeText(record.type));
     if (!volume.aspects.empty()) row.Directory(column_id::kDirectory, volume.aspects.front());
@@ -163,7 +173,7 @@ bool CKrvQueryTable::SetSortLetters(std::string_view letters) {
 
 void CKrvQueryTable::AddJukeboxRow(const JukeboxInfo& jukebox) {
     const JukeboxRecord& record = jukebox.record;
-    RowBuilder row(m_cells, kJukeboxCells, GetMemory());
+    RowBuilder row(m_cells, *this);
     AddJukeboxIdentity(row, jukebox);
     AddDevice(row, record.identity);
     row.Word(column_id::kStatus, EnabledText(record.enabled));
@@ -171,41 +181,41 @@ void CKrvQueryTable::AddJukeboxRow(const JukeboxInfo& jukebox) {
     row.Number(column_id::kDriveCount, record.driveCount);
     row.Number(column_id::kMagazineCount, record.magazineCount);
     row.Number(column_id::kSlotCount, record.slotCount);
-    AddRow(row.TakeRow());
+    AddRow(row.MakeRow(GetMemory()));
 }
 
 void CKrvQueryTable::AddMagazineRow(const JukeboxInfo& jukebox, const MagazineKey& key,
                                     const MagazineRecord& magazine) {
-    RowBuilder row(m_cells, kMagazineCells, GetMemory());
+    RowBuilder row(m_cells, *this);
     AddJukeboxIdentity(row, jukebox);
     row.OneBasedNumber(column_id::kMagazine, key.magazine);
     if (magazine.slotCount != 0) row.Number(column_id::kSlotCount, magazine.slotCount);
     row.Word(column_id::kStatus, PresentText(magazine.present));
-    AddRow(row.TakeRow());
+    AddRow(row.MakeRow(GetMemory()));
 }
 
 void CKrvQueryTable::AddDriveRow(const JukeboxInfo& jukebox, const DriveKey& key, const DriveRecord& drive) {
-    RowBuilder row(m_cells, kDriveCells, GetMemory());
+    RowBuilder row(m_cells, *this);
     AddJukeboxIdentity(row, jukebox);
     AddDevice(row, drive.identity);
     row.OneBasedNumber(column_id::kDrive, key.drive);
     row.Word(column_id::kStatus, EnabledText(drive.enabled));
-    AddRow(row.TakeRow());
+    AddRow(row.MakeRow(GetMemory()));
 }
 
 void CKrvQueryTable::AddSlotRow(const JukeboxInfo& jukebox, const SlotKey& key, const SlotRecord& slot) {
-    RowBuilder row(m_cells, kSlotCells, GetMemory());
+    RowBuilder row(m_cells, *this);
     AddJukeboxIdentity(row, jukebox);
     if (HasSeveralMagazines(jukebox)) row.OneBasedNumber(column_id::kMagazine, key.magazine);
     row.OneBasedNumber(column_id::kSlot, key.slot);
     row.Word(column_id::kStatus, SlotStatusText(slot.state));
     AddMediaType(row, slot.mediumCode);
-    AddRow(row.TakeRow());
+    AddRow(row.MakeRow(GetMemory()));
 }
 
 void CKrvQueryTable::AddSideRow(const JukeboxInfo& jukebox, const SideKey& key, const SideRecord& side,
                                 const VolumeInfo& volume) {
-    RowBuilder row(m_cells, kSideCells, GetMemory());
+    RowBuilder row(m_cells, *this);
     row.FormattedText(column_id::kLocation, [&] { return FormatLocation(jukebox, key); });
     AddVolumeCells(row, volume);
     if (HasSeveralMagazines(jukebox)) row.OneBasedNumber(column_id::kMagazine, key.magazine);
@@ -214,13 +224,13 @@ void CKrvQueryTable::AddSideRow(const JukeboxInfo& jukebox, const SideKey& key, 
     row.Word(column_id::kRecordedState, RecordedStateText(side.state));
     AddMediaType(row, side.mediumCode);
     row.Word(column_id::kFinalization, FinalizationText(side.finalization));
-    AddRow(row.TakeRow());
+    AddRow(row.MakeRow(GetMemory()));
 }
 
 void CKrvQueryTable::AddVolumeRow(const VolumeInfo& volume) {
-    RowBuilder row(m_cells, kVolumeCells, GetMemory());
+    RowBuilder row(m_cells, *this);
     AddVolumeCells(row, volume);
-    AddRow(row.TakeRow());
+    AddRow(row.MakeRow(GetMemory()));
 }
 
 }  // namespace Ostrel::UI::Console

@@ -30,10 +30,10 @@ const CTableItem& CellStore::Number(uint32_t columnId, int64_t value) {
 }
 
 const CTableItem& CellStore::Capacity(uint32_t columnId, int64_t bytes) {
-    const CTableItem*& last = PlaceOfLast(columnId);
-    if (last == nullptr || last->GetValue() != bytes)
-        last = &Make<CTableIntItem>(columnId, bytes, /*withUnit=*/true);
-    return *last;
+    const CTableItem*& recent =
+        PlaceOfRecent(columnId, [bytes](const CTableItem& capacity) { return capacity.GetValue() == bytes; });
+    if (recent == nullptr) recent = &Make<CTableIntItem>(columnId, bytes, /*withUnit=*/true);
+    return *recent;
 }
 
 const CTableItem& CellStore::OneBasedNumber(uint32_t columnId, int32_t zeroBasedNumber) {
@@ -55,6 +55,13 @@ const CTableItem& CellStore::Text(uint32_t columnId, std::string_view text) {
     const CTableItem*& last = PlaceOfLast(columnId);
     if (last == nullptr || last->GetText() != text) last = &Make<CTableStringItem>(columnId, text);
     return *last;
+}
+
+const CTableItem& CellStore::Name(uint32_t columnId, std::string_view name) {
+    const CTableItem*& recent =
+        PlaceOfRecent(columnId, [name](const CTableItem& text) { return text.GetText() == name; });
+    if (recent == nullptr) recent = &Make<CTableStringItem>(columnId, name);
+    return *recent;
 }
 
 const CTableItem& CellStore::Directory(uint32_t columnId, std::string_view path) {
@@ -88,6 +95,22 @@ CellStore::SharedCells& CellStore::SharedCellsOf(uint32_t columnId) {
 const CTableItem*& CellStore::PlaceOfLast(uint32_t columnId) {
     try {
         return SharedCellsOf(columnId).last;
+    } catch (const std::bad_alloc&) {
+        return PlaceOfUnshared();
+    }
+}
+
+template <typename IsSame>
+const CTableItem*& CellStore::PlaceOfRecent(uint32_t columnId, IsSame isSame) {
+    try {
+        RecentCells& recent = SharedCellsOf(columnId).recent;
+        for (const CTableItem*& cell : recent.cells) {
+            if (cell != nullptr && isSame(*cell)) return cell;
+        }
+        const CTableItem*& place = recent.cells[recent.oldest];
+        recent.oldest = (recent.oldest + 1) % recent.cells.size();
+        place = nullptr;
+        return place;
     } catch (const std::bad_alloc&) {
         return PlaceOfUnshared();
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory_resource>
 #include <string_view>
@@ -11,9 +13,9 @@ namespace Ostrel::UI::Console {
 
 // Makes the cells of a table and keeps them alive. The cells of one row lie side by side. Words, percentages
 // and the small numbers of magazines, drives and slots repeat in many rows: one cell serves all of them.
-// Other numbers and texts share the last cell of their column while they repeat it. Every function throws
-// std::bad_alloc when there is no memory for the cell; a cell that just cannot be shared is made all the
-// same.
+// Capacities and names of which there are few share one of the last cells of their column. Other numbers and
+// texts share the last cell of their column while they repeat it. Every function throws std::bad_alloc when
+// there is no memory for the cell; a cell that just cannot be shared is made all the same.
 class CellStore {
   public:
     // Cells lie in `memory`, which must outlive the store.
@@ -28,6 +30,8 @@ class CellStore {
     const CTableItem& OneBasedNumber(uint32_t columnId, int32_t zeroBasedNumber);
     const CTableItem& Percent(uint32_t columnId, int64_t free, int64_t total);
     const CTableItem& Text(uint32_t columnId, std::string_view text);
+    // A text of which a column has few.
+    const CTableItem& Name(uint32_t columnId, std::string_view name);
     const CTableItem& Directory(uint32_t columnId, std::string_view path);
     // `word` is a constant, told apart from others by its address.
     const CTableItem& Word(uint32_t columnId, std::string_view word);
@@ -37,10 +41,16 @@ class CellStore {
         const char* word;
         const CTableItem* cell;
     };
+    // Some different cells; a new one takes the place of the oldest.
+    struct RecentCells {
+        std::array<const CTableItem*, 8> cells{};
+        size_t oldest = 0;
+    };
     // The cells of one column that are shared, null while they have not been made.
     struct SharedCells {
         std::vector<const CTableItem*> numbers;  // by number
         std::vector<SharedWord> words;
+        RecentCells recent;
         const CTableItem* last = nullptr;
     };
 
@@ -51,6 +61,9 @@ class CellStore {
 
     // The place of a shared cell. Without memory for it, a place that no other cell uses.
     const CTableItem*& PlaceOfLast(uint32_t columnId);
+    // The place of the recent cell that `isSame` accepts, else an empty one.
+    template <typename IsSame>
+    const CTableItem*& PlaceOfRecent(uint32_t columnId, IsSame isSame);
     const CTableItem*& PlaceOfNumber(uint32_t columnId, int64_t number);
     const CTableItem*& PlaceOfWord(uint32_t columnId, std::string_view word);
     const CTableItem*& PlaceOfUnshared();

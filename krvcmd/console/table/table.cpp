@@ -40,6 +40,24 @@ void CTable::SetColumns(std::vector<CTableColumn> columns) {
     for (const CTableColumn& column : m_columns) {
         m_contentWidth += static_cast<uint32_t>(DisplayLength(column.GetTitle()));
     }
+    FindUsedColumns();
+}
+
+void CTable::SetSortKeys(std::vector<SortKey> sortKeys) {
+    m_sortKeys = std::move(sortKeys);
+    FindUsedColumns();
+}
+
+void CTable::FindUsedColumns() {
+    m_isUsed.clear();
+    const auto use = [this](uint32_t columnId) {
+        if (columnId >= m_isUsed.size()) m_isUsed.resize(columnId + 1);
+        m_isUsed[columnId] = true;
+    };
+    for (const CTableColumn& column : m_columns)
+        use(column.GetColumnId());
+    for (const SortKey& key : m_sortKeys)
+        use(key.columnId);
 }
 
 bool CTable::IsColumnEmpty(size_t index) const {

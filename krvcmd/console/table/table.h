@@ -57,10 +57,9 @@ class CTableRow {
   public:
     CTableRow() = default;
 
-    // Makes room for `cellCount` cells in `memory`, which must outlive the row.
-    CTableRow(size_t cellCount, std::pmr::memory_resource* memory) : m_cells(memory) {
-        m_cells.reserve(cellCount);
-    }
+    // Keeps the list of these cells in `memory`, which must outlive the row.
+    CTableRow(std::span<const CTableItem* const> cells, std::pmr::memory_resource* memory)
+        : m_cells(cells.begin(), cells.end(), memory) {}
 
     void AddItem(const CTableItem& item) { m_cells.push_back(&item); }
 
@@ -90,7 +89,7 @@ class CTable {
     CTable& operator=(const CTable&) = delete;
 
     void SetColumns(std::vector<CTableColumn> columns);
-    void SetSortKeys(std::vector<SortKey> sortKeys) { m_sortKeys = std::move(sortKeys); }
+    void SetSortKeys(std::vector<SortKey> sortKeys);
     void SetSeparator(std::string_view separator) { m_separator = separator; }
     // Whether columns that no row fills are laid out all the same.
     void SetShowEmptyColumns(bool show) { m_showEmptyColumns = show; }
@@ -103,6 +102,9 @@ class CTable {
 
     // `index` counts from 0. True also for an index beyond the last column.
     bool IsColumnEmpty(size_t index) const;
+
+    // Whether the table shows the column or sorts by it.
+    bool Uses(uint32_t columnId) const { return columnId < m_isUsed.size() && m_isUsed[columnId]; }
 
     // Takes the row over; its cells must live as long as the table. Ignores a row without cells, and any row
     // while there are no columns.
@@ -124,6 +126,8 @@ class CTable {
     // The index of the column's entry in the usage list; adds the entry when there is none.
     size_t EnterUsage(uint32_t columnId);
 
+    void FindUsedColumns();
+
     // The sort keys that can tell rows apart. All rows are equal in a key whose column no row fills, and in
     // one whose column an earlier key has compared.
     std::vector<SortKey> GetDecisiveSortKeys() const;
@@ -135,6 +139,7 @@ class CTable {
     std::pmr::deque<CTableRow> m_rows{&m_memory};  // in the order of arrival
     // A new table's key matches no cell: rows keep the order of arrival.
     std::vector<SortKey> m_sortKeys{{0, kAscending}};
+    std::vector<bool> m_isUsed;  // by column id
     std::string m_separator;
     uint32_t m_contentWidth = 0;  // sum of the column widths; 0 after AddRow until they are measured
 };

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <string>
 #include <utility>
 
 #include "tests/unit/console/support/failing_allocation.h"
@@ -80,6 +81,24 @@ TEST_F(CellStoreTest, SharesOtherNumbersAndTextsWhileAColumnRepeatsThem) {
     EXPECT_EQ(&m_cells.Text(10, "UDF"), &text);
     EXPECT_EQ(m_cells.Text(10, "UDF 2").GetText(), "UDF 2");
     EXPECT_EQ(m_cells.Text(10, "UDF").GetText(), "UDF");
+}
+
+TEST_F(CellStoreTest, SharesCapacitiesAndNamesWithTheLastEightOfAColumn) {
+    const CTableItem& capacity = m_cells.Capacity(13, 0);
+    const CTableItem& name = m_cells.Name(10, "0");
+    for (int64_t other = 1; other <= 7; ++other) {
+        EXPECT_EQ(m_cells.Capacity(13, other).GetValue(), other);
+        EXPECT_EQ(m_cells.Name(10, std::to_string(other)).GetText(), std::to_string(other));
+    }
+    EXPECT_EQ(&m_cells.Capacity(13, 0), &capacity);
+    EXPECT_NE(&m_cells.Capacity(24, 0), &capacity);
+    EXPECT_EQ(&m_cells.Name(10, "0"), &name);
+    (void)m_cells.Capacity(13, 8);
+    (void)m_cells.Name(10, "8");
+    EXPECT_NE(&m_cells.Capacity(13, 0), &capacity);
+    EXPECT_EQ(m_cells.Capacity(13, 0).GetValue(), 0);
+    EXPECT_NE(&m_cells.Name(10, "0"), &name);
+    EXPECT_EQ(m_cells.Name(10, "0").GetText(), "0");
 }
 
 TEST_F(CellStoreTest, CopiesTheTextsOfItsCells) {

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <functional>
 
+#include "krvcmd/console/query/column_catalogue.h"
 #include "krvcmd/console/query/query_table.h"
 #include "tests/support/captured_output.h"
 
@@ -83,6 +84,19 @@ TEST(QueryTable, HasTheQuerysSettings) {
     const CKrvQueryTable table;
     EXPECT_EQ(table.GetSeparator(), "|");
     EXPECT_EQ(table.GetColumnCount(), 0U);
+}
+
+TEST(QueryTable, LeavesOutNumbersAndTextsThatItNeitherShowsNorSortsBy) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("Il"));
+    EXPECT_TRUE(table.SetSortLetters("-Y"));
+    table.AddSideRow(Tower(1), {sizeof(SideKey), 11, 0, 4, 0}, {}, Backup());
+    const CTableRow& row = *table.GetRowsInOrder().front();
+    for (const uint32_t used : {column_id::kVolumeId, column_id::kLabel, column_id::kTotalBytes})
+        EXPECT_NE(row.FindItem(used), nullptr) << used;
+    for (const uint32_t unused : {column_id::kLocation, column_id::kTotalCapacity, column_id::kUsedCapacity,
+                                  column_id::kUsedBytes, column_id::kFileSystem, column_id::kDirectory})
+        EXPECT_EQ(row.FindItem(unused), nullptr) << unused;
 }
 
 TEST(JukeboxRow, ShowsTheJukebox) {

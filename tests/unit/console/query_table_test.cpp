@@ -163,8 +163,9 @@ std::set<uint32_t> ColumnIdsOf(const CTableRow& row) {
 }
 
 TEST(QueryTableMemory, LeavesOutACellForWhichThereIsNone) {
+    constexpr std::string_view kEveryLetter = "SDMIJNLmdsaCRPFnlvftxXzyYo";
     CKrvQueryTable complete;
-    ASSERT_TRUE(complete.SetColumnLetters("I"));
+    ASSERT_TRUE(complete.SetColumnLetters(kEveryLetter));
     complete.AddSideRow(LongNamedJukebox(), {}, {}, LongNamedVolume());
     const std::set<uint32_t> allIds = ColumnIdsOf(*complete.GetRowsInOrder().front());
     ASSERT_EQ(allIds.size(), 18U);
@@ -175,7 +176,7 @@ TEST(QueryTableMemory, LeavesOutACellForWhichThereIsNone) {
         const krvcmd::JukeboxInfo jukebox = LongNamedJukebox();
         const krvcmd::VolumeInfo volume = LongNamedVolume();
         CKrvQueryTable table;
-        ASSERT_TRUE(table.SetColumnLetters("I"));
+        ASSERT_TRUE(table.SetColumnLetters(kEveryLetter));
         {
             const FailingAllocation failure(number);
             try {

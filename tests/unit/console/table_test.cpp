@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <memory_resource>
 
 namespace {
@@ -78,10 +79,8 @@ TEST(TableRow, FindsTheFirstCellOfAColumn) {
     const CTableStringItem first(3, "first");
     const CTableStringItem second(3, "second");
     std::pmr::monotonic_buffer_resource memory;
-    CTableRow row(3, &memory);
-    row.AddItem(other);
-    row.AddItem(first);
-    row.AddItem(second);
+    const std::array<const CTableItem*, 3> cells{&other, &first, &second};
+    const CTableRow row(cells, &memory);
     EXPECT_EQ(row.FindItem(3), &first);
     EXPECT_EQ(row.FindItem(1), &other);
     EXPECT_EQ(row.FindItem(2), nullptr);
