@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <system_error>
 
 #include "embedded/farms/farm_writer.h"
 #include "embedded/layout/layout_reader.h"
 #include "embedded/model/refusal.h"
+#include "embedded/platform/platform.h"
 #include "embedded/store/farm_file.h"
 #include "embedded/store/statement.h"
 
@@ -34,10 +36,13 @@ std::unique_ptr<Database> OpenServerToCheck(const std::string& server) {
 std::vector<std::string> ListServers() {
     std::vector<std::string> servers;
     std::error_code failure;
-    for (const auto& entry : std::filesystem::directory_iterator(ExistingFarmFolder(), failure)) {
+    const std::filesystem::path folder = ExistingFarmFolder();
+    for (const auto& entry : std::filesystem::directory_iterator(folder, failure)) {
         std::string server = ServerOfFileName(entry.path().filename().string());
         if (!server.empty()) servers.push_back(std::move(server));
     }
+    if (failure && failure != std::errc::no_such_file_or_directory)
+        throw Refuse(Code::NoStateFolder, {PathText(folder), failure.message()});
     std::ranges::sort(servers);
     return servers;
 }

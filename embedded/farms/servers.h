@@ -17,7 +17,7 @@ std::unique_ptr<Database> OpenServer(const std::string& server);
 std::unique_ptr<Database> OpenServerToCheck(const std::string& server);
 
 // The servers that have a file in the folder of the farms, by name. Refuses a folder of $KRVSIM_HOME that
-// does not exist.
+// does not exist, and one that cannot be read.
 std::vector<std::string> ListServers();
 
 // The servers that need no set-up: the local one and those that krvcmd's help texts use as examples.

@@ -149,6 +149,21 @@ bool IsThere(const std::filesystem::path& farm) {
     return isThere;
 }
 
+// Processes that share a farm need a file for what they share; on a full disk there is no room for it. A
+// process that has the farm for itself needs none.
+enum class Sharing { WithOthers, WithNobody };
+
+std::unique_ptr<Database> Open(const std::filesystem::path& path, Sharing sharing) {
+    auto database = std::make_unique<Database>(path);
+    if (sharing == Sharing::WithNobody) database->Execute("PRAGMA locking_mode = EXCLUSIVE");
+    const Nature nature = Examine(*database);
+    RefuseForeign(*database, nature);
+    if (nature.kind == Kind::Empty) return nullptr;
+    Prepare(*database);
+    if (nature.version < kSchemaVersion) MigrateToPresent(*database);
+    return database;
+}
+
 }  // namespace
 
 std::string FarmFileName(std::string_view server) {
@@ -214,13 +229,13 @@ std::filesystem::path FarmPath(std::string_view server) {
 
 std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
     const FileSizeSignalGuard guard;
-    auto database = std::make_unique<Database>(path);
-    const Nature nature = Examine(*database);
-    RefuseForeign(*database, nature);
-    if (nature.kind == Kind::Empty) return nullptr;
-    Prepare(*database);
-    if (nature.version < kSchemaVersion) MigrateToPresent(*database);
-    return database;
+    (void)IsThere(path);
+    try {
+        return Open(path, Sharing::WithOthers);
+    } catch (const Refusal& refusal) {
+        if (refusal.GetCode() != static_cast<int32_t>(Code::DiskFull)) throw;
+    }
+    return Open(path, Sharing::WithNobody);
 }
 
 bool CreateFarm(std::string_view server, const FillFarm& fill) {

@@ -1,6 +1,8 @@
 #include "embedded/farms/servers.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <optional>
 
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
@@ -16,10 +18,10 @@ namespace {
 
 struct FileFacts {
     uintmax_t size = 0;
-    std::filesystem::file_time_type time = std::filesystem::file_time_type::min();
+    std::optional<std::filesystem::file_time_type> time;
 };
 
-// The farm's file and its write-ahead log.
+// The farm's file and its write-ahead log. No time when there is nothing to look at behind a link.
 FileFacts FileFactsOf(const std::filesystem::path& farm) {
     FileFacts facts;
     for (const char* suffix : {"", "-wal"}) {
@@ -30,7 +32,7 @@ FileFacts FileFactsOf(const std::filesystem::path& farm) {
         if (failure) continue;
         facts.size += size;
         const auto time = std::filesystem::last_write_time(file, failure);
-        if (!failure) facts.time = std::max(facts.time, time);
+        if (!failure) facts.time = facts.time.has_value() ? std::max(*facts.time, time) : time;
     }
     return facts;
 }
@@ -72,8 +74,9 @@ void Servers(const ServersOptions& /*none*/, const Streams& streams) {
         const std::filesystem::path path = FarmPath(server);
         const FileFacts file = FileFactsOf(path);
         const FarmFacts farm = FarmFactsOf(path);
-        table.Add(
-            {server, farm.state, farm.jukeboxes, farm.volumes, SizeText(file.size), TimeText(file.time)});
+        table.Add({server, farm.state, farm.jukeboxes, farm.volumes,
+                   file.time.has_value() ? SizeText(file.size) : "-",
+                   file.time.has_value() ? TimeText(*file.time) : "-"});
     }
     table.Write(streams.out);
     streams.out << PlacesText("Folder", folder) << '\n';

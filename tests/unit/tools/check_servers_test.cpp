@@ -216,5 +216,25 @@ TEST_F(KrvsimServers, AreListedWithTheirStates) {
     EXPECT_TRUE(starts[5].starts_with("Folder: " + folder + "; client library: ")) << starts[5];
 }
 
+#ifndef _WIN32
+TEST_F(KrvsimServers, LinkThatLeadsNowhereHasNeitherSizeNorTime) {
+    std::filesystem::create_symlink("nowhere", m_home.LocalFarm());
+    std::stringstream lines(Done({"servers"}));
+    std::string line;
+    std::getline(lines, line);
+    std::getline(lines, line);
+    EXPECT_NE(line.find("it is a symbolic link that leads nowhere."), std::string::npos) << line;
+    EXPECT_TRUE(line.ends_with("  -          -        -     -")) << line;
+}
+
+TEST_F(KrvsimServers, FileInPlaceOfTheirFolderIsRefused) {
+    const std::filesystem::path file = m_home.GetFolder() / "file";
+    std::ofstream(file) << "no folder";
+    SetEnvironment("KRVSIM_HOME", file.c_str());
+    EXPECT_EQ(Failed({"servers"}), "krvsim: The folder for the farms, \"" + file.string() +
+                                       "\", cannot be used: Not a directory.\n");
+}
+#endif
+
 }  // namespace
 }  // namespace embedded_test

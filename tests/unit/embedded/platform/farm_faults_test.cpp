@@ -409,6 +409,42 @@ TEST_F(FarmFaults, LookingWorksOnAFullDiskWithAJournalAndLeavesAMark) {
         << "the opening of the session";
 }
 
+// Like a query that begins when the disk is full already.
+int LookAndChangeWithoutRoom(const std::string& name) {
+    LimitFileSize(4096);
+    Client client;
+    if (!client.GetOpening().ok) return 1;
+    JukeboxRecord record{};
+    if (!client.Jukebox(8, record).ok || record.name != name) return 2;
+    if (client.Volumes().size() != 50) return 3;
+    if (client.RenameJukebox(8, "x").code != 1065) return 4;
+    return client.Jukebox(8, record).ok && record.name == name ? 0 : 5;
+}
+
+TEST_F(FarmFaults, SessionThatBeginsOnAFullDiskLooks) {
+    CreateFarm();
+    for (const char* const script :
+         {"UPDATE server SET journal_limit = 0", "UPDATE server SET journal_limit = 100"}) {
+        ChangeFarm(m_home.LocalFarm(), script);
+        ChildProcess child([&] { return LookAndChangeWithoutRoom("MyBox"); });
+        EXPECT_EQ(child.Wait(), 0) << script;
+    }
+}
+
+TEST_F(FarmFaults, SessionThatBeginsOnAFullDiskSeesWhatAKilledProcessHasChanged) {
+    CreateFarm();
+    ChildProcess killed([&] {
+        Client client;
+        if (!client.RenameJukebox(8, "Before").ok) return 1;
+        (void)raise(SIGKILL);
+        return 2;
+    });
+    (void)killed.Wait();
+    ASSERT_GT(std::filesystem::file_size(m_home.LocalFarm().string() + "-wal"), 0U);
+    ChildProcess child([&] { return LookAndChangeWithoutRoom("Before"); });
+    EXPECT_EQ(child.Wait(), 0);
+}
+
 double SecondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
