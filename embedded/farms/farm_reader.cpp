@@ -152,6 +152,7 @@ class Reader {
                 list = PlaceOf(place, jukebox, magazine);
                 if (list != nullptr) {
                     FarmMedium& medium = list->emplace_back();
+                    medium.id = id;
                     medium.type = type;
                     medium.slot = slot + 1;
                 }

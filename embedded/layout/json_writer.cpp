@@ -20,14 +20,6 @@ Json Text(std::string_view bytes) {
     return {{"hex", ToHex(bytes)}};
 }
 
-constexpr Word kSlotWords[] = {
-    {static_cast<int32_t>(SlotState::Unknown), "unknown"},
-    {static_cast<int32_t>(SlotState::NotPresent), "not present"},
-    {static_cast<int32_t>(SlotState::ScanFailed), "scan failed"},
-    {static_cast<int32_t>(SlotState::Empty), "empty"},
-    {static_cast<int32_t>(SlotState::Full), "full"},
-};
-
 constexpr Word kVolumeWords[] = {
     {static_cast<int32_t>(VolumeState::Active), "active"},
     {static_cast<int32_t>(VolumeState::Disabled), "disabled"},
@@ -78,7 +70,7 @@ Json Magazine(const FarmMagazine& magazine, size_t number) {
         slot["medium"] = Medium(medium);
     }
     for (const FarmSlot& odd : magazine.oddSlots) {
-        slots.at(static_cast<size_t>(odd.number - 1))["state"] = WordOrUnknown(kSlotWords, odd.state);
+        slots.at(static_cast<size_t>(odd.number - 1))["state"] = WordOrUnknown(SlotStateWords(), odd.state);
     }
     return {{"magazine", number}, {"present", magazine.present}, {"slots", std::move(slots)}};
 }

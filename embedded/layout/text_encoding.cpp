@@ -49,6 +49,15 @@ bool IsText(std::string_view bytes) {
     return true;
 }
 
+std::string PrintableText(std::string_view bytes) {
+    if (!IsText(bytes)) return "0x" + ToHex(bytes);
+    std::string printable;
+    for (const char character : bytes) {
+        printable += static_cast<unsigned char>(character) < 0x20 || character == 0x7F ? '?' : character;
+    }
+    return printable;
+}
+
 std::string ToHex(std::string_view bytes) {
     std::string digits;
     for (const char byte : bytes)

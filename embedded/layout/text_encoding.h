@@ -10,6 +10,9 @@ namespace embedded {
 // bytes are written in hexadecimal, as { hex = "4bf6" }.
 bool IsText(std::string_view bytes);
 
+// Harmless on a terminal and in a file: without control characters; bytes that are not UTF-8 in hexadecimal.
+std::string PrintableText(std::string_view bytes);
+
 // Two lower-case hexadecimal digits for each byte.
 std::string ToHex(std::string_view bytes);
 

@@ -43,6 +43,7 @@ struct FarmSide {
 };
 
 struct FarmMedium {
+    int64_t id = 0;    // in the database that it was read from, 0 = none; two farms may use different ones
     int32_t slot = 0;  // only for media in magazines
     uint32_t type = 0;
     std::vector<FarmSide> sides;  // one or two

@@ -27,6 +27,14 @@ constexpr Word kVolumeTypes[] = {
     {static_cast<int32_t>(VolumeType::VolumeSet), "volume set"},
 };
 
+constexpr Word kSlotStates[] = {
+    {static_cast<int32_t>(SlotState::Unknown), "unknown"},
+    {static_cast<int32_t>(SlotState::NotPresent), "not present"},
+    {static_cast<int32_t>(SlotState::ScanFailed), "scan failed"},
+    {static_cast<int32_t>(SlotState::Empty), "empty"},
+    {static_cast<int32_t>(SlotState::Full), "full"},
+};
+
 }  // namespace
 
 std::span<const Word> ContentWords() {
@@ -37,6 +45,9 @@ std::span<const Word> FinalizationWords() {
 }
 std::span<const Word> VolumeTypeWords() {
     return kVolumeTypes;
+}
+std::span<const Word> SlotStateWords() {
+    return kSlotStates;
 }
 
 std::optional<int32_t> ValueOf(std::span<const Word> words, std::string_view word) {

@@ -18,6 +18,7 @@ struct Word {
 std::span<const Word> ContentWords();
 std::span<const Word> FinalizationWords();
 std::span<const Word> VolumeTypeWords();
+std::span<const Word> SlotStateWords();
 
 std::optional<int32_t> ValueOf(std::span<const Word> words, std::string_view word);
 std::string_view WordOf(std::span<const Word> words, int32_t value);

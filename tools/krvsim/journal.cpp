@@ -42,30 +42,20 @@ constexpr Sql kCalls = R"sql(
     SELECT count(*), coalesce(sum(succeeded = 0), 0) FROM journal WHERE id > ?1
 )sql";
 
-// Harmless on a terminal: without control characters and bytes that are not UTF-8.
-std::string Printable(const std::string& text) {
-    if (!IsText(text)) return "0x" + ToHex(text);
-    std::string printable;
-    for (const char character : text) {
-        printable += static_cast<unsigned char>(character) < 0x20 || character == 0x7F ? '?' : character;
-    }
-    return printable;
-}
-
 std::string LineOf(const StoredJournalEntry& entry) {
     std::string line = std::to_string(entry.id) + "  " + PreciseTimeText(entry.time) + "  process " +
                        std::to_string(entry.process) + "  " + entry.function;
     const std::string item = ItemText(entry.item);
     if (!item.empty()) line += "  " + item;
-    if (!entry.argument.empty()) line += "  \"" + Printable(entry.argument) + "\"";
+    if (!entry.argument.empty()) line += "  \"" + PrintableText(entry.argument) + "\"";
     line += "  ";
     if (entry.succeeded) {
         line += "ok";
     } else {
-        line += "failed with " + std::to_string(entry.code) + ": " + Printable(entry.text);
+        line += "failed with " + std::to_string(entry.code) + ": " + PrintableText(entry.text);
     }
     line += "  " + std::to_string(entry.duration) + " us";
-    if (!entry.change.empty()) line += "  " + Printable(entry.change);
+    if (!entry.change.empty()) line += "  " + PrintableText(entry.change);
     return line;
 }
 
@@ -165,7 +155,7 @@ void Summarize(Database& database, const Streams& streams) {
         const auto change = entry.Read<std::string>();
         ++kinds[KindOf(change)];
         ++changes;
-        streams.out << Printable(change) << '\n';
+        streams.out << PrintableText(change) << '\n';
     }
     streams.out << Counted(changes, "change", "changes");
     const char* separator = ": ";
