@@ -54,7 +54,8 @@ constexpr CodeInfo kCodes[] = {
      "No room for a change; nothing of the change remains."},
     {Code::FarmReadOnly, "The farm file \"<file>\" cannot be written: <reason>.",
      "A read-only file, folder or disk."},
-    {Code::FarmDamaged, "The farm file \"<file>\" cannot be used: <reason>.",
+    {Code::FarmDamaged,
+     "The farm file \"<file>\" cannot be used: <reason>; krvsim restore or krvsim remove --farm helps.",
      "A damaged file or a failing disk."},
 
     {Code::NoJukebox, "There is no jukebox with ID <id>.", "A jukebox ID that names no jukebox."},

@@ -240,8 +240,12 @@ std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
 
 bool CreateFarm(std::string_view server, const FillFarm& fill) {
     const std::filesystem::path path = FarmPath(server);
-    const FileSizeSignalGuard guard;
     MakeFarmFolder();
+    return CreateFarmAt(path, fill);
+}
+
+bool CreateFarmAt(const std::filesystem::path& path, const FillFarm& fill) {
+    const FileSizeSignalGuard guard;
     const UnfinishedFarm file(path);
     {
         Database database(file.GetFile(), path);

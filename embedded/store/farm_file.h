@@ -41,6 +41,8 @@ using FillFarm = std::function<void(Database&)>;
 // interruption leaves no farm. False when anything is in its place already, be it a link that leads nowhere:
 // it stays. Makes the folder when it is missing.
 bool CreateFarm(std::string_view server, const FillFarm& fill);
+// The same at a path, whose folder is there.
+bool CreateFarmAt(const std::filesystem::path& path, const FillFarm& fill);
 
 // Opens the server's farm. When there is none and `fill` is given, creates it; of two processes that do so at
 // once, one creates it and the other finds it. Without `fill`, a server that has no farm is refused as

@@ -35,6 +35,7 @@ command groff                 groff-base
 command doxygen               doxygen
 command parallel              parallel
 command ansible-playbook      ansible-core
+command bwrap                 bubblewrap
 file    /usr/sbin/tgtd        tgt
 file    /usr/sbin/mkudffs     udftools
 command genisoimage           genisoimage

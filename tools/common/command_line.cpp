@@ -29,13 +29,15 @@ int CommandLine::Run(const std::vector<std::string>& words, const Streams& strea
     try {
         // The parser takes the words from the end.
         m_tool.parse(std::vector<std::string>(words.rbegin(), words.rend()));
-        m_work(streams);
+        const int status = m_work(streams);
         streams.out.flush();
-        return streams.out.good() ? kDone : Fail(kFailed, "cannot write the output", streams);
+        return streams.out.good() ? status : Fail(kFailed, "cannot write the output", streams);
     } catch (const CLI::Error& error) {
         return Explain(error, streams);
     } catch (const UsageFailure& failure) {
         return Fail(kUsage, failure.what(), streams);
+    } catch (const ToolFailure& failure) {
+        return Fail(failure.GetStatus(), failure.what(), streams);
     } catch (const IncompleteResult& failure) {
         streams.out.flush();
         return Fail(streams.out.good() ? kIncomplete : kFailed, failure.what(), streams);

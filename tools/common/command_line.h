@@ -36,10 +36,21 @@ class CommandLine {
     template <typename Options>
     Command<Options> Add(CLI::App& parent, const std::string& name, const std::string& description,
                          void (*work)(const Options&, const Streams&)) {
+        return AddWithStatus<Options>(parent, name, description,
+                                      [work](const Options& options, const Streams& streams) {
+                                          work(options, streams);
+                                          return 0;
+                                      });
+    }
+
+    // A command that returns the exit status itself where it does not throw.
+    template <typename Options>
+    Command<Options> AddWithStatus(CLI::App& parent, const std::string& name, const std::string& description,
+                                   std::function<int(const Options&, const Streams&)> work) {
         auto& options = std::any_cast<Options&>(m_options.emplace_back(std::in_place_type<Options>));
         CLI::App* const app = parent.add_subcommand(name, description);
         app->callback([this, &options, work] {
-            m_work = [&options, work](const Streams& streams) { work(options, streams); };
+            m_work = [&options, work](const Streams& streams) { return work(options, streams); };
         });
         return {*app, options};
     }
@@ -55,7 +66,7 @@ class CommandLine {
 
     CLI::App m_tool;
     std::deque<std::any> m_options;
-    std::function<void(const Streams&)> m_work;
+    std::function<int(const Streams&)> m_work;
 };
 
 // An option for the server whose farm is meant, "." unless it is given.

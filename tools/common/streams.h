@@ -16,7 +16,13 @@ struct Streams {
 // front.
 class ToolFailure : public std::runtime_error {
   public:
-    using std::runtime_error::runtime_error;
+    explicit ToolFailure(const std::string& message, int status = 1)
+        : std::runtime_error(message), m_status(status) {}
+
+    int GetStatus() const { return m_status; }
+
+  private:
+    int m_status;
 };
 
 // A command has done its work, but its result lacks something.

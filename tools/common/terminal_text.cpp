@@ -1,5 +1,6 @@
 #include "tools/common/terminal_text.h"
 
+#include <cstdlib>
 #include <string_view>
 
 #include "krvcmd/console/text/safe_text.h"
@@ -7,6 +8,18 @@
 namespace embedded::tools {
 
 namespace Console = Ostrel::UI::Console;
+
+namespace {
+
+// A terminal that TERM does not name may show the sequences as text, as the console of Windows does.
+bool WantsColour() {
+    const char* terminal = std::getenv("TERM");
+    const char* noColour = std::getenv("NO_COLOR");
+    return terminal != nullptr && std::string_view(terminal) != "dumb" &&
+           (noColour == nullptr || *noColour == '\0');
+}
+
+}  // namespace
 
 TerminalText::int_type TerminalText::overflow(int_type character) {
     if (traits_type::eq_int_type(character, traits_type::eof())) return traits_type::not_eof(character);
@@ -30,6 +43,18 @@ bool TerminalText::Pass() {
     const bool isPassed = m_terminal.sputn(m_line.data(), length) == length;
     m_line.clear();
     return isPassed;
+}
+
+void TerminalText::WriteControl(std::string_view sequence) {
+    if (!Pass()) return;
+    m_terminal.sputn(sequence.data(), static_cast<std::streamsize>(sequence.size()));
+}
+
+void SetColour(std::ostream& stream, Colour colour) {
+    constexpr std::string_view kSequences[] = {"\x1b[0m", "\x1b[31m", "\x1b[32m", "\x1b[33m"};
+    auto* const terminal = dynamic_cast<TerminalText*>(stream.rdbuf());
+    if (terminal == nullptr || !WantsColour()) return;
+    terminal->WriteControl(kSequences[static_cast<size_t>(colour)]);
 }
 
 SafeStream::SafeStream(std::ostream& stream, Console::Stream kind)

@@ -3,6 +3,7 @@
 #include <ostream>
 #include <streambuf>
 #include <string>
+#include <string_view>
 
 #include "krvcmd/console/platform/console_platform.h"
 
@@ -15,6 +16,9 @@ class TerminalText : public std::streambuf {
   public:
     explicit TerminalText(std::streambuf& terminal) : m_terminal(terminal) {}
 
+    // Writes a control sequence as it is, behind the text so far.
+    void WriteControl(std::string_view sequence);
+
   protected:
     int_type overflow(int_type character) override;
     int sync() override;
@@ -26,6 +30,12 @@ class TerminalText : public std::streambuf {
     std::streambuf& m_terminal;
     std::string m_line;  // its start, until it is complete or flushed
 };
+
+// What follows on the stream gets this colour.
+enum class Colour { Usual, Red, Green, Yellow };
+
+// Only on a stream that ends at a terminal that TERM names, and not if NO_COLOR is set and not empty.
+void SetColour(std::ostream& stream, Colour colour);
 
 // A standard stream of the process, or one that makes text safe where it ends at a terminal.
 class SafeStream {

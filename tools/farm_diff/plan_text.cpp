@@ -72,7 +72,7 @@ std::string CountText(const Plan& plan) {
     return Counted(all, "change", "changes") + kinds;
 }
 
-void WritePlan(std::ostream& out, const Plan& plan, const SetColour& setColour) {
+void WritePlan(std::ostream& out, const Plan& plan, const ColourSetter& setColour) {
     const auto colour = [&](std::optional<ChangeEffect> effect) {
         if (setColour) setColour(out, effect);
     };

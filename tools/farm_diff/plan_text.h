@@ -10,11 +10,11 @@
 namespace embedded::tools {
 
 // Changes the colour of what follows on a stream; ChangeEffect::Alters and so on, nothing = the usual colour.
-using SetColour = std::function<void(std::ostream& out, std::optional<ChangeEffect> effect)>;
+using ColourSetter = std::function<void(std::ostream& out, std::optional<ChangeEffect> effect)>;
 
 // The plan for people: the changes by jukebox and magazine, and their counts in the last line. Writes
 // nothing for an empty plan. The texts of the farm are harmless on a terminal.
-void WritePlan(std::ostream& out, const Plan& plan, const SetColour& setColour = {});
+void WritePlan(std::ostream& out, const Plan& plan, const ColourSetter& setColour = {});
 
 // One line: "slot 3 -> export station: Invoices 01 (volume 57)". `group` is the jukebox and the magazine that
 // the line stands under; places elsewhere are named with theirs.

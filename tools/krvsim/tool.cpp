@@ -7,7 +7,8 @@ namespace {
 
 // In the order of the help.
 constexpr void (*kCommands[])(CommandLine&) = {
-    AddInit, AddDump, AddGenerate, AddClone, AddLoad, AddFault, AddJournal, AddCheck, AddServers,
+    AddInit,  AddDump,    AddGenerate, AddClone, AddLoad,   AddFault,   AddJournal,
+    AddCheck, AddServers, AddRun,      AddDiff,  AddExpect, AddLibrary, AddSnapshot,
 };
 
 }  // namespace

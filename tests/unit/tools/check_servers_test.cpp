@@ -147,8 +147,10 @@ TEST_F(KrvsimCheck, ReportsEveryBrokenRule) {
 TEST_F(KrvsimCheck, FarmWithoutItsServerIsRefusedByEverythingElse) {
     Done({"init"});
     ChangeFarm(m_home.LocalFarm(), "DELETE FROM server");
-    const std::string refusal = "The farm file \"" + m_home.LocalFarm().string() +
-                                "\" cannot be used: the description of its server is missing.";
+    const std::string refusal =
+        "The farm file \"" + m_home.LocalFarm().string() +
+        "\" cannot be used: the description of its server is missing; krvsim restore or krvsim "
+        "remove --farm helps.";
     EXPECT_EQ(Failed({"dump"}), "krvsim: " + refusal + "\n");
     EXPECT_EQ(Failed({"journal", "--on"}), "krvsim: " + refusal + "\n");
     EXPECT_EQ(Client().GetOpening().text, refusal);

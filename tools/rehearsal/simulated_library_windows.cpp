@@ -1,0 +1,44 @@
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "embedded/platform/platform.h"
+#include "tools/common/streams.h"
+#include "tools/rehearsal/process.h"
+#include "tools/rehearsal/simulated_library.h"
+
+namespace embedded::tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kLibrary = "krvSdk64.dll";
+
+// The simulated library names the variable that chooses its folder; that of a real service does not.
+bool IsSimulated(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    std::string wide;
+    for (const char letter : std::string("KRVSIM_HOME"))
+        wide.append({letter, '\0'});
+    return bytes.find(wide) != std::string::npos;
+}
+
+}  // namespace
+
+fs::path FindSimulatedLibrary() {
+    const fs::path file = OwnProgram().parent_path() / kLibrary;
+    if (IsSimulated(file)) return file;
+    const fs::path found = FindClientLibrary();
+    if (!found.empty() && IsSimulated(found)) return found;
+    throw ToolFailure("the simulated client library is not beside this program");
+}
+
+// Links need a privilege on Windows.
+std::error_code PutLibrary(const fs::path& library, const fs::path& path) {
+    std::error_code failure;
+    fs::copy_file(library, path, failure);
+    return failure;
+}
+
+}  // namespace embedded::tools
