@@ -37,6 +37,7 @@ command parallel              parallel
 command ansible-playbook      ansible-core
 command bwrap                 bubblewrap
 file    /usr/sbin/tgtd        tgt
+command chromium              chromium
 file    /usr/sbin/mkudffs     udftools
 command genisoimage           genisoimage
 '

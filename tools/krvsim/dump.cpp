@@ -3,13 +3,14 @@
 #include "embedded/layout/json_writer.h"
 #include "embedded/layout/layout_writer.h"
 #include "tools/common/command_line.h"
+#include "tools/farm_page/farm_page.h"
 #include "tools/krvsim/tool.h"
 #include "tools/library_reader/farm_copy.h"
 
 namespace embedded::tools {
 namespace {
 
-enum class Format { Toml, Json };
+enum class Format { Toml, Json, Html };
 
 struct DumpOptions {
     std::string server = ".";
@@ -18,10 +19,17 @@ struct DumpOptions {
 };
 
 void Write(const DumpOptions& options, const std::string& server, const Farm& farm, std::ostream& out) {
-    if (options.format == Format::Json) {
-        WriteJson(out, server, farm);
-    } else {
-        WriteLayout(out, server, farm);
+    switch (options.format) {
+        case Format::Toml:
+            return WriteLayout(out, server, farm);
+        case Format::Json:
+            return WriteJson(out, server, farm);
+        case Format::Html: {
+            FarmPage page;
+            page.server = server;
+            page.farm = &farm;
+            return WriteFarmPage(out, page);
+        }
     }
 }
 
@@ -39,7 +47,7 @@ void Dump(const DumpOptions& options, const Streams& streams) {
 
 void AddDump(CommandLine& line) {
     const auto [app, options] =
-        line.Add(line.GetTool(), "dump", "Write a farm as a layout file or as JSON.", Dump);
+        line.Add(line.GetTool(), "dump", "Write a farm as a layout file, as JSON or as a page.", Dump);
     CLI::Option* server = AddServerOption(app, options.server);
     CLI::Option* library =
         app.add_option("--library", options.source.library, "read through this client library (a file)");
@@ -48,8 +56,9 @@ void AddDump(CommandLine& line) {
     server->excludes(library);
     from->needs(library);
     AddCopyOptions(app, *library, options.source);
-    const std::map<std::string, Format> formats = {{"toml", Format::Toml}, {"json", Format::Json}};
-    app.add_option("--format", options.format, "toml or json")
+    const std::map<std::string, Format> formats = {
+        {"toml", Format::Toml}, {"json", Format::Json}, {"html", Format::Html}};
+    app.add_option("--format", options.format, "toml, json or html")
         ->transform(CLI::CheckedTransformer(formats).description(""))
         ->type_name("FORMAT")
         ->default_str("toml");
