@@ -1,9 +1,10 @@
-"""The page of a farm in a browser: page_test.py KRVSIM
+"""The page of a farm in a browser: page_test.py KRVSIM REHEARSAL-PAGE
 
 Ends with 77 where there is no Chromium.
 """
 import collections
 import json
+import subprocess
 import sys
 import time
 import unittest
@@ -62,7 +63,7 @@ def queued_media(farm):
     return farm["shelf"] + [medium for jukebox in farm["jukeboxes"] for medium in jukebox["waiting"] + jukebox["exported"]]
 
 
-class Page(unittest.TestCase):
+class BrowserTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.files = cls.enterClassContext(FarmFiles(KRVSIM))
@@ -78,6 +79,12 @@ class Page(unittest.TestCase):
         self.assertEqual(self.browser.complaints(), [])
         addresses = self.browser.requests()
         self.assertEqual(len(addresses), 1, addresses)
+
+    def details(self):
+        return self.browser.run("document.querySelector('#details').hidden ? null : document.querySelector('#details').innerText")
+
+
+class Page(BrowserTest):
 
     def test_shows_every_slot_with_its_state_its_medium_and_its_volumes(self):
         farm = self.files.farm()
@@ -117,9 +124,6 @@ class Page(unittest.TestCase):
         self.open(self.files.page("shares"))
         self.assertEqual(self.browser.run("document.querySelector('#page .slot').style.getPropertyValue('--used-part')"), "75%")
         self.assertIn("75 % used", self.browser.run("document.querySelector('#page .slot').getAttribute('aria-label')"))
-
-    def details(self):
-        return self.browser.run("document.querySelector('#details').hidden ? null : document.querySelector('#details').innerText")
 
     def test_click_on_a_slot_shows_its_volumes(self):
         self.open(self.demonstration)
@@ -261,10 +265,93 @@ class Page(unittest.TestCase):
         self.assertIsNotNone(self.details())
 
 
+class Rehearsal(BrowserTest):
+    """The medium in slot 3 of MyBox moves to slot 5, and volume 1 gets another label."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        layout = cls.files.run("dump").decode()
+        changed = layout.replace('{ slot = 3, type = "DVD-RAM", a = 33, b = 34 }', '{ slot = 5, type = "DVD-RAM", a = 33, b = 34 }')
+        changed = changed.replace('label = "Ledger 1999"', f"label = {quoted(HOSTILE[1])}")
+        assert len(set(layout.splitlines()) ^ set(changed.splitlines())) == 4
+        before, after = cls.files.path / "before.toml", cls.files.path / "after.toml"
+        before.write_text(layout, encoding="utf-8")
+        after.write_text(changed, encoding="utf-8")
+        cls.page = cls.files.path / "rehearsal.html"
+        cls.page.write_bytes(subprocess.run([REHEARSAL_PAGE, before, after], check=True, stdout=subprocess.PIPE).stdout)
+
+    def setUp(self):
+        self.open(self.page)
+
+    def texts(self, selector):
+        return self.browser.run(f"[...document.querySelectorAll({quoted(selector)})].map((one) => one.textContent)")
+
+    def test_draws_both_farms_side_by_side(self):
+        farm = self.files.farm()
+        count = len(all_slots(farm)) + len(queued_media(farm))
+        self.assertEqual(self.browser.run("document.querySelectorAll('#page .slot').length"), 2 * count)
+        left, right = self.browser.run("""[...document.querySelectorAll("section[data-jukebox='8'] .columns > div")]
+            .map((column) => column.getBoundingClientRect().x)""")
+        self.assertLess(left, right)
+        self.open(self.page, width=600)
+        left, right = self.browser.run("""[...document.querySelectorAll("section[data-jukebox='8'] .columns > div")]
+            .map((column) => column.getBoundingClientRect().x)""")
+        self.assertEqual(left, right, "a narrow window has them one below the other")
+
+    def test_marks_what_changed_and_nothing_else(self):
+        self.assertEqual(
+            self.browser.run("""[...document.querySelectorAll(".slot.changed")].map((slot) =>
+                slot.parentElement.getAttribute("aria-label") + ": " + slot.getAttribute("aria-label"))"""),
+            ["MyBox, before, magazine 1: slot 1: full, MO Rewritable, Ledger 1999, Ledger 2000, 91 % used, changed",
+             "MyBox, before, magazine 1: slot 3: full, DVD-RAM, Sales 2004, Sales 2003, 87 % used, changed",
+             "MyBox, before, magazine 1: slot 5: empty, changed",
+             f"MyBox, after, magazine 1: slot 1: full, MO Rewritable, {HOSTILE[1]}, Ledger 2000, 91 % used, changed",
+             "MyBox, after, magazine 1: slot 3: empty, changed",
+             "MyBox, after, magazine 1: slot 5: full, DVD-RAM, Sales 2004, Sales 2003, 87 % used, changed"])
+        self.assertEqual(self.texts("#page .mark"), [])
+
+    def test_click_shows_the_volumes_of_that_time(self):
+        slots = "section[data-jukebox='8'] .columns > div:nth-child({}) .slot:nth-child(1)"
+        self.browser.click(slots.format(1))
+        self.assertIn("Ledger 1999", self.details())
+        self.browser.click(slots.format(2))
+        self.assertIn(HOSTILE[1], self.details())
+
+    def test_lists_the_plan(self):
+        self.assertEqual(self.texts("#plan > p"), ["2 changes: 1 moved, 1 altered."])
+        self.assertEqual(self.texts("#plan h3"), ["Jukebox MyBox, magazine 1"])
+        lines = self.texts("#plan li")
+        self.assertEqual(len(lines), 2)
+        self.assertIn("~ moved slot 3 → slot 5".replace("→", "->"), " ".join(lines))
+        self.assertIn(HOSTILE[1], " ".join(lines))
+
+    def test_shows_the_timeline_of_the_calls(self):
+        self.assertIn("4 calls, 1 failed; 8 min in simulated time.", self.texts("#calls p")[0])
+        self.assertEqual(self.texts("#calls tbody td:nth-child(4)"), ["KrvMediaExport", "KrvVolumeFormat", "KrvMediaExport"])
+        self.assertEqual(self.texts("#calls tbody td:nth-child(1)"), ["0 s", "4 min", "4 min"])
+        self.assertEqual(self.texts("#calls tr.failed td:nth-child(n+5)"),
+                         ["jukebox 8, slot 3, side A “<b>label</b>”", "failed with 501: There is no medium in <i>slot</i> 3."])
+        bars = self.browser.run("""[...document.querySelectorAll("#calls tbody .bar")].map((bar) => [bar.style.left, bar.style.width])""")
+        self.assertEqual(bars, [["0%", "50%"], ["0%", "12.5%"], ["50%", "50%"], ["50%", "12.5%"]])
+        self.browser.click("#all-calls")
+        self.assertEqual(len(self.texts("#calls tbody tr")), 4)
+
+    def test_shows_output_and_remarks_as_text(self):
+        self.assertEqual(self.texts("#output pre"), ["line 1\n<script>document.title = 'hit'</script>\nKöln\n"])
+        self.assertEqual(self.texts("#remarks li"), ["about 8 min in jukebox <MyBox>, of which 2 min moving"])
+        self.assertEqual(self.browser.run("document.title"), "Rehearsal on server my_server")
+        self.assertEqual(self.browser.run("document.querySelectorAll('b, i, img, main script').length"), 0)
+
+    def test_prints_both_farms(self):
+        self.browser.prefer("dark", "print")
+        self.assertGreater(picture.brightness(self.browser.picture()), 200)
+
+
 if __name__ == "__main__":
     PROGRAM = browser.find_program()
     if PROGRAM is None:
         print("no Chromium on this system")
         sys.exit(SKIPPED)
-    KRVSIM = sys.argv.pop()
+    REHEARSAL_PAGE, KRVSIM = sys.argv.pop(), sys.argv.pop()
     unittest.main()

@@ -5,6 +5,7 @@
 
 #include "embedded/layout/json_writer.h"
 #include "embedded/layout/text_encoding.h"
+#include "tools/farm_diff/plan_text.h"
 #include "tools/farm_page/page_text.h"
 
 namespace embedded::tools {
@@ -56,8 +57,40 @@ Json Texts(const std::vector<std::string>& texts) {
     return list;
 }
 
-Json ChangesOf(const PageChanges& changes) {
-    return {{"heading", Text(changes.heading)}, {"lines", Texts(changes.lines)}};
+const char* EffectWord(ChangeEffect effect) {
+    switch (effect) {
+        case ChangeEffect::Adds:
+            return "adds";
+        case ChangeEffect::Removes:
+            return "removes";
+        case ChangeEffect::Alters:
+            break;
+    }
+    return "alters";
+}
+
+// The lines of a plan in groups: a jukebox, or a magazine of it.
+Json GroupOf(const Plan& plan, const JukeboxChanges& jukebox, const MagazineChanges& magazine) {
+    Json lines = Json::array();
+    for (const Change& change : magazine.changes) {
+        const ChangeWord& word = WordOfChange(change.kind);
+        lines.push_back({{"effect", EffectWord(word.effect)},
+                         {"word", word.word},
+                         {"text", Text(ChangeText(change, plan, {jukebox.jukebox, magazine.magazine}))}});
+    }
+    return {{"jukebox", jukebox.jukebox},
+            {"name", Text(jukebox.name)},
+            {"magazine", magazine.magazine},
+            {"lines", std::move(lines)}};
+}
+
+Json PlanOf(const Plan& plan) {
+    Json groups = Json::array();
+    for (const JukeboxChanges& jukebox : plan.jukeboxes) {
+        for (const MagazineChanges& magazine : jukebox.magazines)
+            groups.push_back(GroupOf(plan, jukebox, magazine));
+    }
+    return {{"count", CountText(plan)}, {"groups", std::move(groups)}};
 }
 
 Json CallOf(const PageCall& call) {
@@ -68,19 +101,16 @@ Json CallOf(const PageCall& call) {
             {"text", Text(call.text)},       {"change", Text(call.change)}};
 }
 
-// One element a line, or null for a list that is not given.
-template <typename Element>
-void WriteList(std::ostream& out, const char* name, const std::optional<std::vector<Element>>& list,
-               Json (*write)(const Element&)) {
-    out << ",\n\"" << name << "\": ";
-    if (!list.has_value()) {
+// One call a line, or null.
+void WriteCalls(std::ostream& out, const std::optional<std::vector<PageCall>>& calls) {
+    if (!calls.has_value()) {
         out << "null";
         return;
     }
     out << '[';
     const char* separator = "\n";
-    for (const Element& element : *list) {
-        out << separator << write(element).dump();
+    for (const PageCall& call : *calls) {
+        out << separator << CallOf(call).dump();
         separator = ",\n";
     }
     out << ']';
@@ -96,8 +126,8 @@ void WriteData(std::ostream& out, const FarmPage& page) {
         WriteJson(out, page.server, *page.after);
     }
     out << ", \"remarks\": " << Texts(page.remarks).dump();
-    WriteList(out, "plan", page.plan, ChangesOf);
-    WriteList(out, "calls", page.calls, CallOf);
+    out << ",\n\"plan\": " << (page.plan == nullptr ? Json() : PlanOf(*page.plan)).dump() << ",\n\"calls\": ";
+    WriteCalls(out, page.calls);
     out << ",\n\"output\": " << (page.output.has_value() ? Text(*page.output) : Json()).dump() << "}\n";
 }
 

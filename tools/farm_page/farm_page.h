@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "embedded/model/farm.h"
+#include "tools/farm_diff/plan.h"
 
 namespace embedded::tools {
 
@@ -25,12 +26,6 @@ struct PageCall {
     std::string change;  // in words
 };
 
-// The changes of one jukebox or of one magazine, as a plan lists them.
-struct PageChanges {
-    std::string heading;
-    std::vector<std::string> lines;
-};
-
 // What a page shows: a farm alone or, with `after`, a rehearsal.
 struct FarmPage {
     std::string server;
@@ -39,7 +34,7 @@ struct FarmPage {
     // Sentences for the head of the page, such as how long the rehearsal takes.
     std::vector<std::string> remarks;
     // Each of these is left out of the page when it is not given.
-    std::optional<std::vector<PageChanges>> plan;
+    const Plan* plan = nullptr;  // what is different in `after`; the caller's
     std::optional<std::vector<PageCall>> calls;
     std::optional<std::string> output;  // of the script
 };

@@ -335,11 +335,17 @@ function onClick(event) {
 function makePlan() {
   if (data.plan === null) return [];
   const section = make("section", { id: "plan" }, make("h2", {}, "What changed"));
-  if (data.plan.length === 0) section.append(make("p", {}, "Nothing."));
-  for (const group of data.plan) {
+  section.append(make("p", {}, data.plan.groups.length === 0 ? "Nothing." : data.plan.count + "."));
+  const effects = { adds: "+", removes: "−", alters: "~" };
+  for (const group of data.plan.groups) {
     const list = make("ul", { class: "plan" });
-    for (const line of group.lines) list.append(make("li", {}, foreign(line)));
-    section.append(make("h3", {}, foreign(group.heading)), list);
+    for (const line of group.lines) {
+      const word = make("span", { class: line.effect }, effects[line.effect] + " " + line.word);
+      list.append(make("li", {}, word, " ", foreign(line.text)));
+    }
+    const place = group.jukebox === 0 ? ["Outside of the jukeboxes"] : ["Jukebox ", foreign(group.name)];
+    if (group.magazine !== 0) place.push(", magazine " + group.magazine);
+    section.append(make("h3", {}, ...place), list);
   }
   return [section];
 }
