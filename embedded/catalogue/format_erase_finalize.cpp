@@ -115,14 +115,14 @@ void EraseOne(Database& database, const Slot& slot, Side side) {
 
 }  // namespace
 
-std::string FormatSide(Database& database, const SideKey& key, const std::string& label, bool sequential) {
+ChangeMade FormatSide(Database& database, const SideKey& key, const FormatWishes& wishes) {
     const Slot slot = FindSlotOfKey(database, key, "KrvVolumeFormat");
     Side side = RequireSide(database, slot, key.side);
     RequireFormattable(database, slot, side);
     const MediaType* type = FindMediaType(slot.medium->type);
-    side.isSequential = sequential || (type != nullptr && type->access == Access::Sequential);
+    side.isSequential = wishes.isSequential || (type != nullptr && type->access == Access::Sequential);
     const char* fileSystem = FileSystemName(side.isSequential ? Access::Sequential : Access::Random);
-    const VolumeContent content = NewContent(database, slot, side, label);
+    const VolumeContent content = NewContent(database, slot, side, wishes.label);
     const bool isNew = side.volume == 0;
     if (isNew) side.volume = TakeVolumeId(database);
     Run(database, isNew ? kAddVolume : kSetVolumeFormat, side.volume, fileSystem, content.label,
@@ -132,11 +132,14 @@ std::string FormatSide(Database& database, const SideKey& key, const std::string
     WriteSide(database, slot, side);
     SetSlotState(database, slot.place, SlotState::Full);
     RefreshVolumeState(database, side.volume);
-    return "formatted: " + LocationText(database, slot.place) + "." + SideLetter(side.number) + " (volume " +
-           std::to_string(side.volume) + ", " + fileSystem + ", label \"" + content.label + "\")";
+    HandledMedium medium = DrivenMedium(database, slot.place, *slot.medium, side.number);
+    medium.certified = wishes.isCertified;
+    return {"formatted: " + LocationText(database, slot.place) + "." + SideLetter(side.number) + " (volume " +
+                std::to_string(side.volume) + ", " + fileSystem + ", label \"" + content.label + "\")",
+            medium};
 }
 
-std::string EraseSide(Database& database, const SideKey& key) {
+ChangeMade EraseSide(Database& database, const SideKey& key) {
     const Slot slot = FindSlotOfKey(database, key, "KrvVolumeErase");
     std::vector<Side> sides;
     if (key.side == kBothSides) {
@@ -159,10 +162,11 @@ std::string EraseSide(Database& database, const SideKey& key) {
     SetSlotState(database, slot.place, SlotState::Full);
     std::string place = LocationText(database, slot.place);
     if (key.side != kBothSides) place += std::string(".") + SideLetter(key.side);
-    return "erased: " + place + " (" + erased + ")";
+    return {"erased: " + place + " (" + erased + ")",
+            DrivenMedium(database, slot.place, *slot.medium, key.side)};
 }
 
-std::string FinalizeMedium(Database& database, const SideKey& key) {
+ChangeMade FinalizeMedium(Database& database, const SideKey& key) {
     const Slot slot = FindSlotOfKey(database, key, "KrvVolumeFinalize");
     if (key.side != kBothSides) {
         throw Refuse(Code::InvalidCall,
@@ -179,9 +183,10 @@ std::string FinalizeMedium(Database& database, const SideKey& key) {
         isChanged = true;
     }
     if (!isSequential) throw Refuse(Code::NotSequential, {PlaceText(database, slot.place)});
-    if (!isChanged) return {};
-    return "finalized: " + LocationText(database, slot.place) + " (" + MediumText(database, *slot.medium) +
-           ")";
+    if (!isChanged) return std::string();
+    return {
+        "finalized: " + LocationText(database, slot.place) + " (" + MediumText(database, *slot.medium) + ")",
+        DrivenMedium(database, slot.place, *slot.medium, kBothSides)};
 }
 
 }  // namespace embedded

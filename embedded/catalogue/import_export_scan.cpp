@@ -49,6 +49,8 @@ constexpr Sql kMoveMedium = R"sql(
     UPDATE medium SET place = ?2, jukebox = ?3, magazine = ?4, slot = ?5 WHERE id = ?1
 )sql";
 
+constexpr int32_t kBothSides = 2;
+
 // How a call that names no slot finds one.
 struct SlotSearch {
     Sql ofJukebox;          // from a magazine on: its magazine, its number, whether the magazine is present
@@ -113,7 +115,7 @@ Medium FindWaitingMedium(Database& database, int32_t jukebox) {
 
 }  // namespace
 
-std::string ImportMedium(Database& database, const SlotKey& key) {
+ChangeMade ImportMedium(Database& database, const SlotKey& key) {
     RequireEnabledJukebox(database, key.jukeboxId);
     // A slot that does not exist is refused as such, whether or not a medium waits.
     if (key.slot >= 0) FindSlot(database, ResolveSlot(database, key.jukeboxId, key.magazine, key.slot));
@@ -124,10 +126,11 @@ std::string ImportMedium(Database& database, const SlotKey& key) {
     NumberNewVolumes(database, medium);
     SetSlotState(database, place, IsReadable(database, medium) ? SlotState::Full : SlotState::ScanFailed);
     RefreshVolumesOf(database, medium);
-    return "imported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")";
+    return {"imported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")",
+            DrivenMedium(database, place, medium, kBothSides)};
 }
 
-std::string ExportMedium(Database& database, const SlotKey& key) {
+ChangeMade ExportMedium(Database& database, const SlotKey& key) {
     RequireEnabledJukebox(database, key.jukeboxId);
     const SlotPlace place = ChooseSlot(database, key, kFullSlot);
     const Medium medium = *FindSlotWithMedium(database, place).medium;
@@ -137,7 +140,8 @@ std::string ExportMedium(Database& database, const SlotKey& key) {
     Run(database, kMoveMedium, medium.id, Place::ExportStation, place.jukebox, 0, last + 1);
     SetSlotState(database, place, SlotState::Empty);
     RefreshVolumesOf(database, medium);
-    return "exported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")";
+    return {"exported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")",
+            MovedMedium(database, place, medium)};
 }
 
 ScanResult ScanMedium(Database& database, const SideKey& key) {
@@ -158,10 +162,12 @@ ScanResult ScanMedium(Database& database, const SideKey& key) {
         found = SlotState::ScanFailed;
         result.refusal = Refuse(Code::SideUnreadable, {"the medium in " + PlaceText(database, place)});
     }
+    if (slot.medium.has_value()) result.change.medium = DrivenMedium(database, place, *slot.medium, key.side);
     if (found != slot.state) {
         SetSlotState(database, place, found);
-        result.change = "scanned: " + LocationText(database, place);
-        if (slot.medium.has_value()) result.change += " (" + MediumText(database, *slot.medium) + ")";
+        std::string& words = result.change.words;
+        words = "scanned: " + LocationText(database, place);
+        if (slot.medium.has_value()) words += " (" + MediumText(database, *slot.medium) + ")";
     }
     return result;
 }

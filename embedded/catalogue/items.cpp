@@ -20,6 +20,10 @@ constexpr Sql kMagazine = R"sql(
     SELECT slot_count, present FROM magazine WHERE jukebox = ?1 AND number = ?2
 )sql";
 
+constexpr Sql kAbsoluteSlot = R"sql(
+    SELECT first_slot + ?3 FROM magazine WHERE jukebox = ?1 AND number = ?2
+)sql";
+
 // The last magazine that begins at the slot or before it.
 constexpr Sql kMagazineOfAbsoluteSlot = R"sql(
     SELECT number, first_slot, slot_count FROM magazine WHERE jukebox = ?1 AND first_slot <= ?2
@@ -140,6 +144,11 @@ Slot FindSlotWithMedium(Database& database, const SlotPlace& place) {
     RequirePresentSlot(database, slot);
     if (!slot.medium.has_value()) throw Refuse(Code::NoMedium, {PlaceText(database, place)});
     return slot;
+}
+
+int32_t AbsoluteSlot(Database& database, const SlotPlace& place) {
+    return FindValue<int32_t>(database, kAbsoluteSlot, place.jukebox, place.magazine, place.slot)
+        .value_or(place.slot);
 }
 
 void SetSlotState(Database& database, const SlotPlace& place, SlotState state) {

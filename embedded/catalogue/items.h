@@ -83,6 +83,9 @@ void RequirePresentSlot(Database& database, const Slot& slot);
 // a slot counts, even when the slot has not been read yet.
 Slot FindSlotWithMedium(Database& database, const SlotPlace& place);
 
+// The slot's number counted through the whole jukebox, zero-based.
+int32_t AbsoluteSlot(Database& database, const SlotPlace& place);
+
 void SetSlotState(Database& database, const SlotPlace& place, SlotState state);
 
 // Nothing for a side that the medium does not have.

@@ -6,7 +6,7 @@ namespace embedded {
 namespace {
 
 constexpr Sql kServiceState = R"sql(
-    SELECT running, epoch, journal_limit, fault_count FROM server WHERE id = 1
+    SELECT running, epoch, journal_limit, fault_count, real_time <> '' FROM server WHERE id = 1
 )sql";
 
 constexpr Sql kStart = R"sql(UPDATE server SET running = 1, epoch = epoch + 1 WHERE id = 1)sql";
@@ -17,7 +17,8 @@ constexpr Sql kStop = R"sql(UPDATE server SET running = 0 WHERE id = 1)sql";
 ServiceState ReadServiceState(Database& database) {
     ServiceState state;
     Statement row(database, kServiceState);
-    if (row.Next()) row >> state.isRunning >> state.epoch >> state.journalLimit >> state.faultCount;
+    if (row.Next())
+        row >> state.isRunning >> state.epoch >> state.journalLimit >> state.faultCount >> state.isRealTime;
     return state;
 }
 

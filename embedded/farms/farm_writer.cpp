@@ -179,7 +179,7 @@ void WriteFarm(Database& database, std::string_view server, const Farm& farm, st
 void ReplaceFarm(Database& database, std::string_view server, const std::function<void(Database&)>& fill) {
     const int64_t epoch = FindValue<int64_t>(database, "SELECT epoch FROM server").value_or(0);
     for (const char* table : {"server", "jukebox", "magazine", "drive", "slot", "medium", "volume", "side",
-                              "odd_state", "directory", "fault", "journal"}) {
+                              "odd_state", "directory", "fault", "journal", "busy_jukebox"}) {
         database.Execute(Joined({"DELETE FROM ", table}));
     }
     fill(database);

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "embedded/journal/call_info.h"
+#include "embedded/model/handled_medium.h"
 #include "embedded/store/database.h"
 
 namespace embedded {
@@ -24,6 +25,7 @@ struct JournalEntry {
     int32_t code = 0;
     std::string text;    // of the failure
     std::string change;  // what the call changed, in words; empty when nothing
+    std::optional<HandledMedium> medium;
 };
 
 // Appends the entries and drops the oldest ones beyond the limit, in the caller's transaction.
@@ -50,6 +52,7 @@ struct StoredJournalEntry {
     int64_t code = 0;
     std::string text;
     std::string change;
+    std::optional<HandledMedium> medium;
 };
 
 // Hands over the entries behind the one with the ID `last`, in order.

@@ -43,7 +43,7 @@ KrvBool LookCall(KrvCallContext* context, const CallInfo& call, const LookFuncti
     return SessionCall(context, call.function, [&](Session& session) { session.Read(call, look); });
 }
 
-// The change returns what it has changed, in words.
+// The change returns what it has changed.
 template <typename ChangeFunction>
 KrvBool ChangeCall(KrvCallContext* context, const CallInfo& call, const ChangeFunction& change) noexcept {
     return SessionCall(context, call.function, [&](Session& session) { session.Write(call, change); });

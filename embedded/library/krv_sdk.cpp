@@ -225,7 +225,8 @@ KrvBool KrvVolumeFormat(KrvCallContext* context, const SideKey* key, const Forma
         const void* end = std::memchr(options->label, '\0', sizeof(options->label));
         CheckConstant(end != nullptr, function, "label");
         CheckConstant(options->alwaysZero == 0, function, "field at 268");
-        return embedded::FormatSide(database, *key, options->label, options->sequential != 0);
+        return embedded::FormatSide(database, *key,
+                                    {options->label, options->sequential != 0, options->certify != 0});
     });
 }
 

@@ -35,13 +35,15 @@ class Observation {
         Apply(effect);
     }
 
-    JournalEntry Succeeded(std::string change) {
-        m_entry.change = std::move(change);
+    JournalEntry Succeeded(ChangeMade change) {
+        m_entry.change = std::move(change.words);
+        m_entry.medium = change.medium;
         return Ended();
     }
 
     JournalEntry Failed(const Refusal& refusal) {
         m_entry.change.clear();
+        m_entry.medium.reset();
         m_entry.succeeded = false;
         m_entry.code = refusal.GetCode();
         m_entry.text = refusal.GetText();
@@ -90,7 +92,7 @@ void ObserveLook(Connection& connection, CallRecorder& recorder, uint64_t sessio
         recorder.WriteWhenDue();
         throw;
     }
-    recorder.Keep(observation.Succeeded({}));
+    recorder.Keep(observation.Succeeded(std::string()));
     recorder.WriteWhenDue();
 }
 
@@ -99,10 +101,8 @@ void ObserveChange(Connection& connection, CallRecorder& recorder, uint64_t sess
     Observation observation(connection, session, call);
     try {
         observation.ApplyFaultsOfFarm(call);
-        connection.Change([&](Database& database) {
-            std::string words = change(database);
-            recorder.WriteIn(database, observation.Succeeded(std::move(words)));
-        });
+        connection.Change(
+            [&](Database& database) { recorder.WriteIn(database, observation.Succeeded(change(database))); });
         recorder.Forget();
     } catch (const Refusal& refusal) {
         recorder.Keep(observation.Failed(refusal));

@@ -3,6 +3,7 @@
 #include <functional>
 #include <string>
 
+#include "embedded/catalogue/change_made.h"
 #include "embedded/journal/call_info.h"
 #include "embedded/sessions/call_recorder.h"
 #include "embedded/sessions/connection.h"
@@ -16,8 +17,8 @@ inline bool IsObserved(const ServiceState& state) {
 }
 
 using Look = std::function<void(const View&)>;
-// Returns what it has changed, in words.
-using Change = std::function<std::string(Database&)>;
+// Returns what it has changed.
+using Change = std::function<ChangeMade(Database&)>;
 
 // Runs a look or a change as the session's call. What either throws is rethrown. The journal entry of a
 // change that succeeds is part of the same transaction. A look never fails because the farm cannot be

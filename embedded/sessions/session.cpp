@@ -2,11 +2,14 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <thread>
 
 #include "embedded/catalogue/service_state.h"
 #include "embedded/farms/servers.h"
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
+#include "embedded/simulated/real_time.h"
 
 namespace embedded {
 namespace {
@@ -36,9 +39,14 @@ void Session::RequireRunning() const {
 
 void Session::Write(const CallInfo& call, const Change& change) {
     const std::scoped_lock lock(m_mutex);
+    std::optional<std::chrono::system_clock::time_point> end;
     const auto work = [&](Database& database) {
         RequireRunning();
-        return change(database);
+        ChangeMade made = change(database);
+        if (made.medium.has_value() && m_connection.GetState().isRealTime) {
+            end = OccupyJukebox(database, call, *made.medium);
+        }
+        return made;
     };
     const bool isObserved = IsObserved(m_connection.Refresh());
     m_connection.StartWaiting();
@@ -47,6 +55,7 @@ void Session::Write(const CallInfo& call, const Change& change) {
     } else {
         m_connection.Change([&](Database& database) { (void)work(database); });
     }
+    if (end.has_value()) std::this_thread::sleep_until(*end);
 }
 
 void Session::Close(const CallInfo& call) {

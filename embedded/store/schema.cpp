@@ -172,13 +172,30 @@ SELECT v.id, v.state FROM volume v LEFT JOIN (
 WHERE v.state <> CASE WHEN p.reached > 0 AND (p.reached = p.total OR v.type = 1) THEN 1 - v.enabled ELSE 2 END;
 )sql";
 
+// journal.medium_type, medium_slot, medium_sides, certified: what the mechanics handled in the call; null for
+//   nothing. The code of the medium's type, its slot counted through the jukebox, the sides that a drive
+//   worked on (0 = none, 1 = A, 2 = B, 3 = both), whether the format was to check the surface.
+// server.real_time: the durations that calls take, a TOML text, or "default"; empty: they take none.
+// busy_jukebox.until: when a jukebox is free for the next call that takes its time, in microseconds.
+constexpr const char* kVersion3 = R"sql(
+ALTER TABLE journal ADD COLUMN medium_type INTEGER;
+ALTER TABLE journal ADD COLUMN medium_slot INTEGER;
+ALTER TABLE journal ADD COLUMN medium_sides INTEGER;
+ALTER TABLE journal ADD COLUMN certified INTEGER;
+ALTER TABLE server ADD COLUMN real_time TEXT NOT NULL DEFAULT '';
+CREATE TABLE busy_jukebox (
+  jukebox INTEGER PRIMARY KEY,
+  until INTEGER NOT NULL
+) STRICT;
+)sql";
+
 struct Step {
     int32_t version;  // that the database has after it
     const char* script;
 };
 
 // A later release appends its step and never changes an earlier one.
-constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}};
+constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}, {3, kVersion3}};
 
 }  // namespace
 

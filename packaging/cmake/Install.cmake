@@ -37,7 +37,7 @@ if(TARGET krvsim)
 endif()
 
 # The guides link to each other, so they are in one folder.
-foreach(guide guide fleet rehearse-a-script krvsim layout simulated-service)
+foreach(guide guide fleet rehearse-a-script krvsim durations layout simulated-service)
   install(FILES "${CMAKE_SOURCE_DIR}/docs/${guide}.md" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
 endforeach()
 install(FILES "${CMAKE_SOURCE_DIR}/embedded/farms/demonstration.toml"

@@ -23,6 +23,7 @@ PROGRAM = {
     "share/doc/krvcmd/fleet.md",
     "share/doc/krvcmd/rehearse-a-script.md",
     "share/doc/krvcmd/krvsim.md",
+    "share/doc/krvcmd/durations.md",
     "share/doc/krvcmd/layout.md",
     "share/doc/krvcmd/simulated-service.md",
 }

@@ -2,8 +2,10 @@
 #include "embedded/farms/servers.h"
 #include "embedded/layout/json_writer.h"
 #include "embedded/layout/layout_writer.h"
+#include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/farm_page/farm_page.h"
+#include "tools/krvsim/call_times.h"
 #include "tools/krvsim/tool.h"
 #include "tools/library_reader/farm_copy.h"
 
@@ -16,9 +18,13 @@ struct DumpOptions {
     std::string server = ".";
     CopyOptions source;  // without a library, the farm of `server` is read
     Format format = Format::Toml;
+    bool withJournal = false;
 };
 
-void Write(const DumpOptions& options, const std::string& server, const Farm& farm, std::ostream& out) {
+using Calls = std::optional<std::vector<PageCall>>;
+
+void Write(const DumpOptions& options, const std::string& server, const Farm& farm, Calls calls,
+           std::ostream& out) {
     switch (options.format) {
         case Format::Toml:
             return WriteLayout(out, server, farm);
@@ -28,18 +34,33 @@ void Write(const DumpOptions& options, const std::string& server, const Farm& fa
             FarmPage page;
             page.server = server;
             page.farm = &farm;
+            page.calls = std::move(calls);
             return WriteFarmPage(out, page);
         }
     }
 }
 
+// The calls since the journal was switched on.
+std::vector<PageCall> ReadCalls(Database& database) {
+    const int64_t start = FindValue<int64_t>(database, "SELECT journal_start FROM server").value_or(0);
+    std::vector<StoredJournalEntry> entries;
+    ReadJournal(database, start, [&](const StoredJournalEntry& entry) { entries.push_back(entry); });
+    return PageCallsOf(entries, SimulateTime(entries, ReadTimedJukeboxes(database), std::nullopt));
+}
+
 void Dump(const DumpOptions& options, const Streams& streams) {
+    if (options.withJournal && options.format != Format::Html) {
+        throw UsageFailure("--journal needs --format html");
+    }
     if (options.source.library.empty()) {
-        Write(options, options.server, ReadFarm(*OpenServer(options.server)), streams.out);
+        const std::unique_ptr<Database> database = OpenServer(options.server);
+        Calls calls;
+        if (options.withJournal) calls = ReadCalls(*database);
+        Write(options, options.server, ReadFarm(*database), std::move(calls), streams.out);
         return;
     }
     const FarmCopy copy = CopyFarm(options.source, streams);
-    Write(options, options.source.from, copy.farm, streams.out);
+    Write(options, options.source.from, copy.farm, {}, streams.out);
     RequireComplete(copy, options.source);
 }
 
@@ -56,6 +77,9 @@ void AddDump(CommandLine& line) {
     server->excludes(library);
     from->needs(library);
     AddCopyOptions(app, *library, options.source);
+    CLI::Option* journal =
+        app.add_flag("--journal", options.withJournal, "draw the calls of the journal, too (html only)");
+    journal->excludes(library);
     const std::map<std::string, Format> formats = {
         {"toml", Format::Toml}, {"json", Format::Json}, {"html", Format::Html}};
     app.add_option("--format", options.format, "toml, json or html")

@@ -10,6 +10,7 @@
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvsim/call_items.h"
+#include "tools/krvsim/call_times.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -26,6 +27,7 @@ struct JournalOptions {
     bool follow = false;
     bool json = false;
     int64_t since = 0;  // only entries with a higher ID
+    TimeOptions times;
 };
 
 // A journal that is on keeps its start and gets another limit.
@@ -141,7 +143,8 @@ std::string KindOf(const std::string& change) {
     return change.substr(0, change.find(':'));
 }
 
-void Summarize(Database& database, const Streams& streams) {
+void Summarize(Database& database, const TimeOptions& times, const Streams& streams) {
+    const std::optional<DurationProfile> profile = ReadProfile(times);
     const int64_t start = FindValue<int64_t>(database, "SELECT journal_start FROM server").value_or(0);
     const auto first = FindValue<int64_t>(database, kFirstEntry, start);
     if (first.has_value() && *first > start + 1) {
@@ -167,6 +170,7 @@ void Summarize(Database& database, const Streams& streams) {
     row.Next();
     const auto [calls, failed] = row.Read<int64_t, int64_t>();
     streams.out << "; " << Counted(calls, "call", "calls") << ", " << failed << " failed.\n";
+    WriteTimes(TimeOfJournal(database, start, profile), times, streams);
 }
 
 void Journal(const JournalOptions& options, const Streams& streams) {
@@ -177,7 +181,7 @@ void Journal(const JournalOptions& options, const Streams& streams) {
         case Task::SwitchOff:
             return SwitchOff(*database, options, streams);
         case Task::Summary:
-            return Summarize(*database, streams);
+            return Summarize(*database, options.times, streams);
         case Task::Show:
             return Show(*database, options, streams);
     }
@@ -199,6 +203,7 @@ void AddJournal(CommandLine& line) {
     CLI::Option* summary = addTask("--summary", Task::Summary, "show what changed since it was switched on");
     on->excludes(off, summary);
     off->excludes(summary);
+    AddTimeOptions(app, *summary, options.times);
     app.add_option("--limit", options.limit, "number of calls to keep")
         ->capture_default_str()
         ->check(FromTo(1, 100'000'000))

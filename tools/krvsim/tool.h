@@ -22,6 +22,7 @@ void AddClone(CommandLine& line);
 void AddLoad(CommandLine& line);  // load and unload
 void AddFault(CommandLine& line);
 void AddJournal(CommandLine& line);
+void AddRealTime(CommandLine& line);
 void AddCheck(CommandLine& line);
 void AddRun(CommandLine& line);
 void AddExpect(CommandLine& line);

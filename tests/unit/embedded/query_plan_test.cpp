@@ -135,8 +135,9 @@ int64_t StepsOfMovingWithoutASlot(int32_t slotsOfTheMissingMagazine) {
     sqlite3_progress_handler(database->GetConnection(), 1, &CountStep, &steps);
     const SlotKey anySlot{sizeof(SlotKey), 1, -1, -1};
     const std::string firstEmpty = std::to_string(slotsOfTheMissingMagazine + 1);
-    EXPECT_EQ(embedded::ImportMedium(*database, anySlot), "imported: x\\2\\" + firstEmpty + " (blank CD-R)");
-    EXPECT_EQ(embedded::ExportMedium(*database, anySlot), "exported: x\\2\\1 (blank CD-R)");
+    EXPECT_EQ(embedded::ImportMedium(*database, anySlot).words,
+              "imported: x\\2\\" + firstEmpty + " (blank CD-R)");
+    EXPECT_EQ(embedded::ExportMedium(*database, anySlot).words, "exported: x\\2\\1 (blank CD-R)");
     return steps;
 }
 

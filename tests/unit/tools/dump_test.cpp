@@ -39,6 +39,56 @@ TEST_F(KrvsimDump, JsonGivesBytesThatAreNoTextInHexadecimal) {
     EXPECT_EQ(farm["jukeboxes"][0]["name"]["hex"], "4bf66c6e");
 }
 
+// The data of a page, which a browser gets as JSON.
+nlohmann::json DataOf(const std::string& page) {
+    const std::string start = "id=\"data\">";
+    const size_t begin = page.find(start) + start.size();
+    return nlohmann::json::parse(page.substr(begin, page.find("</script>", begin) - begin));
+}
+
+TEST_F(KrvsimDump, PageContainsTheFarm) {
+    const nlohmann::json data = DataOf(Done({"dump", "--format", "html"}));
+    EXPECT_EQ(data["before"], nlohmann::json::parse(Done({"dump", "--format", "json"})));
+    EXPECT_TRUE(data["after"].is_null());
+    EXPECT_TRUE(data["calls"].is_null());
+}
+
+TEST_F(KrvsimDump, PageReadsAFarmThroughALibrary) {
+    const ToolResult result =
+        RunKrvsim({"dump", "--library", KRVSIM_EMBEDDED_LIBRARY, "--format", "html", "--partial-ok"});
+    EXPECT_EQ(result.status, 0) << result.err;
+    EXPECT_EQ(DataOf(result.out)["before"]["jukeboxes"].size(), 8U);
+}
+
+TEST_F(KrvsimDump, NoTextOfAFarmIsMarkupInThePage) {
+    Client client;
+    ASSERT_TRUE(client.RenameJukebox(8, "</script><b>&amp;").ok);
+    const std::string page = Done({"dump", "--format", "html"});
+    EXPECT_EQ(page.find("<b>"), std::string::npos);
+    EXPECT_EQ(page.find("&amp;"), std::string::npos);
+    EXPECT_EQ(DataOf(page)["before"]["jukeboxes"][0]["name"], "</script><b>&amp;");
+}
+
+TEST_F(KrvsimDump, PageCanContainTheCallsOfTheJournal) {
+    Done({"journal", "--on"});
+    Client client;
+    ASSERT_TRUE(client.Export({8, 0, 0}).ok);
+    ASSERT_FALSE(client.Export({8, 0, 0}).ok);
+    ASSERT_TRUE(client.Export({8, 0, 1}).ok);
+    const nlohmann::json calls = DataOf(Done({"dump", "--format", "html", "--journal"}))["calls"];
+    ASSERT_EQ(calls.size(), 4U);
+    EXPECT_EQ(calls[1]["function"], "KrvMediaExport");
+    EXPECT_EQ(calls[1]["item"], "jukebox 8, magazine 1, slot 1");
+    EXPECT_EQ(calls[1]["start"], 0);
+    EXPECT_EQ(calls[1]["duration"], 5'000'000);
+    EXPECT_EQ(calls[1]["moving"], 5'000'000);
+    EXPECT_EQ(calls[2]["succeeded"], false);
+    EXPECT_EQ(calls[2]["code"], 501);
+    EXPECT_EQ(calls[3]["start"], 5'000'000);
+    EXPECT_EQ(calls[3]["duration"], 5'020'000);
+    EXPECT_NE(WrongUsage({"dump", "--journal"}).find("--journal needs --format html"), std::string::npos);
+}
+
 struct TextCase {
     const char* bytes;
     bool isText;

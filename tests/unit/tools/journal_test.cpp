@@ -176,7 +176,57 @@ TEST_F(KrvsimJournal, SummaryTellsInWordsWhatChanged) {
               "directory name: volume 10 (Disc-10) is now \"x\"\n"
               "13 changes: 1 directory name, 4 disabled, 1 erased, 2 exported, 1 finalized, 1 formatted, 1 "
               "imported, "
-              "1 renamed, 1 scanned; 15 calls, 1 failed.\n");
+              "1 renamed, 1 scanned; 15 calls, 1 failed.\n"
+              "about 74 s in jukebox MyBox, of which 26 s moving\n"
+              "about 5 s in jukebox My Box, of which 5 s moving\n"
+              "about 4 min in jukebox Sales Tower, of which 27 s moving\n"
+              "about 16 min in jukebox Lab, of which 27 s moving\n"
+              "about 22 min in all\n");
+}
+
+// The default profile of each jukebox is the small one, with 5 s for a move; 10 s for each of the two here.
+TEST_F(KrvsimJournal, SummaryEstimatesTimesByTheProfile) {
+    const std::string profile = WriteFile("slow.toml", "format = 1\nmove = 600\n");
+    Done({"journal", "--on"});
+    Client client;
+    ASSERT_TRUE(client.Export({8, 0, 0}).ok);
+    ASSERT_TRUE(client.Export({8, 0, 1}).ok);
+    const auto lastLine = [](const std::vector<std::string>& more) {
+        std::vector<std::string> words = {"journal", "--summary"};
+        words.insert(words.end(), more.begin(), more.end());
+        const std::string text = Done(words);
+        return text.substr(text.rfind('\n', text.size() - 2) + 1);
+    };
+    EXPECT_EQ(lastLine({}), "about 10 s in jukebox MyBox, of which 10 s moving\n");
+    EXPECT_EQ(lastLine({"--profile", "small"}), lastLine({}));
+    EXPECT_EQ(lastLine({"--profile", "large"}), "about 14 s in jukebox MyBox, of which 14 s moving\n");
+    EXPECT_EQ(lastLine({"--profile", profile}), "about 20 min in jukebox MyBox, of which 20 min moving\n");
+}
+
+TEST_F(KrvsimJournal, ProfileWithAMistakeIsRefused) {
+    const std::string profile = WriteFile("slow.toml", "format = 1\nmove = -1\n");
+    EXPECT_EQ(Failed({"journal", "--summary", "--profile", profile}),
+              "krvsim: " + profile + ":2: move: must be a number of seconds from 0 to 10000000\n");
+    EXPECT_EQ(Failed({"journal", "--summary", "--profile", "fast"}),
+              "krvsim: fast: cannot be read; a profile is small, large or a file\n");
+    (void)WrongUsage({"journal", "--profile", "small"});
+}
+
+TEST_F(KrvsimJournal, DeadlineThatCannotBeKeptIsAWarning) {
+    const std::string profile = WriteFile("slow.toml", "format = 1\nmove = 3600\n");
+    Done({"journal", "--on"});
+    Client client;
+    ASSERT_TRUE(client.Export({8, 0, 0}).ok);
+    const auto warning = [&](const char* deadline) {
+        const ToolResult result = RunKrvsim(
+            {"journal", "--summary", "--profile", profile, "--start", "22:30", "--deadline", deadline});
+        EXPECT_EQ(result.status, 0);
+        return result.err;
+    };
+    EXPECT_EQ(warning("23:30"), "");
+    EXPECT_EQ(warning("23:00"), "Started at 22:30, it ends about 30 min after the deadline 23:00.\n");
+    (void)WrongUsage({"journal", "--summary", "--deadline", "6:00"});
+    (void)WrongUsage({"journal", "--summary", "--start", "06:00"});
 }
 
 TEST_F(KrvsimJournal, SwitchingItOnAgainBeginsANewSummary) {

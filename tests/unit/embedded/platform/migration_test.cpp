@@ -33,7 +33,7 @@ class Migration : public FarmFixture {
 TEST_F(Migration, FarmOfTheFirstReleaseKeepsAllThatItHolds) {
     Client client("old");
     ASSERT_TRUE(client.GetOpening().ok) << Describe(client.GetOpening());
-    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 2);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 3);
     EXPECT_EQ(client.Volumes(), (std::vector<uint32_t>{7, 8, 9}));
     EXPECT_EQ(client.LabelOf(7), "Sales 2004");
     std::vector<std::string> aspects;
@@ -64,7 +64,7 @@ TEST_F(Migration, ManyAtOnceBringAFarmForwardOnce) {
     }
     for (auto& child : children)
         EXPECT_EQ(child->Wait(), 0);
-    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 2);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 3);
     EXPECT_EQ(ReadNumber(m_farm, "SELECT count(*) FROM odd_state"), 1);
 }
 

@@ -1,0 +1,51 @@
+#include "embedded/simulated/real_time.h"
+
+#include "embedded/farms/servers.h"
+#include "embedded/store/statement.h"
+#include "tools/common/command_line.h"
+#include "tools/krvsim/call_times.h"
+#include "tools/krvsim/tool.h"
+
+namespace embedded::tools {
+namespace {
+
+enum class Task { Show, SwitchOn, SwitchOff };
+
+struct RealTimeOptions {
+    std::string server = ".";
+    Task task = Task::Show;
+    std::string profile;
+};
+
+void RealTime(const RealTimeOptions& options, const Streams& streams) {
+    const std::unique_ptr<Database> database = OpenServer(options.server);
+    if (options.task != Task::Show) {
+        const std::string profile =
+            options.task == Task::SwitchOn ? RealTimeProfile(options.profile) : std::string();
+        InTransaction(*database, [&] { SetRealTime(*database, profile); });
+    }
+    const bool isOn = !ReadRealTime(*database).empty();
+    streams.out << "Calls to server \"" << options.server << "\" take "
+                << (isOn ? "as long as on real jukeboxes" : "no time") << ".\n";
+}
+
+}  // namespace
+
+void AddRealTime(CommandLine& line) {
+    const auto [app, options] =
+        line.Add(line.GetTool(), "real-time", "Let calls take as long as on real jukeboxes.", RealTime);
+    AddServerOption(app, options.server);
+    const auto addTask = [&app = app, &options = options](const char* name, Task task,
+                                                          const char* description) {
+        return app.add_flag_callback(
+            name, [&options, task] { options.task = task; }, description);
+    };
+    CLI::Option* on =
+        addTask("--on", Task::SwitchOn, "calls that move media or work on them take their time");
+    addTask("--off", Task::SwitchOff, "calls answer at once")->excludes(on);
+    app.add_option("--profile", options.profile,
+                   "durations of the jukeboxes: small, large or a file; by default as many slots demand")
+        ->needs(on);
+}
+
+}  // namespace embedded::tools
