@@ -249,7 +249,8 @@ TEST(Deadline, IsATimeOfDay) {
 
 TEST(Deadline, IsTheNextOneAfterTheStart) {
     const auto late = [](const char* start, microseconds duration, const char* deadline) {
-        return LateText(*embedded::ReadTimeOfDay(start), duration, *embedded::ReadTimeOfDay(deadline));
+        return embedded::LateText(*embedded::ReadTimeOfDay(start), duration,
+                                  *embedded::ReadTimeOfDay(deadline));
     };
     EXPECT_EQ(late("22:00", hours(8), "06:00"), std::nullopt);
     EXPECT_EQ(late("22:00", hours(8) + minutes(40), "06:00"),
