@@ -17,6 +17,8 @@ constexpr Sql kProfile = R"sql(SELECT real_time FROM server WHERE id = 1)sql";
 constexpr Sql kSlots = R"sql(SELECT slot_count FROM jukebox WHERE id = ?1)sql";
 constexpr Sql kFreeAt = R"sql(SELECT until FROM busy_jukebox WHERE jukebox = ?1)sql";
 constexpr Sql kOccupy = R"sql(INSERT OR REPLACE INTO busy_jukebox (jukebox, until) VALUES (?1, ?2))sql";
+// Of jukeboxes, whose IDs are above 0.
+constexpr Sql kFreeAll = R"sql(DELETE FROM busy_jukebox WHERE jukebox > 0)sql";
 
 std::optional<DurationProfile> ProfileOf(Database& database, int64_t jukebox) {
     const std::string text = ReadRealTime(database);
@@ -32,7 +34,7 @@ std::optional<DurationProfile> ProfileOf(Database& database, int64_t jukebox) {
 
 void SetRealTime(Database& database, std::string_view profile) {
     Run(database, kSetProfile, profile);
-    database.Execute("DELETE FROM busy_jukebox");
+    Run(database, kFreeAll);
 }
 
 std::string ReadRealTime(Database& database) {
