@@ -19,9 +19,9 @@ static int Note(void) {
     return 0;
 }
 
-#define SPY(name)                                        \
+#define SPY(name)                                           \
     __attribute__((visibility("default"))) int name(void) { \
-        return Note();                                   \
+        return Note();                                      \
     }
 
 SPY(KrvSessionCreate)

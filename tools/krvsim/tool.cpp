@@ -7,8 +7,8 @@ namespace {
 
 // In the order of the help.
 constexpr void (*kCommands[])(CommandLine&) = {
-    AddInit,     AddDump,  AddGenerate, AddClone, AddLoad, AddFault,  AddJournal,
-    AddRealTime, AddCheck, AddServers,  AddRun,   AddDiff, AddExpect, AddLibrary, AddSnapshot,
+    AddInit,  AddDump,    AddGenerate, AddClone, AddLoad,   AddFault,   AddJournal,  AddRealTime,
+    AddCheck, AddServers, AddRun,      AddDiff,  AddExpect, AddLibrary, AddSnapshot,
 };
 
 }  // namespace
