@@ -1,5 +1,4 @@
 #include <fstream>
-#include <iterator>
 #include <string>
 
 #include "embedded/platform/platform.h"
@@ -16,8 +15,12 @@ constexpr const char* kLibraries[] = {"../lib/libkrvSdk64.so", "../" KRVSIM_LIBR
 
 // The simulated library names the variable that chooses its folder; that of a real service does not.
 bool IsSimulated(const fs::path& file) {
+    std::error_code failure;
+    const auto size = fs::file_size(file, failure);
+    if (failure) return false;
+    std::string bytes(static_cast<size_t>(size), '\0');
     std::ifstream stream(file, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return bytes.find("KRVSIM_HOME") != std::string::npos;
 }
 
