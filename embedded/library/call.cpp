@@ -4,6 +4,10 @@
 #include <cstddef>
 #include <cstring>
 #include <new>
+#include <string>
+
+#include "embedded/model/refusal.h"
+#include "embedded/service/arguments.h"
 
 namespace embedded {
 namespace {
@@ -48,14 +52,6 @@ KrvBool WriteFailure(KrvCallContext* context, const char* function) noexcept {
         Write(error, static_cast<int32_t>(Code::OutOfMemory), "There is not enough memory.");
     }
     return 0;
-}
-
-void RefuseCall(const char* function, const std::string& reason) {
-    throw Refuse(Code::InvalidCall, {function, reason});
-}
-
-void CheckConstant(bool isRight, const char* function, const char* name) {
-    if (!isRight) RefuseCall(function, std::string("the ") + name + " has a value that is not allowed");
 }
 
 }  // namespace embedded

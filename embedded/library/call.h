@@ -1,10 +1,7 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
-#include "embedded/model/refusal.h"
-#include "embedded/sessions/session.h"
+#include "embedded/library/session_table.h"
+#include "embedded/service/service_session.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {
@@ -33,38 +30,12 @@ KrvBool Call(KrvCallContext* context, const char* function, const Work& work) no
     }
 }
 
-template <typename Work>
-KrvBool SessionCall(KrvCallContext* context, const char* function, const Work& work) noexcept {
-    return Call(context, function, [&] { work(*SessionTable::Instance().Find(context->session)); });
+// Makes the call in the session that the context names.
+template <typename... Parameters, typename... Arguments>
+KrvBool SessionCall(KrvCallContext* context, const char* function,
+                    void (ServiceSession::*method)(Parameters...), Arguments... arguments) noexcept {
+    return Call(context, function,
+                [&] { (*SessionTable::Instance().Find(context->session).*method)(arguments...); });
 }
-
-template <typename LookFunction>
-KrvBool LookCall(KrvCallContext* context, const CallInfo& call, const LookFunction& look) noexcept {
-    return SessionCall(context, call.function, [&](Session& session) { session.Read(call, look); });
-}
-
-// The change returns what it has changed.
-template <typename ChangeFunction>
-KrvBool ChangeCall(KrvCallContext* context, const CallInfo& call, const ChangeFunction& change) noexcept {
-    return SessionCall(context, call.function, [&](Session& session) { session.Write(call, change); });
-}
-
-[[noreturn]] void RefuseCall(const char* function, const std::string& reason);
-
-// A key or a record of the caller's: there, and of the size that this library knows.
-template <typename Record>
-void CheckRecord(const Record* record, const char* function, const char* name) {
-    if (record == nullptr) RefuseCall(function, std::string("the ") + name + " is missing");
-    if (record->size == sizeof(Record)) return;
-    RefuseCall(function, std::string("the ") + name + " has size " + std::to_string(record->size) + ", not " +
-                             std::to_string(sizeof(Record)));
-}
-
-template <typename Value>
-void CheckPointer(const Value* value, const char* function, const char* name) {
-    if (value == nullptr) RefuseCall(function, std::string("the ") + name + " is missing");
-}
-
-void CheckConstant(bool isRight, const char* function, const char* name);
 
 }  // namespace embedded

@@ -68,36 +68,8 @@ void Session::Close(const CallInfo& call) {
     m_recorder.Write();
 }
 
-SessionTable& SessionTable::Instance() {
-    static SessionTable table;
-    return table;
-}
-
-KrvSession SessionTable::Reserve() {
-    const std::scoped_lock lock(m_mutex);
-    // The process stands in the upper half, so that a journal can tell the sessions of all apart.
-    return KrvSession{ProcessId()} << 32U | ++m_last;
-}
-
-void SessionTable::Add(KrvSession handle, std::shared_ptr<Session> session) {
-    const std::scoped_lock lock(m_mutex);
-    m_sessions.emplace(handle, std::move(session));
-}
-
-std::shared_ptr<Session> SessionTable::Find(KrvSession handle) {
-    const std::scoped_lock lock(m_mutex);
-    const auto found = m_sessions.find(handle);
-    if (found == m_sessions.end()) throw Refuse(Code::NoSession, {std::to_string(handle)});
-    return found->second;
-}
-
-std::shared_ptr<Session> SessionTable::Remove(KrvSession handle) {
-    const std::scoped_lock lock(m_mutex);
-    const auto found = m_sessions.find(handle);
-    if (found == m_sessions.end()) throw Refuse(Code::NoSession, {std::to_string(handle)});
-    std::shared_ptr<Session> session = std::move(found->second);
-    m_sessions.erase(found);
-    return session;
+KrvSession SessionHandle(uint32_t number) {
+    return KrvSession{ProcessId()} << 32U | number;
 }
 
 void StartServer(const std::string& server, const CallInfo& call) {

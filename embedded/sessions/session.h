@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <mutex>
 #include <string>
-#include <unordered_map>
 
 #include "embedded/journal/call_info.h"
 #include "embedded/sessions/connection.h"
@@ -58,26 +56,9 @@ class Session {
     int64_t m_epoch = 0;  // that the session was opened in
 };
 
-// The sessions that this process has open, by their handles.
-class SessionTable {
-  public:
-    // The process's own table.
-    static SessionTable& Instance();
-
-    // A handle for a session that is about to be opened; never 0 and never given out twice.
-    KrvSession Reserve();
-    void Add(KrvSession handle, std::shared_ptr<Session> session);
-
-    // Refuses a handle that is not open. A session that is closed by another thread meanwhile lives
-    // on until its last call is over.
-    std::shared_ptr<Session> Find(KrvSession handle);
-    std::shared_ptr<Session> Remove(KrvSession handle);
-
-  private:
-    std::mutex m_mutex;
-    std::unordered_map<KrvSession, std::shared_ptr<Session>> m_sessions;
-    KrvSession m_last = 0;
-};
+// The handle of this process's session with that number, which counts from 1. The process stands in the upper
+// half, so that a journal can tell the sessions of all processes apart.
+KrvSession SessionHandle(uint32_t number);
 
 // Starts the service of a server without a session.
 void StartServer(const std::string& server, const CallInfo& call);
