@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "krvcmd/service/sdk/krv_sdk.h"
 
@@ -25,6 +28,13 @@ void CheckPointer(const Value* value, const char* function, const char* name) {
 }
 
 void CheckConstant(bool isRight, const char* function, const char* name);
+
+// What KrvVolumeAspects answers: a buffer that is too small is left alone.
+void CopyAspects(std::string_view list, char* buffer, uint32_t bufferSize, uint32_t& requiredSize);
+
+// What KrvVolumeLocations answers. A caller that asks for the first time passes one element and count 0; for
+// the second time, as many elements as the count of the first call says.
+void CopyLocations(std::span<const SideKey> places, SideKey* locations, uint32_t& count, const char* function);
 
 // The options of KrvVolumeFormat.
 void CheckFormatOptions(const FormatOptions* options, const char* function);

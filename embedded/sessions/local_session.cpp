@@ -110,8 +110,7 @@ void LocalSession::VolumeAspects(uint32_t volumeId, char* buffer, uint32_t buffe
         const auto* known = view.ahead.FindVolume(volumeId);
         const std::string found = known == nullptr ? DescribeAspects(view.database, volumeId) : std::string();
         const std::string& list = known == nullptr ? found : known->aspects;
-        *requiredSize = static_cast<uint32_t>(list.size());
-        if (list.size() <= bufferSize) std::ranges::copy(list, buffer);
+        CopyAspects(list, buffer, bufferSize, *requiredSize);
     });
 }
 

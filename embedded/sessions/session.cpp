@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <thread>
+#include <utility>
 
 #include "embedded/catalogue/service_state.h"
 #include "embedded/farms/servers.h"
@@ -40,12 +41,14 @@ void Session::RequireRunning() const {
 void Session::Write(const CallInfo& call, const Change& change) {
     const std::scoped_lock lock(m_mutex);
     std::optional<std::chrono::system_clock::time_point> end;
+    const std::optional<ChangeNumber> number = std::exchange(m_nextNumber, std::nullopt);
     const auto work = [&](Database& database) {
         RequireRunning();
         ChangeMade made = change(database);
         if (made.medium.has_value() && m_connection.GetState().isRealTime) {
             end = OccupyJukebox(database, call, *made.medium);
         }
+        if (number.has_value()) KeepChangeNumber(database, *number);
         return made;
     };
     const bool isObserved = IsObserved(m_connection.Refresh());

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "embedded/journal/call_info.h"
+#include "embedded/sessions/change_number.h"
 #include "embedded/sessions/connection.h"
 #include "embedded/sessions/observer.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
@@ -39,6 +41,20 @@ class Session {
         });
     }
 
+    // Runs a look that is no call of the caller's, in the view that the last call had or a newer one. With a
+    // journal or faults every call counts by itself: then the look is not run, and the result is false.
+    template <typename LookFunction>
+    bool ReadBetweenCalls(const LookFunction& look) {
+        const std::scoped_lock lock(m_mutex);
+        if (IsObserved(m_connection.Refresh())) return false;
+        RequireRunning();
+        look(m_connection.GetView());
+        return true;
+    }
+
+    // The next change is kept together with this number.
+    void NumberNextChange(const ChangeNumber& number) { m_nextNumber = number; }
+
     // Runs a change as one transaction: all of it is kept, or, when it throws, nothing.
     void Write(const CallInfo& call, const Change& change);
 
@@ -54,6 +70,7 @@ class Session {
     Connection m_connection;
     CallRecorder m_recorder{m_connection};
     int64_t m_epoch = 0;  // that the session was opened in
+    std::optional<ChangeNumber> m_nextNumber;
 };
 
 // The handle of this process's session with that number, which counts from 1. The process stands in the upper

@@ -35,9 +35,12 @@ install(TARGETS krvSdk64
 if(TARGET krvsim)
   install(TARGETS krvsim RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
 endif()
+if(TARGET krvadm)
+  install(TARGETS krvadm RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
+endif()
 
 # The guides link to each other, so they are in one folder.
-foreach(guide guide fleet rehearse-a-script krvsim durations layout simulated-service)
+foreach(guide guide fleet remote-servers remote-protocol rehearse-a-script krvsim durations layout simulated-service)
   install(FILES "${CMAKE_SOURCE_DIR}/docs/${guide}.md" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
 endforeach()
 install(FILES "${CMAKE_SOURCE_DIR}/embedded/farms/demonstration.toml"
@@ -68,7 +71,7 @@ foreach(page IN LISTS pages)
   cmake_path(GET page EXTENSION LAST_ONLY section)
   string(REPLACE "." "man" section "${section}")
   set(component krvcmd)
-  if(page MATCHES "/krvsim")
+  if(page MATCHES "/krv(sim|adm)")
     set(component simulator)
   elseif(section STREQUAL "man3")
     set(component development)

@@ -36,6 +36,8 @@ command doxygen               doxygen
 command parallel              parallel
 command ansible-playbook      ansible-core
 command bwrap                 bubblewrap
+command ssh                   openssh-client
+file    /usr/sbin/sshd        openssh-server
 file    /usr/sbin/tgtd        tgt
 command chromium              chromium
 file    /usr/sbin/mkudffs     udftools

@@ -9,8 +9,8 @@ it goes to a terminal of 100 columns:
                          blanks at a line's end do not count
     ...                  any number of lines
 
-The blocks of one document are one session of bash, in an empty folder with a fresh farm. The programs
-are found by name; scripts/run stands for krvcmd. With --write the outputs in the document are replaced
+The blocks of one document are one session of bash, in an empty folder with a fresh farm. ssh reaches any
+host; each has fresh farms of its own. The programs are found by name; scripts/run stands for krvcmd. With --write the outputs in the document are replaced
 by what was printed (outputs with "..." stay as they are); the difference is then to be read line by line.
 
 Command lines within the text (`krvcmd help query`) and in blocks marked `sh` have no output to compare. Each one
@@ -149,8 +149,14 @@ def run(steps, program_dir, folder):
         script += f"_status=$?; : >{home}/reached.{at}; (exit $_status)\n{{ {step.command}\n}} >{output} 2>&1\n"
     script += f": >{home}/reached.{len(steps)}\n"
     (home / "farm").mkdir()
+    # Every host that ssh reaches has farms of its own.
+    (home / "tools").mkdir()
+    ssh = home / "tools" / "ssh"
+    ssh.write_text('#!/bin/bash\nexport KRVSIM_HOME="$HOME/hosts/${*: -3:1}"\nmkdir -p "$KRVSIM_HOME"\nexec "${@: -2}"\n')
+    ssh.chmod(0o755)
     environment = dict(os.environ, KRVSIM_HOME=str(home / "farm"), HOME=str(home),
-                       PATH=f"{program_dir}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
+                       PATH=f"{home}/tools{os.pathsep}{program_dir}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
+    environment.pop("XDG_CONFIG_HOME", None)
     subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,
                    timeout=300, check=False)
     for at, step in enumerate(steps):

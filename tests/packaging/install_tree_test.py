@@ -21,6 +21,8 @@ PROGRAM = {
     "share/man/man1/krvcmd.1",
     "share/doc/krvcmd/guide.md",
     "share/doc/krvcmd/fleet.md",
+    "share/doc/krvcmd/remote-servers.md",
+    "share/doc/krvcmd/remote-protocol.md",
     "share/doc/krvcmd/rehearse-a-script.md",
     "share/doc/krvcmd/krvsim.md",
     "share/doc/krvcmd/durations.md",
@@ -30,7 +32,9 @@ PROGRAM = {
 DEVELOPMENT = {"include/krv_sdk.h", "share/man/man3/krv-sdk.3", "share/doc/krvcmd-dev/examples/krv-sdk-example.c"}
 SIMULATOR = {
     f"{LIBRARY_DIR}/libkrvSdk64.so",
+    "bin/krvadm",
     "bin/krvsim",
+    "share/man/man1/krvadm.1",
     "share/man/man1/krvsim.1",
     "share/man/man5/krvsim-layout.5",
     "share/doc/krvcmd-simulator/examples/demonstration.toml",
@@ -95,7 +99,7 @@ class InstallTree(unittest.TestCase):
                            PATH=f"{home}/bin{os.pathsep}{os.environ['PATH']}")
         subprocess.run(["bash", "-c", line], cwd=home, env=environment, check=True, stdout=subprocess.DEVNULL)
         self.assertEqual((home / "built").read_text(),
-                         "--target krvcmd krvSdk64 krvsim krvcmd_manual krvcmd_completion -- --quiet\n")
+                         "--target krvcmd krvSdk64 krvsim krvadm krvcmd_manual krvcmd_completion -- --quiet\n")
         self.assertEqual({path.relative_to(self.prefix).as_posix() for path in self.prefix.rglob("*") if path.is_file()},
                          PROGRAM | SIMULATOR | DEVELOPMENT)
         self.assertEqual(self.run_installed("krvcmd", "query", "drives", "D", "1", "J@8", "notable", "columns=d")[0], 0)

@@ -5,9 +5,11 @@
 namespace embedded::tools {
 
 int RunAdministration(const std::vector<std::string>& words, const Streams& streams) {
-    CommandLine line("krvadm", "Manages real changers and their drives.");
+    CommandLine line("krvadm", "Manages real changers and their drives, and servers on other machines.");
     AddDiscover(line);
     AddInventory(line);
+    AddServe(line);
+    AddServers(line);
     return line.Run(words, streams);
 }
 

@@ -27,5 +27,7 @@ class CommandLine;
 // Each defines the command of the file with the same name.
 void AddDiscover(CommandLine& line);
 void AddInventory(CommandLine& line);
+void AddServe(CommandLine& line);
+void AddServers(CommandLine& line);
 
 }  // namespace embedded::tools

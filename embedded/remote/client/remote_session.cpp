@@ -1,0 +1,427 @@
+#include "embedded/remote/client/remote_session.h"
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "embedded/model/refusal.h"
+#include "embedded/model/strings.h"
+#include "embedded/remote/protocol/fields.h"
+#include "embedded/service/arguments.h"
+
+namespace embedded::remote {
+namespace {
+
+// How many items the first step of a walk reads ahead, by what factor the next ones grow, and the limits.
+constexpr uint32_t kFirstVolumes = 128;
+constexpr uint32_t kFirstSlots = 64;
+constexpr uint32_t kGrowth = 8;
+constexpr uint32_t kMostVolumes = 32768;
+constexpr uint32_t kMostSlots = 4096;
+
+std::string RandomName() {
+    std::random_device random;
+    std::string name;
+    constexpr int kBytes = 16;
+    for (int i = 0; i < kBytes; ++i)
+        name += HexDigits(static_cast<char>(random() & 0xFFU));
+    return name;
+}
+
+// The other side's own numbers, checked: of a key that the caller has filled.
+template <typename Key>
+json::array_t ArgumentsOf(const Key* key, const char* function) {
+    CheckRecord(key, function, "key");
+    json::array_t arguments;
+    Append(arguments, *key);
+    return arguments;
+}
+
+void ThrowFailure(const Answer& answer) {
+    if (answer.failure.has_value()) throw Refusal(answer.failure->code, answer.failure->text);
+}
+
+template <typename Work>
+auto Decoded(const KnownServer& server, const Work& work) {
+    try {
+        return work();
+    } catch (const ProtocolFailure& failure) {
+        throw Refuse(Code::NotTheProtocol, {server.name, failure.what()});
+    }
+}
+
+}  // namespace
+
+RemoteSession::RemoteSession(const KnownServer& server)
+    : m_server(server), m_client(RandomName()), m_connection(std::make_unique<Connection>(server)) {
+    Request request;
+    request.function = "KrvSessionCreate";
+    request.arguments = {BytesOf(server.place.server), BytesOf(m_client)};
+    ThrowFailure(m_connection->Ask(std::move(request)));
+}
+
+Answer RemoteSession::AskFor(Request request) {
+    if (m_loss != nullptr) std::rethrow_exception(m_loss);
+    try {
+        return m_connection->Ask(std::move(request));
+    } catch (const Refusal& refusal) {
+        // A call that could not be sent leaves the connection as it was.
+        if (static_cast<Code>(refusal.GetCode()) == Code::InvalidCall) throw;
+        m_loss = std::current_exception();
+        m_connection.reset();
+        m_ahead.Forget();
+        throw;
+    }
+}
+
+json RemoteSession::Look(const char* function, json::array_t arguments, uint32_t ahead,
+                         std::optional<Failure>& failure) {
+    Request request;
+    request.function = function;
+    request.arguments = std::move(arguments);
+    request.ahead = ahead;
+    Answer answer = AskFor(std::move(request));
+    failure = std::move(answer.failure);
+    if (!answer.ahead.is_null())
+        m_ahead.Keep(Decoded(m_server, [&] { return AheadFrom(answer.ahead); }));
+    return std::move(answer.result);
+}
+
+json RemoteSession::Look(const char* function, json::array_t arguments, uint32_t ahead) {
+    std::optional<Failure> failure;
+    json result = Look(function, std::move(arguments), ahead, failure);
+    if (failure.has_value()) throw Refusal(failure->code, failure->text);
+    return result;
+}
+
+template <typename Key, typename Record>
+void RemoteSession::Describe(const char* function, const Key* key, Record* record, uint32_t ahead) {
+    std::optional<Failure> failure;
+    const json result = Look(function, ArgumentsOf(key, function), ahead, failure);
+    if (!result.empty()) {
+        *record = Decoded(m_server, [&] {
+            FieldReader fields(result);
+            return Take<Record>(fields);
+        });
+    }
+    if (failure.has_value()) throw Refusal(failure->code, failure->text);
+}
+
+void RemoteSession::Change(const char* function, json::array_t arguments) {
+    const std::scoped_lock lock(m_mutex);
+    m_ahead.Forget();
+    Request request;
+    request.function = function;
+    request.arguments = std::move(arguments);
+    request.change = ++m_lastChange;
+    const bool wasLost = m_loss != nullptr;
+    Answer answer;
+    try {
+        answer = AskFor(std::move(request));
+    } catch (const Refusal& refusal) {
+        if (wasLost || m_loss == nullptr) throw;
+        Settle(m_lastChange, refusal.GetText());
+    }
+    ThrowFailure(answer);
+}
+
+template <typename Key>
+void RemoteSession::ChangeItem(const char* function, const Key* key) {
+    Change(function, ArgumentsOf(key, function));
+}
+
+void RemoteSession::Settle(uint64_t change, const std::string& reason) const {
+    const auto outcome = [&](Code code) { return Refuse(code, {m_server.name, reason}); };
+    bool isMade = false;
+    try {
+        Connection connection(m_server);
+        Request request;
+        request.function = kSettle;
+        request.arguments = {BytesOf(m_server.place.server), BytesOf(m_client), change};
+        const Answer answer = connection.AskLast(std::move(request));
+        if (answer.failure.has_value() || answer.result.empty() || !answer.result[0].is_boolean())
+            throw outcome(Code::LostInDoubt);
+        isMade = answer.result[0].get<bool>();
+    } catch (const Refusal&) {
+        throw outcome(Code::LostInDoubt);
+    }
+    throw outcome(isMade ? Code::LostButMade : Code::LostNotMade);
+}
+
+uint32_t RemoteSession::SlotsAhead(const SlotKey& key) {
+    const bool goesOn = m_lastSlotJukebox == key.jukeboxId && m_slotsAhead > 0;
+    m_slotsAhead = goesOn ? std::min(m_slotsAhead * kGrowth, kMostSlots) : kFirstSlots;
+    m_lastSlotJukebox = key.jukeboxId;
+    return m_slotsAhead;
+}
+
+uint32_t RemoteSession::VolumesAhead(uint32_t previous) {
+    const bool goesOn = previous != 0 && previous == m_lastNextVolume && m_volumesAhead > 0;
+    m_volumesAhead = goesOn ? std::min(m_volumesAhead * kGrowth, kMostVolumes) : kFirstVolumes;
+    return m_volumesAhead;
+}
+
+void RemoteSession::SessionClose() {
+    const std::scoped_lock lock(m_mutex);
+    if (m_loss != nullptr) std::rethrow_exception(m_loss);
+    Request request;
+    request.function = "KrvSessionClose";
+    const std::unique_ptr<Connection> connection = std::move(m_connection);
+    m_loss = std::make_exception_ptr(Refuse(Code::ConnectionLost, {m_server.name, "the session is closed"}));
+    ThrowFailure(connection->AskLast(std::move(request)));
+}
+
+// ---- Looking
+
+void RemoteSession::GetNextJukebox(uint32_t previousId, uint32_t* nextId) {
+    constexpr const char* kFunction = "KrvGetNextJukebox";
+    const std::scoped_lock lock(m_mutex);
+    CheckPointer(nextId, kFunction, "next ID");
+    const json result = Look(kFunction, {previousId}, 0);
+    *nextId = Decoded(m_server, [&] { return FieldReader(result).Number<uint32_t>(); });
+}
+
+void RemoteSession::GetJukebox(const JukeboxKey* key, JukeboxRecord* record) {
+    constexpr const char* kFunction = "KrvGetJukebox";
+    const std::scoped_lock lock(m_mutex);
+    CheckRecord(key, kFunction, "key");
+    CheckRecord(record, kFunction, "record");
+    m_ahead.ForgetWhenOld();
+    if (const JukeboxRecord* const known = m_ahead.Find(*key)) {
+        *record = *known;
+        return;
+    }
+    Describe(kFunction, key, record, 1);
+}
+
+void RemoteSession::GetMagazine(const MagazineKey* key, MagazineRecord* record) {
+    constexpr const char* kFunction = "KrvGetMagazine";
+    const std::scoped_lock lock(m_mutex);
+    CheckRecord(key, kFunction, "key");
+    CheckRecord(record, kFunction, "record");
+    m_ahead.ForgetWhenOld();
+    if (const MagazineRecord* const known = m_ahead.Find(*key)) {
+        *record = *known;
+        return;
+    }
+    Describe(kFunction, key, record, 0);
+}
+
+void RemoteSession::GetDrive(const DriveKey* key, DriveRecord* record) {
+    constexpr const char* kFunction = "KrvGetDrive";
+    const std::scoped_lock lock(m_mutex);
+    CheckRecord(key, kFunction, "key");
+    CheckRecord(record, kFunction, "record");
+    m_ahead.ForgetWhenOld();
+    if (const DriveRecord* const known = m_ahead.Find(*key)) {
+        *record = *known;
+        return;
+    }
+    Describe(kFunction, key, record, 0);
+}
+
+void RemoteSession::GetSlot(const SlotKey* key, SlotRecord* record) {
+    constexpr const char* kFunction = "KrvGetSlot";
+    const std::scoped_lock lock(m_mutex);
+    CheckRecord(key, kFunction, "key");
+    CheckRecord(record, kFunction, "record");
+    m_ahead.ForgetWhenOld();
+    if (const SlotRecord* const known = m_ahead.Find(*key)) {
+        *record = *known;
+        return;
+    }
+    Describe(kFunction, key, record, SlotsAhead(*key));
+}
+
+void RemoteSession::GetSide(const SideKey* key, SideRecord* record) {
+    constexpr const char* kFunction = "KrvGetSide";
+    const std::scoped_lock lock(m_mutex);
+    CheckRecord(key, kFunction, "key");
+    CheckRecord(record, kFunction, "record");
+    m_ahead.ForgetWhenOld();
+    if (const AheadSide* const known = m_ahead.Find(*key)) {
+        *record = known->record;
+        if (known->failure.has_value()) throw Refusal(known->failure->code, known->failure->text);
+        return;
+    }
+    Describe(kFunction, key, record, SlotsAhead({sizeof(SlotKey), key->jukeboxId, key->magazine, key->slot}));
+}
+
+void RemoteSession::GetNextVolume(uint32_t previousId, uint32_t* nextId) {
+    constexpr const char* kFunction = "KrvGetNextVolume";
+    const std::scoped_lock lock(m_mutex);
+    CheckPointer(nextId, kFunction, "next ID");
+    m_ahead.ForgetWhenOld();
+    if (const std::optional<uint32_t> known = m_ahead.FindVolumeAfter(previousId)) {
+        *nextId = *known;
+    } else {
+        const json result = Look(kFunction, {previousId}, VolumesAhead(previousId));
+        *nextId = Decoded(m_server, [&] { return FieldReader(result).Number<uint32_t>(); });
+    }
+    m_lastNextVolume = *nextId;
+}
+
+void RemoteSession::VolumeDetail(uint32_t volumeId, VolumeRecord* record) {
+    constexpr const char* kFunction = "KrvVolumeDetail";
+    const std::scoped_lock lock(m_mutex);
+    CheckRecord(record, kFunction, "record");
+    m_ahead.ForgetWhenOld();
+    if (const AheadVolume* const known = m_ahead.FindVolume(volumeId)) {
+        *record = known->record;
+        return;
+    }
+    const json result = Look(kFunction, {volumeId}, 1);
+    *record = Decoded(m_server, [&] {
+        FieldReader fields(result);
+        return Take<VolumeRecord>(fields);
+    });
+}
+
+void RemoteSession::VolumeAspects(uint32_t volumeId, char* buffer, uint32_t bufferSize,
+                                  uint32_t* requiredSize) {
+    constexpr const char* kFunction = "KrvVolumeAspects";
+    const std::scoped_lock lock(m_mutex);
+    CheckPointer(requiredSize, kFunction, "required size");
+    if (bufferSize > 0) CheckPointer(buffer, kFunction, "buffer");
+    m_ahead.ForgetWhenOld();
+    if (const AheadVolume* const known = m_ahead.FindVolume(volumeId)) {
+        CopyAspects(known->aspects, buffer, bufferSize, *requiredSize);
+        return;
+    }
+    const json result = Look(kFunction, {volumeId}, 1);
+    const std::string list = Decoded(m_server, [&] { return FieldReader(result).Text(); });
+    CopyAspects(list, buffer, bufferSize, *requiredSize);
+}
+
+void RemoteSession::VolumeLocations(uint32_t volumeId, SideKey* locations, uint32_t always1,
+                                    uint32_t* count) {
+    constexpr const char* kFunction = "KrvVolumeLocations";
+    const std::scoped_lock lock(m_mutex);
+    CheckPointer(count, kFunction, "count");
+    CheckPointer(locations, kFunction, "location array");
+    CheckConstant(always1 == 1, kFunction, "fourth argument");
+    CheckRecord(locations, kFunction, "location");
+    m_ahead.ForgetWhenOld();
+    const AheadVolume* const known = m_ahead.FindVolume(volumeId);
+    if (known != nullptr && !known->places.empty()) {
+        CopyLocations(known->places, locations, *count, kFunction);
+        return;
+    }
+    const json result = Look(kFunction, {volumeId}, 1);
+    const std::vector<SideKey> places = Decoded(m_server, [&] {
+        std::vector<SideKey> found;
+        FieldReader fields(result);
+        while (!fields.IsAtEnd())
+            found.push_back(Take<SideKey>(fields));
+        return found;
+    });
+    CopyLocations(places, locations, *count, kFunction);
+}
+
+// ---- Changing volumes
+
+void RemoteSession::VolumeSetAspects(uint32_t volumeId, const char* text, uint32_t always1) {
+    constexpr const char* kFunction = "KrvVolumeSetAspects";
+    CheckPointer(text, kFunction, "text");
+    CheckConstant(always1 == 1, kFunction, "fourth argument");
+    Change(kFunction, {volumeId, BytesOf(text)});
+}
+
+void RemoteSession::VolumeActivate(uint32_t volumeId, const void* alwaysNull) {
+    constexpr const char* kFunction = "KrvVolumeActivate";
+    CheckConstant(alwaysNull == nullptr, kFunction, "third argument");
+    Change(kFunction, {volumeId});
+}
+
+void RemoteSession::VolumeDeactivate(uint32_t volumeId) {
+    Change("KrvVolumeDeactivate", {volumeId});
+}
+
+void RemoteSession::VolumeFormat(const SideKey* key, const FormatOptions* options) {
+    constexpr const char* kFunction = "KrvVolumeFormat";
+    json::array_t arguments = ArgumentsOf(key, kFunction);
+    CheckFormatOptions(options, kFunction);
+    Append(arguments, *options);
+    Change(kFunction, std::move(arguments));
+}
+
+void RemoteSession::JukeboxSetName(const JukeboxKey* key, const char* newName) {
+    constexpr const char* kFunction = "KrvJukeboxSetName";
+    json::array_t arguments = ArgumentsOf(key, kFunction);
+    CheckPointer(newName, kFunction, "new name");
+    arguments.push_back(BytesOf(newName));
+    Change(kFunction, std::move(arguments));
+}
+
+void RemoteSession::VolumeErase(const SideKey* key) {
+    ChangeItem("KrvVolumeErase", key);
+}
+
+void RemoteSession::VolumeFinalize(const SideKey* key) {
+    ChangeItem("KrvVolumeFinalize", key);
+}
+
+void RemoteSession::MediaImport(const SlotKey* key) {
+    ChangeItem("KrvMediaImport", key);
+}
+
+void RemoteSession::MediaExport(const SlotKey* key) {
+    ChangeItem("KrvMediaExport", key);
+}
+
+void RemoteSession::MediaScan(const SideKey* key) {
+    ChangeItem("KrvMediaScan", key);
+}
+
+void RemoteSession::ActivateJukebox(const JukeboxKey* key) {
+    ChangeItem("KrvActivateJukebox", key);
+}
+
+void RemoteSession::DeactivateJukebox(const JukeboxKey* key) {
+    ChangeItem("KrvDeactivateJukebox", key);
+}
+
+void RemoteSession::ActivateMagazine(const MagazineKey* key) {
+    ChangeItem("KrvActivateMagazine", key);
+}
+
+void RemoteSession::DeactivateMagazine(const MagazineKey* key) {
+    ChangeItem("KrvDeactivateMagazine", key);
+}
+
+void RemoteSession::ActivateDrive(const DriveKey* key) {
+    ChangeItem("KrvActivateDrive", key);
+}
+
+void RemoteSession::DeactivateDrive(const DriveKey* key) {
+    ChangeItem("KrvDeactivateDrive", key);
+}
+
+// ---- The service itself
+
+void RemoteSession::ServiceStop() {
+    Change("KrvServiceStop", {});
+}
+
+void RemoteSession::ServiceRestart() {
+    Change("KrvServiceRestart", {});
+}
+
+void StartRemoteService(const KnownServer& server) {
+    Connection connection(server);
+    (void)connection.GetGreeting();
+    Request request;
+    request.function = "KrvServiceStart";
+    request.arguments = {BytesOf(server.place.server)};
+    Answer answer;
+    try {
+        answer = connection.AskLast(std::move(request));
+    } catch (const Refusal& refusal) {
+        throw Refuse(Code::LostInDoubt, {server.name, refusal.GetText()});
+    }
+    ThrowFailure(answer);
+}
+
+}  // namespace embedded::remote

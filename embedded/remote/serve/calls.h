@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+#include "embedded/remote/protocol/messages.h"
+#include "embedded/sessions/local_session.h"
+
+namespace embedded::remote {
+
+// Whether the function of the client library changes something. Every name that is no function of a session is
+// taken for a change.
+bool IsChange(std::string_view function);
+
+// Makes the call that the request describes, and reads ahead when the request allows it. What the session
+// refuses is in the answer. Throws a ProtocolFailure for a request that is not valid.
+Answer MakeCall(LocalSession& session, const Request& request);
+
+}  // namespace embedded::remote

@@ -1,0 +1,38 @@
+#include "embedded/remote/serve/serve.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+
+#include "tools/common/command_line.h"
+#include "tools/krvadm/tool.h"
+
+namespace embedded::tools {
+namespace {
+
+struct ServeCommandOptions {
+    bool isReadOnly = false;
+    std::string only;
+};
+
+void Serve(const ServeCommandOptions& options, const Streams& /*streams*/) {
+    remote::ServeOptions rights;
+    if (options.isReadOnly) rights.rights = remote::ServeOptions::Rights::Looks;
+    if (!options.only.empty()) rights.only = options.only;
+    // A caller that has gone away is an error of writing.
+    (void)std::signal(SIGPIPE, SIG_IGN);
+    remote::Serve(STDIN_FILENO, STDOUT_FILENO, rights);
+}
+
+}  // namespace
+
+void AddServe(CommandLine& line) {
+    const auto [app, options] =
+        line.Add(line.GetTool(), "serve",
+                 "Answer for the farms of this machine on standard input and output, as ssh starts it.", Serve);
+    app.add_flag("--read-only", options.isReadOnly, "refuse every change");
+    app.add_option("--only", options.only, "show this server alone, whichever the caller asks for");
+}
+
+}  // namespace embedded::tools
