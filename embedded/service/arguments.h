@@ -34,7 +34,8 @@ void CopyAspects(std::string_view list, char* buffer, uint32_t bufferSize, uint3
 
 // What KrvVolumeLocations answers. A caller that asks for the first time passes one element and count 0; for
 // the second time, as many elements as the count of the first call says.
-void CopyLocations(std::span<const SideKey> places, SideKey* locations, uint32_t& count, const char* function);
+void CopyLocations(std::span<const SideKey> places, SideKey* locations, uint32_t& count,
+                   const char* function);
 
 // The options of KrvVolumeFormat.
 void CheckFormatOptions(const FormatOptions* options, const char* function);

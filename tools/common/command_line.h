@@ -32,7 +32,8 @@ class CommandLine {
     // A command that only has commands of its own, such as "fault".
     static CLI::App& AddGroup(CLI::App& parent, const std::string& name, const std::string& description);
 
-    // A command that `work` does. Its options live as long as the command line.
+    // A command that `work` does, unless the words name a command of its own. Its options live as long as the
+    // command line.
     template <typename Options>
     Command<Options> Add(CLI::App& parent, const std::string& name, const std::string& description,
                          void (*work)(const Options&, const Streams&)) {
@@ -49,7 +50,8 @@ class CommandLine {
                                    std::function<int(const Options&, const Streams&)> work) {
         auto& options = std::any_cast<Options&>(m_options.emplace_back(std::in_place_type<Options>));
         CLI::App* const app = parent.add_subcommand(name, description);
-        app->callback([this, &options, work] {
+        app->callback([this, app, &options, work] {
+            if (!app->get_subcommands().empty()) return;
             m_work = [&options, work](const Streams& streams) { return work(options, streams); };
         });
         return {*app, options};

@@ -28,9 +28,9 @@ void Serve(const ServeCommandOptions& options, const Streams& /*streams*/) {
 }  // namespace
 
 void AddServe(CommandLine& line) {
-    const auto [app, options] =
-        line.Add(line.GetTool(), "serve",
-                 "Answer for the farms of this machine on standard input and output, as ssh starts it.", Serve);
+    const auto [app, options] = line.Add(
+        line.GetTool(), "serve",
+        "Answer for the farms of this machine on standard input and output, as ssh starts it.", Serve);
     app.add_flag("--read-only", options.isReadOnly, "refuse every change");
     app.add_option("--only", options.only, "show this server alone, whichever the caller asks for");
 }

@@ -46,9 +46,7 @@ class AheadCache {
     static Numbers NumbersOf(const MagazineKey& key) { return {key.jukeboxId, key.magazine, 0, 0}; }
     static Numbers NumbersOf(const DriveKey& key) { return {key.jukeboxId, key.drive, 0, 0}; }
     static Numbers NumbersOf(const SlotKey& key) { return {key.jukeboxId, key.magazine, key.slot, 0}; }
-    static Numbers NumbersOf(const SideKey& key) {
-        return {key.jukeboxId, key.magazine, key.slot, key.side};
-    }
+    static Numbers NumbersOf(const SideKey& key) { return {key.jukeboxId, key.magazine, key.slot, key.side}; }
 
     template <typename Item>
     static void Fill(Index& index, const std::vector<Item>& items);

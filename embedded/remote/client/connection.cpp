@@ -36,10 +36,14 @@ std::string Beginning(std::string_view bytes) {
 std::vector<std::string> SshArguments(const Place& place) {
     const auto seconds = [](std::chrono::seconds time) { return std::to_string(time.count()); };
     std::vector<std::string> words{"-T",
-                                   "-o", "BatchMode=yes",
-                                   "-o", "ConnectTimeout=" + seconds(kConnectTime),
-                                   "-o", "ServerAliveInterval=5",
-                                   "-o", "ServerAliveCountMax=3"};
+                                   "-o",
+                                   "BatchMode=yes",
+                                   "-o",
+                                   "ConnectTimeout=" + seconds(kConnectTime),
+                                   "-o",
+                                   "ServerAliveInterval=5",
+                                   "-o",
+                                   "ServerAliveCountMax=3"};
     if (place.port.has_value()) words.insert(words.end(), {"-p", std::to_string(*place.port)});
     if (!place.user.empty()) words.insert(words.end(), {"-l", place.user});
     // Behind "--" nothing is an option; the command is the same for every server.
@@ -66,9 +70,9 @@ const Hello& Connection::GetGreeting() {
 
 void Connection::Understand(const Hello& greeting) const {
     if (greeting.highest < kLowestVersion) {
-        throw Refuse(Code::OtherSideTooOld, {m_server.name, Beginning(greeting.release),
-                                             std::to_string(greeting.highest),
-                                             std::to_string(kLowestVersion)});
+        throw Refuse(Code::OtherSideTooOld,
+                     {m_server.name, Beginning(greeting.release), std::to_string(greeting.highest),
+                      std::to_string(kLowestVersion)});
     }
     if (greeting.lowest > kHighestVersion) {
         throw Refuse(Code::ThisSideTooOld, {std::to_string(kHighestVersion), m_server.name,

@@ -84,8 +84,7 @@ json RemoteSession::Look(const char* function, json::array_t arguments, uint32_t
     request.ahead = ahead;
     Answer answer = AskFor(std::move(request));
     failure = std::move(answer.failure);
-    if (!answer.ahead.is_null())
-        m_ahead.Keep(Decoded(m_server, [&] { return AheadFrom(answer.ahead); }));
+    if (!answer.ahead.is_null()) m_ahead.Keep(Decoded(m_server, [&] { return AheadFrom(answer.ahead); }));
     return std::move(answer.result);
 }
 

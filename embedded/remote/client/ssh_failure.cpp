@@ -40,9 +40,8 @@ bool IsNotice(std::string_view line) {
 Code CodeOf(const SshEnd& end) {
     constexpr int kOwnFailure = 255;
     if (end.status >= 0 && end.status != kOwnFailure) return Code::NoAdministrationTool;
-    const auto* const found = std::ranges::find_if(kSayings, [&end](const Saying& saying) {
-        return end.text.find(saying.words) != std::string::npos;
-    });
+    const auto* const found = std::ranges::find_if(
+        kSayings, [&end](const Saying& saying) { return end.text.find(saying.words) != std::string::npos; });
     return found == std::end(kSayings) ? Code::SshFailed : found->code;
 }
 

@@ -11,8 +11,8 @@
 
 namespace embedded::remote {
 
-// What the server's side has read ahead, all of it in one view of the farm: the answers of calls that were not
-// made yet.
+// What the server's side has read ahead, all of it in one view of the farm: the answers of calls that were
+// not made yet.
 
 template <typename Key, typename Record>
 struct Described {

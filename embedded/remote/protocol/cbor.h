@@ -20,8 +20,8 @@ inline constexpr size_t kDeepest = 8;
 
 std::string EncodeCbor(const json& value);
 
-// The one value that the bytes are. Throws a ProtocolFailure for anything else, for tags, for lengths that are
-// left open, and for arrays or maps deeper than kDeepest.
+// The one value that the bytes are. Throws a ProtocolFailure for anything else, for tags, for lengths that
+// are left open, and for arrays or maps deeper than kDeepest.
 json DecodeCbor(std::string_view bytes);
 
 // Texts travel as byte strings: no encoding is promised.

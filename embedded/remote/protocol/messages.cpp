@@ -43,9 +43,8 @@ Hello OwnHello() {
 }
 
 json ToMessage(const Hello& hello) {
-    return {{"krvcmd", {hello.lowest, hello.highest}},
-            {"release", hello.release},
-            {"features", hello.features}};
+    return {
+        {"krvcmd", {hello.lowest, hello.highest}}, {"release", hello.release}, {"features", hello.features}};
 }
 
 Hello HelloFrom(const json& message) {

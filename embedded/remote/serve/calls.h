@@ -7,8 +7,8 @@
 
 namespace embedded::remote {
 
-// Whether the function of the client library changes something. Every name that is no function of a session is
-// taken for a change.
+// Whether the function of the client library changes something. Every name that is no function of a session
+// is taken for a change.
 bool IsChange(std::string_view function);
 
 // Makes the call that the request describes, and reads ahead when the request allows it. What the session

@@ -179,8 +179,7 @@ class Server {
         if (m_session == nullptr) throw Refuse(Code::NoSession, {"0"});
         if (IsChange(request.function)) {
             RequireRights(m_server);
-            if (request.change > 0)
-                m_session->GetSession().NumberNextChange({m_client, request.change});
+            if (request.change > 0) m_session->GetSession().NumberNextChange({m_client, request.change});
         }
         return MakeCall(*m_session, request);
     }

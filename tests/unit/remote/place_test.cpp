@@ -29,12 +29,34 @@ TEST(PlaceTest, NamesUserPortAndServer) {
 }
 
 TEST(PlaceTest, RefusesWhatCouldBeAnOptionOrAWordForAShell) {
-    for (const char* text :
-         {"", "archive", "http://archive", "ssh://", "ssh:///vault", "ssh://-oProxyCommand=x", "ssh://-x/vault",
-          "ssh://a b", "ssh://a\nb", "ssh://$(x)", "ssh://a;b", "ssh://a`b`", "ssh://\"a\"", "ssh://a'b",
-          "ssh://-l@archive", "ssh://a b@archive", "ssh://$(x)@archive", "ssh://@archive", "ssh://archive:",
-          "ssh://archive:0", "ssh://archive:65536", "ssh://archive:-p", "ssh://archive:22x", "ssh://[::1",
-          "ssh://[::1]x", "ssh://archive/%2", "ssh://archive/%zz", "ssh://archive/%00"}) {
+    for (const char* text : {"",
+                             "archive",
+                             "http://archive",
+                             "ssh://",
+                             "ssh:///vault",
+                             "ssh://-oProxyCommand=x",
+                             "ssh://-x/vault",
+                             "ssh://a b",
+                             "ssh://a\nb",
+                             "ssh://$(x)",
+                             "ssh://a;b",
+                             "ssh://a`b`",
+                             "ssh://\"a\"",
+                             "ssh://a'b",
+                             "ssh://-l@archive",
+                             "ssh://a b@archive",
+                             "ssh://$(x)@archive",
+                             "ssh://@archive",
+                             "ssh://archive:",
+                             "ssh://archive:0",
+                             "ssh://archive:65536",
+                             "ssh://archive:-p",
+                             "ssh://archive:22x",
+                             "ssh://[::1",
+                             "ssh://[::1]x",
+                             "ssh://archive/%2",
+                             "ssh://archive/%zz",
+                             "ssh://archive/%00"}) {
         EXPECT_FALSE(ParsePlace(text).has_value()) << text;
     }
     EXPECT_FALSE(ParsePlace("ssh://" + std::string(254, 'a')).has_value());
@@ -44,8 +66,8 @@ TEST(PlaceTest, RefusesWhatCouldBeAnOptionOrAWordForAShell) {
 TEST(SshArgumentsTest, EndTheOptionsBeforeTheHostAndNeverNameTheServer) {
     const std::vector<std::string> words = SshArguments({"operator", "archive.example", 2222, "-x $(y)"});
     const std::vector<std::string> end(words.end() - 8, words.end());
-    EXPECT_EQ(end, (std::vector<std::string>{"-p", "2222", "-l", "operator", "--", "archive.example", "krvadm",
-                                             "serve"}));
+    EXPECT_EQ(end, (std::vector<std::string>{"-p", "2222", "-l", "operator", "--", "archive.example",
+                                             "krvadm", "serve"}));
     EXPECT_EQ(words.front(), "-T");
     EXPECT_EQ(words[2], "BatchMode=yes");
 }

@@ -65,7 +65,9 @@ TEST(RemoteProtocolTest, PageShowsTheBytesOfAFailure) {
     answer.number = 2;
     answer.failure = {1105, "No"};
     const std::string bytes = Hex(Framed(ToMessage(answer)));
-    EXPECT_EQ(bytes, "0000001ba3676661696c757265821904514" "24e6f616e0266726573756c7480");
+    EXPECT_EQ(bytes,
+              "0000001ba3676661696c757265821904514"
+              "24e6f616e0266726573756c7480");
     EXPECT_NE(ReadPage().find(bytes), std::string::npos);
 }
 
@@ -102,8 +104,9 @@ TEST(RemoteProtocolTest, RecordsComeOutAsTheyWentIn) {
 }
 
 TEST(RemoteProtocolTest, FieldsThatDoNotFitAreRefused) {
-    for (const json& list : {json::array({json::array()}), json::array({1.5}), json::array({"3"}),
-                             json::array({int64_t{1} << 40}), json::array({-int64_t{1} << 40}), json::array()}) {
+    for (const json& list :
+         {json::array({json::array()}), json::array({1.5}), json::array({"3"}),
+          json::array({int64_t{1} << 40}), json::array({-int64_t{1} << 40}), json::array()}) {
         FieldReader fields(list);
         EXPECT_THROW((void)fields.Number<int32_t>(), ProtocolFailure) << list;
     }
@@ -117,9 +120,26 @@ TEST(RemoteProtocolTest, FieldsThatDoNotFitAreRefused) {
 }
 
 TEST(RemoteProtocolTest, ValuesThatCannotBeMessagesAreRefused) {
-    for (const char* hex : {"", "18", "82", "8201", "a1", "a161", "43ffff", "5f41614162ff", "9f01ff", "bf616101ff",
-                            "c001", "d9d9f700", "0000", "ff", "1c", "9b7fffffffffffffff", "5bffffffffffffffff",
-                            "bb7fffffffffffffff", "bbffffffffffffffff", "a10101"}) {
+    for (const char* hex : {"",
+                            "18",
+                            "82",
+                            "8201",
+                            "a1",
+                            "a161",
+                            "43ffff",
+                            "5f41614162ff",
+                            "9f01ff",
+                            "bf616101ff",
+                            "c001",
+                            "d9d9f700",
+                            "0000",
+                            "ff",
+                            "1c",
+                            "9b7fffffffffffffff",
+                            "5bffffffffffffffff",
+                            "bb7fffffffffffffff",
+                            "bbffffffffffffffff",
+                            "a10101"}) {
         EXPECT_THROW((void)DecodeCbor(Bytes(hex)), ProtocolFailure) << hex;
     }
 }
