@@ -1,7 +1,5 @@
 #include "embedded/remote/serve/serve.h"
 
-#include <unistd.h>
-
 #include <csignal>
 #include <string>
 
@@ -22,7 +20,7 @@ void Serve(const ServeCommandOptions& options, const Streams& /*streams*/) {
     if (!options.only.empty()) rights.only = options.only;
     // A caller that has gone away is an error of writing.
     (void)std::signal(SIGPIPE, SIG_IGN);
-    remote::Serve(STDIN_FILENO, STDOUT_FILENO, rights);
+    remote::Serve(rights);
 }
 
 }  // namespace

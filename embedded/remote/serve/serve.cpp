@@ -1,9 +1,6 @@
 #include "embedded/remote/serve/serve.h"
 
-#include <unistd.h>
-
-#include <array>
-#include <cerrno>
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <memory>
@@ -16,15 +13,12 @@
 #include "embedded/remote/protocol/fields.h"
 #include "embedded/remote/protocol/frame.h"
 #include "embedded/remote/protocol/limits.h"
+#include "embedded/remote/serve/byte_streams.h"
 #include "embedded/remote/serve/calls.h"
 #include "embedded/sessions/change_number.h"
 
 namespace embedded::remote {
 namespace {
-
-[[noreturn]] void ThrowSystemError(const char* what) {
-    throw std::system_error(errno, std::generic_category(), what);
-}
 
 // The way to the caller. While a call is being made, a second thread tells the caller that it goes on.
 class Output {
@@ -76,14 +70,7 @@ class Output {
         }
     }
 
-    void Write(std::string_view bytes) const {
-        while (!bytes.empty()) {
-            const ssize_t count = write(m_descriptor, bytes.data(), bytes.size());
-            if (count < 0 && errno == EINTR) continue;
-            if (count < 0) ThrowSystemError("the caller cannot be written to");
-            bytes.remove_prefix(static_cast<size_t>(count));
-        }
-    }
+    void Write(std::string_view bytes) const { WriteAll(m_descriptor, bytes); }
 
     int m_descriptor;
     std::mutex m_mutex;
@@ -190,19 +177,6 @@ class Server {
     std::unique_ptr<LocalSession> m_session;
 };
 
-// False at the end of the input.
-bool ReadMore(int input, FrameReader& reader) {
-    constexpr size_t kBufferSize = 16384;
-    std::array<char, kBufferSize> buffer{};
-    while (true) {
-        const ssize_t count = read(input, buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) ThrowSystemError("the caller cannot be read from");
-        reader.Append({buffer.data(), static_cast<size_t>(count)});
-        return count > 0;
-    }
-}
-
 // Nothing at the end of the input.
 std::optional<json> NextMessage(int input, FrameReader& reader) {
     while (true) {
@@ -226,11 +200,11 @@ void Answers(int input, Output& output, const ServeOptions& options) {
 
 }  // namespace
 
-void Serve(int input, int output, const ServeOptions& options) {
-    Output out(output);
+void Serve(const ServeOptions& options) {
+    Output out(kStandardOutput);
     out.Send(ToMessage(OwnHello()));
     try {
-        Answers(input, out, options);
+        Answers(kStandardInput, out, options);
     } catch (const ProtocolFailure& failure) {
         Answer answer;
         answer.failure = {static_cast<int32_t>(Code::NotTheProtocol),
