@@ -174,8 +174,7 @@ SshProcess::SshProcess(const std::vector<std::string>& arguments) : m_handles(st
     Pipe errors = MakePipe(&Pipe::writing);
     DWORD mode = PIPE_READMODE_BYTE | PIPE_NOWAIT;
     (void)SetNamedPipeHandleState(input.writing.Get(), &mode, nullptr, nullptr);
-    m_handles->process =
-        Start(arguments, input.reading.Get(), output.writing.Get(), errors.writing.Get());
+    m_handles->process = Start(arguments, input.reading.Get(), output.writing.Get(), errors.writing.Get());
     m_handles->input = std::move(input.writing);
     m_handles->output = std::move(output.reading);
     m_handles->errors = std::move(errors.reading);
@@ -189,8 +188,8 @@ Transfer SshProcess::Send(std::string_view bytes, std::chrono::milliseconds limi
     const Clock::time_point deadline = Clock::now() + limit;
     while (!bytes.empty()) {
         DWORD count = 0;
-        if (WriteFile(m_handles->input.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr) ==
-            0) {
+        if (WriteFile(m_handles->input.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &count,
+                      nullptr) == 0) {
             return Transfer::Ended;
         }
         bytes.remove_prefix(count);
@@ -219,7 +218,8 @@ void SshProcess::CloseInput() {
 SshEnd SshProcess::Finish(std::chrono::milliseconds patience) {
     CloseInput();
     DWORD status = 0;
-    if (WaitForSingleObject(m_handles->process.Get(), static_cast<DWORD>(patience.count())) != WAIT_OBJECT_0) {
+    if (WaitForSingleObject(m_handles->process.Get(), static_cast<DWORD>(patience.count())) !=
+        WAIT_OBJECT_0) {
         constexpr DWORD kLastWait = 1000;
         (void)TerminateProcess(m_handles->process.Get(), 1);
         (void)WaitForSingleObject(m_handles->process.Get(), kLastWait);
