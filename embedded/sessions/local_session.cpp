@@ -184,8 +184,7 @@ void LocalSession::VolumeFormat(const SideKey* key, const FormatOptions* options
     m_session.Write({kFunction, ItemOf(key)}, [&](Database& database) {
         CheckRecord(key, kFunction, "key");
         CheckFormatOptions(options, kFunction);
-        return FormatSide(database, *key,
-                          {options->label, options->sequential != 0, options->certify != 0});
+        return FormatSide(database, *key, {options->label, options->sequential != 0, options->certify != 0});
     });
 }
 
