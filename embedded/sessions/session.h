@@ -6,9 +6,9 @@
 #include <string>
 
 #include "embedded/journal/call_info.h"
-#include "embedded/sessions/change_number.h"
 #include "embedded/sessions/connection.h"
 #include "embedded/sessions/observer.h"
+#include "embedded/store/change_number.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {

@@ -172,7 +172,7 @@ constexpr Sql kRules[] = {
        FROM directory GROUP BY name HAVING count(*) > 1)",
 };
 
-constexpr Sql kIsObserved = "SELECT 1 FROM server WHERE journal_limit > 0 OR fault_count > 0";
+constexpr Sql kIsObserved = R"sql(SELECT 1 FROM server WHERE journal_limit > 0 OR fault_count > 0)sql";
 
 // What the journal does not have, although it is on.
 std::string UnrecordedText(Database& database) {

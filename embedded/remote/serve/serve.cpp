@@ -15,7 +15,7 @@
 #include "embedded/remote/protocol/limits.h"
 #include "embedded/remote/serve/byte_streams.h"
 #include "embedded/remote/serve/calls.h"
-#include "embedded/sessions/change_number.h"
+#include "embedded/store/change_number.h"
 
 namespace embedded::remote {
 namespace {

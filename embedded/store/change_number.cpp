@@ -1,4 +1,4 @@
-#include "embedded/sessions/change_number.h"
+#include "embedded/store/change_number.h"
 
 #include <chrono>
 #include <optional>
@@ -12,7 +12,8 @@ namespace {
 // Made when the first number comes: most farms never have one. A release that does not know the table passes
 // it over. made: 0 = settled before it was made; time: seconds.
 void RequireTable(Database& database) {
-    constexpr Sql kTable = "SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'change_number'";
+    constexpr Sql kTable =
+        R"sql(SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'change_number')sql";
     if (FindValue<int64_t>(database, kTable).has_value()) return;
     database.Execute(R"sql(
         CREATE TABLE change_number (
@@ -27,7 +28,8 @@ void RequireTable(Database& database) {
 }
 
 std::optional<bool> Find(Database& database, const ChangeNumber& number) {
-    return FindValue<bool>(database, "SELECT made FROM change_number WHERE client = ?1 AND number = ?2",
+    return FindValue<bool>(database,
+                           R"sql(SELECT made FROM change_number WHERE client = ?1 AND number = ?2)sql",
                            number.client, number.number);
 }
 
@@ -37,8 +39,8 @@ void Insert(Database& database, const ChangeNumber& number, bool isMade) {
     const int64_t now =
         std::chrono::duration_cast<std::chrono::seconds>(system_clock::now().time_since_epoch()).count();
     constexpr int64_t kDay = 24 * 60 * 60;
-    Run(database, "DELETE FROM change_number WHERE time < ?1", now - kDay);
-    Run(database, "INSERT INTO change_number (client, number, made, time) VALUES (?1, ?2, ?3, ?4)",
+    Run(database, R"sql(DELETE FROM change_number WHERE time < ?1)sql", now - kDay);
+    Run(database, R"sql(INSERT INTO change_number (client, number, made, time) VALUES (?1, ?2, ?3, ?4))sql",
         number.client, number.number, isMade, now);
 }
 
