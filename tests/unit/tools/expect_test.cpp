@@ -98,7 +98,7 @@ TEST_F(KrvsimExpect, EveryLineThatCannotBeReadIsReported) {
 }
 
 TEST_F(KrvsimExpect, FileThatIsNotThere) {
-    EXPECT_EQ(Failed({"expect", "/nowhere/expected"}), "krvsim: /nowhere/expected: cannot be read\n");
+    EXPECT_EQ(Failed({"expect", "nowhere/expected"}), "krvsim: nowhere/expected: cannot be read\n");
 }
 
 }  // namespace
