@@ -6,7 +6,6 @@
 namespace embedded::tools {
 namespace {
 
-constexpr int kDone = 0;
 constexpr int kFailed = 1;
 constexpr int kUsage = 2;
 constexpr int kIncomplete = 3;
