@@ -167,7 +167,7 @@ std::filesystem::path RestoreFarm(const std::string& server, const std::filesyst
     const std::unique_ptr<Database> farm = OpenUsable(server, isUnusable);
     const std::filesystem::path path = FarmPath(server);
     if (farm == nullptr) {
-        const std::filesystem::path aside = isUnusable ? MoveOutOfTheWay(path) : std::filesystem::path();
+        std::filesystem::path aside = isUnusable ? MoveOutOfTheWay(path) : std::filesystem::path();
         if (!CopyFarm(*source, path))
             throw Refuse(Code::CannotOpenFile, {PathText(path), "another process has just made it"});
         return aside;

@@ -38,7 +38,7 @@ void Insert(Database& database, const ChangeNumber& number, bool isMade) {
     using std::chrono::system_clock;
     const int64_t now =
         std::chrono::duration_cast<std::chrono::seconds>(system_clock::now().time_since_epoch()).count();
-    constexpr int64_t kDay = 24 * 60 * 60;
+    constexpr int64_t kDay = 86'400;  // seconds
     Run(database, R"sql(DELETE FROM change_number WHERE time < ?1)sql", now - kDay);
     Run(database, R"sql(INSERT INTO change_number (client, number, made, time) VALUES (?1, ?2, ?3, ?4))sql",
         number.client, number.number, isMade, now);

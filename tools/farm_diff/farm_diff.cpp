@@ -67,7 +67,7 @@ std::map<int32_t, std::string> NamesOf(const Farm& before, const Farm& after) {
     return names;
 }
 
-Plan Grouped(ChangeList changes, std::map<int32_t, std::string> names) {
+Plan Grouped(ChangeList&& changes, std::map<int32_t, std::string> names) {
     Plan plan;
     JukeboxChanges outside;
     for (auto& [group, list] : changes) {

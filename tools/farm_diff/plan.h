@@ -1,11 +1,11 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -53,7 +53,11 @@ struct FarmPlace {
     int32_t magazine = 0;
     int32_t slot = 0;
 
-    friend auto operator<=>(const FarmPlace&, const FarmPlace&) = default;
+    friend bool operator==(const FarmPlace&, const FarmPlace&) = default;
+    friend bool operator<(const FarmPlace& left, const FarmPlace& right) {
+        return std::tie(left.place, left.jukebox, left.magazine, left.slot) <
+               std::tie(right.place, right.jukebox, right.magazine, right.slot);
+    }
 };
 
 // Texts of farms are bytes of no particular encoding.

@@ -47,7 +47,7 @@ struct RunOptions {
 void AddWaiting(Database& database, const std::string& text) {
     const size_t separator = text.rfind(": ");
     if (separator == std::string::npos)
-        throw UsageFailure("\"" + text + "\" is not such as \"MyBox: 3 DVD-RAM Incoming\"");
+        throw UsageFailure("\"" + text + R"(" is not such as "MyBox: 3 DVD-RAM Incoming")");
     const NewMedia media = NewMediaOf(text.substr(separator + 2));
     AddNewMedia(database, media, FindJukebox(database, text.substr(0, separator)));
 }

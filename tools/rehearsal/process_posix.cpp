@@ -17,8 +17,6 @@
 
 #include "tools/common/streams.h"
 
-extern char** environ;
-
 namespace embedded::tools {
 namespace {
 
@@ -88,7 +86,7 @@ std::vector<std::string> EnvironmentOf(const ProcessRequest& request) {
         if (!request.environment.contains(text.substr(0, text.find('=')))) all.push_back(text);
     }
     for (const auto& [name, value] : request.environment)
-        all.push_back(name + "=" + value);
+        all.push_back(std::string(name).append("=").append(value));
     return all;
 }
 
@@ -101,7 +99,7 @@ std::vector<std::string> ClosedOffWords(const ProcessRequest& request, const std
     words.insert(words.end(), {"--json-status-fd", std::to_string(kStateDescriptor), "--", "env"});
     if (request.output.empty()) words.emplace_back("--default-signal=INT,QUIT,TERM,HUP");
     // A path with "=" would be a variable to `env`.
-    if (program.find('=') != std::string::npos) words.insert(words.end(), {"sh", "-c", "exec \"$0\" \"$@\""});
+    if (program.find('=') != std::string::npos) words.insert(words.end(), {"sh", "-c", R"(exec "$0" "$@")"});
     words.push_back(program);
     words.insert(words.end(), request.words.begin() + 1, request.words.end());
     return words;

@@ -118,7 +118,7 @@ void WriteJUnit(std::ostream& out, const RunReport& report) {
     for (const std::string& word : report.words)
         command += (command.empty() ? "" : " ") + word;
     out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n  <testsuite name=\"" << InXml(command)
-        << "\" tests=\"" << cases.size() << "\" failures=\"" << failures << "\" errors=\"0\" time=\""
+        << "\" tests=\"" << cases.size() << "\" failures=\"" << failures << R"(" errors="0" time=")"
         << static_cast<double>(report.outcome.duration.count()) / 1000.0 << "\">\n";
     for (const TestCase& test : cases) {
         out << "    <testcase classname=\"" << test.group << "\" name=\"" << InXml(test.name) << '"';

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 #include "embedded/farms/servers.h"
 #include "embedded/model/refusal.h"
@@ -83,7 +84,7 @@ class Output {
 
 class Server {
   public:
-    explicit Server(const ServeOptions& options) : m_options(options) {}
+    explicit Server(ServeOptions options) : m_options(std::move(options)) {}
 
     Answer Handle(const Request& request) {
         Answer answer;
