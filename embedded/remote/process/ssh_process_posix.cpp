@@ -1,6 +1,5 @@
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -8,13 +7,12 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <system_error>
 #include <thread>
 #include <utility>
 
 #include "embedded/remote/process/ssh_process.h"
-
-extern char** environ;
 
 namespace embedded::remote {
 namespace {
@@ -104,6 +102,7 @@ class SpawnSettings {
 
 pid_t Start(std::vector<std::string> words, const SpawnSettings& settings) {
     std::vector<char*> argv;
+    argv.reserve(words.size() + 1);
     for (std::string& word : words)
         argv.push_back(word.data());
     argv.push_back(nullptr);
