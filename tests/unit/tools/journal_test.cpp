@@ -117,7 +117,7 @@ TEST_F(KrvsimJournal, HoldsEveryCallOfALongSessionInOrder) {
     const std::vector<nlohmann::json> entries = Entries();
     ASSERT_EQ(entries.size(), kLooks + 4U);
     for (int look = 0; look < kLooks; ++look)
-        ASSERT_EQ(entries[look + 1]["slot"], look % 12 + 1) << look;
+        ASSERT_EQ(entries[static_cast<size_t>(look) + 1]["slot"], look % 12 + 1) << look;
     EXPECT_EQ(entries[kLooks + 1]["function"], "KrvJukeboxSetName");
     EXPECT_EQ(entries[kLooks + 3]["function"], "KrvSessionClose");
 }
