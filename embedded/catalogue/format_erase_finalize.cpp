@@ -115,18 +115,82 @@ void EraseOne(Database& database, const Slot& slot, Side side) {
 
 }  // namespace
 
+WritePlan PlanFormat(Database& database, const SideKey& key, const FormatWishes& wishes) {
+    WritePlan plan;
+    plan.slot = FindSlotOfKey(database, key, "KrvVolumeFormat");
+    const Side side = RequireSide(database, plan.slot, key.side);
+    RequireFormattable(database, plan.slot, side);
+    const MediaType* type = FindMediaType(plan.slot.medium->type);
+    plan.isSequential = wishes.isSequential || (type != nullptr && type->access == Access::Sequential);
+    plan.label = NewContent(database, plan.slot, side, wishes.label).label;
+    plan.sides.push_back(side);
+    return plan;
+}
+
+WritePlan PlanErase(Database& database, const SideKey& key) {
+    WritePlan plan;
+    plan.slot = FindSlotOfKey(database, key, "KrvVolumeErase");
+    const Medium& medium = *plan.slot.medium;
+    if (key.side == kBothSides) {
+        plan.sides = FindSides(database, medium);
+    } else {
+        plan.sides.push_back(RequireSide(database, plan.slot, key.side));
+    }
+    if (WritingOf(medium.type) != Writing::Rewritable) {
+        throw Refuse(Code::NotRewritable, {MediaTypeName(medium.type), PlaceText(database, plan.slot.place)});
+    }
+    for (const Side& side : plan.sides) {
+        RequireGoodSide(database, plan.slot, side);
+        RequireOwnVolume(database, plan.slot, side);
+    }
+    std::string place = LocationText(database, plan.slot.place);
+    if (key.side != kBothSides) place += std::string(".") + SideLetter(key.side);
+    const std::string erased =
+        key.side == kBothSides ? MediumText(database, medium) : SideContentText(database, medium, key.side);
+    plan.text = "erased: " + place + " (" + erased + ")";
+    return plan;
+}
+
+WritePlan PlanFinalize(Database& database, const SideKey& key) {
+    WritePlan plan;
+    plan.slot = FindSlotOfKey(database, key, "KrvVolumeFinalize");
+    if (key.side != kBothSides) {
+        throw Refuse(Code::InvalidCall,
+                     {"KrvVolumeFinalize", "only the whole medium, side 2, can be finalized"});
+    }
+    bool isSequential = false;
+    for (const Side& side : FindSides(database, *plan.slot.medium)) {
+        RequireGoodSide(database, plan.slot, side);
+        if (side.content != Content::FileSystem || !side.isSequential) continue;
+        isSequential = true;
+        if (side.finalization != Finalization::Closed) plan.sides.push_back(side);
+    }
+    if (!isSequential) throw Refuse(Code::NotSequential, {PlaceText(database, plan.slot.place)});
+    plan.text = "finalized: " + LocationText(database, plan.slot.place) + " (" +
+                MediumText(database, *plan.slot.medium) + ")";
+    return plan;
+}
+
+std::string FormatText(Database& database, const Slot& slot, const Side& side) {
+    const auto fileSystem = FindValue<std::string>(
+        database, R"sql(SELECT file_system FROM volume WHERE id = ?1)sql", side.volume);
+    const auto volume = FindVolume(database, side.volume);
+    return "formatted: " + LocationText(database, slot.place) + "." + SideLetter(side.number) + " (volume " +
+           std::to_string(side.volume) + ", " + fileSystem.value_or("") + ", label \"" +
+           volume.value_or(Volume{}).label + "\")";
+}
+
 ChangeMade FormatSide(Database& database, const SideKey& key, const FormatWishes& wishes) {
-    const Slot slot = FindSlotOfKey(database, key, "KrvVolumeFormat");
-    Side side = RequireSide(database, slot, key.side);
-    RequireFormattable(database, slot, side);
-    const MediaType* type = FindMediaType(slot.medium->type);
-    side.isSequential = wishes.isSequential || (type != nullptr && type->access == Access::Sequential);
-    const char* fileSystem = FileSystemName(side.isSequential ? Access::Sequential : Access::Random);
+    const WritePlan plan = PlanFormat(database, key, wishes);
+    const Slot& slot = plan.slot;
+    Side side = plan.sides.front();
+    const char* fileSystem = FileSystemName(plan.isSequential ? Access::Sequential : Access::Random);
     const VolumeContent content = NewContent(database, slot, side, wishes.label);
     const bool isNew = side.volume == 0;
     if (isNew) side.volume = TakeVolumeId(database);
     Run(database, isNew ? kAddVolume : kSetVolumeFormat, side.volume, fileSystem, content.label,
         content.capacity);
+    side.isSequential = plan.isSequential;
     side.content = Content::FileSystem;
     side.finalization = Finalization::NotFinalized;
     WriteSide(database, slot, side);
@@ -134,59 +198,23 @@ ChangeMade FormatSide(Database& database, const SideKey& key, const FormatWishes
     RefreshVolumeState(database, side.volume);
     HandledMedium medium = DrivenMedium(database, slot.place, *slot.medium, side.number);
     medium.certified = wishes.isCertified;
-    return {"formatted: " + LocationText(database, slot.place) + "." + SideLetter(side.number) + " (volume " +
-                std::to_string(side.volume) + ", " + fileSystem + ", label \"" + content.label + "\")",
-            medium};
+    return {FormatText(database, slot, side), medium};
 }
 
 ChangeMade EraseSide(Database& database, const SideKey& key) {
-    const Slot slot = FindSlotOfKey(database, key, "KrvVolumeErase");
-    std::vector<Side> sides;
-    if (key.side == kBothSides) {
-        sides = FindSides(database, *slot.medium);
-    } else {
-        sides.push_back(RequireSide(database, slot, key.side));
-    }
-    if (WritingOf(slot.medium->type) != Writing::Rewritable) {
-        throw Refuse(Code::NotRewritable,
-                     {MediaTypeName(slot.medium->type), PlaceText(database, slot.place)});
-    }
-    for (const Side& side : sides) {
-        RequireGoodSide(database, slot, side);
-        RequireOwnVolume(database, slot, side);
-    }
-    const std::string erased = key.side == kBothSides ? MediumText(database, *slot.medium)
-                                                      : SideContentText(database, *slot.medium, key.side);
-    for (const Side& side : sides)
-        EraseOne(database, slot, side);
-    SetSlotState(database, slot.place, SlotState::Full);
-    std::string place = LocationText(database, slot.place);
-    if (key.side != kBothSides) place += std::string(".") + SideLetter(key.side);
-    return {"erased: " + place + " (" + erased + ")",
-            DrivenMedium(database, slot.place, *slot.medium, key.side)};
+    const WritePlan plan = PlanErase(database, key);
+    for (const Side& side : plan.sides)
+        EraseOne(database, plan.slot, side);
+    SetSlotState(database, plan.slot.place, SlotState::Full);
+    return {plan.text, DrivenMedium(database, plan.slot.place, *plan.slot.medium, key.side)};
 }
 
 ChangeMade FinalizeMedium(Database& database, const SideKey& key) {
-    const Slot slot = FindSlotOfKey(database, key, "KrvVolumeFinalize");
-    if (key.side != kBothSides) {
-        throw Refuse(Code::InvalidCall,
-                     {"KrvVolumeFinalize", "only the whole medium, side 2, can be finalized"});
-    }
-    bool isSequential = false;
-    bool isChanged = false;
-    for (const Side& side : FindSides(database, *slot.medium)) {
-        RequireGoodSide(database, slot, side);
-        if (side.content != Content::FileSystem || !side.isSequential) continue;
-        isSequential = true;
-        if (side.finalization == Finalization::Closed) continue;
-        Run(database, kFinalizeSide, slot.medium->id, side.number, Finalization::Closed);
-        isChanged = true;
-    }
-    if (!isSequential) throw Refuse(Code::NotSequential, {PlaceText(database, slot.place)});
-    if (!isChanged) return std::string();
-    return {
-        "finalized: " + LocationText(database, slot.place) + " (" + MediumText(database, *slot.medium) + ")",
-        DrivenMedium(database, slot.place, *slot.medium, kBothSides)};
+    const WritePlan plan = PlanFinalize(database, key);
+    if (plan.sides.empty()) return std::string();
+    for (const Side& side : plan.sides)
+        Run(database, kFinalizeSide, plan.slot.medium->id, side.number, Finalization::Closed);
+    return {plan.text, DrivenMedium(database, plan.slot.place, *plan.slot.medium, kBothSides)};
 }
 
 }  // namespace embedded

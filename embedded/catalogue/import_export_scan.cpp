@@ -41,6 +41,13 @@ constexpr Sql kNextWaitingMedium = R"sql(
     SELECT id, type FROM medium WHERE place = 2 AND jukebox = ?1 AND magazine = 0 ORDER BY slot LIMIT 1
 )sql";
 
+// In a real jukebox, a medium that was exported lies in its mail slot until somebody takes it out. It can
+// come back, after those that somebody put in.
+constexpr Sql kExportedMedium = R"sql(
+    SELECT d.id, d.type FROM server s CROSS JOIN medium d
+    WHERE s.id = 1 AND s.kind = 1 AND d.place = 3 AND d.jukebox = ?1 AND d.magazine = 0 ORDER BY d.slot LIMIT 1
+)sql";
+
 constexpr Sql kLastPositionInStation = R"sql(
     SELECT slot FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0 ORDER BY slot DESC LIMIT 1
 )sql";
@@ -103,71 +110,99 @@ void RequireEmptySlot(Database& database, const SlotPlace& place) {
 }
 
 Medium FindWaitingMedium(Database& database, int32_t jukebox) {
-    Statement row(database, kNextWaitingMedium, jukebox);
-    if (!row.Next()) {
-        const std::string name = FindJukebox(database, jukebox).name;
-        throw Refuse(Code::NoMedium, {"the import station of jukebox \"" + name + "\""});
+    for (const Sql& sql : {kNextWaitingMedium, kExportedMedium}) {
+        Statement row(database, sql, jukebox);
+        if (!row.Next()) continue;
+        Medium medium;
+        row >> medium.id >> medium.type;
+        return medium;
     }
-    Medium medium;
-    row >> medium.id >> medium.type;
-    return medium;
+    const std::string name = FindJukebox(database, jukebox).name;
+    throw Refuse(Code::NoMedium, {"the import station of jukebox \"" + name + "\""});
 }
 
 }  // namespace
 
-ChangeMade ImportMedium(Database& database, const SlotKey& key) {
+Transfer PlanImport(Database& database, const SlotKey& key) {
     RequireEnabledJukebox(database, key.jukeboxId);
     // A slot that does not exist is refused as such, whether or not a medium waits.
     if (key.slot >= 0) FindSlot(database, ResolveSlot(database, key.jukeboxId, key.magazine, key.slot));
     const Medium medium = FindWaitingMedium(database, key.jukeboxId);
     const SlotPlace place = ChooseSlot(database, key, kEmptySlot);
     RequireEmptySlot(database, place);
+    return {medium, place};
+}
+
+Transfer PlanExport(Database& database, const SlotKey& key) {
+    RequireEnabledJukebox(database, key.jukeboxId);
+    const SlotPlace place = ChooseSlot(database, key, kFullSlot);
+    return {*FindSlotWithMedium(database, place).medium, place};
+}
+
+Slot FindSlotToScan(Database& database, const SideKey& key) {
+    if (key.side < 0 || key.side > 2) {
+        throw Refuse(Code::NoSuchSide, {"the medium to scan", std::to_string(key.side)});
+    }
+    if (key.slot < 0) throw Refuse(Code::NotANumberedItem, {"the slot number", "KrvMediaScan"});
+    RequireEnabledJukebox(database, key.jukeboxId);
+    Slot slot = FindSlot(database, ResolveSlot(database, key.jukeboxId, key.magazine, key.slot));
+    RequirePresentSlot(database, slot);
+    return slot;
+}
+
+std::string ImportText(Database& database, const Transfer& transfer) {
+    return "imported: " + LocationText(database, transfer.slot) + " (" +
+           MediumText(database, transfer.medium) + ")";
+}
+
+std::string ExportText(Database& database, const Transfer& transfer) {
+    return "exported: " + LocationText(database, transfer.slot) + " (" +
+           MediumText(database, transfer.medium) + ")";
+}
+
+std::string ScanText(Database& database, const Slot& slot) {
+    std::string text = "scanned: " + LocationText(database, slot.place);
+    if (slot.medium.has_value()) text += " (" + MediumText(database, *slot.medium) + ")";
+    return text;
+}
+
+ChangeMade ImportMedium(Database& database, const SlotKey& key) {
+    const Transfer transfer = PlanImport(database, key);
+    const auto& [medium, place] = transfer;
     Run(database, kMoveMedium, medium.id, Place::Slot, place.jukebox, place.magazine, place.slot);
     NumberNewVolumes(database, medium);
     SetSlotState(database, place, IsReadable(database, medium) ? SlotState::Full : SlotState::ScanFailed);
     RefreshVolumesOf(database, medium);
-    return {"imported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")",
-            DrivenMedium(database, place, medium, kBothSides)};
+    return {ImportText(database, transfer), DrivenMedium(database, place, medium, kBothSides)};
 }
 
 ChangeMade ExportMedium(Database& database, const SlotKey& key) {
-    RequireEnabledJukebox(database, key.jukeboxId);
-    const SlotPlace place = ChooseSlot(database, key, kFullSlot);
-    const Medium medium = *FindSlotWithMedium(database, place).medium;
+    const Transfer transfer = PlanExport(database, key);
+    const auto& [medium, place] = transfer;
     const int64_t last =
         FindValue<int64_t>(database, kLastPositionInStation, Place::ExportStation, place.jukebox)
             .value_or(-1);
     Run(database, kMoveMedium, medium.id, Place::ExportStation, place.jukebox, 0, last + 1);
     SetSlotState(database, place, SlotState::Empty);
     RefreshVolumesOf(database, medium);
-    return {"exported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")",
-            MovedMedium(database, place, medium)};
+    return {ExportText(database, transfer), MovedMedium(database, place, medium)};
 }
 
 ScanResult ScanMedium(Database& database, const SideKey& key) {
-    if (key.side < 0 || key.side > 2) {
-        throw Refuse(Code::NoSuchSide, {"the medium to scan", std::to_string(key.side)});
-    }
-    if (key.slot < 0) throw Refuse(Code::NotANumberedItem, {"the slot number", "KrvMediaScan"});
-    RequireEnabledJukebox(database, key.jukeboxId);
-    const SlotPlace place = ResolveSlot(database, key.jukeboxId, key.magazine, key.slot);
-    const Slot slot = FindSlot(database, place);
-    RequirePresentSlot(database, slot);
+    const Slot slot = FindSlotToScan(database, key);
     ScanResult result;
     SlotState found = SlotState::Full;
     if (!slot.medium.has_value()) {
         found = SlotState::Empty;
-        result.refusal = Refuse(Code::NoMedium, {PlaceText(database, place)});
+        result.refusal = Refuse(Code::NoMedium, {PlaceText(database, slot.place)});
     } else if (!IsReadable(database, *slot.medium)) {
         found = SlotState::ScanFailed;
-        result.refusal = Refuse(Code::SideUnreadable, {"the medium in " + PlaceText(database, place)});
+        result.refusal = Refuse(Code::SideUnreadable, {"the medium in " + PlaceText(database, slot.place)});
     }
-    if (slot.medium.has_value()) result.change.medium = DrivenMedium(database, place, *slot.medium, key.side);
+    if (slot.medium.has_value()) result.change.medium = DrivenMedium(database, slot.place, *slot.medium, key.side);
     if (found != slot.state) {
-        SetSlotState(database, place, found);
-        std::string& words = result.change.words;
-        words = "scanned: " + LocationText(database, place);
-        if (slot.medium.has_value()) words += " (" + MediumText(database, *slot.medium) + ")";
+        SetSlotState(database, slot.place, found);
+        result.change.words = ScanText(database, slot);
     }
     return result;
 }

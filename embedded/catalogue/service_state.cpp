@@ -6,7 +6,7 @@ namespace embedded {
 namespace {
 
 constexpr Sql kServiceState = R"sql(
-    SELECT running, epoch, journal_limit, fault_count, real_time <> '' FROM server WHERE id = 1
+    SELECT running, epoch, journal_limit, fault_count, real_time <> '', kind FROM server WHERE id = 1
 )sql";
 
 constexpr Sql kStart = R"sql(UPDATE server SET running = 1, epoch = epoch + 1 WHERE id = 1)sql";
@@ -18,7 +18,8 @@ ServiceState ReadServiceState(Database& database) {
     ServiceState state;
     Statement row(database, kServiceState);
     if (row.Next())
-        row >> state.isRunning >> state.epoch >> state.journalLimit >> state.faultCount >> state.isRealTime;
+        row >> state.isRunning >> state.epoch >> state.journalLimit >> state.faultCount >> state.isRealTime >>
+            state.isAttached;
     return state;
 }
 

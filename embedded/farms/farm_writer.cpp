@@ -85,6 +85,8 @@ FarmWriter::FarmWriter(Database& database, std::string_view server, std::functio
     Run(m_database, kServer, server);
 }
 
+FarmWriter::FarmWriter(Database& database) : m_database(database) {}
+
 void FarmWriter::AddJukebox(const FarmJukebox& jukebox) {
     int32_t presentSlots = 0;
     for (const FarmMagazine& magazine : jukebox.magazines)

@@ -19,6 +19,9 @@ class FarmWriter {
     // and each volume.
     FarmWriter(Database& database, std::string_view server, std::function<void()> onPart = {});
 
+    // For more jukeboxes without media in a farm that exists. There is nothing to Finish.
+    explicit FarmWriter(Database& database);
+
     // The jukebox with all that is in it. The caller has checked the farm for contradictions.
     void AddJukebox(const FarmJukebox& jukebox);
     void AddVolume(const FarmVolume& volume);

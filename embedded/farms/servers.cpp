@@ -28,6 +28,18 @@ std::unique_ptr<Database> OpenServer(const std::string& server) {
     return database;
 }
 
+std::unique_ptr<Database> OpenSimulatedServer(const std::string& server) {
+    std::unique_ptr<Database> database = OpenServer(server);
+    RequireSimulated(*database, server);
+    return database;
+}
+
+void RequireSimulated(Database& database, const std::string& server) {
+    if (FindValue<bool>(database, "SELECT kind FROM server").value_or(false)) {
+        throw Refuse(Code::NotSimulated, {server});
+    }
+}
+
 std::unique_ptr<Database> OpenServerToCheck(const std::string& server) {
     if (!IsDemonstrationServer(server)) return OpenFarm(server, nullptr);
     return OpenFarm(server, [&](Database& database) { FillDemonstrationFarm(database, server); });

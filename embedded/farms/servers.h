@@ -13,6 +13,10 @@ namespace embedded {
 // has none is refused as unknown, and a farm that does not describe its server as damaged.
 std::unique_ptr<Database> OpenServer(const std::string& server);
 
+// The same for a simulated farm; refuses one that is attached to real jukeboxes.
+std::unique_ptr<Database> OpenSimulatedServer(const std::string& server);
+void RequireSimulated(Database& database, const std::string& server);
+
 // The same for a farm that may lack the description of its server.
 std::unique_ptr<Database> OpenServerToCheck(const std::string& server);
 

@@ -111,6 +111,11 @@ std::unique_ptr<Database> OpenUsable(const std::string& server, bool& isUnusable
     }
 }
 
+void RequireDetached(Database& database, const std::string& server) {
+    if (FindValue<int64_t>(database, "SELECT jukebox FROM changer LIMIT 1").has_value())
+        throw Refuse(Code::NotSimulated, {server});
+}
+
 // Fails while another connection uses the farm.
 void RequireUnused(Database& database) {
     const int result =
@@ -163,6 +168,7 @@ bool CopyFarm(Database& farm, const std::filesystem::path& file) {
 std::filesystem::path RestoreFarm(const std::string& server, const std::filesystem::path& copy) {
     const std::unique_ptr<Database> source = OpenFarmAt(copy);
     if (source == nullptr) throw Refuse(Code::NotAFarm, {PathText(copy)});
+    RequireSimulated(*source, server);
     bool isUnusable = false;
     const std::unique_ptr<Database> farm = OpenUsable(server, isUnusable);
     const std::filesystem::path path = FarmPath(server);
@@ -172,6 +178,7 @@ std::filesystem::path RestoreFarm(const std::string& server, const std::filesyst
             throw Refuse(Code::CannotOpenFile, {PathText(path), "another process has just made it"});
         return aside;
     }
+    RequireSimulated(*farm, server);
     const int64_t epoch = EpochOf(*farm);
     farm->StartWaiting();
     CopyPages(*source, *farm);
@@ -186,6 +193,7 @@ void RemoveFarm(const std::string& server) {
         throw Refuse(Code::UnknownServer, {server});
     try {
         const std::unique_ptr<Database> database = OpenFarmAt(path);
+        if (database != nullptr) RequireDetached(*database, server);
         if (database != nullptr) RequireUnused(*database);
     } catch (const Refusal& refusal) {
         // The file of another program is not ours to remove.

@@ -22,11 +22,12 @@ std::vector<std::string> ListSnapshots(std::string_view server);
 bool CopyFarm(Database& farm, const std::filesystem::path& file);
 
 // Puts the copy into the place of the server's farm. Sessions with the old farm are over. A farm that cannot
-// be used is moved out of the way, to the path that is returned; empty otherwise.
+// be used is moved out of the way, to the path that is returned; empty otherwise. Refuses farms of real
+// jukeboxes.
 std::filesystem::path RestoreFarm(const std::string& server, const std::filesystem::path& copy);
 
-// Removes the farm of a server, damaged or not. Refuses while another process uses it, and a file that is no
-// farm.
+// Removes the farm of a server, damaged or not. Refuses while another process uses it or real
+// jukeboxes are attached to it, and a file that is no farm.
 void RemoveFarm(const std::string& server);
 
 }  // namespace embedded

@@ -115,6 +115,14 @@ constexpr CodeInfo kCodes[] = {
      "Finalize of a blank medium or of one with a random-access file system."},
     {Code::PartOfSeveral, "<side> is part of volume <id>, which lies on several sides.",
      "Format or erase of one part of a mirror or a volume set."},
+    {Code::MailSlotsFull, "Every mail slot of jukebox \"<jukebox>\" is full; take the exported media out.",
+     "Export from a real jukebox without a free mail slot."},
+    {Code::NoMailSlots, "Jukebox \"<jukebox>\" has no mail slots.",
+     "Import to, or export from, a real jukebox that has none."},
+    {Code::NoUsableDrive, "Jukebox \"<jukebox>\" has no drive that can be used: <reason>.",
+     "Scan in a real jukebox whose drives are all disabled, unknown or taken."},
+    {Code::CannotWriteHere, "Media of jukebox \"<jukebox>\" cannot be written: <reason>.",
+     "Format, erase and finalize in a real jukebox whose drive does not write this kind of medium."},
 
     {Code::NameEmpty, "The new name of jukebox \"<jukebox>\" is empty.", "Renaming a jukebox to nothing."},
     {Code::NameTooLong, "The new name of jukebox \"<jukebox>\" has <length> bytes, at most 51 are allowed.",
@@ -124,6 +132,16 @@ constexpr CodeInfo kCodes[] = {
      "An overlong directory name."},
     {Code::DirectoryTaken, "Directory name \"<directory>\" belongs to volume <id> already.",
      "Each directory name is given once in a service."},
+
+    {Code::DeviceTrouble, "<reason>.", "A real changer or drive that does not answer or cannot do what it is asked."},
+    {Code::RobotBusy, "The robot of jukebox \"<jukebox>\" has been busy for <minutes> minutes.",
+     "Another process moves media of a real jukebox and does not end."},
+    {Code::NoJukeboxModule, "Server \"<server>\" is attached to real jukeboxes, which cannot be reached: <reason>.",
+     "The package krvcmd-jukebox is missing, or the system is not Linux."},
+    {Code::NotSimulated, "Server \"<server>\" is attached to real jukeboxes; this works on simulated ones only.",
+     "Faults, loading and replacing of an attached farm with krvsim."},
+    {Code::UnexpectedPlace, "The medium is not in <place> after its move.",
+     "A real changer that reports success but not the move."},
 };
 // clang-format on
 

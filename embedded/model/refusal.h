@@ -76,12 +76,22 @@ enum class Code : int32_t {
     NotRewritable = 1205,
     NotSequential = 1206,
     PartOfSeveral = 1207,
+    MailSlotsFull = 1208,
+    NoMailSlots = 1209,
+    NoUsableDrive = 1210,
+    CannotWriteHere = 1211,
 
     NameEmpty = 1220,
     NameTooLong = 1221,
     DirectoryEmpty = 1222,
     DirectoryTooLong = 1223,
     DirectoryTaken = 1224,
+
+    DeviceTrouble = 1240,
+    RobotBusy = 1241,
+    NoJukeboxModule = 1242,
+    NotSimulated = 1243,
+    UnexpectedPlace = 1244,
 };
 
 // One row of the table of codes; docs/simulated-service.md shows the same table, and a test compares both.

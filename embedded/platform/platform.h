@@ -40,6 +40,25 @@ uint32_t ProcessId();
 // The client library that the system loads for a program beside this one; empty when it finds none.
 std::filesystem::path FindClientLibrary();
 
+// The file that this code was loaded from: the client library, or a program that contains it.
+std::filesystem::path OwnFile();
+
+// A lock that processes take one after the other. It ends with the object, and with the process.
+class FileLock {
+  public:
+    // Creates the file where it is missing, readable by this user alone. Throws std::system_error.
+    explicit FileLock(const std::filesystem::path& file);
+    FileLock(const FileLock&) = delete;
+    FileLock& operator=(const FileLock&) = delete;
+    ~FileLock();
+
+    // Whether the lock is this object's now. Throws std::system_error when the file cannot be locked at all.
+    bool Try();
+
+  private:
+    std::intptr_t m_file = -1;
+};
+
 // A library that is loaded at run time.
 class SharedLibrary {
   public:

@@ -140,6 +140,28 @@ std::filesystem::path FindClientLibrary() {
     return file;
 }
 
+std::filesystem::path OwnFile() {
+    Dl_info info{};
+    if (dladdr(reinterpret_cast<const void*>(&OwnFile), &info) == 0 || info.dli_fname == nullptr) return {};
+    std::error_code ignored;
+    return std::filesystem::weakly_canonical(info.dli_fname, ignored);
+}
+
+FileLock::FileLock(const std::filesystem::path& file)
+    : m_file(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOwnerOnlyFile)) {
+    if (m_file < 0) throw std::system_error(LastError());
+}
+
+FileLock::~FileLock() {
+    close(static_cast<int>(m_file));
+}
+
+bool FileLock::Try() {
+    if (flock(static_cast<int>(m_file), LOCK_EX | LOCK_NB) == 0) return true;
+    if (errno == EWOULDBLOCK || errno == EINTR) return false;
+    throw std::system_error(LastError());
+}
+
 SharedLibrary::SharedLibrary(const std::filesystem::path& file) {
     // A name without a folder would be looked for in the system's folders, not in this one.
     const std::filesystem::path path = file.has_parent_path() ? file : "." / file;

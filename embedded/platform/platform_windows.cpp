@@ -152,6 +152,35 @@ std::filesystem::path FindClientLibrary() {
     return file;
 }
 
+std::filesystem::path OwnFile() {
+    HMODULE self = nullptr;
+    constexpr DWORD kFlags =
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;
+    if (GetModuleHandleExW(kFlags, reinterpret_cast<const wchar_t*>(&OwnFile), &self) == 0) return {};
+    std::wstring path(32'768, L'\0');
+    path.resize(GetModuleFileNameW(self, path.data(), static_cast<DWORD>(path.size())));
+    return path;
+}
+
+FileLock::FileLock(const std::filesystem::path& file)
+    : m_file(reinterpret_cast<std::intptr_t>(CreateFileW(file.c_str(), GENERIC_READ | GENERIC_WRITE,
+                                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                                         OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))) {
+    if (m_file == -1) throw std::system_error(LastError());
+}
+
+FileLock::~FileLock() {
+    (void)CloseHandle(reinterpret_cast<HANDLE>(m_file));
+}
+
+bool FileLock::Try() {
+    OVERLAPPED whole{};
+    const DWORD flags = LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY;
+    if (LockFileEx(reinterpret_cast<HANDLE>(m_file), flags, 0, 1, 0, &whole) != 0) return true;
+    if (GetLastError() == ERROR_LOCK_VIOLATION) return false;
+    throw std::system_error(LastError());
+}
+
 SharedLibrary::SharedLibrary(const std::filesystem::path& file) {
     m_handle = LoadLibraryW(std::filesystem::absolute(file).c_str());
     if (m_handle != nullptr) return;

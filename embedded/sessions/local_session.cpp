@@ -165,56 +165,87 @@ void LocalSession::VolumeDeactivate(uint32_t volumeId) {
 
 void LocalSession::VolumeErase(const SideKey* key) {
     constexpr const char* kFunction = "KrvVolumeErase";
-    m_session.Write({kFunction, ItemOf(key)}, [&](Database& database) {
+    const auto simulated = [&](Database& database) {
         CheckRecord(key, kFunction, "key");
-        return EraseSide(database, *key);
-    });
+        return ScanResult{EraseSide(database, *key), {}};
+    };
+    const auto real = [&](AttachedFarm& farm) {
+        CheckRecord(key, kFunction, "key");
+        return farm.Erase(*key);
+    };
+    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
 }
 
 void LocalSession::VolumeFinalize(const SideKey* key) {
     constexpr const char* kFunction = "KrvVolumeFinalize";
-    m_session.Write({kFunction, ItemOf(key)}, [&](Database& database) {
+    const auto simulated = [&](Database& database) {
         CheckRecord(key, kFunction, "key");
-        return FinalizeMedium(database, *key);
-    });
+        return ScanResult{FinalizeMedium(database, *key), {}};
+    };
+    const auto real = [&](AttachedFarm& farm) {
+        CheckRecord(key, kFunction, "key");
+        return farm.Finalize(*key);
+    };
+    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
 }
 
 void LocalSession::VolumeFormat(const SideKey* key, const FormatOptions* options) {
     constexpr const char* kFunction = "KrvVolumeFormat";
-    m_session.Write({kFunction, ItemOf(key)}, [&](Database& database) {
+    const auto wishes = [&] {
         CheckRecord(key, kFunction, "key");
         CheckFormatOptions(options, kFunction);
-        return FormatSide(database, *key, {options->label, options->sequential != 0, options->certify != 0});
-    });
+        return FormatWishes{options->label, options->sequential != 0, options->certify != 0};
+    };
+    const auto simulated = [&](Database& database) {
+        const FormatWishes checked = wishes();
+        return ScanResult{FormatSide(database, *key, checked), {}};
+    };
+    const auto real = [&](AttachedFarm& farm) {
+        const FormatWishes checked = wishes();
+        return farm.Format(*key, checked);
+    };
+    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
 }
 
 // ---- Moving media
 
 void LocalSession::MediaImport(const SlotKey* key) {
     constexpr const char* kFunction = "KrvMediaImport";
-    m_session.Write({kFunction, ItemOf(key)}, [&](Database& database) {
+    const auto simulated = [&](Database& database) {
         CheckRecord(key, kFunction, "key");
-        return ImportMedium(database, *key);
-    });
+        return ScanResult{ImportMedium(database, *key), {}};
+    };
+    const auto real = [&](AttachedFarm& farm) {
+        CheckRecord(key, kFunction, "key");
+        return farm.Import(*key);
+    };
+    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
 }
 
 void LocalSession::MediaExport(const SlotKey* key) {
     constexpr const char* kFunction = "KrvMediaExport";
-    m_session.Write({kFunction, ItemOf(key)}, [&](Database& database) {
+    const auto simulated = [&](Database& database) {
         CheckRecord(key, kFunction, "key");
-        return ExportMedium(database, *key);
-    });
+        return ScanResult{ExportMedium(database, *key), {}};
+    };
+    const auto real = [&](AttachedFarm& farm) {
+        CheckRecord(key, kFunction, "key");
+        return farm.Export(*key);
+    };
+    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
 }
 
 void LocalSession::MediaScan(const SideKey* key) {
     constexpr const char* kFunction = "KrvMediaScan";
-    ScanResult result;
-    m_session.Write({kFunction, ItemOf(key)}, [&](Database& database) {
+    const auto simulated = [&](Database& database) {
         CheckRecord(key, kFunction, "key");
-        result = ScanMedium(database, *key);
-        return result.change;
-    });
-    if (result.refusal.has_value()) throw Refusal(*result.refusal);
+        return ScanMedium(database, *key);
+    };
+    const auto real = [&](AttachedFarm& farm) {
+        CheckRecord(key, kFunction, "key");
+        return farm.Scan(*key);
+    };
+    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
 }
 
 // ---- Enabling and disabling items, names

@@ -97,10 +97,14 @@ void ObserveLook(Connection& connection, CallRecorder& recorder, uint64_t sessio
 }
 
 void ObserveChange(Connection& connection, CallRecorder& recorder, uint64_t session, const CallInfo& call,
-                   const Change& change) {
+                   const Change& change, const Preparation& prepare) {
     Observation observation(connection, session, call);
     try {
         observation.ApplyFaultsOfFarm(call);
+        if (prepare) {
+            prepare();
+            connection.StartWaiting();
+        }
         connection.Change(
             [&](Database& database) { recorder.WriteIn(database, observation.Succeeded(change(database))); });
         recorder.Forget();

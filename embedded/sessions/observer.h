@@ -19,6 +19,8 @@ inline bool IsObserved(const ServiceState& state) {
 using Look = std::function<void(const View&)>;
 // Returns what it has changed.
 using Change = std::function<ChangeMade(Database&)>;
+// What a change needs first and cannot be undone, such as the move of a medium; outside of any transaction.
+using Preparation = std::function<void()>;
 
 // Runs a look or a change as the session's call. What either throws is rethrown. The journal entry of a
 // change that succeeds is part of the same transaction. A look never fails because the farm cannot be
@@ -26,6 +28,6 @@ using Change = std::function<ChangeMade(Database&)>;
 void ObserveLook(Connection& connection, CallRecorder& recorder, uint64_t session, const CallInfo& call,
                  const Look& look);
 void ObserveChange(Connection& connection, CallRecorder& recorder, uint64_t session, const CallInfo& call,
-                   const Change& change);
+                   const Change& change, const Preparation& prepare = {});
 
 }  // namespace embedded

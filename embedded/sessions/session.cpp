@@ -8,6 +8,7 @@
 
 #include "embedded/catalogue/service_state.h"
 #include "embedded/farms/servers.h"
+#include "embedded/mechanics/jukebox_module.h"
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/simulated/real_time.h"
@@ -29,7 +30,26 @@ std::unique_ptr<Database> Open(const std::string& server) {
 Session::Session(const std::string& server, uint64_t handle)
     : m_server(server), m_handle(handle), m_connection(Open(server)) {
     m_epoch = m_connection.Refresh().epoch;
+    if (m_connection.GetState().isAttached && m_connection.GetState().isRunning) {
+        m_attached = Attach();
+        m_attached->LookAtAll();
+    }
     Read({"KrvSessionCreate", WithText({}, m_server.c_str())}, [](const View&) {});
+}
+
+// The farm's looks and changes go through the session's connection.
+std::unique_ptr<AttachedFarm> Session::Attach() {
+    FarmAccess access;
+    access.file = m_connection.GetDatabase().GetFile();
+    access.look = [this](const FarmAccess::Work& work) {
+        m_connection.Refresh();
+        work(m_connection.GetView().database);
+    };
+    access.change = [this](const FarmAccess::Work& work) {
+        m_connection.StartWaiting();
+        m_connection.Change(work);
+    };
+    return std::make_unique<AttachedFarm>(std::move(access), ModuleOpener(m_server));
 }
 
 void Session::RequireRunning() const {
@@ -59,6 +79,40 @@ void Session::Write(const CallInfo& call, const Change& change) {
         m_connection.Change([&](Database& database) { (void)work(database); });
     }
     if (end.has_value()) std::this_thread::sleep_until(*end);
+}
+
+void Session::Operate(const CallInfo& call, const Operation& operation) {
+    std::optional<Refusal> refusal;
+    if (m_attached == nullptr) {
+        Write(call, [&](Database& database) {
+            ScanResult result = operation.simulated(database);
+            refusal = std::move(result.refusal);
+            return std::move(result.change);
+        });
+    } else {
+        const std::scoped_lock lock(m_mutex);
+        const std::optional<ChangeNumber> number = std::exchange(m_nextNumber, std::nullopt);
+        m_attached->RequireOfCalls([number](Database& database) {
+            if (number.has_value()) RequireNewNumber(database, *number);
+        });
+        Recording record;
+        const auto prepare = [&] {
+            m_connection.Refresh();
+            RequireRunning();
+            record = operation.real(*m_attached);
+        };
+        // What has been moved is recorded even when the service was stopped meanwhile.
+        const auto finish = [&](Database& database) {
+            ScanResult result = record(database);
+            refusal = std::move(result.refusal);
+            if (number.has_value()) KeepChangeNumber(database, *number);
+            return std::move(result.change);
+        };
+        m_connection.Refresh();
+        m_connection.StartWaiting();
+        ObserveChange(m_connection, m_recorder, m_handle, call, finish, prepare);
+    }
+    if (refusal.has_value()) throw Refusal(*refusal);
 }
 
 void Session::Close(const CallInfo& call) {

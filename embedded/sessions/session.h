@@ -1,17 +1,28 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
 
 #include "embedded/journal/call_info.h"
+#include "embedded/mechanics/attached_farm.h"
 #include "embedded/sessions/connection.h"
 #include "embedded/sessions/observer.h"
 #include "embedded/store/change_number.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {
+
+// A call that is done by the mechanics of a jukebox.
+struct Operation {
+    // In a simulated jukebox, all in one transaction.
+    std::function<ScanResult(Database&)> simulated;
+    // In a real one.
+    std::function<Recording(AttachedFarm&)> real;
+};
 
 // One session of a caller with a server's service.
 class Session {
@@ -58,11 +69,15 @@ class Session {
     // Runs a change as one transaction: all of it is kept, or, when it throws, nothing.
     void Write(const CallInfo& call, const Change& change);
 
+    // Runs a call of the mechanics. A refusal that it returns is thrown when what it has changed is kept.
+    void Operate(const CallInfo& call, const Operation& operation);
+
     // The last call of the session, for the journal alone.
     void Close(const CallInfo& call);
 
   private:
     void RequireRunning() const;
+    std::unique_ptr<AttachedFarm> Attach();
 
     std::mutex m_mutex;
     std::string m_server;
@@ -71,6 +86,7 @@ class Session {
     CallRecorder m_recorder{m_connection};
     int64_t m_epoch = 0;  // that the session was opened in
     std::optional<ChangeNumber> m_nextNumber;
+    std::unique_ptr<AttachedFarm> m_attached;  // null for a simulated farm
 };
 
 // The handle of this process's session with that number, which counts from 1. The process stands in the upper

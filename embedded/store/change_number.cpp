@@ -9,12 +9,16 @@
 namespace embedded {
 namespace {
 
+bool HasTable(Database& database) {
+    constexpr Sql kTable =
+        R"sql(SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'change_number')sql";
+    return FindValue<int64_t>(database, kTable).has_value();
+}
+
 // Made when the first number comes: most farms never have one. A release that does not know the table passes
 // it over. made: 0 = settled before it was made; time: seconds.
 void RequireTable(Database& database) {
-    constexpr Sql kTable =
-        R"sql(SELECT 1 FROM sqlite_master WHERE type = 'table' AND name = 'change_number')sql";
-    if (FindValue<int64_t>(database, kTable).has_value()) return;
+    if (HasTable(database)) return;
     database.Execute(R"sql(
         CREATE TABLE change_number (
           client TEXT NOT NULL,
@@ -46,10 +50,14 @@ void Insert(Database& database, const ChangeNumber& number, bool isMade) {
 
 }  // namespace
 
+void RequireNewNumber(Database& database, const ChangeNumber& number) {
+    if (HasTable(database) && Find(database, number).has_value())
+        throw Refuse(Code::InvalidCall, {"a change", "its number is used or settled already"});
+}
+
 void KeepChangeNumber(Database& database, const ChangeNumber& number) {
     RequireTable(database);
-    if (Find(database, number).has_value())
-        throw Refuse(Code::InvalidCall, {"a change", "its number is used or settled already"});
+    RequireNewNumber(database, number);
     Insert(database, number, true);
 }
 

@@ -189,13 +189,78 @@ CREATE TABLE busy_jukebox (
 ) STRICT;
 )sql";
 
+// What is known of real jukeboxes. Element addresses are those of the changer, numbers are zero-based.
+// server.kind: 0 = simulated, 1 = attached to real jukeboxes. server.generation: of an attached server; grows
+//   before and after every move, so that a look at the elements that a move went on beside is found out.
+// changer.credentials: a file; empty = none. changer.move_limit: seconds.
+// element.kind: 1 = picker, 2 = slot, 3 = mail slot, 4 = drive. magazine and number: of slots; else magazine
+//   is 0. reported: whether the changer tells of the element; those of a magazine that was taken out are not.
+// known_medium: a medium of a real jukebox. While it is in a drive, `medium` names the slot that it goes home
+//   to. tag: the barcode, empty = none; state: of its slot, wherever that is: 0 = not read yet, 2, 4.
+// side_identity.uuid: of the file system.
+// intent: a move that was begun and whose end is not recorded yet.
+constexpr const char* kVersion4 = R"sql(
+ALTER TABLE server ADD COLUMN kind INTEGER NOT NULL DEFAULT 0 CHECK (kind IN (0, 1));
+ALTER TABLE server ADD COLUMN generation INTEGER NOT NULL DEFAULT 0;
+
+CREATE TABLE changer (
+  jukebox INTEGER PRIMARY KEY,
+  address TEXT NOT NULL,
+  serial TEXT NOT NULL,
+  credentials TEXT NOT NULL,
+  move_limit INTEGER NOT NULL
+) STRICT;
+
+CREATE TABLE drive_device (
+  jukebox INTEGER NOT NULL,
+  number INTEGER NOT NULL,
+  address TEXT NOT NULL,
+  serial TEXT NOT NULL,
+  PRIMARY KEY (jukebox, number)
+) STRICT, WITHOUT ROWID;
+
+CREATE TABLE element (
+  jukebox INTEGER NOT NULL,
+  address INTEGER NOT NULL,
+  kind INTEGER NOT NULL CHECK (kind BETWEEN 1 AND 4),
+  magazine INTEGER NOT NULL,
+  number INTEGER NOT NULL,
+  reported INTEGER NOT NULL CHECK (reported IN (0, 1)),
+  PRIMARY KEY (jukebox, address)
+) STRICT, WITHOUT ROWID;
+CREATE UNIQUE INDEX element_place ON element (jukebox, kind, magazine, number);
+
+CREATE TABLE known_medium (
+  medium INTEGER PRIMARY KEY,
+  tag TEXT NOT NULL,
+  state INTEGER NOT NULL
+) STRICT;
+CREATE INDEX known_medium_tag ON known_medium (tag) WHERE tag <> '';
+
+CREATE TABLE side_identity (
+  medium INTEGER NOT NULL,
+  side INTEGER NOT NULL,
+  uuid TEXT NOT NULL,
+  PRIMARY KEY (medium, side)
+) STRICT, WITHOUT ROWID;
+CREATE INDEX side_identity_uuid ON side_identity (uuid);
+
+CREATE TABLE intent (
+  jukebox INTEGER PRIMARY KEY,
+  medium INTEGER NOT NULL,
+  source INTEGER NOT NULL,
+  destination INTEGER NOT NULL,
+  time INTEGER NOT NULL
+) STRICT;
+)sql";
+
 struct Step {
     int32_t version;  // that the database has after it
     const char* script;
 };
 
 // A later release appends its step and never changes an earlier one.
-constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}, {3, kVersion3}};
+constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}, {3, kVersion3}, {4, kVersion4}};
 
 }  // namespace
 

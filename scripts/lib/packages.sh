@@ -18,6 +18,12 @@ header  iscsi/iscsi.h         libiscsi-dev
 header  blkid/blkid.h         libblkid-dev
 '
 
+# To start an emulated jukebox.
+readonly kJukeboxNeeds='
+file    /usr/sbin/tgtd        tgt
+file    /usr/sbin/mkudffs     udftools
+'
+
 readonly kDevelopmentNeeds='
 header  gtest/gtest.h         libgtest-dev
 command clang++               clang

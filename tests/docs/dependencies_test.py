@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Each row of docs/dependencies.md is true: dependencies_test.py PROJECT BUILD KRVCMD LIBRARY KRVSIM KRVADM
+"""Each row of docs/dependencies.md is true: dependencies_test.py PROJECT BUILD KRVCMD LIBRARY KRVSIM KRVADM MODULE
 
 The build's files tell what is linked and included, dpkg what is installed, the scripts what they install. Ends with 77 on
 a system without dpkg.
@@ -16,10 +16,10 @@ SKIPPED = 77
 # Comes with the compiler.
 TOOLCHAIN = re.compile(r"libc6-dev|linux-libc-dev|libstdc\+\+-\d+-dev|libgcc-\d+-dev|libclang-common-\d+-dev")
 # The headers of each shipped file come from the sources in these folders.
-# Real changers are the subject of krvadm alone.
+# Real changers are the subject of krvadm and of the module alone.
 OF_KRVADM_ALONE = ("tools/krvadm/", "embedded/attached/")
 FOLDERS = {"krvcmd": ("krvcmd/",), "krvSdk64": ("embedded/",), "krvsim": ("tools/", "embedded/"),
-           "krvadm": ("tools/common/", *OF_KRVADM_ALONE)}
+           "krvadm": ("tools/common/", *OF_KRVADM_ALONE), "krvJukebox64": ("embedded/attached/",)}
 # What the package's copyright file says where the page names the licence.
 LICENCES = {
     "LGPL-2.1-or-later": r"LGPL-2\.1|Lesser General Public\s+License",
@@ -102,7 +102,7 @@ class Dependencies(unittest.TestCase):
     def test_each_included_header_has_a_row_and_each_such_row_is_included(self):
         included = included_packages(BUILD)
         for name, folders in FOLDERS.items():
-            others = () if name == "krvadm" else OF_KRVADM_ALONE
+            others = () if name in ("krvadm", "krvJukebox64") else OF_KRVADM_ALONE
             found = {package for target, packages in included.items() if target.startswith(folders) and not target.startswith(others)
                      for package in packages if not TOOLCHAIN.fullmatch(package)}
             rows = {package for row in self.shipped if name in packages_in(row[3]) and "on Windows" not in row[3]
@@ -143,7 +143,7 @@ class Dependencies(unittest.TestCase):
                  re.finditer(r"^(?:command|header|file|package) +\S+ +(\S+)$", path.read_text(), re.MULTILINE)}
         rows = {package for row in [*self.shipped, *self.tools] for package in packages_in(row[0])}
         # These come with the packages that the scripts name; ccache is used only if it is there.
-        implied = {"libc6", "libstdc++6", "libgcc-s1", "libsqlite3-0", "libiscsi7", "mingw-w64-x86-64-dev", "ccache"}
+        implied = {"libc6", "libstdc++6", "libgcc-s1", "libsqlite3-0", "libiscsi7", "libblkid1", "mingw-w64-x86-64-dev", "ccache"}
         self.assertEqual(needs, rows - implied)
 
 
@@ -151,6 +151,6 @@ if __name__ == "__main__":
     if not shutil.which("dpkg-query"):
         print("no dpkg on this system")
         sys.exit(SKIPPED)
-    FILES = dict(zip(("krvadm", "krvsim", "krvSdk64", "krvcmd"), [sys.argv.pop() for _ in range(4)]))
+    FILES = dict(zip(("krvJukebox64", "krvadm", "krvsim", "krvSdk64", "krvcmd"), [sys.argv.pop() for _ in range(5)]))
     BUILD, PROJECT = sys.argv.pop(), pathlib.Path(sys.argv.pop())
     unittest.main()

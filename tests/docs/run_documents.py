@@ -33,10 +33,13 @@ import tty
 # The beginning of a command line in a document, and the test that runs it.
 OTHERS = {
     "scripts/test": "the run of all tests",
+    "scripts/run --jukebox ": "tests/jukebox/run_script_test.sh",
     "apt install ": "tests/packaging/install_test.sh",
     "scripts/package": "tests/packaging/install_test.sh and zip_test.sh",
     "scripts/install ": "tests/packaging/install_tree_test.py",
 }
+# Of what a document may start: a changer without hardware.
+JUKEBOX_DIR = pathlib.Path(__file__).resolve().parent.parent / "emulated_jukebox"
 PROGRAMS = ("krvcmd ", "krvsim ", "scripts/run ", "LD_LIBRARY_PATH=")
 
 
@@ -91,7 +94,7 @@ def read_mentions(lines):
                 # scripts/run can be told to use the Windows program instead, which prints the same.
                 command = command.replace("scripts/run --windows ", "scripts/run ")
                 is_name = re.fullmatch(r"krvsim [a-z]+", command) or re.search(r"\b[A-Z]{4,}\b", command)
-                if command.startswith(PROGRAMS) and not is_name:
+                if command.startswith(PROGRAMS) and not command.startswith(tuple(OTHERS)) and not is_name:
                     mentions.append((number, command))
     return mentions
 
@@ -155,10 +158,13 @@ def run(steps, program_dir, folder):
     ssh.write_text('#!/bin/bash\nexport KRVSIM_HOME="$HOME/hosts/${*: -3:1}"\nmkdir -p "$KRVSIM_HOME"\nexec "${@: -2}"\n')
     ssh.chmod(0o755)
     environment = dict(os.environ, KRVSIM_HOME=str(home / "farm"), HOME=str(home),
-                       PATH=f"{home}/tools{os.pathsep}{program_dir}{os.pathsep}{os.environ['PATH']}", LC_ALL="C.UTF-8")
+                       PATH=os.pathsep.join([str(home / "tools"), str(program_dir), str(JUKEBOX_DIR), os.environ["PATH"]]),
+                       LC_ALL="C.UTF-8")
     environment.pop("XDG_CONFIG_HOME", None)
     subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,
                    timeout=300, check=False)
+    for settings in (home / "work").glob("*/settings"):
+        subprocess.run([JUKEBOX_DIR / "emulated_jukebox", "stop", settings.parent], check=False)
     for at, step in enumerate(steps):
         printed = terminals[at].finish() if at in terminals else b""
         if (home / f"output.{at}").exists():

@@ -6,10 +6,7 @@
 
 namespace embedded::tools {
 
-// Lines "user = NAME", "secret = TEXT" and, when the target knows this host under a certain name, "initiator
-// = NAME"; empty ones and those that begin with "#" count for nothing. An empty path is a login without a
-// user. Throws a ToolFailure, which never shows the secret, when the file cannot be read, says something
-// else, or when any user may read it.
+// The user and the secret in a file, as attached::ReadCredentials reads it. Throws a ToolFailure.
 attached::IscsiLogin ReadCredentials(const std::filesystem::path& file);
 
 }  // namespace embedded::tools

@@ -8,6 +8,7 @@
 #include "embedded/attached/scsi/sense.h"
 #include "embedded/attached/transport/open_transport.h"
 #include "tools/common/plain_text.h"
+#include "tools/krvadm/attached_server.h"
 #include "tools/krvadm/common_options.h"
 #include "tools/krvadm/credentials.h"
 
@@ -20,6 +21,8 @@ using nlohmann::ordered_json;
 
 struct InventoryOptions {
     std::string address;  // /dev/sgN or iscsi://HOST:PORT/TARGET/LUN
+    std::string server;   // instead of an address
+    std::string jukebox;  // of the server; empty: all of them
     std::string credentials;
     OutputForm form = OutputForm::Table;
 };
@@ -85,7 +88,20 @@ void WriteJson(const Inventory& inventory, std::ostream& out) {
     out << json.dump(2) << '\n';
 }
 
+// The changers look at their elements again, barcodes included, and the catalogue follows.
+void RenewCatalogue(const InventoryOptions& options, const Streams& streams) {
+    AttachedServer server(options.server);
+    for (const int32_t jukebox : server.FindJukeboxes(options.jukebox)) {
+        server.GetFarm().TakeInventory(jukebox);
+        int64_t media = 0;
+        for (const ElementState& element : server.GetFarm().Open(jukebox).LookAtElements())
+            media += element.isFull ? 1 : 0;
+        streams.out << "Jukebox " << jukebox << " has " << Counted(media, "medium", "media") << ".\n";
+    }
+}
+
 void ShowInventory(const InventoryOptions& options, const Streams& streams) {
+    if (!options.server.empty()) return RenewCatalogue(options, streams);
     const Inventory inventory = Read(options);
     if (options.form == OutputForm::Json) {
         WriteJson(inventory, streams.out);
@@ -98,8 +114,17 @@ void ShowInventory(const InventoryOptions& options, const Streams& streams) {
 
 void AddInventory(CommandLine& line) {
     const auto [app, options] = line.Add(line.GetTool(), "inventory",
-                                         "Show the elements of a changer and what they hold.", ShowInventory);
-    app.add_option("ADDRESS", options.address, "/dev/sgN or iscsi://HOST:PORT/TARGET/LUN")->required();
+                                         "Show what a changer holds, or make it look again.", ShowInventory);
+    CLI::Option* address =
+        app.add_option("ADDRESS", options.address, "/dev/sgN or iscsi://HOST:PORT/TARGET/LUN");
+    CLI::Option* server = app.add_option(
+        "--server", options.server,
+        "make the jukeboxes of this server look at their elements again, and bring its catalogue up to date");
+    server->excludes(address);
+    app.add_option("--jukebox,-J", options.jukebox, "only this jukebox, by name or as @ID")->needs(server);
+    app.parse_complete_callback([address, server] {
+        if (address->empty() && server->empty()) throw CLI::RequiredError("ADDRESS or --server");
+    });
     AddCredentials(app, options.credentials);
     AddOutputForm(app, options.form);
 }

@@ -1,13 +1,19 @@
 #include "tools/krvadm/tool.h"
 
 #include "tools/common/command_line.h"
+#include "tools/journal/journal.h"
 
 namespace embedded::tools {
 
 int RunAdministration(const std::vector<std::string>& words, const Streams& streams) {
     CommandLine line("krvadm", "Manages real changers and their drives, and servers on other machines.");
     AddDiscover(line);
+    AddAttach(line);
+    AddStatus(line);
     AddInventory(line);
+    AddCheck(line);
+    AddJournal(line);
+    AddLibrary(line);
     AddServe(line);
     AddServers(line);
     return line.Run(words, streams);

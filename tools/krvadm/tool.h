@@ -26,7 +26,11 @@ class CommandLine;
 
 // Each defines the command of the file with the same name.
 void AddDiscover(CommandLine& line);
+void AddAttach(CommandLine& line);  // attach and detach
+void AddStatus(CommandLine& line);
 void AddInventory(CommandLine& line);
+void AddCheck(CommandLine& line);
+void AddLibrary(CommandLine& line);
 void AddServe(CommandLine& line);
 void AddServers(CommandLine& line);
 

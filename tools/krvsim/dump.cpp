@@ -5,7 +5,7 @@
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/farm_page/farm_page.h"
-#include "tools/krvsim/call_times.h"
+#include "tools/journal/call_times.h"
 #include "tools/krvsim/tool.h"
 #include "tools/library_reader/farm_copy.h"
 

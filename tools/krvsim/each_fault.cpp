@@ -8,7 +8,7 @@
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
 #include "tools/farm_diff/plan_text.h"
-#include "tools/krvsim/call_items.h"
+#include "tools/journal/call_items.h"
 #include "tools/krvsim/fault_request.h"
 
 namespace embedded::tools {

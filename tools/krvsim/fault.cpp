@@ -6,7 +6,7 @@
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/call_items.h"
+#include "tools/journal/call_items.h"
 #include "tools/krvsim/fault_request.h"
 #include "tools/krvsim/tool.h"
 
@@ -40,7 +40,7 @@ void Add(const AddOptions& options, const Streams& streams) {
     const FaultRequest& fault = options.fault;
     RequireValid(fault);
     (void)FunctionOf(fault.function);
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
     int64_t id = 0;
     InTransaction(*database, [&] { id = AddFaultTo(*database, fault); });
     streams.out << "Added fault " << id << ".\n";
@@ -72,7 +72,7 @@ std::string EffectText(const Fault& fault) {
 }
 
 void List(const ListOptions& options, const Streams& streams) {
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
     TextTable table({"Fault", "Function", "Item", "When", "Effect", "Calls", "Hits"});
     Statement row(*database, kFaults);
     while (row.Next()) {
@@ -90,7 +90,7 @@ void List(const ListOptions& options, const Streams& streams) {
 }
 
 void Clear(const ClearOptions& options, const Streams& streams) {
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
     int64_t cleared = 0;
     InTransaction(*database, [&] {
         for (const int64_t fault : options.faults) {

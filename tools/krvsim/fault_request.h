@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "embedded/store/database.h"
-#include "tools/krvsim/call_items.h"
+#include "tools/journal/call_items.h"
 
 namespace embedded::tools {
 

@@ -5,7 +5,7 @@
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/call_items.h"
+#include "tools/journal/call_items.h"
 #include "tools/krvsim/new_media.h"
 #include "tools/krvsim/tool.h"
 
@@ -67,7 +67,7 @@ void Load(const LoadOptions& options, const Streams& streams) {
     if (given == 0) throw UsageFailure("--type, --from-export or --volume is required");
     if (given > 1) throw UsageFailure("--type, --from-export and --volume exclude each other");
     RequireShortLabels(options.media);
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
     int64_t loaded = 0;
     int64_t waiting = 0;
     InTransaction(*database, [&] {
@@ -91,7 +91,7 @@ void Load(const LoadOptions& options, const Streams& streams) {
 }
 
 void Unload(const UnloadOptions& options, const Streams& streams) {
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
     int64_t unloaded = 0;
     InTransaction(*database, [&] {
         std::vector<int32_t> jukeboxes;

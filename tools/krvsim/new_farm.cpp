@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "embedded/farms/farm_writer.h"
+#include "embedded/farms/servers.h"
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
 #include "embedded/store/database.h"
@@ -45,11 +46,13 @@ void AddForceOption(CLI::App& command, Existing& existing) {
 
 void RequireRoom(const std::string& server, Existing existing) {
     MakeFarmFolder();
-    if (existing == Existing::Replace) return;
     const std::filesystem::path path = FarmPath(server);
     std::error_code ignored;
-    if (std::filesystem::exists(path, ignored) && OpenFarmAt(path) != nullptr)
-        throw ToolFailure(HasFarmText(server, path));
+    if (!std::filesystem::exists(path, ignored)) return;
+    const std::unique_ptr<Database> database = OpenFarmAt(path);
+    if (database == nullptr) return;
+    RequireSimulated(*database, server);
+    if (existing == Existing::Keep) throw ToolFailure(HasFarmText(server, path));
 }
 
 void MakeFarm(const std::string& server, Existing existing, const FillFarm& write) {
@@ -66,6 +69,7 @@ void MakeFarm(const std::string& server, Existing existing, const FillFarm& writ
         isNew = true;
     });
     if (isNew) return;
+    RequireSimulated(*database, server);
     if (existing == Existing::Keep) throw ToolFailure(HasFarmText(server, database->GetFile()));
     database->StartWaiting();
     InTransaction(*database, [&] { ReplaceFarm(*database, server, fill); });

@@ -3,7 +3,7 @@
 #include "embedded/farms/servers.h"
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
-#include "tools/krvsim/call_times.h"
+#include "tools/journal/call_times.h"
 #include "tools/krvsim/tool.h"
 
 namespace embedded::tools {
@@ -18,7 +18,7 @@ struct RealTimeOptions {
 };
 
 void RealTime(const RealTimeOptions& options, const Streams& streams) {
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
     if (options.task != Task::Show) {
         const std::string profile =
             options.task == Task::SwitchOn ? RealTimeProfile(options.profile) : std::string();

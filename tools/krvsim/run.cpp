@@ -11,7 +11,7 @@
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/call_items.h"
+#include "tools/journal/call_items.h"
 #include "tools/krvsim/each_fault.h"
 #include "tools/krvsim/fault_request.h"
 #include "tools/krvsim/new_farm.h"
@@ -54,7 +54,7 @@ void AddWaiting(Database& database, const std::string& text) {
 
 void MakeCopy(const RunOptions& options, const PrivateCopy& copy, const Streams& streams) {
     if (options.source.library.empty()) {
-        CopyFarm(*OpenServer(options.server), copy.GetFarm());
+        CopyFarm(*OpenSimulatedServer(options.server), copy.GetFarm());
         return;
     }
     const FarmCopy read = CopyFarm(options.source, streams);

@@ -47,7 +47,7 @@ void Remove(const std::filesystem::path& file) {
 
 void Take(const SnapshotOptions& options, const Streams& streams) {
     const std::filesystem::path file = SnapshotPath(options.server, options.name);
-    const std::unique_ptr<Database> database = OpenServer(options.server);
+    const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
     std::filesystem::path copy = file;
     // The old snapshot stays until the new one is complete.
     if (options.force) copy += ".next";

@@ -1,6 +1,7 @@
 #include "tools/krvsim/tool.h"
 
 #include "tools/common/command_line.h"
+#include "tools/journal/journal.h"
 
 namespace embedded::tools {
 namespace {

@@ -21,7 +21,6 @@ void AddGenerate(CommandLine& line);
 void AddClone(CommandLine& line);
 void AddLoad(CommandLine& line);  // load and unload
 void AddFault(CommandLine& line);
-void AddJournal(CommandLine& line);
 void AddRealTime(CommandLine& line);
 void AddCheck(CommandLine& line);
 void AddRun(CommandLine& line);

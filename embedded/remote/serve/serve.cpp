@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "embedded/farms/servers.h"
+#include "embedded/mechanics/robot_lock.h"
 #include "embedded/model/refusal.h"
 #include "embedded/remote/protocol/fields.h"
 #include "embedded/remote/protocol/frame.h"
@@ -159,6 +160,7 @@ class Server {
         const auto number = fields.Number<uint64_t>();
         RequireRights(server);
         const std::unique_ptr<Database> database = OpenServer(server);
+        const auto robots = StopRobots(*database);  // a change in progress is recorded first
         database->StartWaiting();
         return SettleChange(*database, {client, number});
     }

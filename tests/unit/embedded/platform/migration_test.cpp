@@ -33,7 +33,7 @@ class Migration : public FarmFixture {
 TEST_F(Migration, FarmOfTheFirstReleaseKeepsAllThatItHolds) {
     Client client("old");
     ASSERT_TRUE(client.GetOpening().ok) << Describe(client.GetOpening());
-    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 3);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 4);
     EXPECT_EQ(client.Volumes(), (std::vector<uint32_t>{7, 8, 9}));
     EXPECT_EQ(client.LabelOf(7), "Sales 2004");
     std::vector<std::string> aspects;
@@ -53,6 +53,29 @@ TEST_F(Migration, FarmOfTheFirstReleaseCanBeActedOn) {
     EXPECT_EQ(ReadNumber(m_farm, "SELECT count(*) FROM odd_state"), 0);
 }
 
+TEST_F(Migration, FarmOfTheThirdVersionKeepsItsTimesAndStaysSimulated) {
+    ChangeFarm(m_farm, R"sql(
+        CREATE TABLE odd_state (volume INTEGER PRIMARY KEY, state INTEGER NOT NULL) STRICT;
+        ALTER TABLE journal ADD COLUMN medium_type INTEGER;
+        ALTER TABLE journal ADD COLUMN medium_slot INTEGER;
+        ALTER TABLE journal ADD COLUMN medium_sides INTEGER;
+        ALTER TABLE journal ADD COLUMN certified INTEGER;
+        ALTER TABLE server ADD COLUMN real_time TEXT NOT NULL DEFAULT '';
+        CREATE TABLE busy_jukebox (jukebox INTEGER PRIMARY KEY, until INTEGER NOT NULL) STRICT;
+        INSERT INTO busy_jukebox VALUES (3, 17);
+        UPDATE server SET real_time = 'default';
+        PRAGMA user_version = 3;
+    )sql");
+    Client client("old");
+    ASSERT_TRUE(client.GetOpening().ok) << Describe(client.GetOpening());
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 4);
+    EXPECT_EQ(client.Volumes(), (std::vector<uint32_t>{7, 8, 9}));
+    EXPECT_EQ(ReadText(m_farm, "SELECT real_time FROM server"), "default");
+    EXPECT_EQ(ReadNumber(m_farm, "SELECT until FROM busy_jukebox WHERE jukebox = 3"), 17);
+    EXPECT_EQ(ReadNumber(m_farm, "SELECT kind FROM server"), 0);
+    EXPECT_EQ(ReadNumber(m_farm, "SELECT count(*) FROM changer"), 0);
+}
+
 TEST_F(Migration, ManyAtOnceBringAFarmForwardOnce) {
     std::vector<std::unique_ptr<ChildProcess>> children;
     children.reserve(8);
@@ -64,7 +87,7 @@ TEST_F(Migration, ManyAtOnceBringAFarmForwardOnce) {
     }
     for (auto& child : children)
         EXPECT_EQ(child->Wait(), 0);
-    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 3);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 4);
     EXPECT_EQ(ReadNumber(m_farm, "SELECT count(*) FROM odd_state"), 1);
 }
 

@@ -9,9 +9,9 @@
 #include "tools/common/command_line.h"
 #include "tools/common/long_task.h"
 #include "tools/common/plain_text.h"
-#include "tools/krvsim/call_items.h"
-#include "tools/krvsim/call_times.h"
-#include "tools/krvsim/tool.h"
+#include "tools/journal/call_items.h"
+#include "tools/journal/call_times.h"
+#include "tools/journal/journal.h"
 
 namespace embedded::tools {
 namespace {

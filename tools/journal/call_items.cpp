@@ -1,4 +1,4 @@
-#include "tools/krvsim/call_items.h"
+#include "tools/journal/call_items.h"
 
 #include <charconv>
 #include <limits>

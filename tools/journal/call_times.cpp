@@ -1,4 +1,4 @@
-#include "tools/krvsim/call_times.h"
+#include "tools/journal/call_times.h"
 
 #include <filesystem>
 #include <fstream>
@@ -8,7 +8,7 @@
 #include "embedded/simulated/durations/deadline.h"
 #include "embedded/simulated/real_time.h"
 #include "embedded/store/statement.h"
-#include "tools/krvsim/call_items.h"
+#include "tools/journal/call_items.h"
 
 namespace embedded::tools {
 namespace {

@@ -1,0 +1,210 @@
+#include "embedded/attached/jukebox/scsi_jukebox.h"
+
+#include <algorithm>
+
+#include "embedded/attached/base/device_text.h"
+#include "embedded/attached/changer/inventory.h"
+#include "embedded/attached/device/identity.h"
+#include "embedded/attached/disc/disc.h"
+#include "embedded/attached/jukebox/credentials.h"
+#include "embedded/attached/scsi/medium_control.h"
+#include "embedded/attached/scsi/sense.h"
+#include "embedded/attached/scsi/sense_meanings.h"
+#include "embedded/attached/transport/open_transport.h"
+#include "embedded/model/refusal.h"
+
+namespace embedded::attached {
+namespace {
+
+constexpr std::chrono::minutes kInventoryLimit{30};
+
+[[noreturn]] void Throw(const Error& error) {
+    throw Refuse(Code::DeviceTrouble, {error.text});
+}
+
+template <typename Value>
+Value Required(Result<Value> result) {
+    if (!result) Throw(result.GetError());
+    return std::move(*result);
+}
+
+// /dev/sg3 may be another device after the next start of the machine.
+void RequireSameDevice(Device& device, const DeviceAddress& expected) {
+    const Identity identity = Required(ReadIdentity(device));
+    if (expected.serialNumber.empty() || identity.serialNumber == expected.serialNumber) return;
+    throw Refuse(Code::DeviceTrouble,
+                 {device.GetName() + " is no longer at " + expected.address +
+                  ": there is a device with the serial number \"" + Printable(identity.serialNumber) +
+                  "\" instead of \"" + Printable(expected.serialNumber) + "\"; attach it again"});
+}
+
+std::unique_ptr<Device> OpenDevice(const DeviceAddress& address, const IscsiLogin& login, std::string name) {
+    auto transport = OpenTransport(address.address, login);
+    if (!transport) Throw({ErrorKind::Unreachable, name + ": " + transport.GetError().text, {}});
+    auto device = std::make_unique<Device>(std::move(*transport), std::move(name));
+    RequireSameDevice(*device, address);
+    return device;
+}
+
+ElementState StateOf(const Element& element) {
+    ElementState state;
+    state.kind = static_cast<ElementKind>(element.type);
+    state.address = element.address;
+    state.isFull = element.isFull;
+    state.isInverted = element.isInverted;
+    state.tag = element.isFull ? element.volumeTag : "";
+    if (element.isFull) state.source = element.source;
+    if (element.isException) {
+        // The codes are those of sense data, whose key is that of a device that is not ready.
+        state.trouble = SenseSentence("it", {sense_key::kNotReady, element.asc, element.ascq});
+    }
+    return state;
+}
+
+class ScsiJukebox : public PhysicalJukebox {
+  public:
+    explicit ScsiJukebox(const JukeboxAddress& address)
+        : m_address(address),
+          m_login(Required(ReadCredentials(address.credentials))),
+          m_changer(OpenDevice(address.changer, m_login, "The changer of jukebox \"" + address.name + '"')),
+          m_geometry(Required(ReadGeometry(*m_changer))),
+          m_drives(address.drives.size()) {}
+
+    std::vector<ElementState> LookAtElements() override {
+        const Inventory inventory = Required(ReadInventory(*m_changer, m_geometry));
+        std::vector<ElementState> states;
+        for (const auto* part :
+             {&inventory.pickers, &inventory.slots, &inventory.mailSlots, &inventory.drives}) {
+            for (const Element& element : *part)
+                states.push_back(StateOf(element));
+        }
+        return states;
+    }
+
+    void TakeInventory() override {
+        // What has changed is seen right after it.
+        auto done = m_changer->Do(InitializeElementStatus(), kInventoryLimit);
+        if (!done && done.GetError().kind == ErrorKind::Attention) {
+            done = m_changer->Do(InitializeElementStatus(), kInventoryLimit);
+        }
+        (void)Required(std::move(done));
+    }
+
+    void MoveMedium(const MediumMove& move) override {
+        RequireElement(move.source);
+        RequireElement(move.destination);
+        Result<Nothing> done = Send(move);
+        if (!done && done.GetError().kind == ErrorKind::Attention && IsStillPossible(move)) done = Send(move);
+        if (!done && IsHeldByDrive(done.GetError()) && Eject(move.source)) done = Send(move);
+        (void)Required(std::move(done));
+    }
+
+    SideReading ReadSide(int32_t drive) override {
+        const DiscDescription disc = Required(ReadDisc(GetDrive(drive)));
+        SideReading reading;
+        reading.mediumType = disc.mediumType;
+        reading.content = RecordedContent(disc.content);
+        reading.finalization = disc.finalization;
+        reading.isSequential = disc.isSequential;
+        reading.fileSystem = disc.fileSystem;
+        reading.label = disc.label;
+        reading.uuid = disc.uuid;
+        reading.total = disc.totalBytes;
+        reading.free = disc.totalBytes - std::min(disc.usedBytes, disc.totalBytes);
+        return reading;
+    }
+
+    SideChange FormatSide(int32_t drive, const SideFormat& format) override {
+        return ChangeOf(FormatDisc(GetDrive(drive), {format.label, "", format.isSequential}));
+    }
+    SideChange EraseSide(int32_t drive) override {
+        return ChangeOf(EraseDisc(GetDrive(drive), EraseExtent::Whole));
+    }
+    SideChange FinalizeSide(int32_t drive) override { return ChangeOf(FinalizeDisc(GetDrive(drive))); }
+
+    bool CanWrite(int32_t drive, uint32_t mediumType) override {
+        const std::vector<uint32_t> types = Required(ReadWritableTypes(GetDrive(drive)));
+        return std::ranges::find(types, mediumType) != types.end();
+    }
+
+  private:
+    static SideChange ChangeOf(const ChangeResult& result) {
+        SideChange change;
+        change.side = static_cast<embedded::SideAfter>(result.side);
+        if (result.error) change.trouble = result.error->text;
+        return change;
+    }
+
+    void RequireElement(uint16_t address) const {
+        const ElementAddresses& known = m_geometry.addresses;
+        for (const ElementRange& range : {known.pickers, known.slots, known.mailSlots, known.drives}) {
+            if (range.Contains(address)) return;
+        }
+        throw Refuse(Code::DeviceTrouble,
+                     {m_changer->GetName() + " has no element " + std::to_string(address)});
+    }
+
+    Result<Nothing> Send(const MediumMove& move) {
+        const attached::Turning turning =
+            move.turning == embedded::Turning::Invert ? attached::Turning::Invert : attached::Turning::Keep;
+        return m_changer->Do(embedded::attached::MoveMedium({0, move.source, move.destination, turning}),
+                             m_address.moveLimit);
+    }
+
+    // After something has changed: whether the source is still full and the destination empty.
+    bool IsStillPossible(const MediumMove& move) {
+        bool isSourceFull = false;
+        bool isDestinationEmpty = false;
+        for (const ElementState& element : LookAtElements()) {
+            if (element.address == move.source) isSourceFull = element.isFull;
+            if (element.address == move.destination) isDestinationEmpty = !element.isFull;
+        }
+        return isSourceFull && isDestinationEmpty;
+    }
+
+    static bool IsHeldByDrive(const Error& error) {
+        constexpr uint8_t kLoadOrEjectFailed = 0x53;
+        return error.sense && error.sense->asc == kLoadOrEjectFailed;
+    }
+
+    // Some drives hold on to a medium until they are told to give it away. False when the element is no drive
+    // that can be told.
+    bool Eject(uint16_t element) {
+        const ElementRange& drives = m_geometry.addresses.drives;
+        const auto number = static_cast<size_t>(element - drives.first);
+        if (!drives.Contains(element) || number >= m_drives.size()) return false;
+        if (m_address.drives[number].address.empty()) return false;
+        Device& drive = GetDrive(static_cast<int32_t>(number));
+        (void)drive.WaitUntilReady(std::chrono::seconds(1));
+        const auto allowed = drive.Do(PreventAllowMediumRemoval(Removal::Allow), Device::kUsualLimit);
+        const auto ejected =
+            drive.Do(StartStopUnit(UnitAction::Eject, Answer::WhenDone), std::chrono::minutes(2));
+        return allowed && ejected;
+    }
+
+    Device& GetDrive(int32_t number) {
+        const auto index = static_cast<size_t>(number);
+        const std::string name =
+            "Drive " + std::to_string(number + 1) + " of jukebox \"" + m_address.name + '"';
+        if (index >= m_drives.size() || m_address.drives[index].address.empty()) {
+            throw Refuse(Code::DeviceTrouble, {name + " has no address; attach the jukebox with --drive"});
+        }
+        auto& drive = m_drives[index];
+        if (drive == nullptr) drive = OpenDevice(m_address.drives[index], m_login, name);
+        return *drive;
+    }
+
+    JukeboxAddress m_address;
+    IscsiLogin m_login;
+    std::unique_ptr<Device> m_changer;
+    Geometry m_geometry;
+    std::vector<std::unique_ptr<Device>> m_drives;
+};
+
+}  // namespace
+
+std::unique_ptr<PhysicalJukebox> OpenScsiJukebox(const JukeboxAddress& address) {
+    return std::make_unique<ScsiJukebox>(address);
+}
+
+}  // namespace embedded::attached
