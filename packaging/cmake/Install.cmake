@@ -1,6 +1,7 @@
 # Where `cmake --install` puts the files, in three components:
 #   krvcmd        the program, its manual page, completion and guides
-#   simulator     the client library with the simulated farm, and krvsim
+#   simulator     the client library with the simulated farm, and krvsim; what reaches real jukeboxes: krvadm, and the
+#                 module that the client library loads
 #   development   the files for authors of client libraries and of programs that call them
 include(GNUInstallDirs)
 
@@ -36,7 +37,9 @@ if(TARGET krvsim)
   install(TARGETS krvsim RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
 endif()
 if(TARGET krvadm)
-  install(TARGETS krvadm RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
+  install(TARGETS krvadm krvJukebox64
+    RUNTIME DESTINATION "${program_dir}" COMPONENT simulator
+    LIBRARY DESTINATION "${library_dir}" COMPONENT simulator)
 endif()
 
 # The guides link to each other, so they are in one folder.
@@ -57,6 +60,7 @@ if(WIN32)
   return()
 endif()
 
+install(FILES "${CMAKE_SOURCE_DIR}/docs/real-jukebox.md" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
 install(FILES "${completion}/krvcmd.bash" RENAME krvcmd
   DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT krvcmd)
 install(FILES "${completion}/_krvcmd" DESTINATION "${KRVCMD_ZSH_COMPLETION_DIR}" COMPONENT krvcmd)

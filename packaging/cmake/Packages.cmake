@@ -55,8 +55,8 @@ can rehearse any script.
 Another client library of the same name takes precedence if it is in /usr/lib,
 in /usr/local/lib or in a folder of LD_LIBRARY_PATH.")
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_SHLIBDEPS ON)
-# Servers on other machines are reached through ssh.
-set(CPACK_DEBIAN_SIMULATOR_PACKAGE_RECOMMENDS openssh-client)
+# Servers on other machines are reached through ssh; real discs are formatted with mkudffs.
+set(CPACK_DEBIAN_SIMULATOR_PACKAGE_RECOMMENDS "openssh-client, udftools")
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_PROVIDES libkrvsdk64)
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_ENHANCES krvcmd)
 set(CPACK_DEBIAN_SIMULATOR_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/packaging/debian/triggers")

@@ -23,6 +23,7 @@ PROGRAM = {
     "share/doc/krvcmd/fleet.md",
     "share/doc/krvcmd/remote-servers.md",
     "share/doc/krvcmd/remote-protocol.md",
+    "share/doc/krvcmd/real-jukebox.md",
     "share/doc/krvcmd/rehearse-a-script.md",
     "share/doc/krvcmd/krvsim.md",
     "share/doc/krvcmd/durations.md",
@@ -32,6 +33,7 @@ PROGRAM = {
 DEVELOPMENT = {"include/krv_sdk.h", "share/man/man3/krv-sdk.3", "share/doc/krvcmd-dev/examples/krv-sdk-example.c"}
 SIMULATOR = {
     f"{LIBRARY_DIR}/libkrvSdk64.so",
+    f"{LIBRARY_DIR}/libkrvJukebox64.so",
     "bin/krvadm",
     "bin/krvsim",
     "share/man/man1/krvadm.1",
@@ -99,7 +101,7 @@ class InstallTree(unittest.TestCase):
                            PATH=f"{home}/bin{os.pathsep}{os.environ['PATH']}")
         subprocess.run(["bash", "-c", line], cwd=home, env=environment, check=True, stdout=subprocess.DEVNULL)
         self.assertEqual((home / "built").read_text(),
-                         "--target krvcmd krvSdk64 krvsim krvadm krvcmd_manual krvcmd_completion -- --quiet\n")
+                         "--target krvcmd krvSdk64 krvsim krvadm krvJukebox64 krvcmd_manual krvcmd_completion -- --quiet\n")
         self.assertEqual({path.relative_to(self.prefix).as_posix() for path in self.prefix.rglob("*") if path.is_file()},
                          PROGRAM | SIMULATOR | DEVELOPMENT)
         self.assertEqual(self.run_installed("krvcmd", "query", "drives", "D", "1", "J@8", "notable", "columns=d")[0], 0)
