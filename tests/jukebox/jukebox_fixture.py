@@ -1,5 +1,6 @@
 """An emulated jukebox, and the programs on a state folder of their own."""
 import os
+import re
 import shutil
 import subprocess
 import sys
@@ -77,9 +78,9 @@ class JukeboxTest(unittest.TestCase):
 
     def blkid(self, disc):
         """Type and label of a disc's file, by blkid."""
-        done = subprocess.run(["blkid", "-p", "-o", "export", self.jukebox.disc(disc)], text=True,
-                              capture_output=True, env={**os.environ, "PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"})
-        return dict(line.split("=", 1) for line in done.stdout.splitlines() if "=" in line)
+        done = subprocess.run(["blkid", "-p", self.jukebox.disc(disc)], text=True, capture_output=True,
+                              env={**os.environ, "PATH": os.environ["PATH"] + ":/usr/sbin:/sbin"})
+        return dict(re.findall(r'(\w+)="([^"]*)"', done.stdout))
 
 
 def main():

@@ -57,7 +57,7 @@ class Moves(JukeboxTest):
         before = self.jukebox.elements()
         self.cmd("scan", "J", "Tower", "S1-3")
         self.assertEqual(self.jukebox.elements(), before)
-        labels = [row[0] for row in self.rows("volumes", "J", "Tower", "columns=L", "sort=I")]
+        labels = [row[0] for row in self.rows("volumes", "J", "Tower", "columns=l", "sort=I")]
         self.assertEqual(labels, [self.blkid(f"D00000{number}")["LABEL"] for number in (1, 2, 3)])
         self.assertEqual([row[0] for row in self.rows("slots", "J", "Tower", "columns=o")][:3], ["active"] * 3)
         self.check()
@@ -65,9 +65,9 @@ class Moves(JukeboxTest):
     def test_scan_keeps_the_volume_that_it_knows(self):
         self.attach()
         self.cmd("scan", "J", "Tower", "S1")
-        before = self.rows("volumes", "J", "Tower", "columns=IL")
+        before = self.rows("volumes", "J", "Tower", "columns=Il")
         self.cmd("scan", "J", "Tower", "S1")
-        self.assertEqual(self.rows("volumes", "J", "Tower", "columns=IL"), before)
+        self.assertEqual(self.rows("volumes", "J", "Tower", "columns=Il"), before)
 
     def test_scan_of_an_empty_slot_is_code_501(self):
         self.attach()
@@ -89,7 +89,7 @@ class Writing(JukeboxTest):
         self.cmd("format", "J", "Tower", "S2", ".A", "label=Sales 2026")
         found = self.blkid("D000002")
         self.assertEqual((found["TYPE"], found["LABEL"]), ("udf", "Sales 2026"))
-        self.assertEqual(self.rows("volumes", "J", "Tower", "columns=L"), [["Sales 2026"]])
+        self.assertEqual(self.rows("volumes", "J", "Tower", "columns=l"), [["Sales 2026"]])
         self.assertEqual(self.jukebox.elements(), {SLOT: "D000001", SLOT + 1: "D000002"})
         self.check()
 

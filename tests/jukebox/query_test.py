@@ -13,22 +13,22 @@ class Queries(JukeboxTest):
     def test_find_discs_that_were_moved_by_hand(self):
         self.attach()
         self.cmd("scan", "J", "Tower", "S1")
-        volume, = self.rows("volumes", "J", "Tower", "columns=Il")
+        volume, = self.rows("volumes", "J", "Tower", "columns=IL")
         self.assertEqual(volume[1], r"Tower\1.A")
         self.jukebox.run("remove", SLOT)
         self.jukebox.run("insert", SLOT + 5, "D000001")
-        self.assertEqual(self.rows("volumes", "J", "Tower", "columns=Il"), [[volume[0], r"Tower\6.A"]])
+        self.assertEqual(self.rows("volumes", "J", "Tower", "columns=IL"), [[volume[0], r"Tower\6.A"]])
         self.check()
 
     def test_keep_volumes_that_are_taken_out_and_know_them_when_they_come_back(self):
         self.attach()
         self.cmd("scan", "J", "Tower", "S1")
-        before = self.rows("volumes", "V", "@1", "columns=ILo")
+        before = self.rows("volumes", "V", "@1", "columns=Ilo")
         self.jukebox.run("remove", SLOT)
-        away, = self.rows("volumes", "V", "@1", "columns=ILo")
+        away, = self.rows("volumes", "V", "@1", "columns=Ilo")
         self.assertEqual(away[2], "offline")
         self.jukebox.run("insert", SLOT + 7, "D000001")
-        self.assertEqual(self.rows("volumes", "V", "@1", "columns=ILo"), before)
+        self.assertEqual(self.rows("volumes", "V", "@1", "columns=Ilo"), before)
 
     def test_fail_when_the_changer_does_not_answer(self):
         self.attach()
