@@ -10,8 +10,8 @@
 
 namespace embedded {
 
-// What a caller wants of a format. Without a label the volume keeps the one that it has. Certifying only takes
-// time, on simulated media.
+// What a caller wants of a format. Without a label the volume keeps the one that it has. Certifying only
+// takes time, on simulated media.
 struct FormatWishes {
     std::string label;
     bool isSequential = false;

@@ -199,7 +199,8 @@ ScanResult ScanMedium(Database& database, const SideKey& key) {
         found = SlotState::ScanFailed;
         result.refusal = Refuse(Code::SideUnreadable, {"the medium in " + PlaceText(database, slot.place)});
     }
-    if (slot.medium.has_value()) result.change.medium = DrivenMedium(database, slot.place, *slot.medium, key.side);
+    if (slot.medium.has_value())
+        result.change.medium = DrivenMedium(database, slot.place, *slot.medium, key.side);
     if (found != slot.state) {
         SetSlotState(database, slot.place, found);
         result.change.words = ScanText(database, slot);

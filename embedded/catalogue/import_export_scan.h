@@ -28,8 +28,8 @@ std::string ExportText(Database& database, const Transfer& transfer);
 std::string ScanText(Database& database, const Slot& slot);
 
 // In a simulated jukebox a medium is where the catalogue says, and on it is what the catalogue says. Each of
-// these calls runs in the caller's transaction, returns what it changed, for the journal, and throws a Refusal
-// when it changes nothing.
+// these calls runs in the caller's transaction, returns what it changed, for the journal, and throws a
+// Refusal when it changes nothing.
 
 // Moves the next medium of the import station into the slot, or into the first empty slot of the
 // magazine or jukebox when the key names no slot, reads it and brings its volumes on-line.

@@ -13,8 +13,8 @@ struct ServiceState {
     int64_t epoch = 0;         // grows with every start; sessions of an older one are over
     int64_t journalLimit = 0;  // the calls that the journal keeps; 0 = there is no journal
     int64_t faultCount = 0;
-    bool isRealTime = false;   // calls that handle a medium take as long as on a real jukebox
-    bool isAttached = false;   // to real jukeboxes
+    bool isRealTime = false;  // calls that handle a medium take as long as on a real jukebox
+    bool isAttached = false;  // to real jukeboxes
 };
 
 ServiceState ReadServiceState(Database& database);

@@ -18,7 +18,7 @@ OpenJukeboxFunction* FindOpenFunction(const std::string& server) {
     std::error_code ignored;
     if (!std::filesystem::exists(file, ignored)) {
         throw Refuse(Code::NoJukeboxModule,
-                     {server, PathText(file) + " is missing; install the package krvcmd-jukebox"});
+                     {server, PathText(file) + " is missing; install the package krvcmd-simulator again"});
     }
     try {
         // Never unloaded: the jukeboxes that it makes need its code.
@@ -26,7 +26,7 @@ OpenJukeboxFunction* FindOpenFunction(const std::string& server) {
         if (auto* open = s_module->Find<OpenJukeboxFunction>(kOpenJukeboxFunction)) return open;
     } catch (const std::runtime_error& failure) {
         throw Refuse(Code::NoJukeboxModule,
-                     {server, std::string(failure.what()) + "; install the package krvcmd-jukebox again"});
+                     {server, std::string(failure.what()) + "; install the package krvcmd-simulator again"});
     }
     throw Refuse(Code::NoJukeboxModule, {server, PathText(file) + " does not belong to this version"});
 }

@@ -137,7 +137,7 @@ constexpr CodeInfo kCodes[] = {
     {Code::RobotBusy, "The robot of jukebox \"<jukebox>\" has been busy for <minutes> minutes.",
      "Another process moves media of a real jukebox and does not end."},
     {Code::NoJukeboxModule, "Server \"<server>\" is attached to real jukeboxes, which cannot be reached: <reason>.",
-     "The package krvcmd-jukebox is missing, or the system is not Linux."},
+     "The module `libkrvJukebox64.so` is missing beside the client library, or the system is not Linux."},
     {Code::NotSimulated, "Server \"<server>\" is attached to real jukeboxes; this works on simulated ones only.",
      "Faults, loading and replacing of an attached farm with krvsim."},
     {Code::UnexpectedPlace, "The medium is not in <place> after its move.",

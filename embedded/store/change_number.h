@@ -17,11 +17,12 @@ struct ChangeNumber {
 // not be made.
 void KeepChangeNumber(Database& database, const ChangeNumber& number);
 
-// Refuses a number that is used or settled, and keeps nothing: for a change that begins before its transaction.
+// Refuses a number that is used or settled, and keeps nothing: for a change that begins before its
+// transaction.
 void RequireNewNumber(Database& database, const ChangeNumber& number);
 
-// Whether the change was made. One that was not is never made from now on. In a transaction of its own. The caller
-// stops the robots of real jukeboxes first, so that no change is in progress.
+// Whether the change was made. One that was not is never made from now on. In a transaction of its own. The
+// caller stops the robots of real jukeboxes first, so that no change is in progress.
 bool SettleChange(Database& database, const ChangeNumber& number);
 
 }  // namespace embedded
