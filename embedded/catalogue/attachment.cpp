@@ -10,7 +10,8 @@ namespace {
 
 constexpr Sql kMarkAttached = R"sql(UPDATE server SET kind = 1 WHERE id = 1)sql";
 constexpr Sql kAddChanger = R"sql(
-    INSERT INTO changer (jukebox, address, serial, credentials, move_limit) VALUES (?1, ?2, ?3, ?4, ?5)
+    INSERT INTO changer (jukebox, address, serial, credentials, move_limit, reservation_key)
+    VALUES (?1, ?2, ?3, ?4, ?5, ?6)
 )sql";
 constexpr Sql kAddDrive = R"sql(
     INSERT INTO drive_device (jukebox, number, address, serial) VALUES (?1, ?2, ?3, ?4)
@@ -20,7 +21,7 @@ constexpr Sql kAddElement = R"sql(
 )sql";
 
 constexpr Sql kAddress = R"sql(
-    SELECT j.name, c.address, c.serial, c.credentials, c.move_limit
+    SELECT j.name, c.address, c.serial, c.credentials, c.move_limit, c.reservation_key
     FROM changer c CROSS JOIN jukebox j ON j.id = c.jukebox WHERE c.jukebox = ?1
 )sql";
 constexpr Sql kDriveAddresses = R"sql(
@@ -46,7 +47,7 @@ void RecordAttachment(Database& database, int32_t jukebox, const JukeboxAddress&
                       const ElementMap& elements) {
     Run(database, kMarkAttached);
     Run(database, kAddChanger, jukebox, address.changer.address, address.changer.serialNumber,
-        address.credentials, address.moveLimit.count());
+        address.credentials, address.moveLimit.count(), address.reservationKey);
     int32_t number = 0;
     for (const DeviceAddress& drive : address.drives)
         Run(database, kAddDrive, jukebox, number++, drive.address, drive.serialNumber);
@@ -81,6 +82,7 @@ JukeboxAddress ReadJukeboxAddress(Database& database, int32_t jukebox) {
     if (!row.Next()) throw Refuse(Code::NoJukebox, {std::to_string(jukebox)});
     row >> address.name >> address.changer.address >> address.changer.serialNumber >> address.credentials;
     address.moveLimit = std::chrono::seconds(row.Read<int64_t>());
+    row >> address.reservationKey;
     Statement drive(database, kDriveAddresses, jukebox);
     while (drive.Next()) {
         DeviceAddress& device = address.drives.emplace_back();

@@ -66,6 +66,15 @@ struct SideChange {
     std::string trouble;  // unless it is done
 };
 
+// Something that lasts while this lives.
+class Hold {
+  public:
+    Hold() = default;
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+    virtual ~Hold() = default;
+};
+
 // What happens physically in one jukebox: a changer with its drives. It knows elements and media, but neither
 // volumes nor names. Everything may take minutes. Failures are thrown as Refusals, whose texts tell the
 // operator what to do.
@@ -79,6 +88,10 @@ class PhysicalJukebox {
     // Which elements there are and what they hold; moves nothing. Pickers, slots, mail slots, drives, each
     // kind by address. An element that the changer counts but does not tell of is left out.
     virtual std::vector<ElementState> LookAtElements() = 0;
+
+    // While the result lives, no other host moves media. Refused when another host holds the changer; null
+    // when the changer cannot be held. The result may not outlive this object.
+    virtual std::unique_ptr<Hold> KeepOtherHostsAway() = 0;
 
     // Makes the changer look at its elements itself, barcodes included.
     virtual void TakeInventory() = 0;
@@ -106,6 +119,8 @@ struct JukeboxAddress {
     DeviceAddress changer;
     std::string credentials;  // a file; empty = none
     std::chrono::seconds moveLimit{300};
+    int64_t reservationKey =
+        0;  // who holds the changer, for other hosts; every process of a farm has the same
     std::vector<DeviceAddress> drives;
 };
 

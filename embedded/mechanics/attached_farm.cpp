@@ -1,6 +1,7 @@
 #include "embedded/mechanics/attached_farm.h"
 
 #include <algorithm>
+#include <thread>
 
 #include "embedded/catalogue/attachment.h"
 #include "embedded/catalogue/item_texts.h"
@@ -10,6 +11,10 @@ namespace {
 
 // How often a look is repeated that a move of another process went on beside.
 constexpr int kMostLooks = 20;
+
+// How long the robot of a process that died goes on moving, at most.
+constexpr std::chrono::minutes kLongestMove{1};
+constexpr std::chrono::milliseconds kMovePause{50};
 
 const ElementState* Find(const std::vector<ElementState>& elements, uint16_t address) {
     const auto found = std::ranges::find(elements, address, &ElementState::address);
@@ -27,6 +32,15 @@ std::vector<uint16_t> FullDrives(const std::vector<ElementState>& elements) {
         if (element.kind == ElementKind::Drive && element.isFull) full.push_back(element.address);
     }
     return full;
+}
+
+// Whether the medium of a move is seen where it was, where it goes to, or in the gripper.
+bool IsInSight(const std::vector<ElementState>& elements, const Intent& move) {
+    const auto isInGripper = [](const ElementState& element) {
+        return element.kind == ElementKind::Picker && element.isFull;
+    };
+    return IsFull(elements, move.source) || IsFull(elements, move.destination) ||
+           std::ranges::any_of(elements, isInGripper);
 }
 
 // Some changers cannot turn media: what they show as the other side is the same one.
@@ -61,16 +75,33 @@ void AttachedFarm::RequireOfCalls(std::function<void(Database&)> condition) {
 
 AttachedFarm::Lock AttachedFarm::WaitForRobot(int32_t jukebox) {
     const std::string name = NameOf(jukebox);
-    auto lock = std::make_shared<RobotLock>(m_access.file, jukebox);
-    lock->Wait(name);
+    auto turn = std::make_shared<Turn>(m_access.file, jukebox);
+    turn->lock.Wait(name);
     m_access.look(m_condition);
-    return lock;
+    turn->hold = Open(jukebox).KeepOtherHostsAway();
+    return turn;
 }
 
 AttachedFarm::Lock AttachedFarm::TryRobot(int32_t jukebox) {
-    auto lock = std::make_shared<RobotLock>(m_access.file, jukebox);
-    if (!lock->Try()) lock.reset();
-    return lock;
+    auto turn = std::make_shared<Turn>(m_access.file, jukebox);
+    if (!turn->lock.Try()) turn.reset();
+    return turn;
+}
+
+std::vector<ElementState> AttachedFarm::LookAfterUnfinishedMove(int32_t jukebox) {
+    std::optional<Intent> move;
+    m_access.look([&](Database& database) { move = FindIntent(database, jukebox); });
+    PhysicalJukebox& robot = Open(jukebox);
+    std::vector<ElementState> elements = robot.LookAtElements();
+    if (!move.has_value()) return elements;
+    // The medium may have arrived within the look.
+    if (IsFull(elements, move->source) && IsFull(elements, move->destination)) return robot.LookAtElements();
+    const auto deadline = std::chrono::steady_clock::now() + kLongestMove;
+    while (!IsInSight(elements, *move) && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(kMovePause);
+        elements = robot.LookAtElements();
+    }
+    return elements;
 }
 
 void AttachedFarm::LookAtAll() {
@@ -93,7 +124,8 @@ void AttachedFarm::LookAtAll() {
                     sighting.robot = Robot::AtRest;
                 }
             }
-            sighting.elements = Open(sighting.jukebox).LookAtElements();
+            sighting.elements = sighting.robot == Robot::Moving ? Open(sighting.jukebox).LookAtElements()
+                                                                : LookAfterUnfinishedMove(sighting.jukebox);
         }
         bool isUpToDate = true;
         bool isDisturbed = false;
@@ -131,7 +163,7 @@ std::vector<LoadedMedium> AttachedFarm::Settle(const Sighting& sighting) {
 
 std::vector<ElementState> AttachedFarm::PutRight(int32_t jukebox) {
     PhysicalJukebox& robot = Open(jukebox);
-    std::vector<ElementState> elements = robot.LookAtElements();
+    std::vector<ElementState> elements = LookAfterUnfinishedMove(jukebox);
     for (const LoadedMedium& medium : Settle({jukebox, elements, Robot::AtRest})) {
         if (medium.home == 0) continue;
         try {

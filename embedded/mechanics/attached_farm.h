@@ -57,11 +57,21 @@ class AttachedFarm {
     PhysicalJukebox& Open(int32_t jukebox);
 
   private:
-    using Lock = std::shared_ptr<RobotLock>;
+    // The robot of a jukebox is this process's: no other process of this farm moves media, and no other host.
+    struct Turn {
+        Turn(const std::filesystem::path& farm, int32_t jukebox) : lock(farm, jukebox) {}
+        RobotLock lock;
+        std::unique_ptr<Hold> hold;
+    };
+    using Lock = std::shared_ptr<Turn>;
 
     std::string NameOf(int32_t jukebox);
     Lock WaitForRobot(int32_t jukebox);
     Lock TryRobot(int32_t jukebox);
+
+    // What the elements hold, while no process moves anything. The robot of a process that died may still be
+    // on its way; its medium is waited for.
+    std::vector<ElementState> LookAfterUnfinishedMove(int32_t jukebox);
 
     // With the lock. Returns what the elements hold then.
     std::vector<ElementState> PutRight(int32_t jukebox);

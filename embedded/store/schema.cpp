@@ -193,6 +193,7 @@ CREATE TABLE busy_jukebox (
 // server.kind: 0 = simulated, 1 = attached to real jukeboxes. server.generation: of an attached server; grows
 //   before and after every move, so that a look at the elements that a move went on beside is found out.
 // changer.credentials: a file; empty = none. changer.move_limit: seconds.
+// changer.reservation_key: what the processes of this farm reserve the changer with; random, never 0.
 // element.kind: 1 = picker, 2 = slot, 3 = mail slot, 4 = drive. magazine and number: of slots; else magazine
 //   is 0. reported: whether the changer tells of the element; those of a magazine that was taken out are not.
 // known_medium: a medium of a real jukebox. While it is in a drive, `medium` names the slot that it goes home
@@ -208,7 +209,8 @@ CREATE TABLE changer (
   address TEXT NOT NULL,
   serial TEXT NOT NULL,
   credentials TEXT NOT NULL,
-  move_limit INTEGER NOT NULL
+  move_limit INTEGER NOT NULL,
+  reservation_key INTEGER NOT NULL
 ) STRICT;
 
 CREATE TABLE drive_device (

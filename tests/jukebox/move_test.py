@@ -93,6 +93,16 @@ class Writing(JukeboxTest):
         self.assertEqual(self.jukebox.elements(), {SLOT: "D000001", SLOT + 1: "D000002"})
         self.check()
 
+    def test_finalize_closes_a_disc(self):
+        self.attach()
+        self.cmd("format", "J", "Tower", "S2", ".A", "label=Sales", "sequential")
+        self.cmd("format", "J", "Tower", "S2", "finalize")
+        self.assertEqual(self.blkid("D000002")["LABEL"], "Sales")
+        again = self.run_program(KRVCMD, "quiet", "server=tower", "format", "J", "Tower", "S2", ".A", "label=x")
+        self.assertIn("closed", again.stdout + again.stderr)
+        self.assertEqual(self.blkid("D000002")["LABEL"], "Sales")
+        self.check()
+
     def test_format_refuses_a_disc_that_is_written_already(self):
         self.attach()
         with open(self.jukebox.disc("D000001"), "rb") as file:
@@ -110,6 +120,14 @@ class Rewritable(JukeboxTest):
         self.attach()
         self.cmd("format", "J", "Tower", "S1", ".A", "label=Sales")
         self.assertEqual(self.blkid("D000001")["LABEL"], "Sales")
+        self.cmd("format", "J", "Tower", "S1", "erase")
+        self.assertEqual(self.blkid("D000001"), {})
+        self.assertEqual(self.rows("volumes", "J", "Tower", "columns=I"), [])
+        self.check()
+
+    def test_format_replaces_a_file_system(self):
+        self.attach()
+        self.cmd("format", "J", "Tower", "S1", ".A", "label=Sales")
         self.cmd("format", "J", "Tower", "S1", ".A", "label=Again")
         self.assertEqual(self.blkid("D000001")["LABEL"], "Again")
         self.assertEqual(len(self.rows("volumes", "J", "Tower", "columns=I")), 1)

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <deque>
 #include <filesystem>
+#include <random>
 
 #include "embedded/attached/base/device_text.h"
 #include "embedded/attached/discovery/discovery.h"
@@ -105,6 +106,13 @@ FarmDevice DeviceOf(const FoundDevice& device) {
             {0, 0, 0}};
 }
 
+// Other hosts have other keys; 0 would be none.
+int64_t NewReservationKey() {
+    std::random_device random;
+    std::uniform_int_distribution<int64_t> keys(1);
+    return keys(random);
+}
+
 // What is going to be in the catalogue.
 struct Attachment {
     FarmJukebox jukebox;
@@ -154,6 +162,7 @@ Attachment Plan(const AttachOptions& options) {
     plan.address.name = jukebox.name;
     plan.address.changer = {options.changer, changer.device.identity.serialNumber};
     plan.address.credentials = credentials;
+    plan.address.reservationKey = NewReservationKey();
     plan.address.moveLimit = std::chrono::seconds(options.moveLimit);
     for (const auto& slots : plan.elements.magazines) {
         FarmMagazine& magazine = jukebox.magazines.emplace_back();

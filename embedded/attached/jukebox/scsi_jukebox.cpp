@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "embedded/attached/base/device_text.h"
+#include "embedded/attached/changer/changer_reservation.h"
 #include "embedded/attached/changer/inventory.h"
 #include "embedded/attached/device/identity.h"
 #include "embedded/attached/disc/disc.h"
@@ -61,6 +62,15 @@ ElementState StateOf(const Element& element) {
     return state;
 }
 
+class ReservationHold : public Hold {
+  public:
+    explicit ReservationHold(std::unique_ptr<ChangerReservation> reservation)
+        : m_reservation(std::move(reservation)) {}
+
+  private:
+    std::unique_ptr<ChangerReservation> m_reservation;
+};
+
 class ScsiJukebox : public PhysicalJukebox {
   public:
     explicit ScsiJukebox(const JukeboxAddress& address)
@@ -79,6 +89,13 @@ class ScsiJukebox : public PhysicalJukebox {
                 states.push_back(StateOf(element));
         }
         return states;
+    }
+
+    std::unique_ptr<Hold> KeepOtherHostsAway() override {
+        auto reservation =
+            Required(ChangerReservation::Take(*m_changer, static_cast<uint64_t>(m_address.reservationKey)));
+        if (reservation == nullptr) return nullptr;
+        return std::make_unique<ReservationHold>(std::move(reservation));
     }
 
     void TakeInventory() override {

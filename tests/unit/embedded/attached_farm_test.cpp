@@ -1,0 +1,362 @@
+// The calls on a real jukebox whose mechanics are a model: both sides, failures, crashes, other hosts.
+#include "embedded/mechanics/attached_farm.h"
+
+#include <optional>
+
+#include "embedded/catalogue/attachment.h"
+#include "embedded/catalogue/items.h"
+#include "embedded/farms/farm_writer.h"
+#include "embedded/model/refusal.h"
+#include "embedded/store/farm_file.h"
+#include "embedded/store/statement.h"
+#include "tests/unit/embedded/support/farm_fixture.h"
+#include "tests/unit/embedded/support/model_jukebox.h"
+
+namespace embedded_test {
+namespace {
+
+using embedded::AttachedFarm;
+using embedded::Code;
+using embedded::Content;
+using embedded::Database;
+using embedded::FarmAccess;
+using embedded::Recording;
+using embedded::Refusal;
+using embedded::SlotState;
+
+using Fault = Mechanics::Fault;
+
+constexpr int32_t kTower = 1;
+constexpr int32_t kSideA = 0;
+constexpr int32_t kSideB = 1;
+constexpr int32_t kBothSides = 2;
+constexpr uint16_t kFirst = Mechanics::kFirstSlot;
+
+SlotKey SlotAt(int32_t slot) {
+    return {sizeof(SlotKey), kTower, 0, slot};
+}
+
+SideKey SideAt(int32_t slot, int32_t side) {
+    return {sizeof(SideKey), kTower, 0, slot, side};
+}
+
+// A jukebox "Tower" that turns media over, with two drives, a mail slot and four slots.
+class AttachedFarmTest : public FarmFixture {
+  protected:
+    AttachedFarmTest() {
+        const embedded::ElementMap elements{{Mechanics::kPicker},
+                                            {{kFirst, kFirst + 1, kFirst + 2, kFirst + 3}},
+                                            {Mechanics::kMailSlot},
+                                            {Mechanics::kFirstDrive, Mechanics::kFirstDrive + 1}};
+        embedded::FarmJukebox tower;
+        tower.id = kTower;
+        tower.name = "Tower";
+        tower.doubleSided = true;
+        tower.drives.resize(2);
+        tower.magazines.resize(1);
+        tower.magazines.front().slotCount = 4;
+        embedded::JukeboxAddress address;
+        address.name = "Tower";
+        address.changer.address = "model";
+        address.drives = {{"drive 1", ""}, {"drive 2", ""}};
+        embedded::CreateFarm("tower", [&](Database& database) {
+            embedded::FarmWriter writer(database, "tower");
+            writer.AddJukebox(tower);
+            RecordAttachment(database, kTower, address, elements);
+            writer.Finish(true, 0);
+        });
+        m_database = embedded::OpenFarm("tower", {});
+        Restart();
+    }
+
+    // A new process of the service.
+    void Restart() {
+        FarmAccess access;
+        access.file = m_database->GetFile();
+        access.look = [this](const FarmAccess::Work& work) { work(*m_database); };
+        access.change = [this](const FarmAccess::Work& work) {
+            InTransaction(*m_database, [&] { work(*m_database); });
+        };
+        m_farm = std::make_unique<AttachedFarm>(
+            access, [this](const embedded::JukeboxAddress&) { return m_mechanics.Open(); });
+        m_farm->LookAtAll();
+    }
+
+    // A disc with one label a side; an empty label stands for a blank side.
+    void Put(uint16_t element, const std::string& tag, const std::vector<std::string>& labels) {
+        Mechanics::Disc disc{tag, {}, false, 0};
+        for (const std::string& label : labels)
+            disc.sides.push_back(label.empty() ? Mechanics::Blank() : Mechanics::Recorded(label));
+        m_mechanics.Put(element, std::move(disc));
+        m_farm->LookAtAll();
+    }
+
+    // A call with its recording; the code that it fails with.
+    std::optional<Code> Run(const std::function<Recording(AttachedFarm&)>& call) {
+        try {
+            const Recording record = call(*m_farm);
+            std::optional<Refusal> refusal;
+            InTransaction(*m_database, [&] { refusal = record(*m_database).refusal; });
+            if (refusal.has_value()) return static_cast<Code>(refusal->GetCode());
+            return std::nullopt;
+        } catch (const Refusal& refusal) {
+            return static_cast<Code>(refusal.GetCode());
+        }
+    }
+    std::optional<Code> Scan(int32_t slot, int32_t side) {
+        return Run([=](AttachedFarm& farm) { return farm.Scan(SideAt(slot, side)); });
+    }
+    std::optional<Code> Format(int32_t slot, int32_t side, const std::string& label) {
+        return Run([=](AttachedFarm& farm) {
+            return farm.Format(SideAt(slot, side), {label, false, false});
+        });
+    }
+
+    std::vector<std::string> Labels() {
+        return embedded::FindValues<std::string>(*m_database,
+                                                 R"sql(SELECT label FROM volume ORDER BY id)sql");
+    }
+    SlotState StateOf(int32_t slot) { return FindSlot(*m_database, {kTower, 0, slot}).state; }
+
+    // All that the catalogue knows: barcodes and places.
+    std::vector<std::string> Media() {
+        return embedded::FindValues<std::string>(*m_database, R"sql(
+            SELECT k.tag || CASE m.place WHEN 1 THEN ' in slot ' ELSE ' elsewhere ' END || m.slot
+            FROM medium m CROSS JOIN known_medium k ON k.medium = m.id ORDER BY m.id
+        )sql");
+    }
+    // The discs by element, with their barcodes.
+    std::map<uint16_t, std::string> Places() const {
+        std::map<uint16_t, std::string> places;
+        for (const auto& [element, disc] : m_mechanics.GetDiscs())
+            places[element] = disc.tag;
+        return places;
+    }
+    void ExpectAllSideAUp() const {
+        for (const auto& [element, disc] : m_mechanics.GetDiscs())
+            EXPECT_FALSE(disc.isUpsideDown) << disc.tag;
+    }
+    // The catalogue says where every disc is.
+    void ExpectAgreement() {
+        const auto seen = m_farm->Open(kTower).LookAtElements();
+        EXPECT_FALSE(Differs(*m_database, {kTower, seen, embedded::Robot::AtRest}));
+    }
+
+    Mechanics m_mechanics{2};
+    std::unique_ptr<Database> m_database;
+    std::unique_ptr<AttachedFarm> m_farm;
+};
+
+TEST_F(AttachedFarmTest, ReadsBothSidesAndBringsTheDiscHomeAsItWas) {
+    Put(kFirst, "A1", {"Front", "Back"});
+    EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
+    EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "Back"}));
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}}));
+    ExpectAllSideAUp();
+    ExpectAgreement();
+}
+
+TEST_F(AttachedFarmTest, ReadsOnlyTheSideThatIsNamed) {
+    Put(kFirst, "A1", {"Front", "Back"});
+    EXPECT_EQ(Scan(0, kSideB), std::nullopt);
+    EXPECT_EQ(Labels(), std::vector<std::string>{"Back"});
+    ExpectAllSideAUp();
+}
+
+TEST_F(AttachedFarmTest, CountsADiscOnceThatIsTheSameFromBothSides) {
+    Put(kFirst, "A1", {"Only"});
+    EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
+    EXPECT_EQ(Labels(), std::vector<std::string>{"Only"});
+}
+
+TEST_F(AttachedFarmTest, FormatsTheSecondSideAndLeavesTheFirst) {
+    Put(kFirst, "A1", {"Front", ""});
+    EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
+    EXPECT_EQ(Format(0, kSideB, "New"), std::nullopt);
+    EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "New"}));
+    EXPECT_EQ(m_mechanics.GetDiscs().at(kFirst).sides[1].label, "New");
+    ExpectAllSideAUp();
+}
+
+TEST_F(AttachedFarmTest, FormatsADiscThatNobodyHasReadYet) {
+    Put(kFirst, "A1", {""});
+    EXPECT_EQ(Format(0, kSideA, "New"), std::nullopt);
+    EXPECT_EQ(Labels(), std::vector<std::string>{"New"});
+    EXPECT_EQ(StateOf(0), SlotState::Full);
+}
+
+TEST_F(AttachedFarmTest, KeepsTheVolumeThatIsFormattedAgain) {
+    Put(kFirst, "A1", {"Old"});
+    EXPECT_EQ(Scan(0, kSideA), std::nullopt);
+    const auto ids = embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql");
+    EXPECT_EQ(Format(0, kSideA, "New"), std::nullopt);
+    EXPECT_EQ(embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql"), ids);
+}
+
+TEST_F(AttachedFarmTest, ForgetsTheVolumeOfASideThatIsErased) {
+    Put(kFirst, "A1", {"Front", "Back"});
+    EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
+    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Erase(SideAt(0, kSideA)); }), std::nullopt);
+    EXPECT_EQ(Labels(), std::vector<std::string>{"Back"});
+    EXPECT_EQ(m_mechanics.GetDiscs().at(kFirst).sides[0].content, Content::Blank);
+}
+
+TEST_F(AttachedFarmTest, PutsADiscThatIsInADriveIntoASlotFirst) {
+    Put(kFirst, "A1", {"Front"});
+    m_mechanics.Put(Mechanics::kFirstDrive, {"X9", {Mechanics::Recorded("Strange")}, false, 0});
+    EXPECT_EQ(Scan(0, kSideA), std::nullopt);
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}, {kFirst + 1, "X9"}}));
+    ExpectAgreement();
+}
+
+TEST_F(AttachedFarmTest, UsesTheOtherDriveWhileADiscIsStuckInOne) {
+    Put(kFirst, "A1", {"Front"});
+    m_mechanics.Put(Mechanics::kFirstDrive, {"X9", {Mechanics::Recorded("Strange")}, false, 0});
+    m_mechanics.Jam(Mechanics::kFirstDrive);
+    EXPECT_EQ(Scan(0, kSideA), std::nullopt);
+    EXPECT_EQ(Labels(), std::vector<std::string>{"Front"});
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}, {Mechanics::kFirstDrive, "X9"}}));
+}
+
+TEST_F(AttachedFarmTest, RefusesADiscWhenNoDriveIsFree) {
+    Put(kFirst, "A1", {"Front"});
+    for (const uint16_t drive : {Mechanics::kFirstDrive, uint16_t{Mechanics::kFirstDrive + 1}}) {
+        m_mechanics.Put(drive, {"X" + std::to_string(drive), {Mechanics::Recorded("Strange")}, false, 0});
+        m_mechanics.Jam(drive);
+    }
+    EXPECT_EQ(Scan(0, kSideA), Code::NoUsableDrive);
+    EXPECT_EQ(m_mechanics.GetMoves(), 0);
+}
+
+TEST_F(AttachedFarmTest, BringsHomeTheDiscThatTheDriveCannotRead) {
+    Put(kFirst, "A1", {"Front"});
+    m_mechanics.Fail(Fault::Reading);
+    EXPECT_EQ(Scan(0, kSideA), Code::DeviceTrouble);
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}}));
+    EXPECT_EQ(StateOf(0), SlotState::Unknown);
+    ExpectAgreement();
+}
+
+TEST_F(AttachedFarmTest, LooksWhereTheDiscIsAfterALostAnswer) {
+    Put(Mechanics::kMailSlot, "A1", {"Front"});
+    m_mechanics.Fail(Fault::AfterMove);
+    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Import(SlotAt(2)); }), Code::DeviceTrouble);
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst + 2, "A1"}}));
+    EXPECT_EQ(m_mechanics.GetMoves(), 1);
+    ExpectAgreement();
+}
+
+TEST_F(AttachedFarmTest, CountsAsUnknownWhatWasBeingWrittenWhenTheDriveStopped) {
+    Put(kFirst, "A1", {""});
+    EXPECT_EQ(Scan(0, kSideA), std::nullopt);
+    m_mechanics.Fail(Fault::WritingStuck);
+    EXPECT_EQ(Format(0, kSideA, "New"), Code::DeviceTrouble);
+    EXPECT_EQ(StateOf(0), SlotState::Unknown);
+    EXPECT_TRUE(Labels().empty());
+}
+
+TEST_F(AttachedFarmTest, CountsASideAsBadThatTakesNoData) {
+    Put(kFirst, "A1", {"", "Back"});
+    EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
+    m_mechanics.Fail(Fault::WritingBad);
+    EXPECT_EQ(Format(0, kSideA, "New"), Code::DeviceTrouble);
+    const embedded::Medium medium = *FindSlot(*m_database, {kTower, 0, 0}).medium;
+    EXPECT_EQ(FindSide(*m_database, medium, kSideA)->content, Content::Bad);
+    EXPECT_EQ(Labels(), std::vector<std::string>{"Back"});
+}
+
+TEST_F(AttachedFarmTest, MovesNothingWhileAnotherHostHoldsTheChanger) {
+    Put(kFirst, "A1", {"Front"});
+    m_mechanics.Fail(Fault::OtherHost);
+    EXPECT_EQ(Scan(0, kSideA), Code::DeviceTrouble);
+    EXPECT_EQ(m_mechanics.GetMoves(), 0);
+}
+
+TEST_F(AttachedFarmTest, HoldsTheChangerUntilTheCallIsRecorded) {
+    Put(kFirst, "A1", {"Front"});
+    m_mechanics.OnMove([this] { EXPECT_TRUE(m_mechanics.IsHeld()); });
+    {
+        const Recording record = m_farm->Scan(SideAt(0, kSideA));
+        EXPECT_TRUE(m_mechanics.IsHeld());
+        InTransaction(*m_database, [&] { (void)record(*m_database); });
+    }
+    EXPECT_FALSE(m_mechanics.IsHeld());
+}
+
+TEST_F(AttachedFarmTest, KnowsTheVolumesOfADiscThatComesBack) {
+    Put(kFirst, "A1", {"Front", "Back"});
+    EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
+    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Export(SlotAt(0)); }), std::nullopt);
+    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Import(SlotAt(3)); }), std::nullopt);
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst + 3, "A1"}}));
+    EXPECT_EQ(StateOf(3), SlotState::Full);
+    EXPECT_EQ(Scan(3, kBothSides), std::nullopt);
+    EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "Back"}));
+}
+
+TEST_F(AttachedFarmTest, WaitsForTheDiscThatARobotStillMovesForADeadProcess) {
+    Put(Mechanics::kMailSlot, "A1", {"Front"});
+    m_mechanics.Fail(Fault::CrashInFlight);
+    EXPECT_THROW((void)m_farm->Import(SlotAt(2)), Mechanics::Crash);
+    Restart();
+    EXPECT_EQ(Media(), (std::vector<std::string>{"A1 in slot 2"}));
+}
+
+TEST_F(AttachedFarmTest, CountsADiscOnceThatArrivesWithinALook) {
+    Put(Mechanics::kMailSlot, "A1", {"Front"});
+    m_mechanics.Fail(Fault::CrashAtArrival);
+    EXPECT_THROW((void)m_farm->Import(SlotAt(2)), Mechanics::Crash);
+    Restart();
+    EXPECT_EQ(Media(), (std::vector<std::string>{"A1 in slot 2"}));
+}
+
+// A call and the moves that it makes, and where the disc is when the call was not made.
+struct CrashCase {
+    const char* name;
+    uint16_t from;
+    int moves;
+    Recording (*call)(AttachedFarm&);
+};
+
+void PrintTo(const CrashCase& tried, std::ostream* out) {
+    *out << tried.name;
+}
+
+class AttachedFarmCrashes : public AttachedFarmTest, public testing::WithParamInterface<CrashCase> {};
+
+// The process ends before or after any move of a call. The next one brings the disc home and knows where it
+// is.
+TEST_P(AttachedFarmCrashes, LoseNoDisc) {
+    for (int move = 0; move < GetParam().moves; ++move) {
+        for (const Fault fault : {Fault::CrashBeforeMove, Fault::CrashAfterMove}) {
+            SCOPED_TRACE(std::to_string(move) + (fault == Fault::CrashAfterMove ? " after" : " before"));
+            m_mechanics = Mechanics(2);
+            Put(GetParam().from, "A1", {"Front", "Back"});
+            m_mechanics.Fail(fault, move);
+            EXPECT_THROW((void)GetParam().call(*m_farm), Mechanics::Crash);
+            Restart();
+            m_farm->TakeInventory(kTower);
+            ASSERT_EQ(m_mechanics.GetDiscs().size(), 1U);
+            const uint16_t element = m_mechanics.GetDiscs().begin()->first;
+            EXPECT_GE(element, Mechanics::kMailSlot) << "left in a drive";
+            ExpectAllSideAUp();
+            ExpectAgreement();
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Calls, AttachedFarmCrashes,
+    testing::Values(CrashCase{"Import", Mechanics::kMailSlot, 1,
+                              [](AttachedFarm& farm) { return farm.Import(SlotAt(2)); }},
+                    CrashCase{"Export", kFirst, 1, [](AttachedFarm& farm) { return farm.Export(SlotAt(0)); }},
+                    CrashCase{"Scan", kFirst, 4,
+                              [](AttachedFarm& farm) { return farm.Scan(SideAt(0, kBothSides)); }},
+                    CrashCase{"Format", kFirst, 4,
+                              [](AttachedFarm& farm) {
+                                  return farm.Format(SideAt(0, kSideB), {"New", false, false});
+                              }}),
+    [](const testing::TestParamInfo<CrashCase>& tried) { return std::string(tried.param.name); });
+
+}  // namespace
+}  // namespace embedded_test
