@@ -23,12 +23,12 @@ void CellText::Assign(std::string_view text) {
     const char* const oldHeapText = IsOnHeap() ? GetHeapText().data : nullptr;
     if (text.size() <= kInlineCapacity) {
         std::char_traits<char>::move(m_bytes.data(), text.data(), text.size());
-        m_bytes[kInlineCapacity] = static_cast<char>(text.size());
+        m_bytes.back() = static_cast<char>(text.size());
     } else {
         const HeapText heapText{new char[text.size()], static_cast<uint32_t>(text.size())};
         text.copy(heapText.data, text.size());
         std::memcpy(m_bytes.data(), &heapText, sizeof heapText.data + sizeof heapText.size);
-        m_bytes[kInlineCapacity] = kOnHeap;
+        m_bytes.back() = kOnHeap;
     }
     delete[] oldHeapText;
 }

@@ -28,10 +28,10 @@ class CellText {
     // std::bad_alloc.
     void Assign(std::string_view text);
 
-    bool IsOnHeap() const { return m_bytes[kInlineCapacity] == kOnHeap; }
+    bool IsOnHeap() const { return m_bytes.back() == kOnHeap; }
 
     std::string_view View() const {
-        if (!IsOnHeap()) return {m_bytes.data(), static_cast<size_t>(m_bytes[kInlineCapacity])};
+        if (!IsOnHeap()) return {m_bytes.data(), static_cast<size_t>(m_bytes.back())};
         const HeapText heapText = GetHeapText();
         return {heapText.data, heapText.size};
     }
