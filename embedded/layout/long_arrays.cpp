@@ -5,8 +5,8 @@
 namespace embedded {
 namespace {
 
-constexpr size_t kLongFrom = 64U * 1024;   // bytes
-constexpr size_t kPieceSize = 64U * 1024;  // bytes, at least
+constexpr size_t kLongFrom = size_t{64} * 1024;   // bytes
+constexpr size_t kPieceSize = size_t{64} * 1024;  // bytes, at least
 
 // Goes through a text by its brackets, commas and equals signs, past strings and comments.
 class Scanner {
