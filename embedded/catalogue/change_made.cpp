@@ -3,8 +3,6 @@
 namespace embedded {
 namespace {
 
-constexpr int32_t kBothSides = 2;
-
 HandledSides SidesOf(Database& database, const Medium& medium, int32_t side) {
     if (side != kBothSides) return side == 0 ? HandledSides::A : HandledSides::B;
     return FindSides(database, medium).size() > 1 ? HandledSides::Both : HandledSides::A;

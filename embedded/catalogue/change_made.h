@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -9,6 +10,9 @@
 #include "embedded/store/database.h"
 
 namespace embedded {
+
+// The side of a key that stands for every side that the medium has.
+inline constexpr int32_t kBothSides = 2;
 
 // What a call changed.
 struct ChangeMade {
@@ -23,7 +27,7 @@ struct ChangeMade {
 // A medium that the robot moves from or to the slot, without a drive.
 HandledMedium MovedMedium(Database& database, const SlotPlace& place, const Medium& medium);
 
-// A medium that goes from the slot to a drive and back. Side 2 stands for every side that the medium has.
+// A medium that goes from the slot to a drive and back.
 HandledMedium DrivenMedium(Database& database, const SlotPlace& place, const Medium& medium, int32_t side);
 
 }  // namespace embedded

@@ -12,8 +12,6 @@
 namespace embedded {
 namespace {
 
-constexpr int32_t kBothSides = 2;
-
 constexpr Sql kSetSide = R"sql(
     UPDATE side SET content = ?3, finalization = ?4, sequential = ?5, volume = nullif(?6, 0)
     WHERE medium = ?1 AND side = ?2

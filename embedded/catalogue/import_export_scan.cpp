@@ -56,8 +56,6 @@ constexpr Sql kMoveMedium = R"sql(
     UPDATE medium SET place = ?2, jukebox = ?3, magazine = ?4, slot = ?5 WHERE id = ?1
 )sql";
 
-constexpr int32_t kBothSides = 2;
-
 // How a call that names no slot finds one.
 struct SlotSearch {
     Sql ofJukebox;          // from a magazine on: its magazine, its number, whether the magazine is present

@@ -13,7 +13,7 @@ constexpr Sql kVolumes = R"sql(
     WHERE id > ?1 ORDER BY id LIMIT ?2
 )sql";
 
-constexpr Sql kDirectories = R"sql(
+constexpr Sql kDirectoriesOfVolumes = R"sql(
     SELECT volume, name FROM directory WHERE volume BETWEEN ?1 AND ?2 ORDER BY volume, position
 )sql";
 
@@ -107,7 +107,7 @@ ReadAhead::Volume* ReadAhead::FindFrom(size_t& position, uint32_t id) {
 
 void ReadAhead::AttachDirectories(Database& database, uint32_t first, uint32_t last) {
     size_t position = 0;
-    Statement row(database, kDirectories, first, last);
+    Statement row(database, kDirectoriesOfVolumes, first, last);
     while (row.Next()) {
         if (Volume* owner = FindFrom(position, row.Read<uint32_t>())) {
             owner->aspects.append(row.Read<std::string_view>()).push_back('\0');

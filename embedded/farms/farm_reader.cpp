@@ -7,7 +7,7 @@
 namespace embedded {
 namespace {
 
-constexpr Sql kServer = R"sql(SELECT running, next_volume FROM server)sql";
+constexpr Sql kReadServer = R"sql(SELECT running, next_volume FROM server)sql";
 
 constexpr Sql kJukeboxes = R"sql(
     SELECT id, name, enabled, double_sided, vendor, product, revision, scsi1, scsi2, scsi3
@@ -90,7 +90,7 @@ class Reader {
     }
 
     void ReadServer() {
-        Statement row(m_database, kServer);
+        Statement row(m_database, kReadServer);
         while (row.Next())
             row >> m_farm.running >> m_farm.nextVolume;
     }

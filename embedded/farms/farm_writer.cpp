@@ -9,7 +9,7 @@
 namespace embedded {
 namespace {
 
-constexpr Sql kServer = R"sql(
+constexpr Sql kWriteServer = R"sql(
     INSERT INTO server (id, name, running, epoch, next_volume) VALUES (1, ?1, 1, 1, 1)
 )sql";
 constexpr Sql kJukebox = R"sql(
@@ -82,7 +82,7 @@ std::vector<SlotState> StatesOf(const FarmMagazine& magazine) {
 
 FarmWriter::FarmWriter(Database& database, std::string_view server, std::function<void()> onPart)
     : m_database(database), m_onPart(std::move(onPart)) {
-    Run(m_database, kServer, server);
+    Run(m_database, kWriteServer, server);
 }
 
 FarmWriter::FarmWriter(Database& database) : m_database(database) {}

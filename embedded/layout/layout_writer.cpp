@@ -95,11 +95,11 @@ std::string Side(uint32_t type, const FarmSide& side) {
     return fields.Inline();
 }
 
-enum class Numbering { InSlots, InOrder };
+enum class SlotField { Written, LeftOut };
 
-std::string Medium(const FarmMedium& medium, Numbering numbering) {
+std::string Medium(const FarmMedium& medium, SlotField slot) {
     Fields fields;
-    fields.AddIf(numbering == Numbering::InSlots, "slot", std::to_string(medium.slot));
+    fields.AddIf(slot == SlotField::Written, "slot", std::to_string(medium.slot));
     fields.Add("type", Type(medium.type));
     for (size_t side = 0; side < medium.sides.size(); ++side) {
         fields.Add(side == 0 ? "a" : "b", Side(medium.type, medium.sides[side]));
@@ -108,11 +108,11 @@ std::string Medium(const FarmMedium& medium, Numbering numbering) {
 }
 
 void WriteMedia(std::ostream& out, std::string_view name, const std::vector<FarmMedium>& media,
-                Numbering numbering) {
+                SlotField slot) {
     if (media.empty()) return;
     out << name << " = [\n";
     for (const FarmMedium& medium : media)
-        out << "  " << Medium(medium, numbering) << ",\n";
+        out << "  " << Medium(medium, slot) << ",\n";
     out << "]\n";
 }
 
@@ -154,7 +154,7 @@ void WriteMagazine(std::ostream& out, const FarmMagazine& magazine) {
     AddOddSlots(fields, "scan_failed", SlotState::ScanFailed, magazine);
     out << "\n[[jukebox.magazine]]\n";
     fields.WriteLines(out);
-    WriteMedia(out, "media", magazine.media, Numbering::InSlots);
+    WriteMedia(out, "media", magazine.media, SlotField::Written);
 }
 
 void WriteJukebox(std::ostream& out, const FarmJukebox& jukebox) {
@@ -172,8 +172,8 @@ void WriteJukebox(std::ostream& out, const FarmJukebox& jukebox) {
             out << "  " << Drive(drive) << ",\n";
         out << "]\n";
     }
-    WriteMedia(out, "waiting", jukebox.waiting, Numbering::InOrder);
-    WriteMedia(out, "exported", jukebox.exported, Numbering::InOrder);
+    WriteMedia(out, "waiting", jukebox.waiting, SlotField::LeftOut);
+    WriteMedia(out, "exported", jukebox.exported, SlotField::LeftOut);
     for (const FarmMagazine& magazine : jukebox.magazines)
         WriteMagazine(out, magazine);
 }
@@ -213,7 +213,7 @@ void WriteLayout(std::ostream& out, std::string_view server, const Farm& farm) {
         out << "]\n";
     }
     if (!farm.shelf.empty()) out << '\n';
-    WriteMedia(out, "shelf", farm.shelf, Numbering::InOrder);
+    WriteMedia(out, "shelf", farm.shelf, SlotField::LeftOut);
     for (const FarmJukebox& jukebox : farm.jukeboxes)
         WriteJukebox(out, jukebox);
 }

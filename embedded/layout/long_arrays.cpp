@@ -9,9 +9,9 @@ constexpr size_t kLongFrom = size_t{64} * 1024;   // bytes
 constexpr size_t kPieceSize = size_t{64} * 1024;  // bytes, at least
 
 // Goes through a text by its brackets, commas and equals signs, past strings and comments.
-class Scanner {
+class BracketScanner {
   public:
-    explicit Scanner(std::string_view text) : m_text(text) {}
+    explicit BracketScanner(std::string_view text) : m_text(text) {}
 
     // The next character that is neither blank nor part of a comment; a string counts as its quotation mark.
     // NUL at the end.
@@ -81,7 +81,7 @@ bool Closes(char character) {
 }  // namespace
 
 LongArrays::LongArrays(std::string_view text) : m_text(text) {
-    Scanner scanner(text);
+    BracketScanner scanner(text);
     char before = '\0';
     for (char next = scanner.Next(); next != '\0'; before = next, next = scanner.Next()) {
         if (next != '[' || before != '=') continue;

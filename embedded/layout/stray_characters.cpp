@@ -14,9 +14,9 @@ bool IsAscii(char character) {
 }
 
 // Goes through a TOML text token by token. Invalid tokens do not matter: the TOML library stops at them.
-class Scanner {
+class TokenScanner {
   public:
-    explicit Scanner(std::string_view text) : m_rest(text) {
+    explicit TokenScanner(std::string_view text) : m_rest(text) {
         if (m_rest.starts_with(kByteOrderMark)) Skip(kByteOrderMark.size());
     }
 
@@ -84,7 +84,7 @@ class Scanner {
 }  // namespace
 
 std::optional<Problem> FindStrayCharacter(std::string_view text) {
-    Scanner scanner(text);
+    TokenScanner scanner(text);
     while (!scanner.AtEnd()) {
         if (!scanner.TakeToken()) return Problem{scanner.Line(), "", "unexpected non-ASCII character"};
     }

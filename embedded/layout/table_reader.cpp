@@ -136,10 +136,10 @@ std::vector<int32_t> TableReader::Numbers(std::string_view field) {
     std::vector<int32_t> numbers;
     const toml::array* list = Array(field, "integers");
     if (list == nullptr) return numbers;
-    constexpr int64_t kHighest = std::numeric_limits<int32_t>::max();
+    constexpr int64_t kHighestNumber = std::numeric_limits<int32_t>::max();
     for (const toml::node& element : *list) {
         const auto value = element.value_exact<int64_t>();
-        if (value.has_value() && *value >= 1 && *value <= kHighest) {
+        if (value.has_value() && *value >= 1 && *value <= kHighestNumber) {
             numbers.push_back(static_cast<int32_t>(*value));
         } else {
             AddProblem(field, &element, "must contain only integers from 1 up");

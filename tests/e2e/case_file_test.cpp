@@ -12,7 +12,7 @@ namespace {
 using testing::ElementsAre;
 using testing::Field;
 
-constexpr const char* kBanner =
+constexpr const char* kDefaultOutput =
     "Carvoline - command line interface\n"
     "Copyright (c) Ostrel 2003-2026\n"
     "\n";
@@ -78,7 +78,7 @@ TEST(CaseFile, ReadsEverySetting) {
     EXPECT_EQ(only.run.signals[2].afterCalls, 8U);
     EXPECT_EQ(only.run.signals[2].pauseMilliseconds, 1200);
     EXPECT_EQ(only.notOnWindows, "it cannot");
-    EXPECT_EQ(only.standardOutput, std::string(kBanner) + "blank at the end \n\na dollar$\n\ttab\n");
+    EXPECT_EQ(only.standardOutput, std::string(kDefaultOutput) + "blank at the end \n\na dollar$\n\ttab\n");
     EXPECT_EQ(only.standardError, "oops\n");
     EXPECT_EQ(only.exitStatus, 245);
     EXPECT_TRUE(only.comparesCalls);
@@ -86,7 +86,7 @@ TEST(CaseFile, ReadsEverySetting) {
 }
 
 TEST(CaseFile, ExpectsTheBannerWhereNoOutputIsGivenAndNothingWhenQuiet) {
-    EXPECT_EQ(ReadOne("").standardOutput, kBanner);
+    EXPECT_EQ(ReadOne("").standardOutput, kDefaultOutput);
     EXPECT_EQ(ReadOne("", "result: quiet\n").standardOutput, "");
     EXPECT_EQ(ReadOne("stdout: nothing\n").standardOutput, "");
     EXPECT_EQ(ReadOne("output: full disk\n").standardOutput, "");

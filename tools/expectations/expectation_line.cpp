@@ -7,7 +7,7 @@
 namespace embedded::tools {
 namespace {
 
-bool IsBlank(char character) {
+bool IsBlankCharacter(char character) {
     return character == ' ' || character == '\t' || character == '\r';
 }
 
@@ -17,7 +17,7 @@ std::string QuotedText(std::string_view line, size_t& position) {
     while (position < line.size()) {
         char character = line[position++];
         if (character == '"') {
-            if (position < line.size() && !IsBlank(line[position]))
+            if (position < line.size() && !IsBlankCharacter(line[position]))
                 throw LineMistake("a blank is missing behind the closing quotation mark");
             return text;
         }
@@ -34,7 +34,7 @@ std::string QuotedText(std::string_view line, size_t& position) {
 std::vector<std::string> SplitLine(std::string_view line) {
     std::vector<std::string> words;
     for (size_t position = 0; position < line.size();) {
-        if (IsBlank(line[position])) {
+        if (IsBlankCharacter(line[position])) {
             ++position;
             continue;
         }
@@ -44,7 +44,7 @@ std::vector<std::string> SplitLine(std::string_view line) {
             continue;
         }
         const auto* const end =
-            std::find_if(line.begin() + static_cast<std::ptrdiff_t>(position), line.end(), IsBlank);
+            std::find_if(line.begin() + static_cast<std::ptrdiff_t>(position), line.end(), IsBlankCharacter);
         words.emplace_back(line.begin() + static_cast<std::ptrdiff_t>(position), end);
         position = static_cast<size_t>(end - line.begin());
     }

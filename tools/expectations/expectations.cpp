@@ -127,7 +127,7 @@ Check ReadVolumeLine(LineReader& line) {
 
 // ---- slot JUKEBOX MAGAZINE SLOT ...
 
-bool IsBlank(const FarmMedium& medium) {
+bool IsBlankMedium(const FarmMedium& medium) {
     return std::ranges::all_of(medium.sides,
                                [](const FarmSide& side) { return side.content == Content::Blank; });
 }
@@ -146,7 +146,7 @@ Check ReadSlotLine(LineReader& line) {
     if (property == "blank") {
         return [slot](const Facts& facts) {
             const FarmMedium* medium = FindMedium(MagazineOf(facts.farm, slot), slot.slot);
-            return MustBe(medium != nullptr && IsBlank(*medium),
+            return MustBe(medium != nullptr && IsBlankMedium(*medium),
                           medium == nullptr ? "it is empty" : "its medium is not blank");
         };
     }

@@ -8,14 +8,13 @@
 #include <utility>
 #include <vector>
 
+#include "tools/farm_diff/media_matching.h"
 #include "tools/farm_diff/plan.h"
 
 namespace embedded::tools {
 
 // The changes found so far, by the ID of the jukebox and the one-based number of the magazine (0 = none).
 using ChangeList = std::map<std::pair<int32_t, int32_t>, std::vector<Change>>;
-
-using VolumesById = std::unordered_map<int32_t, const FarmVolume*>;
 
 // What the sides of media tell about volumes.
 struct VolumeFindings {

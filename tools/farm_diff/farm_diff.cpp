@@ -9,13 +9,6 @@
 namespace embedded::tools {
 namespace {
 
-VolumesById VolumesOf(const Farm& farm) {
-    VolumesById volumes;
-    for (const FarmVolume& volume : farm.volumes)
-        volumes.emplace(volume.id, &volume);
-    return volumes;
-}
-
 // Whether all that is known of the medium is in a jukebox that came or went as a whole.
 bool IsPartOfWholeJukebox(const MediumPair& pair, const std::set<int32_t>& jukeboxes) {
     const bool isBefore = pair.before == nullptr || jukeboxes.contains(pair.before->place.jukebox);

@@ -98,14 +98,7 @@ std::string BuildOf(const FarmMedium& medium) {
     return std::to_string(medium.type) + "/" + std::to_string(medium.sides.size());
 }
 
-std::unordered_map<int32_t, const FarmVolume*> VolumesOf(const Farm& farm) {
-    std::unordered_map<int32_t, const FarmVolume*> volumes;
-    for (const FarmVolume& volume : farm.volumes)
-        volumes.emplace(volume.id, &volume);
-    return volumes;
-}
-
-std::string LookOf(const FarmMedium& medium, const std::unordered_map<int32_t, const FarmVolume*>& volumes) {
+std::string LookOf(const FarmMedium& medium, const VolumesById& volumes) {
     std::string look = BuildOf(medium);
     for (const FarmSide& side : medium.sides) {
         look += "/" + std::to_string(static_cast<int32_t>(side.content));
@@ -116,6 +109,13 @@ std::string LookOf(const FarmMedium& medium, const std::unordered_map<int32_t, c
 }
 
 }  // namespace
+
+VolumesById VolumesOf(const Farm& farm) {
+    VolumesById volumes;
+    for (const FarmVolume& volume : farm.volumes)
+        volumes.emplace(volume.id, &volume);
+    return volumes;
+}
 
 std::vector<PlacedMedium> PlacedMedia(const Farm& farm) {
     std::vector<PlacedMedium> placed;

@@ -1,11 +1,18 @@
 #pragma once
 
+#include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 #include "embedded/model/farm.h"
 #include "tools/farm_diff/plan.h"
 
 namespace embedded::tools {
+
+using VolumesById = std::unordered_map<int32_t, const FarmVolume*>;
+
+// All volumes of a farm, which must outlive them.
+VolumesById VolumesOf(const Farm& farm);
 
 struct PlacedMedium {
     FarmPlace place;

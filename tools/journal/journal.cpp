@@ -18,11 +18,11 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-enum class Task { Show, SwitchOn, SwitchOff, Summary };
+enum class JournalTask { Show, SwitchOn, SwitchOff, Summary };
 
 struct JournalOptions {
     std::string server = ".";
-    Task task = Task::Show;
+    JournalTask task = JournalTask::Show;
     int64_t limit = 100'000;  // how many entries are kept
     bool follow = false;
     bool json = false;
@@ -176,13 +176,13 @@ void Summarize(Database& database, const TimeOptions& times, const Streams& stre
 void Journal(const JournalOptions& options, const Streams& streams) {
     const std::unique_ptr<Database> database = OpenServer(options.server);
     switch (options.task) {
-        case Task::SwitchOn:
+        case JournalTask::SwitchOn:
             return SwitchOn(*database, options, streams);
-        case Task::SwitchOff:
+        case JournalTask::SwitchOff:
             return SwitchOff(*database, options, streams);
-        case Task::Summary:
+        case JournalTask::Summary:
             return Summarize(*database, options.times, streams);
-        case Task::Show:
+        case JournalTask::Show:
             return Show(*database, options, streams);
     }
 }
@@ -193,14 +193,15 @@ void AddJournal(CommandLine& line) {
     const auto [app, options] =
         line.Add(line.GetTool(), "journal", "Show the calls that were made.", Journal);
     AddServerOption(app, options.server);
-    const auto addTask = [&app = app, &options = options](const char* name, Task task,
+    const auto addTask = [&app = app, &options = options](const char* name, JournalTask task,
                                                           const char* description) {
         return app.add_flag_callback(
             name, [&options, task] { options.task = task; }, description);
     };
-    CLI::Option* on = addTask("--on", Task::SwitchOn, "switch the journal on");
-    CLI::Option* off = addTask("--off", Task::SwitchOff, "switch the journal off; its entries stay");
-    CLI::Option* summary = addTask("--summary", Task::Summary, "show what changed since it was switched on");
+    CLI::Option* on = addTask("--on", JournalTask::SwitchOn, "switch the journal on");
+    CLI::Option* off = addTask("--off", JournalTask::SwitchOff, "switch the journal off; its entries stay");
+    CLI::Option* summary =
+        addTask("--summary", JournalTask::Summary, "show what changed since it was switched on");
     on->excludes(off, summary);
     off->excludes(summary);
     AddTimeOptions(app, *summary, options.times);

@@ -13,8 +13,6 @@
 namespace embedded::tools {
 namespace {
 
-constexpr size_t kMaxTextLength = sizeof(KrvErrorInfo::text) - 1;
-
 // The columns of ReadFault.
 constexpr Sql kFaults = R"sql(
     SELECT id, function, jukebox, magazine, slot, side, drive, volume, skip, times, probability, seed,

@@ -103,7 +103,6 @@ void ReadPart(LineReader& line, FaultRequest& fault) {
 }
 
 FaultRequest ReadFault(LineReader& line) {
-    constexpr size_t kMaxTextLength = sizeof(KrvErrorInfo::text) - 1;
     FaultRequest fault;
     fault.function = line.Word("a function");
     if (fault.function != "any" && FindFunction(fault.function).empty())

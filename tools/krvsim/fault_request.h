@@ -6,12 +6,16 @@
 #include <vector>
 
 #include "embedded/store/database.h"
+#include "krvcmd/service/sdk/krv_sdk.h"
 #include "tools/journal/call_items.h"
 
 namespace embedded::tools {
 
 // The function of a fault that affects every one, in the database.
 inline constexpr const char* kAnyFunction = "*";
+
+// Of the text of a fault, in bytes.
+inline constexpr size_t kMaxTextLength = sizeof(KrvErrorInfo::text) - 1;
 
 // A fault as a user describes it.
 struct FaultRequest {

@@ -9,19 +9,19 @@
 namespace embedded::tools {
 namespace {
 
-enum class Task { Show, SwitchOn, SwitchOff };
+enum class RealTimeTask { Show, SwitchOn, SwitchOff };
 
 struct RealTimeOptions {
     std::string server = ".";
-    Task task = Task::Show;
+    RealTimeTask task = RealTimeTask::Show;
     std::string profile;
 };
 
 void RealTime(const RealTimeOptions& options, const Streams& streams) {
     const std::unique_ptr<Database> database = OpenSimulatedServer(options.server);
-    if (options.task != Task::Show) {
+    if (options.task != RealTimeTask::Show) {
         const std::string profile =
-            options.task == Task::SwitchOn ? RealTimeProfile(options.profile) : std::string();
+            options.task == RealTimeTask::SwitchOn ? RealTimeProfile(options.profile) : std::string();
         InTransaction(*database, [&] { SetRealTime(*database, profile); });
     }
     const bool isOn = !ReadRealTime(*database).empty();
@@ -35,14 +35,14 @@ void AddRealTime(CommandLine& line) {
     const auto [app, options] =
         line.Add(line.GetTool(), "real-time", "Let calls take as long as on real jukeboxes.", RealTime);
     AddServerOption(app, options.server);
-    const auto addTask = [&app = app, &options = options](const char* name, Task task,
+    const auto addTask = [&app = app, &options = options](const char* name, RealTimeTask task,
                                                           const char* description) {
         return app.add_flag_callback(
             name, [&options, task] { options.task = task; }, description);
     };
     CLI::Option* on =
-        addTask("--on", Task::SwitchOn, "calls that move media or work on them take their time");
-    addTask("--off", Task::SwitchOff, "calls answer at once")->excludes(on);
+        addTask("--on", RealTimeTask::SwitchOn, "calls that move media or work on them take their time");
+    addTask("--off", RealTimeTask::SwitchOff, "calls answer at once")->excludes(on);
     app.add_option("--profile", options.profile,
                    "durations of the jukeboxes: small, large or a file; by default as many slots demand")
         ->needs(on);

@@ -8,7 +8,8 @@
 namespace embedded::attached {
 namespace {
 
-constexpr uint64_t kRunBytes = 65536;
+// Bytes of one WRITE.
+constexpr uint64_t kWriteBytes = 65536;
 
 Result<std::vector<uint8_t>> BytesOf(const SparseFile& file, const BlockRun& run, uint32_t blockSize) {
     std::vector<uint8_t> bytes(size_t{run.count} * blockSize);
@@ -21,7 +22,7 @@ Result<std::vector<uint8_t>> BytesOf(const SparseFile& file, const BlockRun& run
 
 std::vector<BlockRun> RunsOf(const std::vector<SparseFile::Extent>& extents, uint64_t blocks,
                              uint32_t blockSize) {
-    const uint64_t perRun = kRunBytes / blockSize;
+    const uint64_t perRun = kWriteBytes / blockSize;
     std::vector<BlockRun> runs;
     uint64_t next = 0;
     for (const SparseFile::Extent& extent : extents) {

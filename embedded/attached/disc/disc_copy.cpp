@@ -9,7 +9,7 @@ namespace embedded::attached {
 namespace {
 
 // Bytes of one READ.
-constexpr uint32_t kRunBytes = 65536;
+constexpr uint32_t kReadBytes = 65536;
 
 // After so many blocks that cannot be read, which cost a drive many seconds each, the rest is not tried.
 constexpr size_t kMostUnreadable = 4;
@@ -41,7 +41,7 @@ DiscCopy::DiscCopy(Device& drive, const Medium& medium, const DiscLimits& limits
 
 Result<DiscCopy::Reading> DiscCopy::Fetch(uint64_t first, uint64_t count) {
     Reading reading;
-    const uint32_t perRun = kRunBytes / m_blockSize;
+    const uint32_t perRun = kReadBytes / m_blockSize;
     const uint64_t end = std::min(m_blocks, first + std::min(count, m_blocks));
     for (uint64_t run = first / perRun; run * perRun < end; ++run) {
         if (m_fetched.contains(run)) continue;

@@ -9,8 +9,6 @@
 namespace embedded::attached {
 namespace {
 
-constexpr uint16_t kFormatCapacitiesLength = 252;
-
 UdfRequest RequestOf(const Medium& medium, const FormatOptions& options) {
     UdfRequest request;
     request.label = options.label;

@@ -13,7 +13,6 @@ namespace {
 
 constexpr uint16_t kInquiryLength = 96;
 constexpr uint16_t kConfigurationLength = 1024;
-constexpr uint16_t kFormatCapacitiesLength = 252;
 constexpr uint16_t kDiscInformationLength = 34;
 constexpr uint16_t kTrackInformationLength = 48;
 constexpr uint32_t kCapacity16Length = 32;

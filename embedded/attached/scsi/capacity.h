@@ -37,6 +37,8 @@ struct FormatCapacities {
     };
     std::vector<Choice> choices;
 };
+// Bytes of the answer at most.
+inline constexpr uint16_t kFormatCapacitiesLength = 252;
 Cdb ReadFormatCapacities(uint16_t allocation);
 Result<FormatCapacities> DecodeFormatCapacities(Bytes answer);
 

@@ -8,7 +8,7 @@ namespace embedded::attached {
 namespace {
 
 constexpr size_t kReportHeader = 8;
-constexpr size_t kPageHeader = 8;
+constexpr size_t kStatusPageHeader = 8;
 constexpr size_t kSmallestDescriptor = 12;
 constexpr size_t kVolumeTag = 36;
 constexpr size_t kVolumeTagText = 32;
@@ -164,17 +164,17 @@ Result<ElementReport> DecodeElementStatus(Bytes answer, const ElementQuery& quer
     size_t at = kReportHeader;
     while (at < content.size()) {
         const Bytes rest = content.subspan(at);
-        if (rest.size() < kPageHeader) {
+        if (rest.size() < kStatusPageHeader) {
             if (report.isWhole) return BadReport("ends within the header of a page");
             break;
         }
         const auto header = DecodePageHeader(rest, query);
         if (!header) return header.GetError();
         const Bytes descriptors =
-            rest.subspan(kPageHeader, std::min(header->byteCount, rest.size() - kPageHeader));
+            rest.subspan(kStatusPageHeader, std::min(header->byteCount, rest.size() - kStatusPageHeader));
         const auto decoded = DecodePage(descriptors, !report.isWhole, *header, query, report.elements);
         if (!decoded) return decoded.GetError();
-        at += kPageHeader + header->byteCount;
+        at += kStatusPageHeader + header->byteCount;
     }
     return report;
 }

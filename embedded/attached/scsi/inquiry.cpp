@@ -7,7 +7,7 @@ namespace {
 
 constexpr uint8_t kSerialNumberPage = 0x80;
 constexpr uint8_t kIdentificationPage = 0x83;
-constexpr size_t kPageHeader = 4;
+constexpr size_t kInquiryPageHeader = 4;
 
 Cdb InquirePage(uint8_t page, uint16_t allocation) {
     constexpr unsigned kVitalProductData = 1;
@@ -23,7 +23,7 @@ Result<Bytes> PageContent(Bytes answer, uint8_t page) {
     if (given != page) {
         return BadAnswer(kInquiry, "is page " + HexText(given, 2) + " instead of " + HexText(page, 2));
     }
-    return reader.GetBytes(kPageHeader, length);
+    return reader.GetBytes(kInquiryPageHeader, length);
 }
 
 }  // namespace

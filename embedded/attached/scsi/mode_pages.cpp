@@ -8,7 +8,7 @@ namespace embedded::attached {
 namespace {
 
 constexpr unsigned kNoBlockDescriptors = 0x08;
-constexpr size_t kPageHeader = 2;
+constexpr size_t kModePageHeader = 2;
 
 // What the two forms of the command differ in.
 struct Header {
@@ -23,14 +23,14 @@ struct Header {
 Result<ModeData> Decode(Bytes answer, uint8_t page, const Header& header) {
     const size_t end = std::min(answer.size(), header.dataLength);
     const size_t start = header.size + header.descriptors;
-    if (start + kPageHeader > end) return ShortAnswer(header.operation, answer.size());
+    if (start + kModePageHeader > end) return ShortAnswer(header.operation, answer.size());
     BigEndianReader reader(answer.subspan(start, end - start));
     const uint8_t given = reader.GetBits(0, 5, 0);
     if (given != page) {
         return BadAnswer(header.operation,
                          "holds mode page " + HexText(given, 2) + " instead of " + HexText(page, 2));
     }
-    const Bytes content = reader.GetBytes(0, kPageHeader + reader.Get8(1));
+    const Bytes content = reader.GetBytes(0, kModePageHeader + reader.Get8(1));
     return ModeData{header.mediumType, (header.deviceSpecific & 0x80) != 0, content};
 }
 
@@ -100,8 +100,8 @@ Result<ElementAddresses> DecodeElementAddresses(Bytes page) {
 }
 
 Result<bool> DecodeTurnsMedia(Bytes page) {
-    if (page.size() < kPageHeader) return ShortPage(kTransportGeometryPage, page.size());
-    for (size_t at = kPageHeader; at + 1 < page.size(); at += 2) {
+    if (page.size() < kModePageHeader) return ShortPage(kTransportGeometryPage, page.size());
+    for (size_t at = kModePageHeader; at + 1 < page.size(); at += 2) {
         if ((page[at] & 0x01) != 0) return true;
     }
     return false;

@@ -3,7 +3,7 @@
 namespace embedded::attached {
 namespace {
 
-constexpr size_t kHeader = 8;
+constexpr size_t kListHeader = 8;
 constexpr size_t kLun = 8;
 
 // Single-level addresses have nothing behind their first two bytes.
@@ -29,7 +29,7 @@ Result<LunList> DecodeReportLuns(Bytes answer) {
     list.length = reader.Get32(0);
     if (!reader.IsComplete()) return ShortAnswer(kReportLuns, answer.size());
     if (list.length % kLun != 0) return BadAnswer(kReportLuns, "has a length that is no multiple of 8");
-    for (size_t at = kHeader; at - kHeader < list.length && at + kLun <= answer.size(); at += kLun) {
+    for (size_t at = kListHeader; at - kListHeader < list.length && at + kLun <= answer.size(); at += kLun) {
         if (const auto lun = SingleLevel(reader, at)) list.luns.push_back(*lun);
     }
     return list;

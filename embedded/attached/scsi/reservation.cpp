@@ -3,7 +3,7 @@
 namespace embedded::attached {
 namespace {
 
-constexpr size_t kHeader = 8;
+constexpr size_t kKeysHeader = 8;
 constexpr size_t kKey = 8;
 constexpr uint32_t kParameters = 24;
 constexpr unsigned kReadKeys = 0;
@@ -22,7 +22,7 @@ Result<RegisteredKeys> DecodeKeys(Bytes answer) {
     const uint32_t length = reader.Get32(4);
     if (!reader.IsComplete()) return ShortAnswer(kPersistentReserveIn, answer.size());
     if (length % kKey != 0) return BadAnswer(kPersistentReserveIn, "has a length that is no multiple of 8");
-    for (size_t at = kHeader; at - kHeader < length && at + kKey <= answer.size(); at += kKey) {
+    for (size_t at = kKeysHeader; at - kKeysHeader < length && at + kKey <= answer.size(); at += kKey) {
         registered.keys.push_back(reader.Get64(at));
     }
     return registered;

@@ -11,7 +11,7 @@ constexpr uint8_t kCurrentFixed = 0x70;
 constexpr uint8_t kDeferredFixed = 0x71;
 constexpr uint8_t kCurrentDescriptors = 0x72;
 constexpr uint8_t kDeferredDescriptors = 0x73;
-constexpr size_t kHeader = 8;
+constexpr size_t kSenseHeader = 8;
 
 // The sense key specific bytes are a progress indication with NOT READY and NO SENSE only.
 bool TellsProgress(uint8_t key) {
@@ -27,7 +27,7 @@ std::optional<uint16_t> ProgressAt(BigEndianReader& reader, size_t at, uint8_t k
 // What follows byte 7, as far as the data say and as far as they go.
 size_t EndOf(BigEndianReader& reader) {
     return std::min(reader.GetSize(),
-                    reader.GetSize() < kHeader ? reader.GetSize() : kHeader + reader.Get8(7));
+                    reader.GetSize() < kSenseHeader ? reader.GetSize() : kSenseHeader + reader.Get8(7));
 }
 
 Sense DecodeFixed(Bytes data) {
@@ -50,7 +50,7 @@ Sense DecodeDescriptors(Bytes data) {
     Sense sense;
     sense.code = {whole.GetBits(1, 3, 0), whole.Get8(2), whole.Get8(3)};
     const size_t end = EndOf(whole);
-    size_t at = kHeader;
+    size_t at = kSenseHeader;
     while (at + 2 <= end) {
         const size_t length = size_t{2} + data[at + 1];
         if (length > end - at) break;

@@ -3,7 +3,7 @@
 namespace embedded::attached {
 namespace {
 
-constexpr size_t kHeader = 8;
+constexpr size_t kParameterHeader = 8;
 constexpr size_t kShortestPage = 0x34;
 
 // Multi-session field: whether another session may follow.
@@ -28,9 +28,9 @@ Result<std::vector<uint8_t>> WriteParameters(Bytes page, WriteType type, NextSes
                      "mode page 05h is too short, it has " + std::to_string(page.size()) + " bytes",
                      {}};
     }
-    std::vector<uint8_t> parameters(kHeader);
+    std::vector<uint8_t> parameters(kParameterHeader);
     parameters.insert(parameters.end(), page.begin(), page.end());
-    BigEndianWriter writer(std::span<uint8_t>(parameters).subspan(kHeader));
+    BigEndianWriter writer(std::span<uint8_t>(parameters).subspan(kParameterHeader));
     const unsigned sessions = next == NextSession::Yes ? kMoreSessions : kNoMoreSessions;
     writer.Put8(0, kWriteParametersPage);
     writer.Put8(4, kMode1Blocks);

@@ -133,9 +133,9 @@ void AddFailure(FakeLibrary& library, RandomNumbers& random) {
 
 constexpr const char* kOptions[] = {"quiet", "-quiet", "/qui", "server=srv", "serve", "-server=x"};
 
-constexpr const char* kCommands[] = {"help", "?",    "-?",     "service", "import", "imp", "export",
-                                     "exp",  "scan", "format", "form",    "enable", "en",  "disable",
-                                     "dis",  "name", "query",  "que",     "delete"};
+constexpr const char* kCommandWords[] = {"help", "?",    "-?",     "service", "import", "imp", "export",
+                                         "exp",  "scan", "format", "form",    "enable", "en",  "disable",
+                                         "dis",  "name", "query",  "que",     "delete"};
 
 constexpr const char* kParameters[] = {
     "J",       "J@8",         "J=@11",         "J=Tower",    "M",       "M1",         "M=2",
@@ -245,13 +245,13 @@ void AddQueryOptions(CommandSpec& command, RandomNumbers& random) {
 }  // namespace
 
 CommandSpec RandomCommand(RandomNumbers& random) {
-    constexpr Verb kVerbs[] = {Verb::Import,  Verb::Export, Verb::Scan,  Verb::Format, Verb::Enable,
-                               Verb::Disable, Verb::Name,   Verb::Query, Verb::Query,  Verb::Query};
+    constexpr Verb kTargetedVerbs[] = {Verb::Import,  Verb::Export, Verb::Scan,  Verb::Format, Verb::Enable,
+                                       Verb::Disable, Verb::Name,   Verb::Query, Verb::Query,  Verb::Query};
     constexpr Verb kServiceVerbs[] = {Verb::Start, Verb::Stop, Verb::Restart};
     CommandSpec command;
     command.quiet = random.OneIn(3);
     if (random.OneIn(5)) command.server = "my_server";
-    command.verb = random.OneIn(40) ? random.Pick(kServiceVerbs) : random.Pick(kVerbs);
+    command.verb = random.OneIn(40) ? random.Pick(kServiceVerbs) : random.Pick(kTargetedVerbs);
     if (command.verb == Verb::Start || command.verb == Verb::Stop || command.verb == Verb::Restart)
         return command;
 
@@ -275,7 +275,7 @@ std::vector<std::string> RandomWords(RandomNumbers& random) {
     std::vector<std::string> words;
     while (random.OneIn(4))
         words.emplace_back(random.Pick(kOptions));
-    if (!random.OneIn(15)) words.emplace_back(random.Pick(kCommands));
+    if (!random.OneIn(15)) words.emplace_back(random.Pick(kCommandWords));
     while (!random.OneIn(3)) {
         std::string word = random.Pick(kParameters);
         if (random.OneIn(20)) word = RandomText(random, 12);

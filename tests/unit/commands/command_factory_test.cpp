@@ -17,12 +17,12 @@
 namespace krvcmd {
 namespace {
 
-struct Row {
+struct CommandRow {
     std::string_view keyword;
     const std::type_info& type;
 };
 
-const Row kRows[] = {
+const CommandRow kRows[] = {
     {"help", typeid(CHelp)},     {"?", typeid(CHelp)},          {"import", typeid(CImport)},
     {"export", typeid(CExport)}, {"scan", typeid(CScan)},       {"format", typeid(CFormat)},
     {"enable", typeid(CEnable)}, {"disable", typeid(CDisable)}, {"name", typeid(CName)},
@@ -37,7 +37,7 @@ const std::type_info& TypeOf(const KeywordNode* node) {
 }
 
 TEST(CreateCommand, MakesTheClassOfEachKeyword) {
-    for (const Row& row : kRows)
+    for (const CommandRow& row : kRows)
         EXPECT_EQ(TypeOf(&test::Node(row.keyword)), row.type) << row.keyword;
     EXPECT_EQ(TypeOf(&CommandGrammar::Delete()), typeid(CDelete));
 }
@@ -71,7 +71,7 @@ TEST(CreateCommand, MakesAPlainCommandWithoutANode) {
 }
 
 TEST(CreateCommand, GivesItemByItemCommandsAWorkerToo) {
-    for (const Row& row : kRows) {
+    for (const CommandRow& row : kRows) {
         std::unique_ptr<CCommand> command;
         ASSERT_TRUE(CreateCommand(&test::Node(row.keyword), command).IsOk());
         const bool isWorker = dynamic_cast<CWorker*>(command.get()) != nullptr;

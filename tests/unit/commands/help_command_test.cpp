@@ -9,7 +9,7 @@ using test::Calls;
 using test::Outcome;
 using test::Words;
 
-constexpr std::string_view kBanner =
+constexpr std::string_view kHelpBanner =
     "Carvoline - command line interface\n"
     "Copyright (c) Ostrel 2003-2026\n"
     "\n";
@@ -22,10 +22,10 @@ class HelpCommandTest : public test::CommandTest {
         const Outcome outcome = Run(words);
         EXPECT_EQ(outcome.status, "OK");
         EXPECT_EQ(outcome.calls, Calls{});
-        EXPECT_TRUE(outcome.output.starts_with(kBanner));
+        EXPECT_TRUE(outcome.output.starts_with(kHelpBanner));
         EXPECT_TRUE(GetBannerFlags().quiet);
         EXPECT_TRUE(GetBannerFlags().bannerShown);
-        return outcome.output.substr(kBanner.size());
+        return outcome.output.substr(kHelpBanner.size());
     }
 
     std::string Topic(std::string_view word) {

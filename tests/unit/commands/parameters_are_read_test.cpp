@@ -14,15 +14,15 @@ using test::Outcome;
 using test::Words;
 
 // With `words` at its end, `line` does something else.
-struct Row {
+struct ParameterRow {
     std::string_view command;
     std::string_view parameter;
     Words line;
     Words words;
 };
 
-const std::vector<Row>& Rows() {
-    static const std::vector<Row> rows = {
+const std::vector<ParameterRow>& Rows() {
+    static const std::vector<ParameterRow> rows = {
         {"help", "<command>", {"help"}, {"scan"}},
         {"service", "start", {"service"}, {"start"}},
         {"service", "stop", {"service"}, {"stop"}},
@@ -102,7 +102,7 @@ class ParametersAreReadTest : public test::CommandTest {
 };
 
 TEST_F(ParametersAreReadTest, ChangeWhatTheirCommandDoes) {
-    for (const Row& row : Rows()) {
+    for (const ParameterRow& row : Rows()) {
         Words longer = row.line;
         longer.insert(longer.end(), row.words.begin(), row.words.end());
         EXPECT_NE(Everything(row.line), Everything(longer)) << row.command << " " << row.parameter;
@@ -114,7 +114,7 @@ TEST_F(ParametersAreReadTest, AreAllTestedHere) {
     for (const KeywordNode* command : CommandGrammar::TopLevel()) {
         for (const KeywordNode* parameter : command->children) {
             ++offered;
-            const auto isAbout = [&](const Row& row) {
+            const auto isAbout = [&](const ParameterRow& row) {
                 return row.command == command->keyword && row.parameter == parameter->keyword;
             };
             EXPECT_EQ(std::ranges::count_if(Rows(), isAbout), 1)

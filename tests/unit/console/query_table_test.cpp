@@ -163,9 +163,9 @@ std::set<uint32_t> ColumnIdsOf(const CTableRow& row) {
 }
 
 TEST(QueryTableMemory, LeavesOutACellForWhichThereIsNone) {
-    constexpr std::string_view kEveryLetter = "SDMIJNLmdsaCRPFnlvftxXzyYo";
+    constexpr std::string_view kAllLetters = "SDMIJNLmdsaCRPFnlvftxXzyYo";
     CKrvQueryTable complete;
-    ASSERT_TRUE(complete.SetColumnLetters(kEveryLetter));
+    ASSERT_TRUE(complete.SetColumnLetters(kAllLetters));
     complete.AddSideRow(LongNamedJukebox(), {}, {}, LongNamedVolume());
     const std::set<uint32_t> allIds = ColumnIdsOf(*complete.GetRowsInOrder().front());
     ASSERT_EQ(allIds.size(), 18U);
@@ -176,7 +176,7 @@ TEST(QueryTableMemory, LeavesOutACellForWhichThereIsNone) {
         const krvcmd::JukeboxInfo jukebox = LongNamedJukebox();
         const krvcmd::VolumeInfo volume = LongNamedVolume();
         CKrvQueryTable table;
-        ASSERT_TRUE(table.SetColumnLetters(kEveryLetter));
+        ASSERT_TRUE(table.SetColumnLetters(kAllLetters));
         {
             const FailingAllocation failure(number);
             try {

@@ -20,26 +20,26 @@ using krvcmd::test::Percent;
 using krvcmd::test::Text;
 using krvcmd::test::TextTable;
 
-constexpr uint32_t kName = 1;
-constexpr uint32_t kCount = 2;
-constexpr uint32_t kStatus = 3;
-constexpr uint32_t kUsed = 4;
-constexpr ColumnSketch kPercentColumn{kUsed, "Used Capa", 0, 0, /*hidesSign=*/true};
+constexpr uint32_t kNameColumn = 1;
+constexpr uint32_t kCountColumn = 2;
+constexpr uint32_t kStatusColumn = 3;
+constexpr uint32_t kUsedColumn = 4;
+constexpr ColumnSketch kPercentColumn{kUsedColumn, "Used Capa", 0, 0, /*hidesSign=*/true};
 
 TEST(PrintTable, PrintsNothingWithoutColumns) {
     TextTable table(80, {});
-    table.AddTexts({{kName, "alpha"}});
+    table.AddTexts({{kNameColumn, "alpha"}});
     EXPECT_EQ(table.Printed(), "");
 }
 
 TEST(PrintTable, PrintsNothingWithoutRows) {
-    TextTable table(80, {{kName, "Name"}});
+    TextTable table(80, {{kNameColumn, "Name"}});
     EXPECT_EQ(table.Printed(), "");
     EXPECT_EQ(table.PrintedPlain(), "");
 }
 
 TEST(PrintTable, PrintsNothingWhenNoRowHasACell) {
-    TextTable table(80, {{kName, "Name"}});
+    TextTable table(80, {{kNameColumn, "Name"}});
     table.AddTexts({});
     table.AddTexts({});
     EXPECT_EQ(table.Printed(), "");
@@ -47,9 +47,9 @@ TEST(PrintTable, PrintsNothingWhenNoRowHasACell) {
 
 TEST(PrintTable, ShowsHeaderUnderlineAndAlignedRows) {
     // Name: 5 for "alpha". Count: 8 for the number. 5 + 8 + 2 * 2 blanks + 1 separator = 18.
-    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
-    table.Add(CellsOf(Text(kName, "be"), Number(kCount, 12345678)));
+    TextTable table(80, {{kNameColumn, "Name"}, {kCountColumn, "Count"}});
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
+    table.Add(CellsOf(Text(kNameColumn, "be"), Number(kCountColumn, 12345678)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Name  |  Count   ",
                                    "------------------",
@@ -60,8 +60,8 @@ TEST(PrintTable, ShowsHeaderUnderlineAndAlignedRows) {
 }
 
 TEST(PrintTable, ShowsTheSameTableAgainWhenPrintedTwice) {
-    TextTable table(80, {{kName, "Name"}});
-    table.AddTexts({{kName, "alpha"}});
+    TextTable table(80, {{kNameColumn, "Name"}});
+    table.AddTexts({{kNameColumn, "alpha"}});
     const std::string once = table.Printed();
     EXPECT_EQ(once, Lines({" Name  ", "-------", " alpha ", ""}));
     EXPECT_EQ(table.Printed(), once);
@@ -69,8 +69,8 @@ TEST(PrintTable, ShowsTheSameTableAgainWhenPrintedTwice) {
 
 TEST(PrintTable, KeepsNaturalWidthsWithoutAConsole) {
     // 32767 is the width without a console; lines are not filled up to it.
-    TextTable table(32767, {{kName, "Name"}});
-    table.AddTexts({{kName, std::string(300, 'x')}});
+    TextTable table(32767, {{kNameColumn, "Name"}});
+    table.AddTexts({{kNameColumn, std::string(300, 'x')}});
     EXPECT_EQ(table.Printed(), Lines({
                                    " " + std::string(148, ' ') + "Name" + std::string(148, ' ') + " ",
                                    std::string(302, '-'),
@@ -80,8 +80,8 @@ TEST(PrintTable, KeepsNaturalWidthsWithoutAConsole) {
 }
 
 TEST(PrintTable, HasNoLimitInWidthZero) {
-    TextTable table(0, {{kName, "Name"}});
-    table.AddTexts({{kName, "abcdefghijklmnopqrstuvwxyz"}});
+    TextTable table(0, {{kNameColumn, "Name"}});
+    table.AddTexts({{kNameColumn, "abcdefghijklmnopqrstuvwxyz"}});
     EXPECT_EQ(table.Printed(), Lines({
                                    "            Name            ",
                                    "----------------------------",
@@ -91,10 +91,10 @@ TEST(PrintTable, HasNoLimitInWidthZero) {
 }
 
 TEST(PrintTable, LeavesACellBlankThatARowLacks) {
-    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
-    table.Add(CellsOf(Text(kName, "be")));
-    table.Add(CellsOf(Number(kCount, 7)));
+    TextTable table(80, {{kNameColumn, "Name"}, {kCountColumn, "Count"}});
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
+    table.Add(CellsOf(Text(kNameColumn, "be")));
+    table.Add(CellsOf(Number(kCountColumn, 7)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Name  | Count ",
                                    "---------------",
@@ -107,8 +107,8 @@ TEST(PrintTable, LeavesACellBlankThatARowLacks) {
 
 TEST(PrintTable, LeavesOutColumnsThatNoRowFills) {
     // 5 + 5 + 2 * 2 + 1 = 15.
-    TextTable table(80, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    TextTable table(80, {{kNameColumn, "Name"}, {kStatusColumn, "Status"}, {kCountColumn, "Count"}});
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Name  | Count ",
                                    "---------------",
@@ -119,8 +119,8 @@ TEST(PrintTable, LeavesOutColumnsThatNoRowFills) {
 
 TEST(PrintTable, BeginsItsRowsWithASeparatorWhenTheFirstColumnIsLeftOut) {
     // The header does not, so titles and cells stand apart. 5 + 5 + 4 + 1 = 15: the row's last blank is cut.
-    TextTable table(80, {{kStatus, "Status"}, {kName, "Name"}, {kCount, "Count"}});
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    TextTable table(80, {{kStatusColumn, "Status"}, {kNameColumn, "Name"}, {kCountColumn, "Count"}});
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Name  | Count ",
                                    "---------------",
@@ -131,9 +131,9 @@ TEST(PrintTable, BeginsItsRowsWithASeparatorWhenTheFirstColumnIsLeftOut) {
 
 TEST(PrintTable, ShowsEmptyColumnsOnRequest) {
     // 5 + 6 + 5 + 3 * 2 + 2 = 24.
-    TextTable table(80, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
+    TextTable table(80, {{kNameColumn, "Name"}, {kStatusColumn, "Status"}, {kCountColumn, "Count"}});
     table.SetShowEmptyColumns(true);
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Name  | Status | Count ",
                                    "------------------------",
@@ -144,16 +144,16 @@ TEST(PrintTable, ShowsEmptyColumnsOnRequest) {
 }
 
 TEST(PrintTable, ShowsAColumnAsOftenAsItIsChosen) {
-    TextTable table(80, {{kName, "Name"}, {kName, "Again"}});
-    table.AddTexts({{kName, "alpha"}});
+    TextTable table(80, {{kNameColumn, "Name"}, {kNameColumn, "Again"}});
+    table.AddTexts({{kNameColumn, "alpha"}});
     EXPECT_EQ(table.Printed(), Lines({" Name  | Again ", "---------------", " alpha | alpha ", ""}));
 }
 
 TEST(PrintTable, PrintsEmptyLinesWhenRowsFillNoneOfItsColumns) {
     // The usage list is not empty, so the table is printed: lines of width 0.
-    TextTable table(80, {{kName, "Name"}});
-    table.AddTexts({{kStatus, "active"}});
-    table.AddTexts({{kStatus, "active"}});
+    TextTable table(80, {{kNameColumn, "Name"}});
+    table.AddTexts({{kStatusColumn, "active"}});
+    table.AddTexts({{kStatusColumn, "active"}});
     EXPECT_EQ(table.Printed(), "\n\n\n\n\n");
 }
 
@@ -161,8 +161,9 @@ TEST(PrintTable, StopsAtTheFirstColumnThatDoesNotFit) {
     // Both columns fixed: 8 and 8. Width 20: the walk counts 10 and 10 + 11 = 21 does not fit; line 20.
     // After the first cell (10) the second one needs 10 more: 20 fits (the separator is not asked for), and
     // makes 21 characters, of which the last is cut.
-    TextTable table(20, {{kName, "Name"}, {kStatus, "Status"}, {kCount, "Count"}});
-    table.Add(CellsOf(Text(kName, "alphabet"), Text(kStatus, "disabled"), Number(kCount, 5)));
+    TextTable table(20, {{kNameColumn, "Name"}, {kStatusColumn, "Status"}, {kCountColumn, "Count"}});
+    table.Add(
+        CellsOf(Text(kNameColumn, "alphabet"), Text(kStatusColumn, "disabled"), Number(kCountColumn, 5)));
     EXPECT_EQ(table.Printed(), Lines({
                                    "   Name   |  Status ",
                                    "--------------------",
@@ -181,8 +182,8 @@ TEST(PrintTable, StopsAtTheFirstColumnThatDoesNotFit) {
 
 TEST(PrintTable, ShowsNothingOfACellThatOnlyFitsWithoutItsBlanks) {
     // One fixed column of 8. Width 9: one blank too few.
-    TextTable table(9, {{kName, "Name"}});
-    table.AddTexts({{kName, "alphabet"}});
+    TextTable table(9, {{kNameColumn, "Name"}});
+    table.AddTexts({{kNameColumn, "alphabet"}});
     EXPECT_EQ(table.Printed(), Lines({"         ", "", "         ", ""}));
     // Width 8: a cell that fills the line takes one blank only, which is still one too many.
     table.SetMaxWidth(8);
@@ -195,9 +196,9 @@ TEST(PrintTable, ShowsNothingOfACellThatOnlyFitsWithoutItsBlanks) {
 TEST(PrintTable, MakesElasticColumnsGiveWay) {
     // Name: minimum 4, natural 10. Count: 5. Width 17: takes 6, then 8: 14 fits. Room 17 - 1 - 4 = 12 for 15;
     // 12 - 5 = 7 for the one elastic column.
-    TextTable table(17, {{kName, "Name", 4}, {kCount, "Count"}});
-    table.Add(CellsOf(Text(kName, "abcdefghij"), Number(kCount, 5)));
-    table.Add(CellsOf(Text(kName, "abc"), Number(kCount, 60)));
+    TextTable table(17, {{kNameColumn, "Name", 4}, {kCountColumn, "Count"}});
+    table.Add(CellsOf(Text(kNameColumn, "abcdefghij"), Number(kCountColumn, 5)));
+    table.Add(CellsOf(Text(kNameColumn, "abc"), Number(kCountColumn, 60)));
     EXPECT_EQ(table.Printed(), Lines({
                                    "  Name   | Count ",
                                    "-----------------",
@@ -210,8 +211,8 @@ TEST(PrintTable, MakesElasticColumnsGiveWay) {
 TEST(PrintTable, PadsLinesThatFittingMadeNarrowerThanTheLine) {
     // Name: minimum 10, maximum 12, natural 30; it counts as fixed with 12. Status: 6. Width 30: room 25;
     // 25 - 12 - 6 = 7, divisor 2: share 3, so the minimum 10, and 1 of the rest. 13 + 1 + 8 = 22 of 30.
-    TextTable table(30, {{kName, "Name", 10, 12}, {kStatus, "Status"}});
-    table.AddTexts({{kName, std::string(30, 'x')}, {kStatus, "active"}});
+    TextTable table(30, {{kNameColumn, "Name", 10, 12}, {kStatusColumn, "Status"}});
+    table.AddTexts({{kNameColumn, std::string(30, 'x')}, {kStatusColumn, "active"}});
     EXPECT_EQ(table.Printed(), Lines({
                                    "    Name     | Status         ",
                                    "----------------------",
@@ -223,8 +224,8 @@ TEST(PrintTable, PadsLinesThatFittingMadeNarrowerThanTheLine) {
 TEST(PrintTable, DoesNotPadALineThatEndsInAPercentSign) {
     // Status is 7 wide here: 25 - 12 - 7 = 6, share 3, rest 0: 10. 12 + 1 + 9 = 22 of 30. The text ends in
     // "%" at its full width, so its line looks as if it ended in a percent cell.
-    TextTable table(30, {{kName, "Name", 10, 12}, {kStatus, "Status"}});
-    table.AddTexts({{kName, std::string(30, 'x')}, {kStatus, "full 9%"}});
+    TextTable table(30, {{kNameColumn, "Name", 10, 12}, {kStatusColumn, "Status"}});
+    table.AddTexts({{kNameColumn, std::string(30, 'x')}, {kStatusColumn, "full 9%"}});
     EXPECT_EQ(table.Printed(), Lines({
                                    "    Name    | Status          ",
                                    "----------------------",
@@ -237,8 +238,8 @@ TEST(PrintTable, ShowsPercentCellsWithOnePercentSign) {
     // "Used Capa" is 9 wide: 11 for the line. The row has 12 characters, of which one percent sign does not
     // show.
     TextTable table(80, {kPercentColumn});
-    table.Add(CellsOf(Percent(kUsed, 50)));
-    table.Add(CellsOf(Percent(kUsed, 100)));
+    table.Add(CellsOf(Percent(kUsedColumn, 50)));
+    table.Add(CellsOf(Percent(kUsedColumn, 100)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Used Capa ",
                                    "-----------",
@@ -251,9 +252,9 @@ TEST(PrintTable, ShowsPercentCellsWithOnePercentSign) {
 TEST(PrintTable, CutsALineAfterAPercentCellByOneCharacter) {
     // 9 + 6 + 4 + 1 = 20. The row has 21 characters with both percent signs and is cut to 20; 19 show. A row
     // without the percent cell keeps its 20.
-    TextTable table(80, {kPercentColumn, {kStatus, "Status"}});
-    table.Add(CellsOf(Percent(kUsed, 50), Text(kStatus, "active")));
-    table.Add(CellsOf(Text(kStatus, "active")));
+    TextTable table(80, {kPercentColumn, {kStatusColumn, "Status"}});
+    table.Add(CellsOf(Percent(kUsedColumn, 50), Text(kStatusColumn, "active")));
+    table.Add(CellsOf(Text(kStatusColumn, "active")));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Used Capa | Status ",
                                    "--------------------",
@@ -266,7 +267,7 @@ TEST(PrintTable, CutsALineAfterAPercentCellByOneCharacter) {
 TEST(PrintTable, MakesRoomForEveryPercentCellOfALine) {
     // 9 + 9 + 4 + 1 = 23 and 2 more for the signs that do not show: 25 characters, 23 of them seen.
     TextTable table(80, {kPercentColumn, kPercentColumn});
-    table.Add(CellsOf(Percent(kUsed, 7)));
+    table.Add(CellsOf(Percent(kUsedColumn, 7)));
     EXPECT_EQ(table.Printed(), Lines({
                                    " Used Capa | Used Capa ",
                                    "-----------------------",
@@ -278,8 +279,8 @@ TEST(PrintTable, MakesRoomForEveryPercentCellOfALine) {
 TEST(PrintTable, LeavesOutAPercentCellThatDoesNotFit) {
     // Name is 8 wide, per cent 9: width 20 counts the name only (10, then 10 + 12 = 22). Line 20; 10 for the
     // name and 1 + 10 + 1 for the percent cell are 22 of the 21 that a line with a percent cell may have.
-    TextTable table(20, {{kName, "Name"}, kPercentColumn});
-    table.Add(CellsOf(Text(kName, "alphabet"), Percent(kUsed, 50)));
+    TextTable table(20, {{kNameColumn, "Name"}, kPercentColumn});
+    table.Add(CellsOf(Text(kNameColumn, "alphabet"), Percent(kUsedColumn, 50)));
     EXPECT_EQ(table.Printed(), Lines({
                                    "   Name             ",
                                    "----------",
@@ -297,70 +298,71 @@ TEST(PrintTable, LeavesOutAPercentCellThatDoesNotFit) {
 }
 
 TEST(PrintTable, PrintsForeignPercentSignsAsThemselves) {
-    TextTable table(80, {{kName, "Name"}});
-    table.AddTexts({{kName, "100%s %n"}});
-    table.AddTexts({{kName, "%d"}});
+    TextTable table(80, {{kNameColumn, "Name"}});
+    table.AddTexts({{kNameColumn, "100%s %n"}});
+    table.AddTexts({{kNameColumn, "%d"}});
     EXPECT_EQ(table.Printed(), Lines({"   Name   ", "----------", " 100%s %n ", " %d       ", ""}));
 }
 
 TEST(PrintTable, UsesItsSeparator) {
-    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
+    TextTable table(80, {{kNameColumn, "Name"}, {kCountColumn, "Count"}});
     table.SetSeparator(" :: ");
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
     // 5 + 5 + 4 + 4 = 18.
     EXPECT_EQ(table.Printed(), Lines({" Name   ::  Count ", "------------------", " alpha  ::      5 ", ""}));
 }
 
 TEST(PrintTable, NeedsNoSeparator) {
-    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}});
+    TextTable table(80, {{kNameColumn, "Name"}, {kCountColumn, "Count"}});
     table.SetSeparator("");
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
     EXPECT_EQ(table.Printed(), Lines({" Name   Count ", "--------------", " alpha      5 ", ""}));
 }
 
 TEST(PrintTable, DoesNotReplaceNamesInCells) {
-    TextTable table(80, {{kName, "Name"}});
-    table.AddTexts({{kName, "[CmdLine]"}});
+    TextTable table(80, {{kNameColumn, "Name"}});
+    table.AddTexts({{kNameColumn, "[CmdLine]"}});
     EXPECT_EQ(table.Printed(), Lines({"   Name    ", "-----------", " [CmdLine] ", ""}));
 }
 
 TEST(PrintTable, ShowsRowsInTheirOrder) {
-    TextTable table(80, {{kName, "Name"}});
-    table.SetSortKeys({{kName, kDescending}});
+    TextTable table(80, {{kNameColumn, "Name"}});
+    table.SetSortKeys({{kNameColumn, kDescending}});
     for (const char* name : {"Box-9", "Box-10", "Box-1"})
-        table.AddTexts({{kName, name}});
+        table.AddTexts({{kNameColumn, name}});
     EXPECT_EQ(table.Printed(), Lines({"  Name  ", "--------", " Box-10 ", " Box-9  ", " Box-1  ", ""}));
 }
 
 TEST(PrintPlainTable, JoinsFullTextsWithTheSeparator) {
-    TextTable table(20, {{kName, "Name", 4}, {kCount, "Count"}, kPercentColumn});
+    TextTable table(20, {{kNameColumn, "Name", 4}, {kCountColumn, "Count"}, kPercentColumn});
     table.SetSeparator(",");
-    table.Add(
-        CellsOf(Text(kName, "a name that is longer than the line"), Number(kCount, 5), Percent(kUsed, 50)));
-    table.Add(CellsOf(Text(kName, "be"), Number(kCount, 1234567), Percent(kUsed, 7)));
+    table.Add(CellsOf(Text(kNameColumn, "a name that is longer than the line"), Number(kCountColumn, 5),
+                      Percent(kUsedColumn, 50)));
+    table.Add(CellsOf(Text(kNameColumn, "be"), Number(kCountColumn, 1234567), Percent(kUsedColumn, 7)));
     EXPECT_EQ(table.PrintedPlain(), "a name that is longer than the line,5,50%\nbe,1234567,7%\n");
 }
 
 TEST(PrintPlainTable, ShowsACellThatARowLacksAsAnEmptyText) {
-    TextTable table(80, {{kName, "Name"}, {kCount, "Count"}, {kStatus, "Status"}});
-    table.Add(CellsOf(Number(kCount, 5)));
-    table.Add(CellsOf(Text(kName, "be")));
-    table.Add(CellsOf(Text(kName, "c"), Text(kStatus, "on")));
+    TextTable table(80, {{kNameColumn, "Name"}, {kCountColumn, "Count"}, {kStatusColumn, "Status"}});
+    table.Add(CellsOf(Number(kCountColumn, 5)));
+    table.Add(CellsOf(Text(kNameColumn, "be")));
+    table.Add(CellsOf(Text(kNameColumn, "c"), Text(kStatusColumn, "on")));
     EXPECT_EQ(table.PrintedPlain(), "|5|\nbe||\nc||on\n");
 }
 
 TEST(PrintPlainTable, LeavesOutEmptyColumnsButKeepsTheSeparatorBeforeLaterOnes) {
-    TextTable table(80, {{kStatus, "Status"}, {kName, "Name"}, {9, "Empty"}, {kCount, "Count"}});
-    table.Add(CellsOf(Text(kName, "alpha"), Number(kCount, 5)));
+    TextTable table(
+        80, {{kStatusColumn, "Status"}, {kNameColumn, "Name"}, {9, "Empty"}, {kCountColumn, "Count"}});
+    table.Add(CellsOf(Text(kNameColumn, "alpha"), Number(kCountColumn, 5)));
     EXPECT_EQ(table.PrintedPlain(), "|alpha|5\n");
 }
 
 TEST(PrintPlainTable, LeavesOutAColumnThatFittingMadeZeroWide) {
     // Two columns without a set minimum share 1: the second one gets 0 and so has no place. Width 14: takes
     // 1, 2, 8; room 14 - 2 - 6 = 6; 6 - 5 = 1 for 2 columns.
-    TextTable table(14, {{kName, "Name", -1}, {kStatus, "Status", -1}, {kCount, "Count"}});
-    table.Add(
-        CellsOf(Text(kName, std::string(20, 'x')), Text(kStatus, std::string(20, 'y')), Number(kCount, 5)));
+    TextTable table(14, {{kNameColumn, "Name", -1}, {kStatusColumn, "Status", -1}, {kCountColumn, "Count"}});
+    table.Add(CellsOf(Text(kNameColumn, std::string(20, 'x')), Text(kStatusColumn, std::string(20, 'y')),
+                      Number(kCountColumn, 5)));
     EXPECT_EQ(table.PrintedPlain(), std::string(20, 'x') + "|5\n");
 }
 

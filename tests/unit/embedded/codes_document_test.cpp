@@ -11,7 +11,7 @@
 namespace embedded_test {
 namespace {
 
-std::string ReadPage() {
+std::string ReadCodesPage() {
     std::ifstream file(KRVSIM_PAGE, std::ios::binary);
     std::stringstream text;
     text << file.rdbuf();
@@ -28,7 +28,7 @@ std::string TableRows() {
 }
 
 TEST(CodesDocument, TableIsTheOneOfTheProgram) {
-    const std::string page = ReadPage();
+    const std::string page = ReadCodesPage();
     const std::string head = "| Code | Text | When |\n|---|---|---|\n";
     const size_t start = page.find(head);
     ASSERT_NE(start, std::string::npos);

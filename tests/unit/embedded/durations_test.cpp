@@ -13,7 +13,6 @@ namespace {
 using embedded::DurationProfile;
 using embedded::HandledMedium;
 using embedded::HandledSides;
-using embedded::Seconds;
 using embedded::SimulatedTime;
 using embedded::StoredJournalEntry;
 using std::chrono::hours;

@@ -12,7 +12,7 @@
 namespace embedded_test {
 namespace {
 
-std::string ReadPage() {
+std::string ReadLayoutPage() {
     std::stringstream text;
     text << std::ifstream(KRVSIM_LAYOUT_PAGE, std::ios::binary).rdbuf();
     return text.str();
@@ -27,7 +27,7 @@ std::string ExampleOf(const std::string& page) {
 }
 
 TEST(LayoutDocument, ExampleIsAFaultlessLayout) {
-    const std::string example = ExampleOf(ReadPage());
+    const std::string example = ExampleOf(ReadLayoutPage());
     ASSERT_FALSE(example.empty());
     const embedded::LayoutResult layout = embedded::ReadLayout(example);
     for (const embedded::Problem& problem : layout.problems)
@@ -41,7 +41,7 @@ TEST(LayoutDocument, ExampleIsAFaultlessLayout) {
 }
 
 TEST(LayoutDocument, EveryMediaTypeIsNamed) {
-    const std::string page = ReadPage();
+    const std::string page = ReadLayoutPage();
     for (const embedded::MediaType& type : embedded::AllMediaTypes()) {
         EXPECT_NE(page.find("`" + std::string(type.name) + "`"), std::string::npos) << type.name;
     }

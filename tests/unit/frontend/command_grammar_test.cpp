@@ -49,7 +49,7 @@ string Conflicts(const KeywordNode& node) {
     return text;
 }
 
-struct Row {
+struct KeywordRow {
     string keyword;
     string dash;  // "yes": may be written with "-" or "/"
     string value;
@@ -57,7 +57,7 @@ struct Row {
     string help;
 };
 
-void ExpectRow(const KeywordNode& node, const Row& row, KeywordKind kind) {
+void ExpectRow(const KeywordNode& node, const KeywordRow& row, KeywordKind kind) {
     EXPECT_EQ(node.kind, kind) << row.keyword;
     EXPECT_EQ(node.dashAllowed, row.dash == "yes") << row.keyword;
     EXPECT_EQ(Forms(node), row.value) << row.keyword;
@@ -103,16 +103,16 @@ TEST(CommandGrammar, OffersEachCommandItsParametersInTheOrderOfHelp) {
 }
 
 TEST(CommandGrammar, DescribesTheOptions) {
-    const Row rows[] = {
+    const KeywordRow rows[] = {
         {"quiet", "yes", "none", "[]", "quiet mode (suppress banner and success message)"},
         {"server", "yes", "text", "[]", "specify server name to connect with"},
     };
-    for (const Row& row : rows)
+    for (const KeywordRow& row : rows)
         ExpectRow(test::Node(row.keyword), row, KeywordKind::Option);
 }
 
 TEST(CommandGrammar, DescribesTheCommands) {
-    const Row rows[] = {
+    const KeywordRow rows[] = {
         {"help", "no", "none", "[help]", "usage/help output"},
         {"?", "yes", "none", "[]", "usage/help output"},
         {"service", "no", "none", "[service]", "start/stop/restart the [ProductName] service"},
@@ -125,7 +125,7 @@ TEST(CommandGrammar, DescribesTheCommands) {
         {"name", "no", "none", "[name]", "rename jukebox or set the directory name for volumes"},
         {"query", "no", "none", "[query]", "query information"},
     };
-    for (const Row& row : rows)
+    for (const KeywordRow& row : rows)
         ExpectRow(test::Node(row.keyword), row, KeywordKind::Command);
     ExpectRow(CommandGrammar::Delete(),
               {"delete", "no", "none", "[delete]", "remove offline volumes from database"},
@@ -133,7 +133,7 @@ TEST(CommandGrammar, DescribesTheCommands) {
 }
 
 TEST(CommandGrammar, DescribesTheParameters) {
-    const Row rows[] = {
+    const KeywordRow rows[] = {
         {"J", "no", "text id", "[]", "jukebox ID or jukebox name, eg. J @17 or J MyBox"},
         {"M", "no", "number*", "[]", "magazine number, eg. M 1 or M1"},
         {"S", "no", "number*", "[]", "slot number in magazine, or absolute slot in jukebox"},
@@ -166,7 +166,7 @@ TEST(CommandGrammar, DescribesTheParameters) {
     const std::vector<const KeywordNode*> nodes = AllParameters();
     EXPECT_EQ(nodes.size(), std::size(rows));
     for (const KeywordNode* node : nodes) {
-        const auto row = std::ranges::find(rows, node->keyword, &Row::keyword);
+        const auto row = std::ranges::find(rows, node->keyword, &KeywordRow::keyword);
         ASSERT_NE(row, std::end(rows)) << node->keyword;
         ExpectRow(*node, *row, KeywordKind::Parameter);
     }
@@ -175,7 +175,7 @@ TEST(CommandGrammar, DescribesTheParameters) {
 TEST(CommandGrammar, KeepsTheNodesThatNoLineCanReach) {
     ASSERT_EQ(Keywords(CommandGrammar::Unreachable()), "yes rescan configuration detectsequence filter");
     const KeywordNode::Table nodes = CommandGrammar::Unreachable();
-    const Row rows[] = {
+    const KeywordRow rows[] = {
         {"yes", "yes", "none", "[]", "help - default"},
         {"rescan", "no", "none", "[]", "reinitialize the slot in the jukebox"},
         {"configuration", "no", "none", "[]", "output configuration"},

@@ -17,13 +17,13 @@ std::string Found(KeywordNode::Table candidates, std::string_view word) {
 }
 
 // A word that is selected by nothing has the expectation "nothing".
-struct Row {
+struct WordRow {
     std::string_view word;
     std::string_view expected;
 };
 
-void ExpectRows(KeywordNode::Table candidates, const std::vector<Row>& rows) {
-    for (const Row& row : rows)
+void ExpectKeywords(KeywordNode::Table candidates, const std::vector<WordRow>& rows) {
+    for (const WordRow& row : rows)
         EXPECT_EQ(Found(candidates, row.word), row.expected) << "word: " << row.word;
 }
 
@@ -80,87 +80,87 @@ TEST(KeywordStartsWith, TakesAnEmptyWordAsTheBeginningOfEveryKeyword) {
 }
 
 TEST(FindKeyword, SelectsTopLevelKeywordsByTheirUniqueBeginnings) {
-    ExpectRows(CommandGrammar::TopLevel(), {
-                                               {"quiet", "quiet"},
-                                               {"qui", "quiet"},
-                                               {"que", "query"},
-                                               {"query", "query"},
-                                               {"serve", "server"},
-                                               {"server", "server"},
-                                               {"servi", "service"},
-                                               {"service", "service"},
-                                               {"h", "help"},
-                                               {"help", "help"},
-                                               {"?", "?"},
-                                               {"i", "import"},
-                                               {"ex", "export"},
-                                               {"en", "enable"},
-                                               {"sc", "scan"},
-                                               {"f", "format"},
-                                               {"d", "disable"},
-                                               {"n", "name"},
-                                           });
+    ExpectKeywords(CommandGrammar::TopLevel(), {
+                                                   {"quiet", "quiet"},
+                                                   {"qui", "quiet"},
+                                                   {"que", "query"},
+                                                   {"query", "query"},
+                                                   {"serve", "server"},
+                                                   {"server", "server"},
+                                                   {"servi", "service"},
+                                                   {"service", "service"},
+                                                   {"h", "help"},
+                                                   {"help", "help"},
+                                                   {"?", "?"},
+                                                   {"i", "import"},
+                                                   {"ex", "export"},
+                                                   {"en", "enable"},
+                                                   {"sc", "scan"},
+                                                   {"f", "format"},
+                                                   {"d", "disable"},
+                                                   {"n", "name"},
+                                               });
 }
 
 TEST(FindKeyword, RejectsAmbiguousAndUnknownTopLevelWords) {
-    ExpectRows(CommandGrammar::TopLevel(), {
-                                               {"q", "nothing"},     // quiet, query
-                                               {"qu", "nothing"},    // quiet, query
-                                               {"s", "nothing"},     // server, service, scan
-                                               {"se", "nothing"},    // server, service
-                                               {"ser", "nothing"},   // server, service
-                                               {"serv", "nothing"},  // server, service
-                                               {"e", "nothing"},     // export, enable
-                                               {"", "nothing"},      // everything
-                                               {"xyz", "nothing"},
-                                               {"queryx", "nothing"},
-                                               {"Query", "nothing"},
-                                               {"QUERY", "nothing"},
-                                               {"delete", "nothing"},  // defined, but not in this table
-                                               {"yes", "nothing"},
-                                               {"J", "nothing"},
-                                           });
+    ExpectKeywords(CommandGrammar::TopLevel(), {
+                                                   {"q", "nothing"},     // quiet, query
+                                                   {"qu", "nothing"},    // quiet, query
+                                                   {"s", "nothing"},     // server, service, scan
+                                                   {"se", "nothing"},    // server, service
+                                                   {"ser", "nothing"},   // server, service
+                                                   {"serv", "nothing"},  // server, service
+                                                   {"e", "nothing"},     // export, enable
+                                                   {"", "nothing"},      // everything
+                                                   {"xyz", "nothing"},
+                                                   {"queryx", "nothing"},
+                                                   {"Query", "nothing"},
+                                                   {"QUERY", "nothing"},
+                                                   {"delete", "nothing"},  // defined, but not in this table
+                                                   {"yes", "nothing"},
+                                                   {"J", "nothing"},
+                                               });
 }
 
 TEST(FindKeyword, TakesDashFormsOfTheKeywordsThatAllowThem) {
-    ExpectRows(CommandGrammar::TopLevel(), {
-                                               {"-quiet", "quiet"},
-                                               {"/quiet", "quiet"},
-                                               {"/qui", "quiet"},
-                                               {"-q", "quiet"},
-                                               {"-s", "server"},
-                                               {"/server", "server"},
-                                               {"-?", "?"},
-                                               {"/?", "?"},
-                                               {"-", "nothing"},  // begins -quiet, -server and -?
-                                               {"/", "nothing"},
-                                               {"--quiet", "nothing"},
-                                               {"-query", "nothing"},
-                                               {"/help", "nothing"},
-                                               {"-service", "nothing"},
-                                           });
+    ExpectKeywords(CommandGrammar::TopLevel(), {
+                                                   {"-quiet", "quiet"},
+                                                   {"/quiet", "quiet"},
+                                                   {"/qui", "quiet"},
+                                                   {"-q", "quiet"},
+                                                   {"-s", "server"},
+                                                   {"/server", "server"},
+                                                   {"-?", "?"},
+                                                   {"/?", "?"},
+                                                   {"-", "nothing"},  // begins -quiet, -server and -?
+                                                   {"/", "nothing"},
+                                                   {"--quiet", "nothing"},
+                                                   {"-query", "nothing"},
+                                                   {"/help", "nothing"},
+                                                   {"-service", "nothing"},
+                                               });
 }
 
 TEST(FindKeyword, SelectsParametersOfQueryByTheirUniqueBeginnings) {
     const KeywordNode::Table parameters = test::Node("query").children;
-    ExpectRows(parameters,
-               {
-                   {"s", "nothing"},  // sort, separator, slots
-                   {"sl", "slots"},      {"so", "sort"},
-                   {"se", "separator"},  {"S", "S"},
-                   {"j", "jukeboxes"},   {"J", "J"},
-                   {"m", "magazines"},   {"M", "M"},
-                   {"d", "drives"},      {"D", "D"},
-                   {"v", "volumes"},     {"V", "V"},
-                   {"c", "columns"},     {"n", "notable"},
-                   {"w", "width"},       {"magazine", "magazines"},
-                   {".A", ".A"},         {".B", ".B"},
-                   {".", "nothing"},  // .A, .B
-                   {"-n", "notable"},    {"/volumes", "volumes"},
-                   {"-se", "separator"}, {"-s", "nothing"},  // -separator, -slots; sort has no dash form
-                   {"-so", "nothing"},   {"-J", "nothing"},
-                   {"quiet", "nothing"}, {"scan", "nothing"},
-               });
+    ExpectKeywords(parameters,
+                   {
+                       {"s", "nothing"},  // sort, separator, slots
+                       {"sl", "slots"},      {"so", "sort"},
+                       {"se", "separator"},  {"S", "S"},
+                       {"j", "jukeboxes"},   {"J", "J"},
+                       {"m", "magazines"},   {"M", "M"},
+                       {"d", "drives"},      {"D", "D"},
+                       {"v", "volumes"},     {"V", "V"},
+                       {"c", "columns"},     {"n", "notable"},
+                       {"w", "width"},       {"magazine", "magazines"},
+                       {".A", ".A"},         {".B", ".B"},
+                       {".", "nothing"},  // .A, .B
+                       {"-n", "notable"},    {"/volumes", "volumes"},
+                       {"-se", "separator"}, {"-s", "nothing"},  // -separator, -slots; sort has no dash form
+                       {"-so", "nothing"},   {"-J", "nothing"},
+                       {"quiet", "nothing"}, {"scan", "nothing"},
+                   });
 }
 
 TEST(FindKeyword, TakesLowerAndUpperCaseAsDifferent) {

@@ -31,7 +31,7 @@ std::vector<int32_t> Slots(const ItemAddressList& list, size_t atMost = 100) {
     return slots;
 }
 
-using Numbers = std::vector<int32_t>;
+using SlotNumbers = std::vector<int32_t>;
 
 TEST(ItemAddressList, IsEmptyByDefault) {
     const ItemAddressList list;
@@ -40,7 +40,7 @@ TEST(ItemAddressList, IsEmptyByDefault) {
 }
 
 TEST(ItemAddressList, RunsThroughNumbersAndRangesInTheOrderWritten) {
-    EXPECT_EQ(Slots(SlotsOf({{7, 7, false}, {3, 5, true}, {1, 1, false}})), (Numbers{7, 3, 4, 5, 1}));
+    EXPECT_EQ(Slots(SlotsOf({{7, 7, false}, {3, 5, true}, {1, 1, false}})), (SlotNumbers{7, 3, 4, 5, 1}));
 }
 
 TEST(ItemAddressList, GivesEveryEntryTheCommonPart) {
@@ -64,8 +64,8 @@ TEST(ItemAddressList, GivesEveryEntryTheCommonPart) {
 TEST(ItemAddressList, HasNoEntryForAReversedRange) {
     EXPECT_TRUE(SlotsOf({{5, 3, true}}).IsEmpty());
     EXPECT_TRUE(SlotsOf({{5, 3, true}, {2, 1, true}}).IsEmpty());
-    EXPECT_EQ(Slots(SlotsOf({{5, 3, true}, {7, 7, false}})), (Numbers{7}));
-    EXPECT_EQ(Slots(SlotsOf({{7, 7, false}, {5, 3, true}})), (Numbers{7}));
+    EXPECT_EQ(Slots(SlotsOf({{5, 3, true}, {7, 7, false}})), (SlotNumbers{7}));
+    EXPECT_EQ(Slots(SlotsOf({{7, 7, false}, {5, 3, true}})), (SlotNumbers{7}));
 }
 
 TEST(ItemAddressList, GivesTheFirstEntryBehindReversedRanges) {
@@ -76,18 +76,18 @@ TEST(ItemAddressList, MakesEntriesOneAtATimeSoThatAHugeRangeCostsNothing) {
     const ItemAddressList list = SlotsOf({{1, 2'000'000'000, true}});
     EXPECT_FALSE(list.IsEmpty());
     EXPECT_EQ(list.Front().slot, 1);
-    EXPECT_EQ(Slots(list, 3), (Numbers{1, 2, 3}));
+    EXPECT_EQ(Slots(list, 3), (SlotNumbers{1, 2, 3}));
 }
 
 TEST(ItemAddressList, EndsBehindTheLargestNumber) {
-    EXPECT_EQ(Slots(SlotsOf({{kLargest - 1, kLargest, true}})), (Numbers{kLargest - 1, kLargest}));
-    EXPECT_EQ(Slots(SlotsOf({{kLargest, kLargest, false}, {1, 1, false}})), (Numbers{kLargest, 1}));
+    EXPECT_EQ(Slots(SlotsOf({{kLargest - 1, kLargest, true}})), (SlotNumbers{kLargest - 1, kLargest}));
+    EXPECT_EQ(Slots(SlotsOf({{kLargest, kLargest, false}, {1, 1, false}})), (SlotNumbers{kLargest, 1}));
 }
 
 TEST(ItemAddressList, CanBeWalkedAgain) {
     const ItemAddressList list = SlotsOf({{1, 2, true}});
-    EXPECT_EQ(Slots(list), (Numbers{1, 2}));
-    EXPECT_EQ(Slots(list), (Numbers{1, 2}));
+    EXPECT_EQ(Slots(list), (SlotNumbers{1, 2}));
+    EXPECT_EQ(Slots(list), (SlotNumbers{1, 2}));
 }
 
 }  // namespace

@@ -131,13 +131,13 @@ std::string Addressed(const Words& words) {
     return text;
 }
 
-struct Row {
+struct AddressRow {
     Words words;
     std::string_view expected;
 };
 
-void ExpectRows(const std::vector<Row>& rows) {
-    for (const Row& row : rows) {
+void ExpectAddresses(const std::vector<AddressRow>& rows) {
+    for (const AddressRow& row : rows) {
         std::string words;
         for (const char* word : row.words)
             words.append("[").append(word).append("]");
@@ -146,7 +146,7 @@ void ExpectRows(const std::vector<Row>& rows) {
 }
 
 TEST(ReadItemAddress, ListsOneEntryForEachAddressedItem) {
-    ExpectRows({
+    ExpectAddresses({
         {{}, "kind 0:"},
         {{"volumes"}, "kind 0:"},
         {{"V@33"}, "kind 1: ( V33 )"},
@@ -165,7 +165,7 @@ TEST(ReadItemAddress, ListsOneEntryForEachAddressedItem) {
 }
 
 TEST(ReadItemAddress, TakesBothSidesTogetherAsNoSide) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@8", "S3", ".A", ".B"}, "kind 3: ( @8 S2 )"},
         {{"J@8", "M2", "S3", ".B", ".A"}, "kind 3: ( @8 M1 S2 )"},
         {{"J@8", "M2", ".A", ".B"}, "kind 5: ( @8 M1 )"},
@@ -174,7 +174,7 @@ TEST(ReadItemAddress, TakesBothSidesTogetherAsNoSide) {
 }
 
 TEST(ReadItemAddress, RefusesWhatAddressesNothing) {
-    ExpectRows({
+    ExpectAddresses({
         {{"M2"}, "error 22"},
         {{"S1"}, "error 22"},
         {{".A"}, "error 22"},
@@ -189,7 +189,7 @@ TEST(ReadItemAddress, RefusesWhatAddressesNothing) {
 }
 
 TEST(ReadItemAddress, NeedsASingleSlotMagazineAndJukeboxForASide) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@8", "S1,2", ".A"}, "error 22"},
         {{"J@8", "S1-2", ".A"}, "error 22"},
         {{"J@8", "S1-1", ".A"}, "error 22"},  // a range, even of one number, is no single number
@@ -202,7 +202,7 @@ TEST(ReadItemAddress, NeedsASingleSlotMagazineAndJukeboxForASide) {
 }
 
 TEST(ReadItemAddress, NeedsASingleMagazineAndJukeboxForSlots) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@8", "M1,2", "S1"}, "error 22"},
         {{"J@8", "M1-2", "S1,2"}, "error 22"},
         {{"J@8,11", "S1"}, "error 22"},
@@ -210,7 +210,7 @@ TEST(ReadItemAddress, NeedsASingleMagazineAndJukeboxForSlots) {
 }
 
 TEST(ReadItemAddress, NeedsASingleJukeboxForMagazinesAndDrives) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@8,11", "M1"}, "error 22"},
         {{"J@8-9", "M1"}, "error 22"},
         {{"J@8,11", "D1"}, "error 22"},
@@ -218,7 +218,7 @@ TEST(ReadItemAddress, NeedsASingleJukeboxForMagazinesAndDrives) {
 }
 
 TEST(ReadItemAddress, TakesTheFirstNumberOfAListOfJukeboxesAndOfDrives) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@8,11"}, "kind 6: ( @8 )"},
         {{"J@11-8"}, "kind 6: ( @11 )"},
         {{"J@8", "D2,1"}, "kind 7: ( @8 D1 )"},
@@ -227,7 +227,7 @@ TEST(ReadItemAddress, TakesTheFirstNumberOfAListOfJukeboxesAndOfDrives) {
 }
 
 TEST(ReadItemAddress, TakesTheLastOfAParameterGivenTwice) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@8", "J@11"}, "kind 6: ( @11 )"},
         {{"J@8", "J", "MyBox"}, "kind 6: ( \"MyBox\" )"},
         {{"J", "MyBox", "J@8"}, "kind 6: ( @8 )"},
@@ -239,7 +239,7 @@ TEST(ReadItemAddress, TakesTheLastOfAParameterGivenTwice) {
 }
 
 TEST(ReadItemAddress, KeepsAZeroAsANumberThatIsGiven) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@0"}, "kind 6: ( @0 )"},
         {{"J@8", "M0", "S0"}, "kind 3: ( @8 M-1 S-1 )"},
         {{"J@8", "D0"}, "kind 7: ( @8 D-1 )"},
@@ -248,7 +248,7 @@ TEST(ReadItemAddress, KeepsAZeroAsANumberThatIsGiven) {
 }
 
 TEST(ReadItemAddress, AddressesNothingWithAReversedRange) {
-    ExpectRows({
+    ExpectAddresses({
         {{"J@8", "S5-3"}, "kind 3:"},
         {{"J@8", "M5-3"}, "kind 5:"},
         {{"V@5-3"}, "kind 1:"},
@@ -257,7 +257,7 @@ TEST(ReadItemAddress, AddressesNothingWithAReversedRange) {
 }
 
 TEST(ReadItemAddress, KeepsAnEmptyJukeboxName) {
-    ExpectRows({{{"J="}, "kind 6: ( )"}});
+    ExpectAddresses({{{"J="}, "kind 6: ( )"}});
 }
 
 }  // namespace

@@ -13,18 +13,18 @@ namespace {
 using test::ParsedAs;
 using test::Words;
 
-struct Row {
+struct CommandLineRow {
     Words words;
     std::string_view expected;
 };
 
-void ExpectRows(const std::vector<Row>& rows) {
-    for (const Row& row : rows)
+void ExpectParsed(const std::vector<CommandLineRow>& rows) {
+    for (const CommandLineRow& row : rows)
         EXPECT_EQ(ParsedAs(row.words), row.expected) << test::Spelled(row.words);
 }
 
 TEST(Parse, TakesOptionsBeforeTheCommandAndParametersAfterIt) {
-    ExpectRows({
+    ExpectParsed({
         {{"quiet", "server", "my_server", "import", "J", "MyBox", "M", "2", "S", "1", "repeat", "3"},
          "quiet server=\"my_server\" : import J=\"MyBox\" M={2} S={1} repeat={3}"},
         {{"import", "repeat=3", "S1", "J@29"}, ": import repeat={3} S={1} J={29}"},
@@ -35,7 +35,7 @@ TEST(Parse, TakesOptionsBeforeTheCommandAndParametersAfterIt) {
 }
 
 TEST(Parse, TakesALineWithoutACommandAsItIs) {
-    ExpectRows({
+    ExpectParsed({
         {{}, ":"},
         {{""}, ":"},
         {{"", "query"}, ":"},  // an empty first argument ends the line
@@ -45,7 +45,7 @@ TEST(Parse, TakesALineWithoutACommandAsItIs) {
 }
 
 TEST(Parse, TakesAttachedAndSeparateValuesAlike) {
-    ExpectRows({
+    ExpectParsed({
         {{"import", "J", "@29", "M", "1"}, ": import J={29} M={1}"},
         {{"import", "J@29", "M1"}, ": import J={29} M={1}"},
         {{"import", "J=@29", "M=1"}, ": import J={29} M={1}"},
@@ -60,7 +60,7 @@ TEST(Parse, TakesAttachedAndSeparateValuesAlike) {
 }
 
 TEST(Parse, ExpandsAbbreviations) {
-    ExpectRows({
+    ExpectParsed({
         {{"qui", "serve=x", "que", "vol", "col=ILl", "so=lms", "se", ",", "wi=80", "no"},
          "quiet server=\"x\" : query volumes columns=\"ILl\" sort=\"lms\" separator=\",\" width={80} "
          "notable"},
@@ -71,7 +71,7 @@ TEST(Parse, ExpandsAbbreviations) {
 
 // A dash is no letter, so a word that begins with one has no attached value.
 TEST(Parse, ReadsAttachedValuesAfterLettersOnly) {
-    ExpectRows({
+    ExpectParsed({
         {{"query", "sep=,"}, ": query separator=\",\""},
         {{"query", "-sep=,"}, "error 22"},
         {{"query", "/separator=,"}, "error 22"},
@@ -82,7 +82,7 @@ TEST(Parse, ReadsAttachedValuesAfterLettersOnly) {
 
 // Letters are those of ASCII; their neighbours in the character set are none.
 TEST(Parse, EndsTheLettersOfAWordBeforeTheFirstOtherCharacter) {
-    ExpectRows({
+    ExpectParsed({
         {{"query", "JA=x"}, "error 22"},
         {{"query", "JZ=x"}, "error 22"},
         {{"query", "Ja=x"}, "error 22"},
@@ -95,7 +95,7 @@ TEST(Parse, EndsTheLettersOfAWordBeforeTheFirstOtherCharacter) {
 }
 
 TEST(Parse, LetsThePlaceholderTakeAnyWordThatNoKeywordFits) {
-    ExpectRows({
+    ExpectParsed({
         {{"help", "xyz"}, ": help <command>=\"xyz\""},
         {{"help", "?"}, ": help <command>=\"?\""},
         {{"help", "=query"}, ": help <command>=\"query\""},
@@ -110,7 +110,7 @@ TEST(Parse, LetsThePlaceholderTakeAnyWordThatNoKeywordFits) {
 }
 
 TEST(Parse, LetsAKeywordWinOverThePlaceholder) {
-    ExpectRows({
+    ExpectParsed({
         {{"name", "J@31", "V"}, "error 22"},   // V, whose value is missing
         {{"name", "J@31", "V1"}, "error 22"},  // V with a value that is no ID
         {{"name", "J@31", "V@1"}, ": name J={31} V={1}"},
@@ -121,7 +121,7 @@ TEST(Parse, LetsAKeywordWinOverThePlaceholder) {
 }
 
 TEST(Parse, KeepsEverythingInTheOrderAndNumberOfTheLine) {
-    ExpectRows({
+    ExpectParsed({
         {{"query", "slots", "volumes", "slots"}, ": query slots volumes slots"},
         {{"import", "J@8", "repeat=1", "repeat=2"}, ": import J={8} repeat={1} repeat={2}"},
         {{"quiet", "quiet", "help"}, "quiet quiet : help"},
@@ -130,7 +130,7 @@ TEST(Parse, KeepsEverythingInTheOrderAndNumberOfTheLine) {
 }
 
 TEST(Parse, AcceptsCombinationsThatOnlyTheCommandCanJudge) {
-    ExpectRows({
+    ExpectParsed({
         {{"scan", "J@8", "V@33"}, ": scan J={8} V={33}"},
         {{"query", "slots", "J@8", "S1,2", ".A"}, ": query slots J={8} S={1,2} .A"},
         {{"query", "drives", "J@8", "D1,2"}, ": query drives J={8} D={1,2}"},
@@ -140,7 +140,7 @@ TEST(Parse, AcceptsCombinationsThatOnlyTheCommandCanJudge) {
 }
 
 TEST(Parse, RefusesWordsThatNothingTakes) {
-    ExpectRows({
+    ExpectParsed({
         {{"xyz"}, "error 22"},
         {{"quiet", "xyz"}, "error 22"},
         {{"delete", "V@33"}, "error 22"},
@@ -159,7 +159,7 @@ TEST(Parse, RefusesWordsThatNothingTakes) {
 }
 
 TEST(Parse, RefusesOptionsAndCommandsAfterTheCommand) {
-    ExpectRows({
+    ExpectParsed({
         {{"query", "quiet"}, "error 22"},
         {{"query", "volumes", "server=x"}, "error 22"},
         {{"query", "scan"}, "error 22"},
@@ -169,7 +169,7 @@ TEST(Parse, RefusesOptionsAndCommandsAfterTheCommand) {
 }
 
 TEST(Parse, RefusesMissingAndMalformedValues) {
-    ExpectRows({
+    ExpectParsed({
         {{"server"}, "error 22"},
         {{"import", "J"}, "error 22"},
         {{"import", "J@8", "M"}, "error 22"},
@@ -181,7 +181,7 @@ TEST(Parse, RefusesMissingAndMalformedValues) {
 }
 
 TEST(Parse, RefusesAValueOfAKeywordThatTakesNone) {
-    ExpectRows({
+    ExpectParsed({
         {{"format", "V@33", "erase=1"}, "error 22"},
         {{"format", "V@33", "erase="}, "error 22"},
         {{"query", "slots5"}, "error 22"},
@@ -194,7 +194,7 @@ TEST(Parse, RefusesAValueOfAKeywordThatTakesNone) {
 }
 
 TEST(Parse, RefusesEmptyArgumentsAfterTheFirst) {
-    ExpectRows({
+    ExpectParsed({
         {{"query", "", "volumes"}, "error 22"},
         {{"query", "volumes", ""}, "error 22"},
         {{"server", "", "help"}, "error 22"},

@@ -20,116 +20,116 @@ std::string ValueOf(const KeywordNode& node, std::string_view text) {
     return test::Serialise(line).substr(node.keyword.size() + 2);
 }
 
-struct Row {
+struct ValueRow {
     std::string_view text;
     std::string_view expected;
 };
 
-void ExpectRows(std::string_view keyword, const std::vector<Row>& rows) {
-    for (const Row& row : rows) {
+void ExpectValues(std::string_view keyword, const std::vector<ValueRow>& rows) {
+    for (const ValueRow& row : rows) {
         EXPECT_EQ(ValueOf(test::Node(keyword), row.text), row.expected) << keyword << " with " << row.text;
     }
 }
 
 TEST(ReadValue, ReadsJukeboxesByIdElseByName) {
-    ExpectRows("query.J", {
-                              {"@17", "={17}"},
-                              {"=@17", "={17}"},
-                              {"@8,11", "={8,11}"},
-                              {"@8-11", "={8-11}"},
-                              {"17", "=\"17\""},
-                              {"=17", "=\"17\""},
-                              {"MyBox", "=\"MyBox\""},
-                              {"=MyBox", "=\"MyBox\""},
-                              {"My Box", "=\"My Box\""},
-                              {"==x", "=\"=x\""},  // one "=" is stepped over, no more
-                              {"@", "=\"@\""},     // no ID, so a name
-                              {"@x", "=\"@x\""},
-                              {"@17x", "=\"@17x\""},
-                              {"@17,", "=\"@17,\""},
-                              {"@2147483648", "=\"@2147483648\""},  // does not fit, so a name
-                              {"", "=\"\""},
-                              {"=", "=\"\""},
-                          });
+    ExpectValues("query.J", {
+                                {"@17", "={17}"},
+                                {"=@17", "={17}"},
+                                {"@8,11", "={8,11}"},
+                                {"@8-11", "={8-11}"},
+                                {"17", "=\"17\""},
+                                {"=17", "=\"17\""},
+                                {"MyBox", "=\"MyBox\""},
+                                {"=MyBox", "=\"MyBox\""},
+                                {"My Box", "=\"My Box\""},
+                                {"==x", "=\"=x\""},  // one "=" is stepped over, no more
+                                {"@", "=\"@\""},     // no ID, so a name
+                                {"@x", "=\"@x\""},
+                                {"@17x", "=\"@17x\""},
+                                {"@17,", "=\"@17,\""},
+                                {"@2147483648", "=\"@2147483648\""},  // does not fit, so a name
+                                {"", "=\"\""},
+                                {"=", "=\"\""},
+                            });
 }
 
 TEST(ReadValue, ReadsVolumesByIdOnly) {
-    ExpectRows("query.V", {
-                              {"@273", "={273}"},
-                              {"=@273", "={273}"},
-                              {"@33,34-36", "={33,34-36}"},
-                              {"273", "error 22"},
-                              {"=273", "error 22"},
-                              {"Sales", "error 22"},
-                              {"@", "error 22"},
-                              {"@33,@34", "error 22"},  // "@" stands once, before the list
-                              {"@=33", "error 22"},
-                              {"@@33", "error 22"},
-                              {"", "error 22"},
-                          });
+    ExpectValues("query.V", {
+                                {"@273", "={273}"},
+                                {"=@273", "={273}"},
+                                {"@33,34-36", "={33,34-36}"},
+                                {"273", "error 22"},
+                                {"=273", "error 22"},
+                                {"Sales", "error 22"},
+                                {"@", "error 22"},
+                                {"@33,@34", "error 22"},  // "@" stands once, before the list
+                                {"@=33", "error 22"},
+                                {"@@33", "error 22"},
+                                {"", "error 22"},
+                            });
 }
 
 TEST(ReadValue, ReadsListsAndRangesOfNumbers) {
-    ExpectRows("query.S", {
-                              {"1", "={1}"},
-                              {"=1", "={1}"},
-                              {"1,5,7", "={1,5,7}"},
-                              {"1-5", "={1-5}"},
-                              {"1/5", "={1-5}"},
-                              {"5-3", "={5-3}"},
-                              {"4-4", "={4-4}"},
-                              {"1,3-5,9/11", "={1,3-5,9-11}"},
-                              {"0", "={0}"},
-                              {"1-2000000000", "={1-2000000000}"},
-                              {"2147483647", "={2147483647}"},
-                          });
+    ExpectValues("query.S", {
+                                {"1", "={1}"},
+                                {"=1", "={1}"},
+                                {"1,5,7", "={1,5,7}"},
+                                {"1-5", "={1-5}"},
+                                {"1/5", "={1-5}"},
+                                {"5-3", "={5-3}"},
+                                {"4-4", "={4-4}"},
+                                {"1,3-5,9/11", "={1,3-5,9-11}"},
+                                {"0", "={0}"},
+                                {"1-2000000000", "={1-2000000000}"},
+                                {"2147483647", "={2147483647}"},
+                            });
 }
 
 TEST(ReadValue, RefusesWhatIsNoListOfNumbers) {
-    ExpectRows("query.S", {
-                              {"", "error 22"},
-                              {"=", "error 22"},
-                              {"x", "error 22"},
-                              {"1x", "error 22"},
-                              {"1,", "error 22"},
-                              {",1", "error 22"},
-                              {"1,,2", "error 22"},
-                              {"1-", "error 22"},
-                              {"-1", "error 22"},
-                              {"1-2-3", "error 22"},
-                              {"1--2", "error 22"},
-                              {"1 2", "error 22"},
-                              {"1, 2", "error 22"},
-                              {"1;2", "error 22"},
-                              {"1.5", "error 22"},
-                              {"1.A", "error 22"},
-                              {"@1", "error 22"},
-                              {"==1", "error 22"},
-                              {"1=", "error 22"},
-                              {"+1", "error 22"},
-                              {"2147483648", "error 22"},
-                              {"1-2147483648", "error 22"},
-                              {"1,99999999999999999999", "error 22"},
-                          });
+    ExpectValues("query.S", {
+                                {"", "error 22"},
+                                {"=", "error 22"},
+                                {"x", "error 22"},
+                                {"1x", "error 22"},
+                                {"1,", "error 22"},
+                                {",1", "error 22"},
+                                {"1,,2", "error 22"},
+                                {"1-", "error 22"},
+                                {"-1", "error 22"},
+                                {"1-2-3", "error 22"},
+                                {"1--2", "error 22"},
+                                {"1 2", "error 22"},
+                                {"1, 2", "error 22"},
+                                {"1;2", "error 22"},
+                                {"1.5", "error 22"},
+                                {"1.A", "error 22"},
+                                {"@1", "error 22"},
+                                {"==1", "error 22"},
+                                {"1=", "error 22"},
+                                {"+1", "error 22"},
+                                {"2147483648", "error 22"},
+                                {"1-2147483648", "error 22"},
+                                {"1,99999999999999999999", "error 22"},
+                            });
 }
 
 TEST(ReadValue, AcceptsListsAndRangesForSingleNumbersToo) {
-    ExpectRows("query.D", {{"1,2", "={1,2}"}, {"1-3", "={1-3}"}});
-    ExpectRows("import.repeat", {{"1-3", "={1-3}"}, {"=5", "={5}"}});
-    ExpectRows("query.width", {{"80,132", "={80,132}"}, {"0", "={0}"}});
+    ExpectValues("query.D", {{"1,2", "={1,2}"}, {"1-3", "={1-3}"}});
+    ExpectValues("import.repeat", {{"1-3", "={1-3}"}, {"=5", "={5}"}});
+    ExpectValues("query.width", {{"80,132", "={80,132}"}, {"0", "={0}"}});
 }
 
 TEST(ReadValue, TakesTextsWholeWithoutOneLeadingEqualsSign) {
-    ExpectRows("format.label", {
-                                   {"Sales 2005", "=\"Sales 2005\""},
-                                   {"=Sales 2005", "=\"Sales 2005\""},
-                                   {"=", "=\"\""},
-                                   {"", "=\"\""},
-                                   {"==", "=\"=\""},
-                                   {"=@1,2-3", "=\"@1,2-3\""},
-                                   {"100%s %n", "=\"100%s %n\""},
-                                   {"a=b", "=\"a=b\""},
-                               });
+    ExpectValues("format.label", {
+                                     {"Sales 2005", "=\"Sales 2005\""},
+                                     {"=Sales 2005", "=\"Sales 2005\""},
+                                     {"=", "=\"\""},
+                                     {"", "=\"\""},
+                                     {"==", "=\"=\""},
+                                     {"=@1,2-3", "=\"@1,2-3\""},
+                                     {"100%s %n", "=\"100%s %n\""},
+                                     {"a=b", "=\"a=b\""},
+                                 });
 }
 
 TEST(ReadValue, LeavesTheParameterWithoutAValueWhenItFails) {

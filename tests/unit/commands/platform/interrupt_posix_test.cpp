@@ -11,7 +11,6 @@
 namespace krvcmd {
 namespace {
 
-using test::Calls;
 using test::Words;
 
 // Interrupted processes. Each test runs in a child process, because a request to end cannot be taken back.
