@@ -67,6 +67,12 @@ class CheckIncludes(unittest.TestCase):
             "what is included exists": ("krvcmd/commands/a.cpp", '#include "krvcmd/commands/gone.h"\n'),
             "commands do not call the library": ("krvcmd/commands/a.cpp", "int a = KrvMediaScan (0);\n"),
             "system calls have their files": ("krvcmd/service/access/a.cpp", "#include <unistd.h>\n"),
+            "source files are compiled, not included":
+                ("krvcmd/commands/a.cpp", '#include "krvcmd/commands/scan.cpp"\n'),
+            "a name from another namespace is used":
+                ("krvcmd/commands/a.cpp", "using std::set;\nusing std::map;\nmap a;  // no set\n"),
+            "an alias of a namespace is used":
+                ("krvcmd/commands/a.cpp", "namespace fs = std::filesystem;\nnamespace io = std::io;\nio::file a;\n"),
             "system questions have their files": ("krvcmd/console/text/a.h", "#ifdef _WIN32\n#endif\n"),
         }
         for what, (name, text) in breaches.items():
