@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "embedded/catalogue/change_made.h"
 #include "embedded/catalogue/item_texts.h"
 #include "embedded/catalogue/volume_changes.h"
 #include "embedded/model/media_types.h"
@@ -36,7 +37,7 @@ constexpr Sql kUsableDrives = R"sql(
 constexpr Sql kDoubleSided = R"sql(SELECT double_sided FROM jukebox WHERE id = ?1)sql";
 
 constexpr Sql kSetMedium = R"sql(UPDATE medium SET type = ?2, sides = max(sides, ?3) WHERE id = ?1)sql";
-constexpr Sql kSetSide = R"sql(
+constexpr Sql kRecordSide = R"sql(
     INSERT INTO side (medium, side, content, finalization, sequential, volume, part)
     VALUES (?1, ?2, ?3, ?4, ?5, nullif(?6, 0), 0)
     ON CONFLICT (medium, side) DO UPDATE SET content = excluded.content,
@@ -54,7 +55,7 @@ constexpr Sql kSetIdentity = R"sql(
 constexpr Sql kForgetIdentity = R"sql(DELETE FROM side_identity WHERE medium = ?1 AND side = ?2)sql";
 constexpr Sql kSetKnownState = R"sql(UPDATE known_medium SET state = ?2 WHERE medium = ?1)sql";
 
-constexpr Sql kAddVolume = R"sql(
+constexpr Sql kAddReadVolume = R"sql(
     INSERT INTO volume (id, type, state, enabled, file_system, label, total, free, value1, value2)
     VALUES (?1, 0, 0, 1, ?2, ?3, ?4, ?5, -1, 0)
 )sql";
@@ -127,7 +128,7 @@ int32_t VolumeOf(Database& database, const Slot& slot, const ReadSide& read) {
     const int32_t returned = TakeReturnedVolume(database, medium, reading);
     if (returned != 0) return returned;
     const int32_t volume = TakeVolumeId(database);
-    Run(database, kAddVolume, volume, reading.fileSystem, reading.label, reading.total, reading.free);
+    Run(database, kAddReadVolume, volume, reading.fileSystem, reading.label, reading.total, reading.free);
     return volume;
 }
 
@@ -148,7 +149,7 @@ void RecordSide(Database& database, const Slot& slot, const ReadSide& read) {
         if (before.has_value() && before->volume != 0) RemoveVolume(database, before->volume);
         Run(database, kForgetIdentity, medium, read.side);
     }
-    Run(database, kSetSide, medium, read.side, reading.content, reading.finalization, reading.isSequential,
+    Run(database, kRecordSide, medium, read.side, reading.content, reading.finalization, reading.isSequential,
         volume);
 }
 
@@ -173,7 +174,6 @@ MovePlan PlanRealExport(Database& database, const SlotKey& key) {
 }
 
 LoadPlan PlanLoad(Database& database, const Slot& slot, int32_t side, const std::vector<uint16_t>& taken) {
-    constexpr int32_t kBothSides = 2;
     LoadPlan plan{slot, ElementOf(database, slot.place), 0, 0, {}};
     const bool isDoubleSided = IsDoubleSided(database, slot.place.jukebox);
     if (side == 1 && !isDoubleSided) {

@@ -29,10 +29,6 @@ constexpr Sql kDriveAddresses = R"sql(
 )sql";
 
 constexpr Sql kMediaOfJukebox = R"sql(SELECT id FROM medium WHERE place IN (1, 2, 3) AND jukebox = ?1)sql";
-constexpr Sql kEndOfShelf = R"sql(SELECT max(slot) + 1 FROM medium WHERE place = 4)sql";
-constexpr Sql kToShelf = R"sql(
-    UPDATE medium SET place = 4, jukebox = 0, magazine = 0, slot = ?2 WHERE id = ?1
-)sql";
 
 void AddElements(Database& database, int32_t jukebox, ElementKind kind, int32_t magazine,
                  const std::vector<uint16_t>& addresses) {
@@ -62,7 +58,7 @@ void RecordAttachment(Database& database, int32_t jukebox, const JukeboxAddress&
 void RemoveAttachedJukebox(Database& database, int32_t jukebox) {
     const auto media = FindValues<int64_t>(database, kMediaOfJukebox, jukebox);
     for (const int64_t medium : media)
-        Run(database, kToShelf, medium, FindValue<int32_t>(database, kEndOfShelf).value_or(0));
+        SetMediumPlace(database, medium, Place::Shelf, {0, 0, EndOfShelf(database)});
     for (const int64_t medium : media)
         RefreshVolumesOf(database, {medium, 0});
     Run(database, R"sql(DELETE FROM intent WHERE jukebox = ?1)sql", jukebox);

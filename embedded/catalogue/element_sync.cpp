@@ -46,10 +46,6 @@ constexpr Sql kStateInSlot = R"sql(
 )sql";
 
 constexpr Sql kMediumPlace = R"sql(SELECT place, jukebox, magazine, slot FROM medium WHERE id = ?1)sql";
-constexpr Sql kEndOfShelf = R"sql(SELECT max(slot) + 1 FROM medium WHERE place = 4)sql";
-constexpr Sql kMoveMedium = R"sql(
-    UPDATE medium SET place = ?2, jukebox = ?3, magazine = ?4, slot = ?5 WHERE id = ?1
-)sql";
 constexpr Sql kAddMedium = R"sql(
     INSERT INTO medium (type, sides, place, jukebox, magazine, slot) VALUES (?1, 1, 4, 0, 0, ?2) RETURNING id
 )sql";
@@ -113,8 +109,6 @@ class Synchronizer {
         return place;
     }
 
-    int32_t EndOfShelf() { return FindValue<int32_t>(m_database, kEndOfShelf).value_or(0); }
-
     void PutOnShelf(int64_t medium) {
         Place place = Place::Shelf;
         SlotPlace slot;
@@ -124,14 +118,14 @@ class Synchronizer {
             row >> place >> slot.jukebox >> slot.magazine >> slot.slot;
         }
         if (place == Place::Shelf) return;
-        Run(m_database, kMoveMedium, medium, Place::Shelf, 0, 0, EndOfShelf());
+        SetMediumPlace(m_database, medium, Place::Shelf, {0, 0, EndOfShelf(m_database)});
         if (place == Place::Slot) SetSlotState(m_database, slot, SlotState::Empty);
         m_touched.insert(medium);
     }
 
     int64_t NewMedium(const std::string& tag) {
         const int64_t medium =
-            FindValue<int64_t>(m_database, kAddMedium, kUnknownMedium, EndOfShelf()).value_or(0);
+            FindValue<int64_t>(m_database, kAddMedium, kUnknownMedium, EndOfShelf(m_database)).value_or(0);
         Run(m_database, kAddSide, medium, Content::Blank, Finalization::Unknown);
         Run(m_database, kAddKnown, medium, tag, SlotState::Unknown);
         return medium;
@@ -146,7 +140,7 @@ class Synchronizer {
         Place place = Place::Slot;
         if (at.kind == ElementKind::MailSlot)
             place = placement.isExport ? Place::ExportStation : Place::ImportStation;
-        Run(m_database, kMoveMedium, medium, place, jukebox, at.magazine, at.number);
+        SetMediumPlace(m_database, medium, place, {jukebox, at.magazine, at.number});
         if (place == Place::Slot) {
             const auto state = FindValue<SlotState>(m_database, kKnownState, medium);
             SetSlotState(m_database, {jukebox, at.magazine, at.number}, state.value_or(SlotState::Unknown));

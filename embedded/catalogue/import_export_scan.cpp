@@ -52,10 +52,6 @@ constexpr Sql kLastPositionInStation = R"sql(
     SELECT slot FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0 ORDER BY slot DESC LIMIT 1
 )sql";
 
-constexpr Sql kMoveMedium = R"sql(
-    UPDATE medium SET place = ?2, jukebox = ?3, magazine = ?4, slot = ?5 WHERE id = ?1
-)sql";
-
 // How a call that names no slot finds one.
 struct SlotSearch {
     Sql ofJukebox;          // from a magazine on: its magazine, its number, whether the magazine is present
@@ -167,7 +163,7 @@ std::string ScanText(Database& database, const Slot& slot) {
 ChangeMade ImportMedium(Database& database, const SlotKey& key) {
     const Transfer transfer = PlanImport(database, key);
     const auto& [medium, place] = transfer;
-    Run(database, kMoveMedium, medium.id, Place::Slot, place.jukebox, place.magazine, place.slot);
+    SetMediumPlace(database, medium.id, Place::Slot, place);
     NumberNewVolumes(database, medium);
     SetSlotState(database, place, IsReadable(database, medium) ? SlotState::Full : SlotState::ScanFailed);
     RefreshVolumesOf(database, medium);
@@ -177,10 +173,10 @@ ChangeMade ImportMedium(Database& database, const SlotKey& key) {
 ChangeMade ExportMedium(Database& database, const SlotKey& key) {
     const Transfer transfer = PlanExport(database, key);
     const auto& [medium, place] = transfer;
-    const int64_t last =
-        FindValue<int64_t>(database, kLastPositionInStation, Place::ExportStation, place.jukebox)
+    const int32_t last =
+        FindValue<int32_t>(database, kLastPositionInStation, Place::ExportStation, place.jukebox)
             .value_or(-1);
-    Run(database, kMoveMedium, medium.id, Place::ExportStation, place.jukebox, 0, last + 1);
+    SetMediumPlace(database, medium.id, Place::ExportStation, {place.jukebox, 0, last + 1});
     SetSlotState(database, place, SlotState::Empty);
     RefreshVolumesOf(database, medium);
     return {ExportText(database, transfer), MovedMedium(database, place, medium)};

@@ -67,7 +67,12 @@ constexpr Sql kLocations = R"sql(
     ORDER BY i.part
 )sql";
 
-Side ReadSide(Statement& row) {
+constexpr Sql kEndOfShelf = R"sql(SELECT max(slot) + 1 FROM medium WHERE place = 4)sql";
+constexpr Sql kSetMediumPlace = R"sql(
+    UPDATE medium SET place = ?2, jukebox = ?3, magazine = ?4, slot = ?5 WHERE id = ?1
+)sql";
+
+Side ReadSideRow(Statement& row) {
     Side side;
     row >> side.number >> side.content >> side.finalization >> side.isSequential >> side.volume;
     return side;
@@ -155,17 +160,25 @@ void SetSlotState(Database& database, const SlotPlace& place, SlotState state) {
     Run(database, kSetSlotState, place.jukebox, place.magazine, place.slot, state);
 }
 
+int32_t EndOfShelf(Database& database) {
+    return FindValue<int32_t>(database, kEndOfShelf).value_or(0);
+}
+
+void SetMediumPlace(Database& database, int64_t medium, Place place, const SlotPlace& to) {
+    Run(database, kSetMediumPlace, medium, place, to.jukebox, to.magazine, to.slot);
+}
+
 std::optional<Side> FindSide(Database& database, const Medium& medium, int32_t side) {
     Statement row(database, kSide, medium.id, side);
     if (!row.Next()) return std::nullopt;
-    return ReadSide(row);
+    return ReadSideRow(row);
 }
 
 std::vector<Side> FindSides(Database& database, const Medium& medium) {
     std::vector<Side> sides;
     Statement row(database, kSidesOfMedium, medium.id);
     while (row.Next())
-        sides.push_back(ReadSide(row));
+        sides.push_back(ReadSideRow(row));
     return sides;
 }
 

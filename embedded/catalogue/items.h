@@ -88,6 +88,12 @@ int32_t AbsoluteSlot(Database& database, const SlotPlace& place);
 
 void SetSlotState(Database& database, const SlotPlace& place, SlotState state);
 
+// The number of the first free position on the shelf, zero-based.
+int32_t EndOfShelf(Database& database);
+
+// Outside of slots, the number of the slot is the position; on the shelf, jukebox and magazine are 0.
+void SetMediumPlace(Database& database, int64_t medium, Place place, const SlotPlace& to);
+
 // Nothing for a side that the medium does not have.
 std::optional<Side> FindSide(Database& database, const Medium& medium, int32_t side);
 std::vector<Side> FindSides(Database& database, const Medium& medium);
