@@ -7,6 +7,8 @@ off are skipped where the machine cannot do that.
 import json
 import os
 import pathlib
+import pty
+import re
 import shutil
 import signal
 import subprocess
@@ -47,7 +49,7 @@ class Rehearsals(unittest.TestCase):
 
     def krvsim(self, *words, status=0, **more):
         done = subprocess.run([KRVSIM, *words], env=self.environment, stdout=subprocess.PIPE,
-                              stderr=subprocess.PIPE, text=True, check=False, **more)
+                              stderr=subprocess.PIPE, encoding="utf-8", errors="replace", check=False, **more)
         self.assertEqual(done.returncode, status, done.stdout + done.stderr)
         return done
 
@@ -63,6 +65,15 @@ class Rehearsals(unittest.TestCase):
         file.write_text("#!/bin/sh\n" + text)
         file.chmod(0o755)
         return str(file)
+
+    def profile(self, move):
+        """Moves take this many seconds, everything else takes no time."""
+        file = self.folder / "profile.toml"
+        file.write_text(f'format = 1\nname = "test"\nmove = {move}\n')
+        return str(file)
+
+    def page_data(self, file):
+        return json.loads(re.search(r'id="data">(.*?)</script>', file.read_text(encoding="utf-8"), re.DOTALL)[1])
 
     def spy(self):
         folder = self.folder / "real" / "lib"
@@ -186,9 +197,138 @@ class ARun(Rehearsals):
         self.assertEqual([each["holds"] for each in report["expectations"]], [False, True])
         self.krvsim("run", *self.isolation, "--report", "report.txt", "--", "true", status=2)
 
+    def test_writes_xml_without_characters_that_xml_does_not_allow(self):
+        file, report = self.folder / "expected", self.folder / "report.xml"
+        file.write_text('volume 33 label "a\ufffeb\uffffc]]>\ud7ff\U0010fffe"\n', encoding="utf-8")
+        self.run_on_copy("--expect", str(file), "--report", str(report), "--", "echo", "\x01\x0b\ufffe", "\udcff",
+                         "<&\"'>", status=71)
+        suite = xml.etree.ElementTree.parse(report).getroot()[0]
+        self.assertEqual(suite.get("name"), "echo ??? 0xff <&\"'>")
+        self.assertEqual(suite[1].get("name"), 'volume 33 label "a?b?c]]>\ud7ff\U0010fffe"')
+
+    def test_tells_how_long_real_jukeboxes_would_take(self):
+        words = ["--profile", self.profile(600), "--", "krvcmd", "quiet", "export", "V", "@33"]
+        done = self.run_on_copy(*words)
+        self.assertEqual(done.stderr.splitlines()[-1], "about 10 min in jukebox MyBox, of which 10 min moving")
+        report = self.folder / "report.json"
+        self.run_on_copy("--report", str(report), *words)
+        self.assertEqual(json.loads(report.read_text())["simulated"], {
+            "duration_s": 600, "late": False,
+            "jukeboxes": [{"jukebox": 8, "name": "MyBox", "duration_s": 600, "moving_s": 600}]})
+
+    def test_warns_of_a_deadline(self):
+        words = ["--profile", self.profile(600), "--start", "05:55"]
+        export = ["--", "krvcmd", "quiet", "export", "V", "@33"]
+        done = self.run_on_copy(*words, "--deadline", "06:00", *export)
+        self.assertEqual(done.stderr.splitlines()[-1],
+                         "Started at 05:55, it ends about 5 min after the deadline 06:00.")
+        done = self.run_on_copy(*words, "--deadline", "06:10", *export)
+        self.assertEqual(done.stderr.splitlines()[-1], "about 10 min in jukebox MyBox, of which 10 min moving")
+
+    def test_waits_only_for_real_time(self):
+        words = ["--profile", self.profile(1), "--", "krvcmd", "quiet", "export", "V", "@33"]
+        start = time.monotonic()
+        self.run_on_copy("--real-time", *words)
+        self.assertGreaterEqual(time.monotonic() - start, 1)
+        self.krvsim("real-time", "--on", "--profile", self.profile(1000))
+        self.run_on_copy("--", "krvcmd", "quiet", "export", "V", "@33", timeout=500)
+
     def test_warns_of_servers_without_a_copy(self):
         done = self.run_on_copy("--", "krvcmd", "server=my_server", "quiet", "export", "V", "@33")
         self.assertIn('krvsim: warning: the command used server "my_server", which has no copy\n', done.stderr)
+
+
+class ThePage(Rehearsals):
+    def setUp(self):
+        super().setUp()
+        self.page = self.folder / "report.html"
+
+    def run_with_page(self, *words, **more):
+        return self.run_on_copy("--report", str(self.page), *words, **more)
+
+    def test_has_both_farms_the_plan_the_calls_and_how_it_ended(self):
+        expected = self.folder / "expected"
+        expected.write_text("volume 33 active\ncalls export 1\n")
+        self.run_with_page("--profile", self.profile(600), "--start", "05:55", "--deadline", "06:00", "--expect",
+                           str(expected), "--", "krvcmd", "quiet", "export", "V", "@33", status=71)
+        data = self.page_data(self.page)
+        states = [next(volume for volume in data[time]["volumes"] if volume["id"] == 33)["state"]
+                  for time in ("before", "after")]
+        self.assertEqual(states, ["active", "offline"])
+        self.assertEqual(data["plan"]["count"], "1 change: 1 exported")
+        moved = [call for call in data["calls"] if call["duration"] > 0]
+        self.assertEqual([(call["function"], call["duration"], call["moving"]) for call in moved],
+                         [("KrvMediaExport", 600_000_000, 600_000_000)])
+        self.assertEqual(data["remarks"], [
+            "krvcmd quiet export V @33",
+            f"exit status 0; {len(data['calls'])} calls, 0 failed",
+            "about 10 min in jukebox MyBox, of which 10 min moving",
+            "Started at 05:55, it ends about 5 min after the deadline 06:00.",
+            "expected: volume 33 active, but it is offline",
+            "expected: calls export 1, and it is so"])
+
+    def test_names_the_failures_that_the_command_swallowed(self):
+        script = self.script("krvcmd quiet export V @33\ntrue\n")
+        self.run_with_page("--each-fault", "--function", "MediaExport", "--", script)
+        self.assertEqual(self.page_data(self.page)["remarks"][-1],
+                         "swallowed: the failure of call 1 of KrvMediaExport, jukebox 8, magazine 1, slot 3; "
+                         "no changes")
+
+    def test_has_the_output_which_stays_as_it_is(self):
+        done = self.run_with_page("--", "sh", "-c", "echo one; echo two >&2; cat; [ ! -t 1 ]", input="three\n")
+        self.assertEqual(done.stdout, "one\nthree\n")
+        self.assertTrue(done.stderr.startswith("two\nRehearsed"), done.stderr)
+        self.assertEqual(sorted(self.page_data(self.page)["output"].split()), ["one", "three", "two"])
+
+    def test_keeps_the_order_of_streams_that_are_one(self):
+        subprocess.run([KRVSIM, "run", *self.isolation, "--report", self.page, "--", "sh", "-c",
+                        "for n in 1 2 3 4; do echo out $n; echo err $n >&2; done"], env=self.environment, check=True,
+                       stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        self.assertEqual(self.page_data(self.page)["output"],
+                         "".join(f"out {number}\nerr {number}\n" for number in (1, 2, 3, 4)))
+
+    def test_has_output_as_text_to_read(self):
+        self.run_with_page("--", "printf", r"\033[1;31mred\033[0m\033]0;title\007!\r\n1\r2\n\001\377\tK\303\266ln")
+        self.assertEqual(self.page_data(self.page)["output"], "red!\n1\n2\n?\ufffd\tKöln")
+
+    def test_has_the_beginning_of_a_very_long_output(self):
+        done = self.run_with_page("--", "sh", "-c", "head -c 3000000 /dev/zero | tr '\\0' x")
+        self.assertEqual(len(done.stdout), 3_000_000)
+        self.assertEqual(self.page_data(self.page)["output"],
+                         "x" * 1_048_576 + "\n(1951424 more bytes)\n")
+
+    def test_leaves_a_terminal_a_terminal(self):
+        script = self.script("[ -t 1 ] && [ -t 2 ] || exit 9\nstty size <&1\necho error >&2\n")
+        terminal, inner = pty.openpty()
+        os.set_inheritable(inner, True)
+        process = subprocess.Popen(["sh", "-c", 'stty rows 33 cols 99; exec "$@"', "sh", KRVSIM, "run", *self.isolation,
+                                    "--report", self.page, "--", script],
+                                   env=self.environment, stdin=inner, stdout=inner, stderr=inner)
+        os.close(inner)
+        shown = b""
+        while True:
+            try:
+                block = os.read(terminal, 4096)
+            except OSError:
+                break
+            shown += block
+        os.close(terminal)
+        self.assertEqual(process.wait(), 0, shown)
+        self.assertTrue(shown.startswith(b"33 99\r\nerror\r\nRehearsed"), shown)
+        self.assertEqual(self.page_data(self.page)["output"], "33 99\nerror\n")
+
+    def test_ends_the_command_when_nobody_reads_its_output(self):
+        process = subprocess.Popen([KRVSIM, "run", *self.isolation, "--report", self.page, "--", "yes"],
+                                   env=self.environment, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self.assertEqual(process.stdout.read(2), b"y\n")
+        process.stdout.close()
+        self.assertEqual(process.wait(60), 128 + signal.SIGPIPE)
+
+    def test_does_not_wait_for_what_the_command_leaves_behind(self):
+        started = time.monotonic()
+        self.run_with_page("--", "sh", "-c", "sleep 300 2>/dev/null & echo $!")
+        self.assertLess(time.monotonic() - started, 200)
+        os.kill(int(self.page_data(self.page)["output"]), signal.SIGKILL)
 
 
 class EachFault(Rehearsals):

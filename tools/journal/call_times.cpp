@@ -42,20 +42,24 @@ CLI::Validator IsTimeOfDay() {
 
 }  // namespace
 
-void AddTimeOptions(CLI::App& command, CLI::Option& show, TimeOptions& options) {
-    command
-        .add_option("--profile", options.profile,
-                    "durations of the jukeboxes: small, large or a file; by default as many slots demand")
-        ->needs(&show);
+std::array<CLI::Option*, 2> AddTimeOptions(CLI::App& command, TimeOptions& options) {
+    CLI::Option* profile = command.add_option(
+        "--profile", options.profile,
+        "durations of the jukeboxes: small, large or a file; by default as many slots demand");
     CLI::Option* deadline =
         command
             .add_option("--deadline", options.deadline, "warn if the calls would end after this time of day")
-            ->check(IsTimeOfDay())
-            ->needs(&show);
+            ->check(IsTimeOfDay());
     command
         .add_option("--start", options.start, "time of day at which the calls would start; by default now")
         ->check(IsTimeOfDay())
         ->needs(deadline);
+    return {profile, deadline};
+}
+
+void AddTimeOptions(CLI::App& command, CLI::Option& show, TimeOptions& options) {
+    for (CLI::Option* option : AddTimeOptions(command, options))
+        option->needs(&show);
 }
 
 std::optional<DurationProfile> ReadProfile(const TimeOptions& options) {
@@ -96,12 +100,15 @@ SimulatedTime TimeOfJournal(Database& database, int64_t last, const std::optiona
     return SimulateTime(entries, ReadTimedJukeboxes(database), profile);
 }
 
+std::optional<std::string> DeadlineWarning(const SimulatedTime& time, const TimeOptions& options) {
+    if (options.deadline.empty()) return std::nullopt;
+    return LateText(TimeOfDay(options.start), time.end, TimeOfDay(options.deadline));
+}
+
 void WriteTimes(const SimulatedTime& time, const TimeOptions& options, const Streams& streams) {
     for (const std::string& line : TimeLines(time))
         streams.out << PrintableText(line) << '\n';
-    if (options.deadline.empty()) return;
-    const auto late = LateText(TimeOfDay(options.start), time.end, TimeOfDay(options.deadline));
-    if (late.has_value()) streams.err << *late << '\n';
+    if (const auto late = DeadlineWarning(time, options); late.has_value()) streams.err << *late << '\n';
 }
 
 std::vector<PageCall> PageCallsOf(const std::vector<StoredJournalEntry>& entries, const SimulatedTime& time) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -21,7 +22,10 @@ struct TimeOptions {
     std::string start;     // a time of day; empty: now
 };
 
-// --profile, --deadline and --start, which all need the option `show`.
+// --profile, --deadline and, which needs the latter, --start. Returns the first two.
+std::array<CLI::Option*, 2> AddTimeOptions(CLI::App& command, TimeOptions& options);
+
+// The same options, which all need the option `show`.
 void AddTimeOptions(CLI::App& command, CLI::Option& show, TimeOptions& options);
 
 // The profile that the options name; nothing if they name none. Throws ToolFailure for a file that cannot be
@@ -37,6 +41,9 @@ std::vector<TimedJukebox> ReadTimedJukeboxes(Database& database);
 
 // The times of the entries behind the one with the ID `last`; entries that cannot matter are left out.
 SimulatedTime TimeOfJournal(Database& database, int64_t last, const std::optional<DurationProfile>& profile);
+
+// A warning when the deadline cannot be kept.
+std::optional<std::string> DeadlineWarning(const SimulatedTime& time, const TimeOptions& options);
 
 // Writes a line for each jukebox that was at work and, on `err`, a warning when the deadline cannot be kept.
 // Writes nothing when no call takes any time.

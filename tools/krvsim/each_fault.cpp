@@ -33,7 +33,8 @@ FaultRun RunWithFault(const EachFault& options, const SweepStart& start, const C
     }
     FaultRun run;
     run.call = call;
-    run.outcome = Rehearse(copy, start.words, start.isolation, copy.GetOutput());
+    run.outcome =
+        Rehearse(copy, {start.words, start.isolation, copy.GetOutput(), nullptr}, start.farm).outcome;
     const std::unique_ptr<Database> database = OpenFarmAt(copy.GetFarm());
     run.isReached = FindValue<int64_t>(*database, "SELECT fired FROM fault WHERE id = ?1", fault) == 1;
     return run;

@@ -23,6 +23,7 @@ struct SweepStart {
     std::string server;
     std::filesystem::path library;   // the simulated one
     std::filesystem::path baseline;  // the file of the farm
+    const Farm& farm;                // what is in it; the caller's
     std::vector<std::string> words;
     Isolation isolation = Isolation::ClosedOff;
 };

@@ -7,11 +7,13 @@
 #include "embedded/farms/servers.h"
 #include "embedded/farms/snapshots.h"
 #include "embedded/platform/platform.h"
+#include "embedded/simulated/real_time.h"
 #include "embedded/store/farm_file.h"
 #include "embedded/store/statement.h"
 #include "tools/common/command_line.h"
 #include "tools/common/plain_text.h"
 #include "tools/journal/call_items.h"
+#include "tools/journal/call_times.h"
 #include "tools/krvsim/each_fault.h"
 #include "tools/krvsim/fault_request.h"
 #include "tools/krvsim/new_farm.h"
@@ -40,6 +42,8 @@ struct RunOptions {
     Isolation isolation = Isolation::ClosedOff;
     bool eachFault = false;
     EachFault sweep;
+    TimeOptions times;
+    bool isRealTime = false;
     std::vector<std::string> words;
 };
 
@@ -63,13 +67,13 @@ void MakeCopy(const RunOptions& options, const PrivateCopy& copy, const Streams&
     CreateFarmAt(copy.GetFarm(), [&](Database& database) { WriteFarm(database, options.server, read.farm); });
 }
 
-// Media, faults and the journal.
-void Prepare(const RunOptions& options, const PrivateCopy& copy) {
+// Media, faults, the journal and the speed of the copy. Returns the farm that the command meets.
+Farm Prepare(const RunOptions& options, const PrivateCopy& copy) {
     const std::unique_ptr<Database> database = OpenFarmAt(copy.GetFarm());
     if (database == nullptr) throw ToolFailure("the farm is empty");
     StartJournal(*database);
-    if (options.waiting.empty() && options.faults.empty()) return;
     InTransaction(*database, [&] {
+        SetRealTime(*database, options.isRealTime ? RealTimeProfile(options.times.profile) : std::string());
         for (const std::string& waiting : options.waiting)
             AddWaiting(*database, waiting);
         for (const std::string& word : options.faults) {
@@ -77,6 +81,7 @@ void Prepare(const RunOptions& options, const PrivateCopy& copy) {
                 AddFaultTo(*database, fault);
         }
     });
+    return ReadFarm(*database);
 }
 
 void Keep(const std::string& server, const PrivateCopy& copy) {
@@ -102,6 +107,7 @@ void WriteSummary(const RunOptions& options, const RunReport& report, std::ostre
         << "; exit status " << outcome.status << ".\n";
     for (const std::string& server : outcome.otherServers)
         out << "krvsim: warning: the command used server \"" << server << "\", which has no copy\n";
+    WriteTimes(report.time, options.times, {out, out});
     if (options.eachFault) WriteFaultRuns(out, report.faultRuns);
 }
 
@@ -119,7 +125,7 @@ std::optional<ReportFormat> RequirePossible(const RunOptions& options) {
     std::optional<ReportFormat> format;
     if (!options.report.empty()) {
         format = ReportFormatOf(options.report);
-        if (!format.has_value()) throw UsageFailure("--report: the name must end with .xml or .json");
+        if (!format.has_value()) throw UsageFailure("--report: the name must end with .html, .xml or .json");
     }
     if (FindProgram(options.words.front()).empty())
         throw ToolFailure(options.words.front() + ": there is no such program");
@@ -134,28 +140,49 @@ std::optional<ReportFormat> RequirePossible(const RunOptions& options) {
     return format;
 }
 
+// How long the calls take and, for a page, the calls themselves.
+void AddTimes(RunReport& report, Database& database, const RunOptions& options,
+              const std::optional<DurationProfile>& profile, ReportFormat format) {
+    std::vector<StoredJournalEntry> entries;
+    ReadJournal(database, 0, [&](const StoredJournalEntry& entry) {
+        if (format == ReportFormat::Html || IsTimed(entry)) entries.push_back(entry);
+    });
+    report.time = SimulateTime(entries, ReadTimedJukeboxes(database), profile);
+    report.late = DeadlineWarning(report.time, options.times);
+    if (format == ReportFormat::Html) report.calls = PageCallsOf(entries, report.time);
+}
+
 int RunOnCopy(const RunOptions& options, const Streams& streams) {
     const std::optional<ReportFormat> format = RequirePossible(options);
     std::vector<Expectation> expectations;
     if (!options.expect.empty()) expectations = ReadExpectationFile(options.expect);
+    const std::optional<DurationProfile> profile = ReadProfile(options.times);
     const std::filesystem::path library = FindSimulatedLibrary();
     const PrivateCopy copy(options.server, library);
     MakeCopy(options, copy, streams);
-    Prepare(options, copy);
+    RunReport report;
+    report.server = options.server;
+    report.words = options.words;
+    report.before = Prepare(options, copy);
     const std::filesystem::path baseline = copy.GetProgramFolder() / "baseline.db";
     if (options.eachFault) CopyFarm(*OpenFarmAt(copy.GetFarm()), baseline);
     streams.out.flush();
     streams.err.flush();
-    RunReport report{options.server, options.words, {}, {}, {}};
-    report.outcome = Rehearse(copy, options.words, options.isolation, {});
+    RecordedOutput output;
+    RecordedOutput* const record = format == ReportFormat::Html ? &output : nullptr;
+    Rehearsal rehearsal = Rehearse(copy, {options.words, options.isolation, {}, record}, report.before);
+    report.outcome = std::move(rehearsal.outcome);
+    report.after = std::move(rehearsal.after);
+    report.output = output.GetText();
+    report.expectations = CheckExpectations(
+        expectations, {report.after, &report.outcome.plan, report.outcome.calls, report.outcome.status});
     {
         const std::unique_ptr<Database> database = OpenFarmAt(copy.GetFarm());
-        const Farm farm = ReadFarm(*database);
-        report.expectations = CheckExpectations(
-            expectations, {farm, &report.outcome.plan, report.outcome.calls, report.outcome.status});
+        AddTimes(report, *database, options, profile, format.value_or(ReportFormat::Json));
         if (options.eachFault) {
             report.faultRuns = RunEachFault(
-                options.sweep, {options.server, library, baseline, options.words, options.isolation},
+                options.sweep,
+                {options.server, library, baseline, report.before, options.words, options.isolation},
                 *database, streams);
         }
     }
@@ -214,6 +241,9 @@ void AddWhatIf(CLI::App& app, RunOptions& options) {
         ->check(FromTo(1, std::numeric_limits<int32_t>::max()))
         ->needs(each);
     app.add_option("--function", options.sweep.function, "only the calls of this function")->needs(each);
+
+    app.add_flag("--real-time", options.isRealTime, "calls take as long as on real jukeboxes")
+        ->excludes(each);
 }
 
 }  // namespace
@@ -224,8 +254,10 @@ void AddRun(CommandLine& line) {
     AddServerOption(app, options.server);
     AddCopySource(app, options);
     AddWhatIf(app, options);
+    AddTimeOptions(app, options.times);
     app.add_option("--expect", options.expect, "file of expectations");
-    app.add_option("--report", options.report, "write a report, as its ending says: .xml (JUnit) or .json");
+    app.add_option("--report", options.report,
+                   "write a report, as its ending says: .html (a page), .xml (JUnit) or .json");
     app.add_flag_callback(
         "--not-isolated", [&options = options] { options.isolation = Isolation::EnvironmentOnly; },
         "run it where it cannot be closed off: the environment alone leads it to the copy");

@@ -104,36 +104,33 @@ void StartJournal(Database& database) {
     });
 }
 
-RunOutcome Rehearse(const PrivateCopy& copy, const std::vector<std::string>& words, Isolation isolation,
-                    const fs::path& output) {
-    const auto read = [&]() -> std::unique_ptr<Database> {
-        auto database = OpenFarmAt(copy.GetFarm());
-        if (database == nullptr) throw ToolFailure("the copy of the farm is empty");
-        return database;
-    };
-    const Farm before = ReadFarm(*read());
+Rehearsal Rehearse(const PrivateCopy& copy, const RehearsedCommand& command, const Farm& before) {
     const StandIns standIns{copy.GetLibrary(), copy.GetFarmFolder(), copy.GetProgramFolder()};
     ProcessRequest request;
-    request.words = words;
-    request.closedOff = isolation == Isolation::ClosedOff;
+    request.words = command.words;
+    request.closedOff = command.isolation == Isolation::ClosedOff;
     request.environment = EnvironmentFor(standIns);
     if (request.closedOff) {
-        request.overlays = FindOverlays(standIns, words);
+        request.overlays = FindOverlays(standIns, command.words);
     } else {
         AddProgramsOnPath(standIns, request.environment);
     }
-    request.output = output;
+    request.output = command.output;
+    request.record = command.record;
     const auto start = std::chrono::steady_clock::now();
-    RunOutcome outcome;
+    Rehearsal result;
+    RunOutcome& outcome = result.outcome;
     outcome.status = RunProcess(request);
     outcome.duration =
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-    const std::unique_ptr<Database> database = read();
-    outcome.plan = CompareFarms(before, ReadFarm(*database));
+    const std::unique_ptr<Database> database = OpenFarmAt(copy.GetFarm());
+    if (database == nullptr) throw ToolFailure("the copy of the farm is empty");
+    result.after = ReadFarm(*database);
+    outcome.plan = CompareFarms(before, result.after);
     outcome.calls = CountCalls(*database);
     outcome.otherServers = copy.FindOtherServers();
     outcome.otherLibraries = ReadLines(OtherLibrariesFile(standIns));
-    return outcome;
+    return result;
 }
 
 std::vector<CallOfRun> ListCalls(Database& database, const std::string& function,

@@ -8,9 +8,11 @@
 #include <vector>
 
 #include "embedded/journal/journal.h"
+#include "embedded/model/farm.h"
 #include "embedded/store/database.h"
 #include "tools/expectations/facts.h"
 #include "tools/farm_diff/plan.h"
+#include "tools/rehearsal/recorded_output.h"
 
 namespace embedded::tools {
 
@@ -57,9 +59,21 @@ struct RunOutcome {
     std::chrono::milliseconds duration{0};
 };
 
-// Runs the command on the farm that is in the copy. Both outputs go to `output`, unless it is empty.
-RunOutcome Rehearse(const PrivateCopy& copy, const std::vector<std::string>& words, Isolation isolation,
-                    const std::filesystem::path& output);
+// What is run.
+struct RehearsedCommand {
+    std::vector<std::string> words;
+    Isolation isolation = Isolation::ClosedOff;
+    std::filesystem::path output;      // gets both outputs; empty = the streams of this process
+    RecordedOutput* record = nullptr;  // also gets what goes to these streams; the caller's
+};
+
+struct Rehearsal {
+    RunOutcome outcome;
+    Farm after;
+};
+
+// Runs the command on the farm that is in the copy, which is `before`.
+Rehearsal Rehearse(const PrivateCopy& copy, const RehearsedCommand& command, const Farm& before);
 
 // What a call of the first run was, for a run in which it fails.
 struct CallOfRun {

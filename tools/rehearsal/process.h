@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/rehearsal/recorded_output.h"
+
 namespace embedded::tools {
 
 // A file or folder that lies over another one for the process alone.
@@ -20,6 +22,7 @@ struct ProcessRequest {
     std::vector<Overlay> overlays;                   // for a process that is closed off
     std::filesystem::path output;  // gets both outputs, and there is no input; empty = the streams of this
                                    // process
+    RecordedOutput* record = nullptr;  // also gets what goes to the streams of this process; the caller's
 };
 
 // Runs the process to its end and returns its exit status, 128 and the number of the signal that ended it. A

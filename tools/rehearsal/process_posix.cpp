@@ -16,6 +16,7 @@
 #include <optional>
 
 #include "tools/common/streams.h"
+#include "tools/rehearsal/output_tee_posix.h"
 
 namespace embedded::tools {
 namespace {
@@ -124,6 +125,11 @@ class SpawnActions {
         posix_spawn_file_actions_addopen(&m_actions, 1, file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_APPEND,
                                          kMode);
         posix_spawn_file_actions_adddup2(&m_actions, 1, 2);
+    }
+    void SendOutputTo(const OutputTee& tee) {
+        for (const int stream : {STDOUT_FILENO, STDERR_FILENO}) {
+            if (tee.GetDescriptor(stream) >= 0) Pass(tee.GetDescriptor(stream), stream);
+        }
     }
     void Pass(int descriptor, int as) { posix_spawn_file_actions_adddup2(&m_actions, descriptor, as); }
 
@@ -237,7 +243,14 @@ class IgnoredWhileSpawning {
     std::array<struct sigaction, 4> m_before{};
 };
 
-int RunClosedOff(const ProcessRequest& request, const std::string& program, bool isForeground) {
+// Where the outputs of the process go: to a file, through the tee, or to those of this process.
+void DirectOutput(SpawnActions& actions, const ProcessRequest& request, const OutputTee* tee) {
+    if (!request.output.empty()) actions.SendOutputTo(request.output.string());
+    if (tee != nullptr) actions.SendOutputTo(*tee);
+}
+
+int RunClosedOff(const ProcessRequest& request, const std::string& program, OutputTee* tee) {
+    const bool isForeground = request.output.empty();
     Pointers words(ClosedOffWords(request, program));
     Pointers environment(EnvironmentOf(request));
     StatePipe state;
@@ -245,12 +258,13 @@ int RunClosedOff(const ProcessRequest& request, const std::string& program, bool
     {
         const std::lock_guard<std::mutex> lock(SpawnMutex());
         SpawnActions actions;
-        if (!request.output.empty()) actions.SendOutputTo(request.output.string());
+        DirectOutput(actions, request, tee);
         actions.Pass(state.GetWritingEnd(), kStateDescriptor);
         const IgnoredWhileSpawning ignored(isForeground);
         process = actions.Spawn("bwrap", words, environment);
     }
     state.CloseWriting();
+    if (tee != nullptr) tee->Start();
     const std::optional<int> child = state.Number("child-pid");
     if (isForeground && child.has_value()) g_receiver = *child;
     (void)WaitFor(process);
@@ -259,17 +273,18 @@ int RunClosedOff(const ProcessRequest& request, const std::string& program, bool
     return *status;
 }
 
-int RunOpen(const ProcessRequest& request, const std::string& program, bool isForeground) {
+int RunOpen(const ProcessRequest& request, const std::string& program, OutputTee* tee) {
     Pointers words(request.words);
     Pointers environment(EnvironmentOf(request));
     pid_t process = 0;
     {
         const std::lock_guard<std::mutex> lock(SpawnMutex());
         SpawnActions actions;
-        if (!request.output.empty()) actions.SendOutputTo(request.output.string());
+        DirectOutput(actions, request, tee);
         process = actions.Spawn(program, words, environment);
     }
-    if (isForeground) g_receiver = process;
+    if (tee != nullptr) tee->Start();
+    if (request.output.empty()) g_receiver = process;
     return WaitFor(process);
 }
 
@@ -283,11 +298,15 @@ bool IsProgram(const std::filesystem::path& file) {
 int RunProcess(const ProcessRequest& request) {
     const std::filesystem::path program = FindProgram(request.words.front());
     if (program.empty()) throw ToolFailure(request.words.front() + ": there is no such program");
-    const bool isForeground = request.output.empty();
     std::optional<SignalsForAnother> signals;
-    if (isForeground) signals.emplace();
-    return request.closedOff ? RunClosedOff(request, program.string(), isForeground)
-                             : RunOpen(request, program.string(), isForeground);
+    if (request.output.empty()) signals.emplace();
+    std::optional<OutputTee> tee;
+    if (request.output.empty() && request.record != nullptr) tee.emplace(*request.record);
+    OutputTee* const passing = tee.has_value() ? &*tee : nullptr;
+    const int status = request.closedOff ? RunClosedOff(request, program.string(), passing)
+                                         : RunOpen(request, program.string(), passing);
+    if (passing != nullptr) passing->Finish();
+    return status;
 }
 
 std::filesystem::path FindProgram(const std::string& word) {

@@ -6,9 +6,11 @@
 #include <array>
 #include <cwchar>
 #include <memory>
+#include <optional>
 #include <system_error>
 
 #include "tools/common/streams.h"
+#include "tools/rehearsal/output_tee_windows.h"
 
 namespace embedded::tools {
 namespace {
@@ -73,6 +75,16 @@ ProcessHandle OpenOutput(const std::filesystem::path& file) {
                                      &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
+// The standard streams of this process, but for those that the tee replaces.
+void DirectOutput(STARTUPINFOW& start, const OutputTee& tee) {
+    start.dwFlags = STARTF_USESTDHANDLES;
+    start.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+    start.hStdOutput = tee.GetHandle(STD_OUTPUT_HANDLE);
+    start.hStdError = tee.GetHandle(STD_ERROR_HANDLE);
+    for (const HANDLE handle : {start.hStdInput, start.hStdOutput, start.hStdError})
+        (void)SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+}
+
 }  // namespace
 
 int RunProcess(const ProcessRequest& request) {
@@ -88,6 +100,11 @@ int RunProcess(const ProcessRequest& request) {
         start.hStdOutput = output.get();
         start.hStdError = output.get();
     }
+    std::optional<OutputTee> tee;
+    if (request.output.empty() && request.record != nullptr) {
+        tee.emplace(*request.record);
+        DirectOutput(start, *tee);
+    }
     PROCESS_INFORMATION started{};
     const BOOL isStarted =
         CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
@@ -98,9 +115,11 @@ int RunProcess(const ProcessRequest& request) {
     }
     const ProcessHandle process(started.hProcess);
     const ProcessHandle thread(started.hThread);
+    if (tee.has_value()) tee->Start();
     (void)SetConsoleCtrlHandler(&KeepRunning, TRUE);
     (void)WaitForSingleObject(process.get(), INFINITE);
     (void)SetConsoleCtrlHandler(&KeepRunning, FALSE);
+    if (tee.has_value()) tee->Finish();
     DWORD status = 0;
     (void)GetExitCodeProcess(process.get(), &status);
     return static_cast<int>(status);
