@@ -54,6 +54,9 @@ install(FILES "${CMAKE_SOURCE_DIR}/docs/man/krv-sdk-example.c"
 
 set(completion "${CMAKE_BINARY_DIR}/packaging/completion")
 install(FILES "${completion}/krvcmd.ps1" DESTINATION "${completion_dir}" COMPONENT krvcmd)
+if(TARGET krvsim)
+  install(FILES "${completion}/krvsim.ps1" DESTINATION "${completion_dir}" COMPONENT simulator)
+endif()
 if(WIN32)
   install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . COMPONENT krvcmd)
   install(FILES "${CMAKE_SOURCE_DIR}/embedded/library/krvSdk64.def" DESTINATION "${header_dir}" COMPONENT development)
@@ -66,6 +69,14 @@ install(FILES "${completion}/krvcmd.bash" RENAME krvcmd
 install(FILES "${completion}/_krvcmd" DESTINATION "${KRVCMD_ZSH_COMPLETION_DIR}" COMPONENT krvcmd)
 install(FILES "${completion}/krvcmd.fish"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT krvcmd)
+
+if(TARGET krvsim)
+  install(FILES "${completion}/krvsim.bash" RENAME krvsim
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT simulator)
+  install(FILES "${completion}/_krvsim" DESTINATION "${KRVCMD_ZSH_COMPLETION_DIR}" COMPONENT simulator)
+  install(FILES "${completion}/krvsim.fish"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT simulator)
+endif()
 
 get_property(pages GLOBAL PROPERTY KRVCMD_MANUAL_PAGES)
 foreach(page IN LISTS pages)

@@ -1,29 +1,12 @@
-#include <exception>
-#include <fstream>
-#include <iostream>
 #include <sstream>
 #include <stdexcept>
 #include <string>
 
-#include "packaging/generate/fill_template.h"
+#include "packaging/generate/fill_file.h"
 #include "packaging/generate/manual_blocks.h"
 #include "packaging/generate/shell_tables.h"
 
 namespace {
-
-std::string ReadFile(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    if (!file) throw std::runtime_error("cannot read the file");
-    return text.str();
-}
-
-void WriteFile(const std::string& path, const std::string& text) {
-    std::ofstream file(path, std::ios::binary);
-    file << text << std::flush;
-    if (!file) throw std::runtime_error("cannot write " + path);
-}
 
 // The block for a mark in a template:
 //
@@ -44,15 +27,5 @@ std::string BlockOf(const std::string& mark) {
 
 // Fills a template of a completion script or of a manual page.
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::cerr << "usage: krvcmd_generate TEMPLATE OUTPUT\n";
-        return 2;
-    }
-    try {
-        WriteFile(argv[2], krvcmd::FillTemplate(ReadFile(argv[1]), BlockOf));
-    } catch (const std::exception& failure) {
-        std::cerr << argv[1] << ": " << failure.what() << "\n";
-        return 1;
-    }
-    return 0;
+    return krvcmd::FillFile(argc, argv, BlockOf);
 }

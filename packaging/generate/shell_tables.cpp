@@ -89,14 +89,18 @@ std::vector<std::string> LinesOf(string_view table) {
 }  // namespace
 
 std::string ShellTable(string_view shell, string_view table) {
+    return ShellTexts(shell, LinesOf(table));
+}
+
+std::string ShellTexts(string_view shell, const std::vector<std::string>& texts) {
     // In fish, a line of a list ends with a backslash when another follows.
     const string_view betweenLines = shell == "fish" ? " \\\n" : "\n";
-    std::string text;
-    for (const std::string& line : LinesOf(table)) {
-        if (!text.empty()) text += betweenLines;
-        text += Quoted(shell, line);
+    std::string lines;
+    for (const std::string& text : texts) {
+        if (!lines.empty()) lines += betweenLines;
+        lines += Quoted(shell, text);
     }
-    return text + "\n";
+    return lines + "\n";
 }
 
 }  // namespace krvcmd

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace krvcmd {
 
@@ -14,5 +15,8 @@ namespace krvcmd {
 //
 // `shell` is bash, zsh, fish or powershell, `table` one of the above.
 std::string ShellTable(std::string_view shell, std::string_view table);
+
+// The texts quoted, one a line.
+std::string ShellTexts(std::string_view shell, const std::vector<std::string>& texts);
 
 }  // namespace krvcmd

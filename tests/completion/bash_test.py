@@ -1,24 +1,25 @@
 #!/usr/bin/env python3
-"""krvcmd's completion in bash, on a terminal."""
+"""Completion in bash, on a terminal."""
 import os
 import re
 import shlex
 import unittest
 
 import completion_cases
+import krvsim_cases
 import terminal
 
 
 class Bash(terminal.Shell):
     def __init__(self, environment):
-        script = os.path.join(os.environ["KRVCMD_COMPLETION_DIR"], "krvcmd.bash")
+        scripts = os.environ["KRVCMD_COMPLETION_DIR"]
         super().__init__(["bash", "--norc", "--noprofile"], environment, [
             f"PS1='{terminal.PROMPT}' HISTFILE=",
             # Every candidate on a line of its own, all of them at once.
             "bind 'set show-all-if-ambiguous on'; bind 'set completion-display-width 1'",
             "bind 'set completion-query-items -1'; bind 'set page-completions off'",
             "bind 'set enable-bracketed-paste off'",
-            f". {script}",
+            f". {scripts}/krvcmd.bash; . {scripts}/krvsim.bash",
         ])
 
     def offered(self, typed):
@@ -37,6 +38,11 @@ class Bash(terminal.Shell):
 
 class BashCompletion(completion_cases.CompletionCases, unittest.TestCase):
     start = Bash
+
+
+class BashCompletionOfKrvsim(krvsim_cases.KrvsimCases, unittest.TestCase):
+    start = Bash
+    explains = False
 
 
 if __name__ == "__main__":

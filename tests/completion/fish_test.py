@@ -1,18 +1,19 @@
 #!/usr/bin/env python3
-"""krvcmd's completion in fish, on a terminal."""
+"""Completion in fish, on a terminal."""
 import os
 import unittest
 
 import completion_cases
+import krvsim_cases
 import terminal
 
 
 class Fish(terminal.Shell):
     def __init__(self, environment):
-        script = os.path.join(os.environ["KRVCMD_COMPLETION_DIR"], "krvcmd.fish")
+        scripts = os.environ["KRVCMD_COMPLETION_DIR"]
         super().__init__(["fish", "--no-config"], environment, [
             f"function fish_prompt; echo -n '{terminal.PROMPT}'; end; set -g fish_greeting; set -g fish_autosuggestion_enabled 0",
-            f"source {script}",
+            f"source {scripts}/krvcmd.fish; source {scripts}/krvsim.fish",
         ])
 
     def offered(self, typed):
@@ -34,6 +35,10 @@ class FishCompletion(completion_cases.CompletionCases, unittest.TestCase):
     def can_offer(typed, word):
         # fish hides candidates that begin with a dot until a dot is typed.
         return not word.startswith(".") or typed.split(" ")[-1].startswith(".")
+
+
+class FishCompletionOfKrvsim(krvsim_cases.KrvsimCases, unittest.TestCase):
+    start = Fish
 
 
 if __name__ == "__main__":

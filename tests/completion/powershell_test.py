@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""krvcmd's completion for PowerShell.
+"""Completion for PowerShell.
 
 Where PowerShell is installed, it completes some words. No Debian package contains it, so the script is also
 checked without it: it is taken apart into tokens by PowerShell's rules for quotes, comments and brackets, so that
@@ -94,6 +94,22 @@ class PowerShellCompletion(unittest.TestCase):
             self.fail(f"{operator} disregards case")
         self.assertIn("-ccontains", code)
         self.assertEqual(re.findall(r"(\$row\.Level|\$row\.Keyword|\$letters) -(?:eq|ne) (?!'')", code), [])
+
+
+class PowerShellCompletionOfKrvsim(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = pathlib.Path(os.environ["KRVCMD_COMPLETION_DIR"])
+        cls.script = (folder / "krvsim.ps1").read_text(encoding="ascii")
+        cls.bash = (folder / "krvsim.bash").read_text(encoding="ascii")
+
+    def test_leaves_no_quote_and_no_bracket_open(self):
+        self.assertGreater(len(strings_of(self.script)), 100)
+
+    def test_has_the_table_of_the_other_shells(self):
+        lines = [line.replace("''", "'") for line in table(self.script, "rowLines")]
+        self.assertGreater(len(lines), 100)
+        self.assertEqual(lines, [line.replace("'\\''", "'") for line in table(self.bash, "_krvsim_rows")])
 
 
 @unittest.skipUnless(shutil.which("pwsh"), "PowerShell (pwsh) is not installed on this machine")

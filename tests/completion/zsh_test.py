@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""krvcmd's completion in zsh, on a terminal."""
+"""Completion in zsh, on a terminal."""
 import os
 import re
 import shlex
 import unittest
 
 import completion_cases
+import krvsim_cases
 import terminal
 
 
@@ -29,12 +30,19 @@ class Zsh(terminal.Shell):
 
     @staticmethod
     def _candidates(line):
-        """`word  -- explanation`; words with the same explanation share a line."""
+        """`word  -- explanation`; words with the same explanation share a line.
+        Some have none."""
+        if " -- " not in line:
+            return [(word, None) for word in re.split("  +", line.strip())]
         words, explanation = re.fullmatch(r"(.*?) +-- (.*)", line).groups()
         return [(word, explanation) for word in re.split("  +", words)]
 
 
 class ZshCompletion(completion_cases.CompletionCases, unittest.TestCase):
+    start = Zsh
+
+
+class ZshCompletionOfKrvsim(krvsim_cases.KrvsimCases, unittest.TestCase):
     start = Zsh
 
 

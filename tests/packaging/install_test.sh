@@ -138,7 +138,9 @@ for file in share/man/man1/krvcmd.1.gz share/bash-completion/completions/krvcmd 
     # A base system may be told not to unpack documents; none that debootstrap makes is.
     expect "/usr/$file is not there" [ -s "$root/usr/$file" ]
 done
-expect "bash cannot read its completion" on_machine bash -n /usr/share/bash-completion/completions/krvcmd
+for program in krvcmd krvsim; do
+    expect "bash cannot read its completion of $program" on_machine bash -n "/usr/share/bash-completion/completions/$program"
+done
 
 # Everyday work: media in and out, a format, the service; then the same on a copy of the farm.
 answers() { # SHELL-COMMAND ANSWER

@@ -18,6 +18,7 @@ program=$(compgen -G "$folder/*/krvcmd.exe") || fail "no krvcmd.exe in the zip's
 # All that is in it, and nothing else.
 expected='LICENSE
 completion/krvcmd.ps1
+completion/krvsim.ps1
 docs/durations.md
 docs/examples/demonstration.toml
 docs/examples/krv-sdk-example.c

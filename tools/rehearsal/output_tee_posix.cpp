@@ -51,7 +51,7 @@ struct Ends {
 
 Ends MakePipe() {
     std::array<int, 2> ends{-1, -1};
-    (void)pipe2(ends.data(), O_CLOEXEC);
+    if (pipe2(ends.data(), O_CLOEXEC) != 0) ends.fill(-1);
     return {std::make_unique<Descriptor>(ends[0]), std::make_unique<Descriptor>(ends[1])};
 }
 
