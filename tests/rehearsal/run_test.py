@@ -390,6 +390,12 @@ class ACommandThatIsClosedOff(Rehearsals):
         shutil.copy(KRVCMD, program)
         self.assertMeetsTheCopy(f"env -i {program} quiet export V @33\n")
 
+    def test_meets_the_copy_with_an_installation_whose_place_is_in_a_variable(self):
+        program = self.folder / "real" / "bin" / "krvcmd"
+        program.parent.mkdir(parents=True)
+        shutil.copy(KRVCMD, program)
+        self.assertMeetsTheCopy(f'ROOT={self.folder}/real\nenv -i "$ROOT/bin/krvcmd" quiet export V @33\n')
+
     def test_meets_the_copy_or_fails_with_another_user(self):
         if not shutil.which("sudo"):
             self.skipTest("sudo is not installed")

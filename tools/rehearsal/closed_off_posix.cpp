@@ -47,7 +47,8 @@ fs::path RealFile(const fs::path& path) {
     return failure || !fs::is_regular_file(real, failure) ? fs::path() : real;
 }
 
-// The absolute paths in a text.
+// The absolute paths in a text, as folders, as files in a folder, and as the place of a whole installation,
+// which a script may keep in a variable.
 void AddPathsIn(const std::string& text, std::set<fs::path>& folders) {
     constexpr const char* kEnds = " \t\r\n\"'`;:|&<>()=";
     for (size_t start = text.find('/'); start != std::string::npos; start = text.find('/', start)) {
@@ -57,6 +58,8 @@ void AddPathsIn(const std::string& text, std::set<fs::path>& folders) {
             const fs::path path = text.substr(start, end - start);
             folders.insert(path);
             folders.insert(path.parent_path());
+            folders.insert(path / "bin");
+            folders.insert(path / "lib");
         }
         start = std::max(end, start + 1);
     }
