@@ -218,8 +218,8 @@ std::vector<std::vector<LoadedMedium>> Synchronize(Database& database,
             Reconcile(ReadKnownJukebox(database, sighting.jukebox), sighting.elements, sighting.robot));
     }
     Synchronizer synchronizer(database);
-    for (size_t i = 0; i < found.size(); ++i)
-        synchronizer.Clear(found[i]);
+    for (const Reconciliation& reconciliation : found)
+        synchronizer.Clear(reconciliation);
     for (size_t i = 0; i < found.size(); ++i)
         synchronizer.Fill(sightings[i].jukebox, found[i]);
     synchronizer.Finish();

@@ -237,10 +237,9 @@ SideReading AttachedFarm::ReadLoaded(int32_t jukebox, const LoadPlan& plan, int3
         SideReading reading = Open(jukebox).ReadSide(plan.driveNumber);
         BringHome(jukebox, plan, turning);
         return reading;
-    } catch (const Refusal& failure) {
-        const Refusal kept = failure;
+    } catch (const Refusal&) {
         BringHomeIfPossible(jukebox, plan, turning);
-        throw Refusal(kept);
+        throw;
     }
 }
 
@@ -312,7 +311,7 @@ SideChange AttachedFarm::WriteLoaded(int32_t jukebox, const LoadPlan& load, cons
     m_access.change([&](Database& database) { MarkUnread(database, plan.slot); });
     Move(jukebox, {load.slot.medium->id, load.home, load.drive}, turning);
     try {
-        const SideChange change = write(robot, load.driveNumber, plan);
+        SideChange change = write(robot, load.driveNumber, plan);
         if (change.side == SideAfter::Done) written.push_back({side, robot.ReadSide(load.driveNumber)});
         if (change.side == SideAfter::Bad) {
             SideReading bad;
@@ -321,10 +320,9 @@ SideChange AttachedFarm::WriteLoaded(int32_t jukebox, const LoadPlan& load, cons
         }
         BringHome(jukebox, load, turning);
         return change;
-    } catch (const Refusal& failure) {
-        const Refusal kept = failure;
+    } catch (const Refusal&) {
         BringHomeIfPossible(jukebox, load, turning);
-        throw Refusal(kept);
+        throw;
     }
 }
 
