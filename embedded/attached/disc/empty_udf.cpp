@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "embedded/attached/base/device_text.h"
-#include "embedded/attached/disc/child_process.h"
+#include "embedded/attached/disc/run_program.h"
 
 namespace embedded::attached {
 namespace {

@@ -1,17 +1,17 @@
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <optional>
 #include <system_error>
-#include <thread>
 #include <utility>
 
+#include "embedded/platform/child_process.h"
 #include "embedded/remote/process/ssh_process.h"
 
 namespace embedded::remote {
@@ -20,97 +20,16 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr size_t kMostErrorText = 4096;
-// Descriptors below belong to standard streams, even where those are closed.
-constexpr int kLowestDescriptor = 3;
 
 [[noreturn]] void Throw(int error) {
     throw std::system_error(error, std::generic_category());
 }
 
-class Descriptor {
-  public:
-    Descriptor() = default;
-    explicit Descriptor(int number) : m_number(number) {}
-    Descriptor(Descriptor&& other) noexcept : m_number(std::exchange(other.m_number, -1)) {}
-    Descriptor& operator=(Descriptor&& other) noexcept {
-        std::swap(m_number, other.m_number);
-        return *this;
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { Close(); }
-
-    int Get() const { return m_number; }
-    void Close() {
-        if (m_number >= 0) close(m_number);
-        m_number = -1;
-    }
-
-  private:
-    int m_number = -1;
-};
-
-// Takes over the descriptor and moves it above those of the standard streams.
-Descriptor Moved(int number) {
-    Descriptor original(number);
-    if (number >= kLowestDescriptor) return original;
-    const int moved = fcntl(number, F_DUPFD_CLOEXEC, kLowestDescriptor);
-    if (moved < 0) Throw(errno);
-    return Descriptor(moved);
-}
-
 std::pair<Descriptor, Descriptor> MakeSocketPair() {
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) Throw(errno);
-    Descriptor first = Moved(ends[0]);
-    return {std::move(first), Moved(ends[1])};
-}
-
-// How ssh starts: in a session of its own, so that it has no terminal, with the usual meaning of signals.
-class SpawnSettings {
-  public:
-    SpawnSettings(int streams, int errors) {
-        posix_spawn_file_actions_init(&m_actions);
-        posix_spawnattr_init(&m_attributes);
-        posix_spawn_file_actions_adddup2(&m_actions, streams, STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&m_actions, streams, STDOUT_FILENO);
-        posix_spawn_file_actions_adddup2(&m_actions, errors, STDERR_FILENO);
-        sigset_t signals;
-        sigemptyset(&signals);
-        posix_spawnattr_setsigmask(&m_attributes, &signals);
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGQUIT, SIGALRM})
-            sigaddset(&signals, signal);
-        posix_spawnattr_setsigdefault(&m_attributes, &signals);
-        posix_spawnattr_setflags(
-            &m_attributes,
-            static_cast<short>(POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
-    }
-    SpawnSettings(const SpawnSettings&) = delete;
-    SpawnSettings& operator=(const SpawnSettings&) = delete;
-    ~SpawnSettings() {
-        posix_spawn_file_actions_destroy(&m_actions);
-        posix_spawnattr_destroy(&m_attributes);
-    }
-
-    const posix_spawn_file_actions_t* GetActions() const { return &m_actions; }
-    const posix_spawnattr_t* GetAttributes() const { return &m_attributes; }
-
-  private:
-    posix_spawn_file_actions_t m_actions{};
-    posix_spawnattr_t m_attributes{};
-};
-
-pid_t Start(std::vector<std::string> words, const SpawnSettings& settings) {
-    std::vector<char*> argv;
-    argv.reserve(words.size() + 1);
-    for (std::string& word : words)
-        argv.push_back(word.data());
-    argv.push_back(nullptr);
-    pid_t process = 0;
-    const int error =
-        posix_spawnp(&process, "ssh", settings.GetActions(), settings.GetAttributes(), argv.data(), environ);
-    if (error != 0) Throw(error);
-    return process;
+    Descriptor first = AboveStandardStreams(ends[0]);
+    return {std::move(first), AboveStandardStreams(ends[1])};
 }
 
 int MillisecondsUntil(Clock::time_point deadline) {
@@ -123,8 +42,9 @@ int MillisecondsUntil(Clock::time_point deadline) {
 struct SshProcess::Handles {
     Descriptor streams;
     Descriptor errors;
-    pid_t process = -1;
+    std::optional<ChildProcess> process;
     std::string errorText;
+    bool isFinished = false;
 
     // False at the end.
     bool ReadErrors() {
@@ -147,37 +67,21 @@ struct SshProcess::Handles {
             if (Clock::now() >= deadline) return false;
         }
     }
-
-    // The status as waitpid tells it; nothing while the process goes on.
-    bool HasEnded(int& status) {
-        const pid_t ended = waitpid(process, &status, WNOHANG);
-        if (ended == 0 || (ended < 0 && errno == EINTR)) return false;
-        // Another part of the program may have taken the status already.
-        if (ended < 0) status = -1;
-        process = -1;
-        return true;
-    }
-
-    bool WaitForEnd(int& status, std::chrono::milliseconds patience) {
-        const Clock::time_point deadline = Clock::now() + patience;
-        constexpr std::chrono::milliseconds kStep{2};
-        while (!HasEnded(status)) {
-            if (Clock::now() >= deadline) return false;
-            std::this_thread::sleep_for(kStep);
-        }
-        return true;
-    }
 };
 
 SshProcess::SshProcess(const std::vector<std::string>& arguments) : m_handles(std::make_unique<Handles>()) {
     auto [own, theirs] = MakeSocketPair();
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) Throw(errno);
-    Descriptor errors = Moved(ends[0]);
-    const Descriptor theirErrors = Moved(ends[1]);
-    std::vector<std::string> words{"ssh"};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    m_handles->process = Start(std::move(words), SpawnSettings(theirs.Get(), theirErrors.Get()));
+    Descriptor errors = AboveStandardStreams(ends[0]);
+    const Descriptor theirErrors = AboveStandardStreams(ends[1]);
+    ChildSettings settings;
+    settings.program = "ssh";
+    settings.arguments = arguments;
+    settings.input = theirs.Get();
+    settings.output = theirs.Get();
+    settings.errors = theirErrors.Get();
+    m_handles->process.emplace(std::move(settings));
     (void)fcntl(own.Get(), F_SETFL, O_NONBLOCK);
     (void)fcntl(errors.Get(), F_SETFL, O_NONBLOCK);
     m_handles->streams = std::move(own);
@@ -185,7 +89,7 @@ SshProcess::SshProcess(const std::vector<std::string>& arguments) : m_handles(st
 }
 
 SshProcess::~SshProcess() {
-    if (m_handles->process < 0) return;
+    if (m_handles->isFinished) return;
     try {
         (void)Finish(std::chrono::milliseconds(0));
     } catch (...) {
@@ -229,24 +133,25 @@ void SshProcess::CloseInput() {
 
 SshEnd SshProcess::Finish(std::chrono::milliseconds patience) {
     CloseInput();
-    int status = -1;
-    bool hasEnded = m_handles->WaitForEnd(status, patience);
+    ChildProcess& process = *m_handles->process;
+    std::optional<ChildEnd> end = process.WaitForEnd(patience);
     constexpr std::chrono::milliseconds kAfterRequest{500};
-    if (!hasEnded) {
-        (void)kill(m_handles->process, SIGTERM);
-        hasEnded = m_handles->WaitForEnd(status, kAfterRequest);
+    if (!end.has_value()) {
+        process.Signal(SIGTERM);
+        end = process.WaitForEnd(kAfterRequest);
     }
-    if (!hasEnded) {
-        (void)kill(m_handles->process, SIGKILL);
-        (void)waitpid(std::exchange(m_handles->process, -1), &status, 0);
+    while (!end.has_value()) {
+        process.Signal(SIGKILL);
+        end = process.WaitForEnd(kAfterRequest);
     }
+    m_handles->isFinished = true;
     while (m_handles->errors.Get() >= 0) {
         const size_t before = m_handles->errorText.size();
         if (!m_handles->ReadErrors() || m_handles->errorText.size() == before) break;
     }
     m_handles->streams.Close();
     m_handles->errors.Close();
-    return {status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1, m_handles->errorText};
+    return {end->status, m_handles->errorText};
 }
 
 }  // namespace embedded::remote

@@ -5,9 +5,9 @@
 #include <random>
 
 #include "embedded/attached/disc/block_writing.h"
-#include "embedded/attached/disc/child_process.h"
 #include "embedded/attached/disc/empty_udf.h"
 #include "embedded/attached/disc/noise.h"
+#include "embedded/attached/disc/run_program.h"
 #include "embedded/attached/disc/udf_volume.h"
 #include "embedded/attached/scsi/write_parameters.h"
 #include "tests/unit/attached/refusal.h"
