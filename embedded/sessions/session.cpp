@@ -129,13 +129,18 @@ KrvSession SessionHandle(uint32_t number) {
     return KrvSession{ProcessId()} << 32U | number;
 }
 
-void StartServer(const std::string& server, const CallInfo& call) {
+void StartServer(const std::string& server, const CallInfo& call, const std::optional<ChangeNumber>& number) {
     Connection connection(Open(server));
+    const auto work = [&number](Database& database) {
+        ChangeMade made = StartService(database);
+        if (number.has_value()) KeepChangeNumber(database, *number);
+        return made;
+    };
     if (IsObserved(connection.Refresh())) {
         CallRecorder recorder(connection);
-        ObserveChange(connection, recorder, 0, call, StartService);
+        ObserveChange(connection, recorder, 0, call, work);
     } else {
-        connection.Change([](Database& database) { (void)StartService(database); });
+        connection.Change([&work](Database& database) { (void)work(database); });
     }
 }
 

@@ -93,7 +93,9 @@ class Session {
 // half, so that a journal can tell the sessions of all processes apart.
 KrvSession SessionHandle(uint32_t number);
 
-// Starts the service of a server without a session.
-void StartServer(const std::string& server, const CallInfo& call);
+// Starts the service of a server without a session. The change is kept together with its number, if it has
+// one.
+void StartServer(const std::string& server, const CallInfo& call,
+                 const std::optional<ChangeNumber>& number = std::nullopt);
 
 }  // namespace embedded

@@ -29,8 +29,9 @@ void TryRecords(const json& message) {
 void TryRequest(const json& message) {
     const Request request = RequestFrom(message);
     const Request same = RequestFrom(DecodeCbor(EncodeCbor(ToMessage(request))));
-    Require(same.function == request.function && same.arguments == request.arguments,
-            "a request can be sent on");
+    Require(
+        same.function == request.function && same.arguments == request.arguments && same.from == request.from,
+        "a request can be sent on");
 }
 
 void TryAnswer(const json& message) {

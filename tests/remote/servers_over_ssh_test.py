@@ -74,6 +74,12 @@ class ServersOverSsh(Fixture):
         self.assertIn("KRV error 501: ", self.expect_same("export", "J@11", "M1", "S1").error)
         self.expect_same("scan", "J@11", "M1")
 
+    def test_a_fault_of_the_farm_ends_a_list_where_it_does_there(self):
+        added = self.local("krvsim", "fault", "add", "--server", "vault", "--function", "VolumeActivate", "--volume", "34",
+                           "--code", "556", "--text", "stuck", "--times", "2")
+        self.assertEqual(added.status, 0, added)
+        self.assertIn("KRV error 556: stuck", self.expect_same("enable", "V", "@33,34,35").error)
+
     def test_the_service_is_stopped_and_started_there(self):
         self.assertEqual(self.desk.run("krvcmd", "server=archive", "service", "stop").status, 0)
         self.assertIn("KRV error 1011", self.expect_same("query", "jukeboxes").error)
@@ -188,6 +194,24 @@ class Failures(Fixture):
         self.desk.use_as_ssh(self.machine.ssh().replace(f"{self.machine.folder}/known_hosts", "/dev/null"))
         self.expect(self.query(self.machine.place()), 1083, "Host key verification failed")
 
+    def test_a_wanted_password_is_refused_and_never_asked_for(self):
+        self.desk.use_as_ssh(self.machine.ssh("stranger"))
+        self.expect(self.query(self.machine.place()), 1084, "Permission denied (publickey,password)")
+        # Nor on a terminal, or in a window.
+        line = shlex.join([f"{PROGRAMS}/krvcmd", "quiet", "server=archive", "query", "jukeboxes"])
+        done = subprocess.run(["script", "--quiet", "--return", "--command", line, "/dev/null"], stdin=subprocess.DEVNULL,
+                              stdout=subprocess.PIPE, encoding="utf-8", timeout=30, check=False,
+                              env=dict(self.desk.environment, DISPLAY=":9", SSH_ASKPASS="/bin/false"))
+        self.assertEqual(done.returncode, 1084 & 0xFF, done)
+        self.assertRegex(done.stdout, r"\AKRV error 1084: [^\n]*Permission denied[^\n]*\n\Z")
+
+    def test_what_ssh_says_fills_no_pipe_and_stays_out_of_the_output(self):
+        self.make_farm("vault")
+        self.add("archive", self.machine.place("vault"))
+        self.desk.use_as_ssh(self.machine.ssh().replace("exec ", "yes nonsense | head -c 1000000 >&2\nexec ", 1))
+        outcome = self.desk.run("krvcmd", "quiet", "server=archive", "query", "jukeboxes", "J@8")
+        self.assertEqual((outcome.status, outcome.error), (0, ""), outcome)
+
     def test_a_machine_without_krvadm_is_told(self):
         bare = self.machine.ssh().rstrip("\n").removesuffix('"$@"') + '$(echo "$@" | sed "s/krvadm serve/no_krvadm/")\n'
         self.desk.use_as_ssh(bare)
@@ -235,6 +259,19 @@ class Failures(Fixture):
             outcome = self.desk.run("krvcmd", "quiet", "server=archive", "disable", "V@33")
             self.expect(outcome, code, "the line was cut")
             self.assertEqual(disabled(), is_made, script)
+
+    def test_a_lost_start_of_the_service_is_known_too(self):
+        self.add("archive", "ssh://far/vault")
+        for script, code, is_made in (("lose-before", 1093, False), ("lose-after", 1092, True),
+                                      ("lose-for-good", 1094, True)):
+            self.make_farm("vault")
+            self.assertEqual(self.local("krvcmd", "quiet", "server=vault", "service", "stop").status, 0)
+            (self.desk.folder / "lost").unlink(missing_ok=True)
+            self.script(script)
+            outcome = self.desk.run("krvcmd", "quiet", "server=archive", "service", "start")
+            self.expect(outcome, code, "the line was cut")
+            runs = self.local("krvcmd", "quiet", "server=vault", "query", "jukeboxes").status == 0
+            self.assertEqual(runs, is_made, script)
 
     def test_a_stopped_server_is_given_up(self):
         self.make_farm("vault")

@@ -1,6 +1,5 @@
 #include "embedded/remote/serve/serve.h"
 
-#include <csignal>
 #include <string>
 
 #include "tools/common/command_line.h"
@@ -18,8 +17,6 @@ void Serve(const ServeCommandOptions& options, const Streams& /*streams*/) {
     remote::ServeOptions rights;
     if (options.isReadOnly) rights.rights = remote::ServeOptions::Rights::Looks;
     if (!options.only.empty()) rights.only = options.only;
-    // A caller that has gone away is an error of writing.
-    (void)std::signal(SIGPIPE, SIG_IGN);
     remote::Serve(rights);
 }
 

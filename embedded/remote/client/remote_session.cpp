@@ -20,6 +20,8 @@ constexpr uint32_t kFirstSlots = 64;
 constexpr uint32_t kGrowth = 8;
 constexpr uint32_t kMostVolumes = 32768;
 constexpr uint32_t kMostSlots = 4096;
+// After a change the items up to the next change are enough, which forgets the others.
+constexpr uint32_t kAfterChange = 16;
 
 std::string RandomName() {
     std::random_device random;
@@ -39,6 +41,15 @@ json::array_t ArgumentsOf(const Key* key, const char* function) {
     return arguments;
 }
 
+// The slot that the key names; empty when it names none. Also for a null key, which is refused elsewhere.
+template <typename Key>
+json::array_t SlotOf(const Key* key) {
+    if constexpr (requires { key->slot; }) {
+        if (key != nullptr) return {key->jukeboxId, key->magazine, key->slot};
+    }
+    return {};
+}
+
 void ThrowFailure(const Answer& answer) {
     if (answer.failure.has_value()) throw Refusal(answer.failure->code, answer.failure->text);
 }
@@ -50,6 +61,38 @@ auto Decoded(const KnownServer& server, const Work& work) {
     } catch (const ProtocolFailure& failure) {
         throw Refuse(Code::NotTheProtocol, {server.name, failure.what()});
     }
+}
+
+// Names a change for the other side.
+struct ChangeOfCaller {
+    std::string caller;
+    uint64_t number = 0;
+};
+
+// Asks whether the change was made, and makes sure that it is not made later.
+bool IsMade(const KnownServer& server, const ChangeOfCaller& change) {
+    Connection connection(server);
+    Request request;
+    request.function = kSettle;
+    request.arguments = {BytesOf(server.place.server), BytesOf(change.caller), change.number};
+    const Answer answer = connection.AskLast(std::move(request));
+    ThrowFailure(answer);
+    return Decoded(server, [&] {
+        if (answer.result.size() != 1 || !answer.result[0].is_boolean())
+            throw ProtocolFailure("whether a change was made is missing");
+        return answer.result[0].get<bool>();
+    });
+}
+
+// Finds out what became of a change whose answer is lost, and throws that.
+[[noreturn]] void Settle(const KnownServer& server, const ChangeOfCaller& change, const std::string& reason) {
+    Code outcome = Code::LostInDoubt;
+    try {
+        outcome = IsMade(server, change) ? Code::LostButMade : Code::LostNotMade;
+    } catch (const Refusal&) {
+        outcome = Code::LostInDoubt;
+    }
+    throw Refuse(outcome, {server.name, reason});
 }
 
 }  // namespace
@@ -76,6 +119,10 @@ Answer RemoteSession::AskFor(Request request) {
     }
 }
 
+void RemoteSession::KeepAhead(const Answer& answer) {
+    if (!answer.ahead.is_null()) m_ahead.Keep(Decoded(m_server, [&] { return AheadFrom(answer.ahead); }));
+}
+
 json RemoteSession::Look(const char* function, json::array_t arguments, uint32_t ahead,
                          std::optional<Failure>& failure) {
     Request request;
@@ -84,7 +131,7 @@ json RemoteSession::Look(const char* function, json::array_t arguments, uint32_t
     request.ahead = ahead;
     Answer answer = AskFor(std::move(request));
     failure = std::move(answer.failure);
-    if (!answer.ahead.is_null()) m_ahead.Keep(Decoded(m_server, [&] { return AheadFrom(answer.ahead); }));
+    KeepAhead(answer);
     return std::move(answer.result);
 }
 
@@ -108,45 +155,37 @@ void RemoteSession::Describe(const char* function, const Key* key, Record* recor
     if (failure.has_value()) throw Refusal(failure->code, failure->text);
 }
 
-void RemoteSession::Change(const char* function, json::array_t arguments) {
+void RemoteSession::Change(const char* function, json::array_t arguments, json::array_t slot) {
     const std::scoped_lock lock(m_mutex);
     m_ahead.Forget();
+    // A walk over volumes goes on with volumes, wherever they lie.
+    if (!slot.empty() && m_lastLook.size() != 1) m_lastLook = std::move(slot);
     Request request;
     request.function = function;
     request.arguments = std::move(arguments);
     request.change = ++m_lastChange;
+    AskAheadAfterChange(request);
     const bool wasLost = m_loss != nullptr;
     Answer answer;
     try {
         answer = AskFor(std::move(request));
     } catch (const Refusal& refusal) {
         if (wasLost || m_loss == nullptr) throw;
-        Settle(m_lastChange, refusal.GetText());
+        Settle(m_server, {m_client, m_lastChange}, refusal.GetText());
     }
+    KeepAhead(answer);
     ThrowFailure(answer);
 }
 
 template <typename Key>
 void RemoteSession::ChangeItem(const char* function, const Key* key) {
-    Change(function, ArgumentsOf(key, function));
+    Change(function, ArgumentsOf(key, function), SlotOf(key));
 }
 
-void RemoteSession::Settle(uint64_t change, const std::string& reason) const {
-    const auto outcome = [&](Code code) { return Refuse(code, {m_server.name, reason}); };
-    bool isMade = false;
-    try {
-        Connection connection(m_server);
-        Request request;
-        request.function = kSettle;
-        request.arguments = {BytesOf(m_server.place.server), BytesOf(m_client), change};
-        const Answer answer = connection.AskLast(std::move(request));
-        if (answer.failure.has_value() || answer.result.empty() || !answer.result[0].is_boolean())
-            throw outcome(Code::LostInDoubt);
-        isMade = answer.result[0].get<bool>();
-    } catch (const Refusal&) {
-        throw outcome(Code::LostInDoubt);
-    }
-    throw outcome(isMade ? Code::LostButMade : Code::LostNotMade);
+void RemoteSession::AskAheadAfterChange(Request& request) const {
+    if (m_lastLook.empty()) return;
+    request.ahead = kAfterChange;
+    request.from = m_lastLook;
 }
 
 uint32_t RemoteSession::SlotsAhead(const SlotKey& key) {
@@ -226,6 +265,7 @@ void RemoteSession::GetSlot(const SlotKey* key, SlotRecord* record) {
     const std::scoped_lock lock(m_mutex);
     CheckRecord(key, kFunction, "key");
     CheckRecord(record, kFunction, "record");
+    m_lastLook = SlotOf(key);
     m_ahead.ForgetWhenOld();
     if (const SlotRecord* const known = m_ahead.Find(*key)) {
         *record = *known;
@@ -239,6 +279,7 @@ void RemoteSession::GetSide(const SideKey* key, SideRecord* record) {
     const std::scoped_lock lock(m_mutex);
     CheckRecord(key, kFunction, "key");
     CheckRecord(record, kFunction, "record");
+    m_lastLook = SlotOf(key);
     m_ahead.ForgetWhenOld();
     if (const AheadSide* const known = m_ahead.Find(*key)) {
         *record = known->record;
@@ -266,6 +307,7 @@ void RemoteSession::VolumeDetail(uint32_t volumeId, VolumeRecord* record) {
     constexpr const char* kFunction = "KrvVolumeDetail";
     const std::scoped_lock lock(m_mutex);
     CheckRecord(record, kFunction, "record");
+    m_lastLook = {volumeId};
     m_ahead.ForgetWhenOld();
     if (const AheadVolume* const known = m_ahead.FindVolume(volumeId)) {
         *record = known->record;
@@ -302,6 +344,7 @@ void RemoteSession::VolumeLocations(uint32_t volumeId, SideKey* locations, uint3
     CheckPointer(locations, kFunction, "location array");
     CheckConstant(always1 == 1, kFunction, "fourth argument");
     CheckRecord(locations, kFunction, "location");
+    m_lastLook = {volumeId};
     m_ahead.ForgetWhenOld();
     const AheadVolume* const known = m_ahead.FindVolume(volumeId);
     if (known != nullptr && !known->places.empty()) {
@@ -343,7 +386,7 @@ void RemoteSession::VolumeFormat(const SideKey* key, const FormatOptions* option
     json::array_t arguments = ArgumentsOf(key, kFunction);
     CheckFormatOptions(options, kFunction);
     Append(arguments, *options);
-    Change(kFunction, std::move(arguments));
+    Change(kFunction, std::move(arguments), SlotOf(key));
 }
 
 void RemoteSession::JukeboxSetName(const JukeboxKey* key, const char* newName) {
@@ -409,16 +452,18 @@ void RemoteSession::ServiceRestart() {
 }
 
 void StartRemoteService(const KnownServer& server) {
+    const ChangeOfCaller change{RandomName(), 1};
     Connection connection(server);
     (void)connection.GetGreeting();
     Request request;
     request.function = "KrvServiceStart";
-    request.arguments = {BytesOf(server.place.server)};
+    request.arguments = {BytesOf(server.place.server), BytesOf(change.caller)};
+    request.change = change.number;
     Answer answer;
     try {
         answer = connection.AskLast(std::move(request));
     } catch (const Refusal& refusal) {
-        throw Refuse(Code::LostInDoubt, {server.name, refusal.GetText()});
+        Settle(server, change, refusal.GetText());
     }
     ThrowFailure(answer);
 }

@@ -54,16 +54,18 @@ class RemoteSession : public ServiceSession {
     enum class Effect { Looks, Changes };
 
     Answer AskFor(Request request);
+    void KeepAhead(const Answer& answer);
     // The result of a look, which may have failed with a result all the same.
     json Look(const char* function, json::array_t arguments, uint32_t ahead, std::optional<Failure>& failure);
     json Look(const char* function, json::array_t arguments, uint32_t ahead);
     template <typename Key, typename Record>
     void Describe(const char* function, const Key* key, Record* record, uint32_t ahead);
-    void Change(const char* function, json::array_t arguments);
+    // `slot`: the fields of the slot that is changed, if it is one.
+    void Change(const char* function, json::array_t arguments, json::array_t slot = {});
     template <typename Key>
     void ChangeItem(const char* function, const Key* key);
-    // Finds out what became of a change whose answer is lost, and throws that.
-    [[noreturn]] void Settle(uint64_t change, const std::string& reason) const;
+    // Fills in what a change asks to be read ahead after it: the walk that the last looks belong to.
+    void AskAheadAfterChange(Request& request) const;
     uint32_t SlotsAhead(const SlotKey& key);
     uint32_t VolumesAhead(uint32_t previous);
 
@@ -78,6 +80,7 @@ class RemoteSession : public ServiceSession {
     uint32_t m_lastNextVolume = 0;
     uint32_t m_volumesAhead = 0;
     std::optional<int32_t> m_lastSlotJukebox;
+    json::array_t m_lastLook;  // where a walk is: the fields of its slot, or the ID of its volume
     uint32_t m_slotsAhead = 0;
 };
 

@@ -62,6 +62,7 @@ Hello HelloFrom(const json& message) {
 json ToMessage(const Request& request) {
     json message = {{"n", request.number}, {"call", request.function}, {"with", request.arguments}};
     if (request.ahead > 0) message["ahead"] = request.ahead;
+    if (!request.from.empty()) message["from"] = request.from;
     if (request.change > 0) message["change"] = request.change;
     return message;
 }
@@ -72,6 +73,7 @@ Request RequestFrom(const json& message) {
     request.function = WordField(message, "call");
     request.arguments = ListField(message, "with").get_ref<const json::array_t&>();
     if (Has(message, "ahead")) request.ahead = NumberField<uint32_t>(message, "ahead");
+    if (Has(message, "from")) request.from = ListField(message, "from").get_ref<const json::array_t&>();
     if (Has(message, "change")) request.change = NumberField<uint64_t>(message, "change");
     return request;
 }

@@ -40,6 +40,7 @@ struct Request {
     std::string function;  // of the client library, or kSettle
     json::array_t arguments;
     uint32_t ahead = 0;   // how many items may be read ahead
+    json::array_t from;   // of a change: where that begins, a slot's fields or a volume's ID
     uint64_t change = 0;  // the number of the change, from 1; 0 = no change
 };
 json ToMessage(const Request& request);

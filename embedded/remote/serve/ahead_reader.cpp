@@ -10,6 +10,9 @@
 namespace embedded::remote {
 namespace {
 
+// Of a jukebox, at most so many magazines and drives are read ahead.
+constexpr int32_t kMostParts = 1024;
+
 // Every item is described once.
 class Collector {
   public:
@@ -23,15 +26,19 @@ class Collector {
         m_ahead.jukeboxes.push_back({key, DescribeJukebox(m_view.database, key)});
     }
 
-    // The magazines of a jukebox, and its drives.
-    void AddParts(int32_t jukebox) {
+    // From the first one on: absolute numbers of slots count from there.
+    void AddMagazines(int32_t jukebox) {
         AddJukebox(jukebox);
-        const JukeboxRecord record = m_ahead.jukeboxes.back().record;
-        constexpr int32_t kMostParts = 1024;
-        for (int32_t number = 0; number < std::min(record.magazineCount, kMostParts); ++number) {
+        const int32_t count = m_ahead.jukeboxes.back().record.magazineCount;
+        for (int32_t number = 0; number < std::min(count, kMostParts); ++number) {
             if (!AddMagazine({sizeof(MagazineKey), jukebox, number})) break;
         }
-        for (int32_t number = 0; number < std::min(record.driveCount, kMostParts); ++number) {
+    }
+
+    void AddDrives(int32_t jukebox) {
+        AddJukebox(jukebox);
+        const int32_t count = m_ahead.jukeboxes.back().record.driveCount;
+        for (int32_t number = 0; number < std::min(count, kMostParts); ++number) {
             if (!AddDrive({sizeof(DriveKey), jukebox, number})) break;
         }
     }
@@ -48,6 +55,7 @@ class Collector {
 
     // False when there is none of that number.
     bool AddMagazine(const MagazineKey& key) {
+        if (!m_magazines.insert({key.jukeboxId, key.magazine}).second) return true;
         try {
             m_ahead.magazines.push_back({key, DescribeMagazine(m_view.database, key)});
             return true;
@@ -82,11 +90,11 @@ class Collector {
         return true;
     }
 
+    // After AddMagazines.
     void AddSlotsFrom(SlotKey key, size_t count) {
-        const JukeboxRecord jukebox = DescribeJukebox(m_view.database, {sizeof(JukeboxKey), key.jukeboxId});
-        for (; key.magazine < jukebox.magazineCount; ++key.magazine, key.slot = 0) {
-            if (!AddMagazine({sizeof(MagazineKey), key.jukeboxId, key.magazine})) return;
-            const int32_t slotCount = m_ahead.magazines.back().record.slotCount;
+        const std::vector<Described<MagazineKey, MagazineRecord>> magazines = m_ahead.magazines;
+        for (; static_cast<size_t>(key.magazine) < magazines.size(); ++key.magazine, key.slot = 0) {
+            const int32_t slotCount = magazines[static_cast<size_t>(key.magazine)].record.slotCount;
             for (; key.slot < slotCount; ++key.slot) {
                 if (m_ahead.slots.size() >= count || !AddSlot(key)) return;
             }
@@ -110,6 +118,7 @@ class Collector {
         }
         for (const SideKey& place : volume.places) {
             AddJukebox(place.jukeboxId);
+            (void)AddMagazine({sizeof(MagazineKey), place.jukeboxId, place.magazine});
             AddSide(place);
         }
         m_ahead.volumes.push_back(std::move(volume));
@@ -145,6 +154,7 @@ class Collector {
     const View& m_view;
     Ahead m_ahead;
     std::set<int32_t> m_jukeboxes;
+    std::set<std::pair<int32_t, int32_t>> m_magazines;
     std::set<uint32_t> m_volumes;
 };
 
@@ -152,13 +162,14 @@ class Collector {
 
 Ahead ReadAheadOfJukebox(const View& view, int32_t jukebox) {
     Collector collector(view);
-    collector.AddParts(jukebox);
+    collector.AddMagazines(jukebox);
+    collector.AddDrives(jukebox);
     return collector.Take();
 }
 
 Ahead ReadAheadOfSlot(const View& view, const SlotKey& slot, size_t count) {
     Collector collector(view);
-    collector.AddJukebox(slot.jukeboxId);
+    collector.AddMagazines(slot.jukeboxId);
     collector.AddSlotsFrom(slot, count);
     return collector.Take();
 }

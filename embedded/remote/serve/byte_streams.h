@@ -10,6 +10,10 @@ namespace embedded::remote {
 inline constexpr int kStandardInput = 0;
 inline constexpr int kStandardOutput = 1;
 
+// Comes before everything else: bytes pass as they are, and a caller that has gone away is an error of
+// writing.
+void PrepareStreams();
+
 // Waits for bytes and appends them; false at the end of the input. Throws a std::system_error.
 bool ReadMore(int input, FrameReader& reader);
 

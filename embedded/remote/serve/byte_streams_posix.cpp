@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <system_error>
 
 #include "embedded/remote/serve/byte_streams.h"
@@ -14,6 +15,10 @@ namespace {
 }
 
 }  // namespace
+
+void PrepareStreams() {
+    (void)std::signal(SIGPIPE, SIG_IGN);
+}
 
 bool ReadMore(int input, FrameReader& reader) {
     constexpr size_t kBufferSize = 16384;

@@ -154,12 +154,43 @@ const Function* Find(std::string_view name) {
     return found == std::end(kFunctions) ? nullptr : found;
 }
 
-// What may be asked next; null when nothing is read ahead after this call.
-json AheadOf(LocalSession& session, const Request& request, const json& result) {
+using Reader = std::function<Ahead(const View&)>;
+
+// Null when that fails, or while every call counts.
+json ReadAhead(LocalSession& session, const Reader& read) {
+    json ahead;
+    try {
+        (void)session.GetSession().ReadBetweenCalls([&](const View& view) { ahead = ToMessage(read(view)); });
+    } catch (const Refusal&) {
+        return nullptr;  // the next call tells why
+    }
+    return ahead;
+}
+
+// What may be asked after a change; null when the caller does not say where that begins.
+json AheadAfterChange(LocalSession& session, const Request& request) {
+    const size_t count = std::min<size_t>(request.ahead, kMostAhead);
+    if (request.from.empty()) return nullptr;
+    const json place(request.from);
+    FieldReader fields(place);
+    Reader read;
+    if (request.from.size() == 1) {
+        const auto first = fields.Number<uint32_t>();
+        read = [first, count](const View& view) { return ReadAheadOfVolumes(view, first, count); };
+    } else {
+        const auto slot = Take<SlotKey>(fields);
+        read = [slot, count](const View& view) { return ReadAheadOfSlot(view, slot, count); };
+    }
+    if (!fields.IsAtEnd()) throw ProtocolFailure("a place has too many fields");
+    return ReadAhead(session, read);
+}
+
+// What may be asked after a look; null when nothing is read ahead after this one.
+json AheadAfterLook(LocalSession& session, const Request& request, const json& result) {
     const json arguments(request.arguments);
     FieldReader fields(arguments);
     const size_t count = std::min<size_t>(request.ahead, kMostAhead);
-    std::function<Ahead(const View&)> read;
+    Reader read;
     if (request.function == "KrvGetJukebox") {
         read = [&](const View& view) { return ReadAheadOfJukebox(view, fields.Number<int32_t>()); };
     } else if (request.function == "KrvGetSlot" || request.function == "KrvGetSide") {
@@ -175,13 +206,18 @@ json AheadOf(LocalSession& session, const Request& request, const json& result) 
     } else {
         return nullptr;
     }
-    json ahead;
+    return ReadAhead(session, read);
+}
+
+// The function's own refusals are answers.
+void Make(const Function& function, LocalSession& session, FieldReader& fields, Answer& answer) {
     try {
-        (void)session.GetSession().ReadBetweenCalls([&](const View& view) { ahead = ToMessage(read(view)); });
-    } catch (const Refusal&) {
-        return nullptr;  // the next call tells why
+        function.work(session, fields, answer.result);
+    } catch (const Refusal& refusal) {
+        answer.failure = {refusal.GetCode(), refusal.GetText()};
+        return;
     }
-    return ahead;
+    if (!fields.IsAtEnd()) throw ProtocolFailure("a call has too many arguments");
 }
 
 }  // namespace
@@ -198,15 +234,13 @@ Answer MakeCall(LocalSession& session, const Request& request) {
     answer.number = request.number;
     const json arguments(request.arguments);
     FieldReader fields(arguments);
-    try {
-        function->work(session, fields, answer.result);
-    } catch (const Refusal& refusal) {
-        answer.failure = {refusal.GetCode(), refusal.GetText()};
-        return answer;
+    Make(*function, session, fields, answer);
+    if (request.ahead == 0) return answer;
+    if (function->effect == Effect::Changes) {
+        answer.ahead = AheadAfterChange(session, request);
+    } else if (!answer.failure.has_value()) {
+        answer.ahead = AheadAfterLook(session, request, answer.result);
     }
-    if (!fields.IsAtEnd()) throw ProtocolFailure("a call has too many arguments");
-    if (request.ahead > 0 && function->effect == Effect::Looks)
-        answer.ahead = AheadOf(session, request, answer.result);
     return answer;
 }
 

@@ -83,6 +83,15 @@ class Output {
     std::thread m_signs;
 };
 
+// The text that names a caller.
+std::string TakeCaller(FieldReader& fields) {
+    constexpr size_t kLongest = 64;
+    std::string caller = fields.Text();
+    if (caller.empty() || caller.size() > kLongest)
+        throw ProtocolFailure("the caller's own name is not valid");
+    return caller;
+}
+
 class Server {
   public:
     explicit Server(ServeOptions options) : m_options(std::move(options)) {}
@@ -134,10 +143,7 @@ class Server {
         const json arguments(request.arguments);
         FieldReader fields(arguments);
         const std::string asked = fields.Text();
-        m_client = fields.Text();
-        constexpr size_t kLongestClient = 64;
-        if (m_client.empty() || m_client.size() > kLongestClient)
-            throw ProtocolFailure("the caller's own name is not valid");
+        m_client = TakeCaller(fields);
         if (m_session != nullptr) throw ProtocolFailure("a second session is opened");
         m_server = Allowed(asked);
         RequireFarm(m_server);
@@ -149,14 +155,16 @@ class Server {
         FieldReader fields(arguments);
         const std::string server = Allowed(fields.Text());
         RequireRights(server);
-        StartServer(server, {"KrvServiceStart", WithText({}, server.c_str())});
+        std::optional<ChangeNumber> number;
+        if (!fields.IsAtEnd()) number = {TakeCaller(fields), request.change};
+        StartServer(server, {"KrvServiceStart", WithText({}, server.c_str())}, number);
     }
 
     bool Settle(const Request& request) const {
         const json arguments(request.arguments);
         FieldReader fields(arguments);
         const std::string server = Allowed(fields.Text());
-        const std::string client = fields.Text();
+        const std::string client = TakeCaller(fields);
         const auto number = fields.Number<uint64_t>();
         RequireRights(server);
         const std::unique_ptr<Database> database = OpenServer(server);
@@ -204,6 +212,7 @@ void Answers(int input, Output& output, const ServeOptions& options) {
 }  // namespace
 
 void Serve(const ServeOptions& options) {
+    PrepareStreams();
     Output out(kStandardOutput);
     out.Send(ToMessage(OwnHello()));
     try {

@@ -1,0 +1,147 @@
+#!/usr/bin/env python3
+"""Few ways there and back: distance_test.py PROGRAM-DIRECTORY [--measure]. With --measure, 100,000 volumes at a distance."""
+import pathlib
+import shlex
+import statistics
+import sys
+import time
+import unittest
+
+from delaying_relay import DelayingRelay
+from remote_machine import Desk, RemoteMachine
+
+ROUND_TRIP = 0.05  # seconds
+PROGRAMS, MEASURES = "", False
+
+
+class Fixture(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.machine = RemoteMachine(PROGRAMS)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.machine.close()
+
+    def setUp(self):
+        self.desk = Desk(PROGRAMS)
+        self.addCleanup(self.desk.close)
+        self.desk.use_as_ssh(self.machine.ssh())
+
+    def local(self, *words):
+        done = self.machine.local(self.desk, *words)
+        self.assertEqual(done.status, 0, done)
+        return done
+
+    def make_farm(self, *words):
+        self.local("krvsim", "generate", "--server", "vault", "--force", *words)
+
+    def add(self, place):
+        self.assertEqual(self.desk.run("krvadm", "servers", "add", "archive", place).status, 0)
+
+
+class RoundTrips(Fixture):
+    """Each call that is sent waits for its answer, so their number is the number of ways there and back."""
+
+    def setUp(self):
+        super().setUp()
+        self.make_farm("--jukeboxes", "2", "--slots", "1200", "--fill", "100")
+        self.add(self.machine.place("vault"))
+        self.log = self.desk.folder / "calls"
+        self.desk.use_as_ssh(self.machine.ssh())
+        (self.desk.tools / "ssh").rename(self.desk.tools / "real_ssh")
+        words = ["/usr/bin/python3", str(pathlib.Path(__file__).with_name("counting_ssh.py")), str(self.log),
+                 str(self.desk.tools / "real_ssh")]
+        self.desk.use_as_ssh(f'#!/bin/sh\nexec {shlex.join(words)} "$@"\n')
+
+    def calls(self, *words):
+        """The calls that a command sends, without opening and closing the session; it prints as on the machine itself."""
+        self.log.unlink(missing_ok=True)
+        there = self.desk.run("krvcmd", "quiet", "server=archive", *words)
+        here = self.machine.local(self.desk, "krvcmd", "quiet", "server=vault", *words)
+        self.assertEqual((there.status, there.output, there.error.replace("archive", "vault")),
+                         (here.status, here.output, here.error), words)
+        calls = self.log.read_text(encoding="utf-8").split()
+        self.assertEqual((calls[0], calls[-1]), ("KrvSessionCreate", "KrvSessionClose"))
+        return calls[1:-1]
+
+    def test_a_single_look_up_takes_three_round_trips_at_most(self):
+        for words in (["V", "@33"], ["V", "@1"]):
+            calls = self.calls("query", "volumes", *words)
+            self.assertLessEqual(len(calls) + 1, 3, calls)  # and the one that opens the session
+        calls = self.calls("query", "slots", "J@1", "M1", "S7")
+        self.assertLessEqual(len(calls) + 1, 3, calls)
+
+    def test_a_walk_takes_more_at_a_time_the_longer_it_is(self):
+        self.assertLessEqual(len(self.calls("query", "volumes")), 6)
+        self.assertLessEqual(len(self.calls("query", "slots", "J@1")), 6)
+
+    def test_a_list_of_volumes_takes_one_round_trip_for_each_change(self):
+        for command, function in (("disable", "KrvVolumeDeactivate"), ("enable", "KrvVolumeActivate")):
+            self.assertEqual(self.calls(command, "V", "@1-1000"), [function] * 1000)
+
+    def test_slots_are_looked_at_on_the_way_back_of_a_change(self):
+        calls = self.calls("disable", "J@1", "S1-100")
+        looks = [call for call in calls if call != "KrvVolumeDeactivate"]
+        self.assertGreater(len(calls) - len(looks), 80)
+        self.assertLessEqual(len(looks), 3, looks)
+        calls = self.calls("scan", "J@1", "S1-100")
+        looks = [call for call in calls if call != "KrvMediaScan"]
+        self.assertEqual(len(calls) - len(looks), 100)
+        self.assertLessEqual(len(looks), 3, looks)
+
+    def test_volumes_are_looked_at_on_the_way_back_of_a_change(self):
+        calls = self.calls("scan", "V", "@1-100")
+        looks = [call for call in calls if call != "KrvMediaScan"]
+        self.assertEqual(len(calls) - len(looks), 100)
+        self.assertLessEqual(len(looks), 3, looks)
+
+    def test_the_first_failure_of_a_list_ends_it_as_there(self):
+        calls = self.calls("enable", "V", "@1-5,99999,6-10")
+        self.assertEqual(calls, ["KrvVolumeActivate"] * 6)
+
+    def test_each_call_counts_while_there_is_a_journal(self):
+        self.local("krvsim", "journal", "--server", "vault", "--on")
+        self.assertGreater(len(self.calls("query", "volumes", "V", "@1-20")), 60)
+
+
+class Distance(Fixture):
+    def measure(self, volumes, runs):
+        """Seconds that a query of all volumes takes here and at a distance, and that a run takes which only connects."""
+        slots = 1000
+        self.make_farm("--jukeboxes", str(volumes // slots), "--slots", str(slots), "--fill", "100")
+        relay = DelayingRelay(self.machine.port, ROUND_TRIP / 2)
+        self.addCleanup(relay.close)
+        self.desk.use_as_ssh(self.machine.ssh(port=relay.port))
+        self.add(self.machine.place("vault", relay.port))
+        here, there, connecting = [], [], []
+        for _ in range(runs):
+            local = self.local("krvcmd", "server=vault", "query", "volumes", "notable")
+            here.append(local.seconds)
+            remote = self.desk.run("krvcmd", "server=archive", "query", "volumes", "notable")
+            there.append(remote.seconds)
+            self.assertEqual((remote.status, remote.output), (local.status, local.output))
+            self.assertGreater(local.output.count("\n"), 0.9 * volumes)  # a few sides have none
+            begin = time.monotonic()
+            self.assertEqual(self.desk.run("krvadm", "servers").status, 0)
+            connecting.append(time.monotonic() - begin)
+        return tuple(statistics.median(times) for times in (here, there, connecting))
+
+    def expect_fast(self, volumes, connects):
+        here, there, connecting = self.measure(volumes, 3)
+        limit = 3 * here + 10 * ROUND_TRIP + (0 if connects else connecting)
+        print(f"{volumes} volumes at {ROUND_TRIP * 1000:.0f} ms: {there:.2f} s, of which {connecting:.2f} s to connect; "
+              f"{here:.2f} s on the machine itself; limit {limit:.2f} s", flush=True)
+        self.assertLess(there, limit)
+
+    def test_few_volumes_are_listed_as_fast_as_there(self):
+        self.expect_fast(2_000, connects=False)
+
+    @unittest.skipUnless("--measure" in sys.argv, "takes minutes")
+    def test_many_volumes_take_three_times_as_long_at_most(self):
+        self.expect_fast(100_000, connects=True)
+
+
+if __name__ == "__main__":
+    PROGRAMS = str(pathlib.Path(sys.argv[1]).resolve())
+    unittest.main(argv=sys.argv[:1] + [word for word in sys.argv[2:] if word != "--measure"])
