@@ -10,8 +10,8 @@ it goes to a terminal of 100 columns:
     ...                  any number of lines
 
 The blocks of one document are one session of bash, in an empty folder with a fresh farm. ssh reaches any
-host; each has fresh farms of its own. The programs are found by name; scripts/run stands for krvcmd. With --write the outputs in the document are replaced
-by what was printed (outputs with "..." stay as they are); the difference is then to be read line by line.
+host through a real sshd; each has fresh farms of its own. The programs are found by name; scripts/run stands
+for krvcmd. With --write the outputs in the document are replaced by what was printed (outputs with "..." stay as they are); the difference is then to be read line by line.
 
 Command lines within the text (`krvcmd help query`) and in blocks marked `sh` have no output to compare. Each one
 runs on a fresh farm of its own and has to succeed. Words in capitals stand for something (`--layout FILE`), so a
@@ -19,9 +19,11 @@ line with one is no command line, and neither is the name of one of krvsim's com
 tests is run by the tests that OTHERS names.
 """
 import fcntl
+import getpass
 import os
 import pathlib
 import re
+import shlex
 import struct
 import subprocess
 import sys
@@ -29,6 +31,9 @@ import tempfile
 import termios
 import threading
 import tty
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "remote"))
+from remote_machine import RemoteMachine  # noqa: E402
 
 # The beginning of a command line in a document, and the test that runs it.
 OTHERS = {
@@ -135,6 +140,32 @@ class Terminal:
         return self._printed
 
 
+class Hosts(RemoteMachine):
+    """Every host that ssh reaches: one sshd, which gives each name that was asked for farms of its own."""
+
+    def __init__(self, program_dir, home):
+        self._home = home
+        super().__init__(program_dir)
+        host_key = (self.folder / "host.pub").read_text(encoding="utf-8")
+        (self.folder / "known_hosts").write_text(f"host {host_key}", encoding="utf-8")
+        program = home / "tools" / "ssh"
+        # Behind "--" come the host and the two words of the command; of two values ssh takes the first.
+        words = ["/usr/bin/ssh", "-F", "none", "-i", str(self.folder / "all"), "-o", "KexAlgorithms=curve25519-sha256",
+                 "-o", f"UserKnownHostsFile={self.folder}/known_hosts", "-o", "HostKeyAlias=host", "-o", "HostName=127.0.0.1",
+                 "-o", f"Port={self.port}", "-o", f"User={getpass.getuser()}"]
+        program.write_text(f'#!/bin/bash\nexec {shlex.join(words)} -o "SetEnv=ASKED_HOST=${{*: -3:1}}" "$@"\n')
+        program.chmod(0o755)
+
+    def _write_settings(self):
+        super()._write_settings()
+        command = self.folder / "command"
+        command.write_text(f'#!/bin/bash\nexport KRVSIM_HOME="{self._home}/hosts/$ASKED_HOST"\n'
+                           'mkdir -p "$KRVSIM_HOME"\nexec $SSH_ORIGINAL_COMMAND\n')
+        command.chmod(0o755)
+        with self.settings.open("a", encoding="utf-8") as settings:
+            settings.write(f"AcceptEnv ASKED_HOST\nForceCommand {command}\n")
+
+
 def run(steps, program_dir, folder):
     """Runs all steps in one shell and files what each printed."""
     home = pathlib.Path(folder)
@@ -152,17 +183,16 @@ def run(steps, program_dir, folder):
         script += f"_status=$?; : >{home}/reached.{at}; (exit $_status)\n{{ {step.command}\n}} >{output} 2>&1\n"
     script += f": >{home}/reached.{len(steps)}\n"
     (home / "farm").mkdir()
-    # Every host that ssh reaches has farms of its own.
     (home / "tools").mkdir()
-    ssh = home / "tools" / "ssh"
-    ssh.write_text('#!/bin/bash\nexport KRVSIM_HOME="$HOME/hosts/${*: -3:1}"\nmkdir -p "$KRVSIM_HOME"\nexec "${@: -2}"\n')
-    ssh.chmod(0o755)
+    hosts = Hosts(program_dir, home) if any("ssh://" in step.command for step in steps) else None
     environment = dict(os.environ, KRVSIM_HOME=str(home / "farm"), HOME=str(home),
                        PATH=os.pathsep.join([str(home / "tools"), str(program_dir), str(JUKEBOX_DIR), os.environ["PATH"]]),
                        LC_ALL="C.UTF-8")
     environment.pop("XDG_CONFIG_HOME", None)
     subprocess.run(["bash", "-c", script], cwd=home / "work", env=environment, stdin=subprocess.DEVNULL,
                    timeout=300, check=False)
+    if hosts:
+        hosts.close()
     for settings in (home / "work").glob("*/settings"):
         subprocess.run([JUKEBOX_DIR / "emulated_jukebox", "stop", settings.parent], check=False)
     for at, step in enumerate(steps):
