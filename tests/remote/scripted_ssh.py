@@ -48,6 +48,10 @@ def lose(when):
         if first:
             continue  # the greeting has no answer
         answer = read_frame(server.stdout)
+        if is_change and when == "never":
+            # The change was made, but what was read ahead is no map.
+            say(frame(b"\xa3\x65ahead\x80\x61n\x02\x66result\x80"))
+            continue
         if is_change:
             server.stdin.close()
             server.wait()
@@ -74,6 +78,8 @@ def main():
             server.wait()
             sys.exit(0)
         lose("before" if SCRIPT == "lose-before" else "after")
+    elif SCRIPT == "nonsense-ahead":
+        lose("never")
     elif SCRIPT == "newer":
         say(frame(GREETING.replace(b"\x82\x01\x01", b"\x82\x02\x03").replace(b"1.0.0", b"9.1.2")))
     elif SCRIPT == "older":

@@ -260,6 +260,15 @@ class Failures(Fixture):
             self.expect(outcome, code, "the line was cut")
             self.assertEqual(disabled(), is_made, script)
 
+    def test_a_change_that_was_made_is_made_whatever_else_the_answer_says(self):
+        self.make_farm("vault")
+        self.add("archive", "ssh://far/vault")
+        self.script("nonsense-ahead")
+        self.assertEqual(self.desk.run("krvcmd", "quiet", "server=archive", "disable", "V@33").status, 0)
+        self.expect(self.desk.run("krvcmd", "quiet", "server=archive", "disable", "V@34,273"), 1087)
+        rows = self.local("krvcmd", "quiet", "server=vault", "query", "volumes", "V@33,34,273", "notable", "columns=o")
+        self.assertEqual(rows.output.split(), ["disabled", "disabled", "active"])
+
     def test_a_lost_start_of_the_service_is_known_too(self):
         self.add("archive", "ssh://far/vault")
         for script, code, is_made in (("lose-before", 1093, False), ("lose-after", 1092, True),

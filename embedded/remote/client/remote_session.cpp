@@ -112,11 +112,15 @@ Answer RemoteSession::AskFor(Request request) {
     } catch (const Refusal& refusal) {
         // A call that could not be sent leaves the connection as it was.
         if (static_cast<Code>(refusal.GetCode()) == Code::InvalidCall) throw;
-        m_loss = std::current_exception();
-        m_connection.reset();
-        m_ahead.Forget();
+        GiveUp();
         throw;
     }
+}
+
+void RemoteSession::GiveUp() {
+    m_loss = std::current_exception();
+    m_connection.reset();
+    m_ahead.Forget();
 }
 
 void RemoteSession::KeepAhead(const Answer& answer) {
@@ -173,7 +177,11 @@ void RemoteSession::Change(const char* function, json::array_t arguments, json::
         if (wasLost || m_loss == nullptr) throw;
         Settle(m_server, {m_client, m_lastChange}, refusal.GetText());
     }
-    KeepAhead(answer);
+    try {
+        KeepAhead(answer);
+    } catch (const Refusal&) {
+        GiveUp();  // what became of the change is known all the same
+    }
     ThrowFailure(answer);
 }
 

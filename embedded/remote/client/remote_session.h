@@ -54,6 +54,8 @@ class RemoteSession : public ServiceSession {
     enum class Effect { Looks, Changes };
 
     Answer AskFor(Request request);
+    // Ends the connection because of the exception that is being handled.
+    void GiveUp();
     void KeepAhead(const Answer& answer);
     // The result of a look, which may have failed with a result all the same.
     json Look(const char* function, json::array_t arguments, uint32_t ahead, std::optional<Failure>& failure);
