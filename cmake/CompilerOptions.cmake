@@ -1,7 +1,7 @@
 # Compiler options of every target. Link krvcmd_options for the warnings and the include path.
 include(CheckPIESupported)
 
-set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD 20 CACHE STRING "Version of C++; 20 or later")
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_C_STANDARD 11)

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <vector>
 
 #include "krvcmd/service/sdk/call.h"

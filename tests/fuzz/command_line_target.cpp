@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "krvcmd/frontend/parsing/parser.h"
 #include "tests/fuzz/bytes_reader.h"
 #include "tests/reliability/support/program_run.h"

@@ -2,6 +2,7 @@
 
 #include <blkid/blkid.h>
 
+#include <algorithm>
 #include <memory>
 
 namespace embedded::attached {

@@ -1,6 +1,7 @@
 // Not on Windows: real changers and drives are spoken to by the means of Linux.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <fstream>

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "krvcmd/console/query/column_catalogue.h"
 #include "krvcmd/console/query/query_table.h"
 #include "krvcmd/service/query/query_command.h"

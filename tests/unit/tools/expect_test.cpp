@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/unit/embedded/support/client.h"
 #include "tests/unit/tools/tool_fixture.h"
 
