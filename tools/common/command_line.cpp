@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <new>
 
+#include "tools/common/usage_error.h"
+
 namespace embedded::tools {
 namespace {
 
@@ -15,6 +17,7 @@ constexpr int kIncomplete = 3;
 CommandLine::CommandLine(const std::string& tool, const std::string& description)
     : m_tool(description, tool) {
     m_tool.require_subcommand(1);
+    m_tool.set_version_flag("--version", tool + " " + KRVCMD_VERSION, "print the version and exit");
     m_tool.footer(tool + " COMMAND --help describes a command.");
 }
 
@@ -50,7 +53,7 @@ int CommandLine::Run(const std::vector<std::string>& words, const Streams& strea
 // A request for help is an error to the parser, too.
 int CommandLine::Explain(const CLI::Error& error, const Streams& streams) const {
     if (error.get_exit_code() == 0) return m_tool.exit(error, streams.out, streams.err);
-    Fail(kUsage, error.what(), streams);
+    Fail(kUsage, UsageErrorText(m_tool, error), streams);
     streams.err << "Run with --help for more information.\n";
     return kUsage;
 }
@@ -63,6 +66,18 @@ int CommandLine::Fail(int status, const std::string& message, const Streams& str
         start = end + 1;
     }
     return status;
+}
+
+CLI::Validator OneOf(const std::vector<std::string>& values) {
+    return CLI::Validator(
+        [values](const std::string& text) {
+            if (std::ranges::find(values, text) != values.end()) return std::string();
+            std::string known;
+            for (const std::string& value : values)
+                known += (known.empty() ? "" : &value == &values.back() ? " or " : ", ") + value;
+            return '"' + text + "\" is not " + known;
+        },
+        "");
 }
 
 CLI::Option* AddServerOption(CLI::App& command, std::string& server) {

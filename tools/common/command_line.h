@@ -2,9 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <any>
+#include <charconv>
 #include <deque>
 #include <functional>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "tools/common/streams.h"
@@ -74,10 +76,23 @@ class CommandLine {
 // An option for the server whose farm is meant, "." unless it is given.
 CLI::Option* AddServerOption(CLI::App& command, std::string& server);
 
-// A range of numbers that the help of the option does not repeat.
+// Accepts only these words.
+CLI::Validator OneOf(const std::vector<std::string>& values);
+
+// Accepts only whole numbers from `lowest` to `highest`.
 template <typename Number>
 CLI::Validator FromTo(Number lowest, Number highest) {
-    return CLI::Range(lowest, highest).description("");
+    return CLI::Validator(
+        [lowest, highest](const std::string& text) {
+            Number number{};
+            const char* const end = text.data() + text.size();
+            const auto [stop, error] = std::from_chars(text.data(), end, number);
+            if (error == std::errc{} && stop == end && lowest <= number && number <= highest)
+                return std::string();
+            return '"' + text + "\" is not a number from " + std::to_string(lowest) + " to " +
+                   std::to_string(highest);
+        },
+        "");
 }
 
 }  // namespace embedded::tools

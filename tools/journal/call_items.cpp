@@ -19,8 +19,7 @@ void AddItemOptions(CLI::App& command, ItemOptions& options) {
     command.add_option("--jukebox,-J", options.jukebox, "only calls for this jukebox, by name or as @ID");
     command.add_option("--magazine,-M", options.magazine, "only calls for this magazine")->check(numbers);
     command.add_option("--slot,-S", options.slot, "only calls for this slot")->check(numbers);
-    command.add_option("--side", options.side, "only calls for this side, A or B")
-        ->check(CLI::IsMember({"A", "B"}).description(""));
+    command.add_option("--side", options.side, "only calls for this side, A or B")->check(OneOf({"A", "B"}));
     command.add_option("--drive,-D", options.drive, "only calls for this drive")->check(numbers);
     command.add_option("--volume,-V", options.volume, "only calls for this volume or the slot of its medium")
         ->check(numbers);

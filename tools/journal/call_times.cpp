@@ -35,7 +35,7 @@ std::chrono::minutes TimeOfDay(const std::string& text) {
 CLI::Validator IsTimeOfDay() {
     return {[](const std::string& text) {
                 return ReadTimeOfDay(text).has_value() ? std::string()
-                                                       : text + " is not a time of day such as 06:00";
+                                                       : '"' + text + "\" is not a time of day such as 06:00";
             },
             ""};
 }

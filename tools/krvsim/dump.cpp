@@ -12,12 +12,10 @@
 namespace embedded::tools {
 namespace {
 
-enum class Format { Toml, Json, Html };
-
 struct DumpOptions {
     std::string server = ".";
-    CopyOptions source;  // without a library, the farm of `server` is read
-    Format format = Format::Toml;
+    CopyOptions source;           // without a library, the farm of `server` is read
+    std::string format = "toml";  // or "json" or "html"
     bool withJournal = false;
 };
 
@@ -25,19 +23,13 @@ using Calls = std::optional<std::vector<PageCall>>;
 
 void Write(const DumpOptions& options, const std::string& server, const Farm& farm, Calls calls,
            std::ostream& out) {
-    switch (options.format) {
-        case Format::Toml:
-            return WriteLayout(out, server, farm);
-        case Format::Json:
-            return WriteJson(out, server, farm);
-        case Format::Html: {
-            FarmPage page;
-            page.server = server;
-            page.farm = &farm;
-            page.calls = std::move(calls);
-            return WriteFarmPage(out, page);
-        }
-    }
+    if (options.format == "toml") return WriteLayout(out, server, farm);
+    if (options.format == "json") return WriteJson(out, server, farm);
+    FarmPage page;
+    page.server = server;
+    page.farm = &farm;
+    page.calls = std::move(calls);
+    WriteFarmPage(out, page);
 }
 
 // The calls since the journal was switched on.
@@ -49,7 +41,7 @@ std::vector<PageCall> ReadCalls(Database& database) {
 }
 
 void Dump(const DumpOptions& options, const Streams& streams) {
-    if (options.withJournal && options.format != Format::Html) {
+    if (options.withJournal && options.format != "html") {
         throw UsageFailure("--journal needs --format html");
     }
     if (options.source.library.empty()) {
@@ -80,12 +72,10 @@ void AddDump(CommandLine& line) {
     CLI::Option* journal =
         app.add_flag("--journal", options.withJournal, "draw the calls of the journal, too (html only)");
     journal->excludes(library);
-    const std::map<std::string, Format> formats = {
-        {"toml", Format::Toml}, {"json", Format::Json}, {"html", Format::Html}};
     app.add_option("--format", options.format, "toml, json or html")
-        ->transform(CLI::CheckedTransformer(formats).description(""))
+        ->check(OneOf({"toml", "json", "html"}))
         ->type_name("FORMAT")
-        ->default_str("toml");
+        ->capture_default_str();
 }
 
 }  // namespace embedded::tools

@@ -1,4 +1,6 @@
+#include <charconv>
 #include <limits>
+#include <system_error>
 
 #include "embedded/farms/servers.h"
 #include "embedded/journal/call_info.h"
@@ -123,9 +125,12 @@ void AddAdd(CommandLine& line, CLI::App& group) {
         ->capture_default_str()
         ->check([](const std::string& text) {
             double probability = -1;
-            const bool isNumber = CLI::detail::lexical_cast(text, probability);
-            return isNumber && probability >= 0 && probability <= 1 ? std::string()
-                                                                    : text + " is not from 0 to 1";
+            const char* const end = text.data() + text.size();
+            const auto [stop, error] = std::from_chars(text.data(), end, probability);
+            const bool isNumber = error == std::errc{} && stop == end;
+            return isNumber && probability >= 0 && probability <= 1
+                       ? std::string()
+                       : '"' + text + "\" is not a number from 0 to 1";
         });
     app.add_option("--seed", options.fault.seed, "seed of that chance")->capture_default_str();
     app.add_option("--code", options.fault.code, "code to fail with, 0 or more")

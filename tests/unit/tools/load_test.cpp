@@ -101,7 +101,7 @@ TEST_F(KrvsimLoad, OptionsThatExcludeEachOtherAreExplained) {
     // IDs below 0 are those of volumes that were never imported.
     EXPECT_EQ(
         WrongUsage({"load", "-J", "@8", "--volume", "-1"}),
-        "krvsim: --volume: Value -1 not in range 1 to 2147483647\nRun with --help for more information.\n");
+        "krvsim: --volume: \"-1\" is not a number from 1 to 2147483647\nRun with --help for more information.\n");
 }
 
 class KrvsimUnload : public ToolFixture {};
