@@ -17,6 +17,7 @@ namespace {
 
 constexpr mode_t kOwnerOnlyFolder = 0700;
 constexpr mode_t kOwnerOnlyFile = 0600;
+constexpr mode_t kGroupFile = 0660;
 
 std::error_code LastError() {
     return {errno, std::generic_category()};
@@ -53,6 +54,26 @@ class Descriptor {
 bool IsAnythingAt(const std::filesystem::path& path) {
     struct stat status {};
     return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
+}
+
+// A folder with the set-group-ID bit is shared by its group.
+bool IsSharedByGroup(const std::filesystem::path& folder) {
+    struct stat status {};
+    constexpr mode_t kShared = S_ISGID | S_IRGRP | S_IWGRP | S_IXGRP;
+    return stat(folder.empty() ? "." : folder.c_str(), &status) == 0 && (status.st_mode & kShared) == kShared;
+}
+
+// Opens or creates a file that only its owner may use, or its group too in a folder that the group shares.
+// Returns -1 and sets errno if that fails.
+int OpenPrivateFile(const std::filesystem::path& file) {
+    const bool isShared = IsSharedByGroup(file.parent_path());
+    const int descriptor =
+        open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, isShared ? kGroupFile : kOwnerOnlyFile);
+    struct stat status {};
+    // The umask of the process may have taken the group's rights to a new file away.
+    const bool isNew = descriptor >= 0 && fstat(descriptor, &status) == 0 && status.st_size == 0;
+    if (isShared && isNew && status.st_uid == geteuid()) (void)fchmod(descriptor, kGroupFile);
+    return descriptor;
 }
 
 // For file systems that can do neither in one step: one process at a time looks and renames.
@@ -92,7 +113,7 @@ std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
 }
 
 std::error_code CreatePrivateFile(const std::filesystem::path& file) {
-    const int descriptor = open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOwnerOnlyFile);
+    const int descriptor = OpenPrivateFile(file);
     if (descriptor < 0) return LastError();
     close(descriptor);
     return {};
@@ -147,8 +168,7 @@ std::filesystem::path OwnFile() {
     return std::filesystem::weakly_canonical(info.dli_fname, ignored);
 }
 
-FileLock::FileLock(const std::filesystem::path& file)
-    : m_file(open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, kOwnerOnlyFile)) {
+FileLock::FileLock(const std::filesystem::path& file) : m_file(OpenPrivateFile(file)) {
     if (m_file < 0) throw std::system_error(LastError());
 }
 
