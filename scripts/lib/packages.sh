@@ -26,6 +26,7 @@ file    /usr/sbin/mkudffs     udftools
 
 readonly kDevelopmentNeeds='
 header  gtest/gtest.h         libgtest-dev
+header  gmock/gmock.h         libgmock-dev
 command clang++               clang
 command clang-format          clang-format
 command run-clang-tidy        clang-tidy
@@ -40,6 +41,7 @@ command mandoc                mandoc
 command groff                 groff-base
 command doxygen               doxygen
 command parallel              parallel
+command jq                    jq
 command ansible-playbook      ansible-core
 command bwrap                 bubblewrap
 command ssh                   openssh-client
