@@ -60,7 +60,7 @@ mount -t proc proc "$root/proc" || fail "cannot mount /proc for the machine"
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 cp /etc/hosts "$root/etc/hosts"
 mkdir "$root/packages"
-for name in krvcmd krvcmd-simulator krvcmd-dev; do
+for name in krvcmd krvcmd-simulator krvcmd-jukebox krvcmd-dev; do
     cp "$packages/${name}"_*.deb "$root/packages/" || fail "the package $name is not there"
 done
 
@@ -75,6 +75,7 @@ packaged() { (cd "$root" && printf '/%s' "packages/$1"_*.deb); } # NAME
 as_user() { # SHELL-COMMAND
     on_machine runuser -u tester -- env HOME=/home/tester sh -c "cd && $1"
 }
+is_installed() { [ "$(on_machine dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
 # All files that a package may install, without those of apt and dpkg.
 all_files() {
     (cd "$root" && find . -xdev \( -path ./proc -o -path ./dev -o -path ./tmp -o -path ./home -o -path ./packages \
@@ -109,18 +110,20 @@ expect "a change does not last" [ "$(as_user 'krvcmd quiet name J @31 "New Lab" 
 as_user 'krvcmd quiet query jukeboxes J Nowhere' 2>/dev/null
 expect "status of a jukebox that there is not: $?" [ $? = 6 ]
 
-on_machine dpkg --remove krvcmd-simulator >/dev/null
+on_machine dpkg --remove krvcmd-simulator >/dev/null 2>&1
+expect "krvcmd stays without any client library" is_installed krvcmd-simulator
+on_machine dpkg --remove --force-depends krvcmd-simulator >/dev/null 2>&1
 expect "krvcmd cannot be without the simulator" on_machine dpkg --verify krvcmd
 alone=$(as_user 'krvcmd query volumes' 2>&1)
 expect "without a library krvcmd ends with $?: $alone" [ $? = 127 ]
 expect "without a library krvcmd says: $alone" grep -q 'libkrvSdk64\.so' <<<"$alone"
 on_machine sh -c 'dpkg --install /packages/krvcmd-simulator_*.deb' >/dev/null || fail "the simulator cannot be installed after krvcmd"
 
-cp "$root"/usr/lib/*/libkrvSdk64.so "$root/packages/" || fail "no library in the folder of the machine's architecture"
+cp "$root"/usr/lib/*/krvcmd/libkrvSdk64.so "$root/packages/" || fail "no library in a folder of its own"
 library_used() { on_machine env "${@}" ldd /usr/bin/krvcmd | sed -n 's/.*libkrvSdk64\.so => \([^ ]*\) .*/\1/p'; }
 installed=$(library_used)
-expect "the library is $installed" grep -q '^/\(usr/\)\?lib/[^/]*/libkrvSdk64\.so$' <<<"$installed"
-for folder in /usr/local/lib /usr/lib /opt; do
+expect "the library is $installed" grep -q '^/usr/lib/[^/]*/krvcmd/libkrvSdk64\.so$' <<<"$installed"
+for folder in /usr/local/lib /usr/lib "/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)" /opt; do
     mkdir -p "$root$folder"
     cp "$root/$installed" "$root$folder/libkrvSdk64.so"
     on_machine ldconfig
@@ -134,7 +137,8 @@ on_machine ldconfig
 
 for file in share/man/man1/krvcmd.1.gz share/bash-completion/completions/krvcmd share/zsh/vendor-completions/_krvcmd \
     share/fish/vendor_completions.d/krvcmd.fish share/doc/krvcmd/copyright share/doc/krvcmd/guide.md \
-    share/doc/krvcmd/rehearse-a-script.md share/man/man1/krvsim.1.gz share/man/man5/krvsim-layout.5.gz; do
+    share/doc/krvcmd/rehearse-a-script.md share/doc/krvcmd/THIRD-PARTY-NOTICES.md \
+    share/doc/krvcmd-simulator/THIRD-PARTY-NOTICES.md share/man/man1/krvsim.1.gz share/man/man5/krvsim-layout.5.gz; do
     # A base system may be told not to unpack documents; none that debootstrap makes is.
     expect "/usr/$file is not there" [ -s "$root/usr/$file" ]
 done
@@ -168,13 +172,32 @@ answers 'krvsim journal --server rehearsal --on >/dev/null; krvcmd quiet server=
     'exported: Sales Tower\2\1 (Invoices 01)
 1 change: 1 exported; 6 calls, 0 failed.'
 
+# ---- Real jukeboxes ----------------------------------------------------------------------------------
+
+apt install "$(packaged krvcmd-jukebox)"
+expect "the module is not beside the client library" [ -s "$root/${installed%/*}/libkrvJukebox64.so" ]
+expect "the state folder is not the group's" [ "$(on_machine stat -c '%a %U %G' /var/lib/krvcmd)" = "2770 root krvcmd" ]
+expect "no rule for the devices" grep -q 'g:krvcmd:rw' "$root"/lib/udev/rules.d/*krvcmd-jukebox.rules
+as_user 'KRVSIM_HOME=/var/lib/krvcmd krvcmd quiet query jukeboxes' >/dev/null 2>&1
+expect "somebody outside of the group uses the shared folder" [ $? != 0 ]
+for member in tester second; do
+    [ "$member" = tester ] || on_machine useradd --create-home "$member"
+    on_machine usermod --append --groups krvcmd "$member"
+done
+answers 'KRVSIM_HOME=/var/lib/krvcmd krvcmd quiet name J @31 "New Lab"' ''
+shared=$(on_machine runuser -u second -- env KRVSIM_HOME=/var/lib/krvcmd krvcmd quiet name J @31 "Common Lab" 2>&1)
+expect "the second member changes nothing: $shared" [ -z "$shared" ]
+answers 'KRVSIM_HOME=/var/lib/krvcmd krvcmd query jukeboxes J @31 columns=N notable' 'Common Lab'
+rm -f "$root"/var/lib/krvcmd/*
+
 # ---- Reinstalled and removed -----------------------------------------------------------------------
 
 apt install --reinstall "$(packaged krvcmd)" "$(packaged krvcmd-simulator)" "$(packaged krvcmd-dev)"
 expect "the header is not there" [ -s "$root/usr/include/krv_sdk.h" ]
+expect "pkg-config would not find the header" compgen -G "$root/usr/lib/*/pkgconfig/krv-sdk.pc"
 expect "the user's farm is gone after installing again" [ "$(as_user 'krvcmd query jukeboxes J @31 columns=N notable')" = "New Lab" ]
 
-apt purge --autoremove krvcmd krvcmd-simulator krvcmd-dev
+apt purge --autoremove krvcmd krvcmd-simulator krvcmd-jukebox krvcmd-dev
 rest=$(diff <(printf '%s\n' "$before") <(all_files))
 expect "removing leaves a trace: $rest" [ -z "$rest" ]
 expect "dpkg remembers a package" [ -z "$(grep '^Package: krv' "$root/var/lib/dpkg/status")" ]
@@ -193,7 +216,6 @@ dpkg-deb --root-owner-group --build "$other" "$root/packages/other-client_1.deb"
 printf 'deb [trusted=yes] file:/packages ./\n' >"$root/etc/apt/sources.list.d/packages.list"
 apt update
 
-is_installed() { [ "$(on_machine dpkg-query -W -f '${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
 apt install krvcmd
 expect "krvcmd does not bring the simulator" is_installed krvcmd-simulator
 expect "krvcmd brings what it only suggests" [ ! -e "$root/usr/include/krv_sdk.h" ]

@@ -3,6 +3,7 @@
 import os
 import pathlib
 import re
+import shlex
 import shutil
 import subprocess
 import sys
@@ -20,6 +21,9 @@ PROGRAM = {
     "share/krvcmd/completion/krvcmd.ps1",
     "share/man/man1/krvcmd.1",
     "share/doc/krvcmd/guide.md",
+    "share/doc/krvcmd/cheat-sheet.md",
+    "share/doc/krvcmd/glossary.md",
+    "share/doc/krvcmd/troubleshooting.md",
     "share/doc/krvcmd/fleet.md",
     "share/doc/krvcmd/remote-servers.md",
     "share/doc/krvcmd/remote-protocol.md",
@@ -29,21 +33,33 @@ PROGRAM = {
     "share/doc/krvcmd/durations.md",
     "share/doc/krvcmd/layout.md",
     "share/doc/krvcmd/simulated-service.md",
+    "share/doc/krvcmd/THIRD-PARTY-NOTICES.md",
 }
-DEVELOPMENT = {"include/krv_sdk.h", "share/man/man3/krv-sdk.3", "share/doc/krvcmd-dev/examples/krv-sdk-example.c"}
+DEVELOPMENT = {
+    "include/krv_sdk.h",
+    "lib/pkgconfig/krv-sdk.pc",
+    "lib/cmake/krv-sdk/krv-sdk-config.cmake",
+    "lib/cmake/krv-sdk/krv-sdk-config-version.cmake",
+    "share/man/man3/krv-sdk.3",
+    "share/doc/krvcmd-dev/examples/krv-sdk-example.c",
+}
 SIMULATOR = {
     f"{LIBRARY_DIR}/libkrvSdk64.so",
-    f"{LIBRARY_DIR}/libkrvJukebox64.so",
-    "bin/krvadm",
     "bin/krvsim",
     "share/bash-completion/completions/krvsim",
     "share/zsh/site-functions/_krvsim",
     "share/fish/vendor_completions.d/krvsim.fish",
     "share/krvcmd/completion/krvsim.ps1",
-    "share/man/man1/krvadm.1",
     "share/man/man1/krvsim.1",
     "share/man/man5/krvsim-layout.5",
     "share/doc/krvcmd-simulator/examples/demonstration.toml",
+    "share/doc/krvcmd-simulator/THIRD-PARTY-NOTICES.md",
+}
+JUKEBOX = {
+    f"{LIBRARY_DIR}/libkrvJukebox64.so",
+    "bin/krvadm",
+    "share/man/man1/krvadm.1",
+    "share/doc/krvcmd-jukebox/THIRD-PARTY-NOTICES.md",
 }
 
 
@@ -78,8 +94,29 @@ class InstallTree(unittest.TestCase):
     def test_simulator(self):
         self.assertEqual(self.install("--component", "simulator"), SIMULATOR)
 
+    def test_jukebox(self):
+        self.assertEqual(self.install("--component", "jukebox"), JUKEBOX)
+
+    def test_programs_are_compiled_and_linked_as_the_development_files_say(self):
+        self.install()
+        example = self.prefix / "share/doc/krvcmd-dev/examples/krv-sdk-example.c"
+        flags = subprocess.run(["pkg-config", "--cflags", "--libs", "krv-sdk"], stdout=subprocess.PIPE, text=True, check=True,
+                               env=dict(os.environ, PKG_CONFIG_PATH=str(self.prefix / "lib/pkgconfig"))).stdout
+        subprocess.run(["gcc", str(example), "-o", str(self.prefix / "by-pkg-config"), *shlex.split(flags)], check=True)
+        source = self.prefix / "source"
+        source.mkdir()
+        (source / "CMakeLists.txt").write_text(
+            "cmake_minimum_required(VERSION 3.25)\nproject(example C)\nfind_package(krv-sdk 1 REQUIRED)\n"
+            f"add_executable(by-cmake [==[{example}]==])\ntarget_link_libraries(by-cmake PRIVATE krv::sdk)\n")
+        for words in ([CMAKE, "-S", source, "-B", source / "build", f"-DCMAKE_PREFIX_PATH={self.prefix}"],
+                      [CMAKE, "--build", source / "build"]):
+            subprocess.run(words, check=True, stdout=subprocess.DEVNULL)
+        for program in (self.prefix / "by-pkg-config", source / "build/by-cmake"):
+            used = subprocess.run(["readelf", "--dynamic", str(program)], stdout=subprocess.PIPE, text=True, check=True).stdout
+            self.assertIn("[libkrvSdk64.so]", used)
+
     def test_everything_works_from_where_it_is_installed(self):
-        self.assertEqual(self.install(), PROGRAM | SIMULATOR | DEVELOPMENT)
+        self.assertEqual(self.install(), PROGRAM | SIMULATOR | JUKEBOX | DEVELOPMENT)
         self.assertEqual(self.run_installed("krvcmd", "query", "volumes", "V", "@33", "columns=Il", "notable"),
                          (0, "33|Sales 2004\n"))
         status, text = self.run_installed("krvsim", "check")
@@ -107,7 +144,7 @@ class InstallTree(unittest.TestCase):
         self.assertEqual((home / "built").read_text(),
                          "--target krvcmd krvSdk64 krvsim krvadm krvJukebox64 krvcmd_manual krvcmd_completion -- --quiet\n")
         self.assertEqual({path.relative_to(self.prefix).as_posix() for path in self.prefix.rglob("*") if path.is_file()},
-                         PROGRAM | SIMULATOR | DEVELOPMENT)
+                         PROGRAM | SIMULATOR | JUKEBOX | DEVELOPMENT)
         self.assertEqual(self.run_installed("krvcmd", "query", "drives", "D", "1", "J@8", "notable", "columns=d")[0], 0)
 
     def test_guides_lead_to_files_that_are_installed(self):

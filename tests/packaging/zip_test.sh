@@ -17,17 +17,24 @@ unzip -q "$zip" -d "$folder" || fail "cannot unpack $zip"
 program=$(compgen -G "$folder/*/krvcmd.exe") || fail "no krvcmd.exe in the zip's folder"
 # All that is in it, and nothing else.
 expected='LICENSE
+README.txt
+THIRD-PARTY-NOTICES.md
 completion/krvcmd.ps1
 completion/krvsim.ps1
+docs/cheat-sheet.md
 docs/durations.md
 docs/examples/demonstration.toml
 docs/examples/krv-sdk-example.c
 docs/fleet.md
+docs/glossary.md
 docs/guide.md
 docs/krvsim.md
 docs/layout.md
 docs/rehearse-a-script.md
+docs/remote-protocol.md
+docs/remote-servers.md
 docs/simulated-service.md
+docs/troubleshooting.md
 krvSdk64.dll
 krvcmd.exe
 krvsim.exe
