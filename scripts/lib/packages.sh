@@ -33,6 +33,7 @@ command run-clang-tidy        clang-tidy
 package libclang-rt-dev       libclang-rt-dev
 command python3               python3
 command readelf               binutils
+command pkg-config            pkgconf
 command bash                  bash
 command zsh                   zsh
 command fish                  fish
