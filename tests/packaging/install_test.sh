@@ -170,7 +170,8 @@ answers "${library#\$ }; krvsim clone --library \"\$LIBRARY\" --from . --to rehe
     'The farm of server "rehearsal" is sound.'
 answers 'krvsim journal --server rehearsal --on >/dev/null; krvcmd quiet server=rehearsal export J @29 M2 S1; krvsim journal --server rehearsal --summary' \
     'exported: Sales Tower\2\1 (Invoices 01)
-1 change: 1 exported; 6 calls, 0 failed.'
+1 change: 1 exported; 6 calls, 0 failed.
+about 5 s in jukebox Sales Tower, of which 5 s moving'
 
 # ---- Real jukeboxes ----------------------------------------------------------------------------------
 
