@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "tests/unit/embedded/support/client.h"
 #include "tests/unit/embedded/support/farm_fixture.h"
 
 namespace embedded_test {
@@ -21,7 +22,7 @@ class SharedFolder : public FarmFixture {
     std::filesystem::path MakeFarm(mode_t mode) {
         const std::filesystem::path& folder = m_home.GetFolder();
         EXPECT_EQ(chmod(folder.c_str(), mode), 0);
-        const Client client;
+        Client client;
         EXPECT_EQ(client.LabelOf(33), "Sales 2004");
         return folder / "server-%2e.db";
     }
