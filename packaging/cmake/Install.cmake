@@ -36,10 +36,12 @@ install(TARGETS krvSdk64
 if(TARGET krvsim)
   install(TARGETS krvsim RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
 endif()
-if(TARGET krvadm)
+if(TARGET krvJukebox64)
   install(TARGETS krvadm krvJukebox64
     RUNTIME DESTINATION "${program_dir}" COMPONENT jukebox
     LIBRARY DESTINATION "${library_dir}" COMPONENT jukebox)
+else()
+  install(TARGETS krvadm RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
 endif()
 
 # The guides link to each other, so they are in one folder.

@@ -36,6 +36,7 @@ docs/remote-servers.md
 docs/simulated-service.md
 docs/troubleshooting.md
 krvSdk64.dll
+krvadm.exe
 krvcmd.exe
 krvsim.exe
 sdk/krvSdk64.def
