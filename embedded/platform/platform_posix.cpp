@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "embedded/platform/child_process.h"
 #include "embedded/platform/platform.h"
 
 namespace embedded {
@@ -34,22 +35,6 @@ std::filesystem::path HomeFolder() {
     const passwd* user = getpwuid(geteuid());
     return user == nullptr || user->pw_dir == nullptr ? std::filesystem::path() : user->pw_dir;
 }
-
-// An open file or folder.
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : m_number(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (m_number >= 0) close(m_number);
-    }
-
-    int Get() const { return m_number; }
-
-  private:
-    int m_number;
-};
 
 bool IsAnythingAt(const std::filesystem::path& path) {
     struct stat status {};

@@ -6,7 +6,7 @@
 namespace embedded::tools {
 namespace {
 
-constexpr size_t kMost = 1U << 20U;
+constexpr size_t kMostRecorded = 1U << 20U;
 constexpr char kEscape = '\x1B';
 constexpr char kBell = '\a';
 
@@ -56,7 +56,7 @@ std::string AsUtf8(const std::string& bytes) {
 
 void RecordedOutput::Add(std::string_view bytes) {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    const size_t room = kMost - m_beginning.size();
+    const size_t room = kMostRecorded - m_beginning.size();
     m_beginning += bytes.substr(0, room);
     m_leftOut += bytes.size() - std::min(room, bytes.size());
 }

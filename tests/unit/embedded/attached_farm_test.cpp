@@ -30,7 +30,7 @@ constexpr int32_t kTower = 1;
 constexpr int32_t kSideA = 0;
 constexpr int32_t kSideB = 1;
 constexpr int32_t kBothSides = 2;
-constexpr uint16_t kFirst = Mechanics::kFirstSlot;
+constexpr uint16_t kFirstSlot = Mechanics::kFirstSlot;
 
 SlotKey SlotAt(int32_t slot) {
     return {sizeof(SlotKey), kTower, 0, slot};
@@ -45,7 +45,7 @@ class AttachedFarmTest : public FarmFixture {
   protected:
     AttachedFarmTest() {
         const embedded::ElementMap elements{{Mechanics::kPicker},
-                                            {{kFirst, kFirst + 1, kFirst + 2, kFirst + 3}},
+                                            {{kFirstSlot, kFirstSlot + 1, kFirstSlot + 2, kFirstSlot + 3}},
                                             {Mechanics::kMailSlot},
                                             {Mechanics::kFirstDrive, Mechanics::kFirstDrive + 1}};
         embedded::FarmJukebox tower;
@@ -148,45 +148,45 @@ class AttachedFarmTest : public FarmFixture {
 };
 
 TEST_F(AttachedFarmTest, ReadsBothSidesAndBringsTheDiscHomeAsItWas) {
-    Put(kFirst, "A1", {"Front", "Back"});
+    Put(kFirstSlot, "A1", {"Front", "Back"});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
     EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "Back"}));
-    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}}));
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirstSlot, "A1"}}));
     ExpectAllSideAUp();
     ExpectAgreement();
 }
 
 TEST_F(AttachedFarmTest, ReadsOnlyTheSideThatIsNamed) {
-    Put(kFirst, "A1", {"Front", "Back"});
+    Put(kFirstSlot, "A1", {"Front", "Back"});
     EXPECT_EQ(Scan(0, kSideB), std::nullopt);
     EXPECT_EQ(Labels(), std::vector<std::string>{"Back"});
     ExpectAllSideAUp();
 }
 
 TEST_F(AttachedFarmTest, CountsADiscOnceThatIsTheSameFromBothSides) {
-    Put(kFirst, "A1", {"Only"});
+    Put(kFirstSlot, "A1", {"Only"});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
     EXPECT_EQ(Labels(), std::vector<std::string>{"Only"});
 }
 
 TEST_F(AttachedFarmTest, FormatsTheSecondSideAndLeavesTheFirst) {
-    Put(kFirst, "A1", {"Front", ""});
+    Put(kFirstSlot, "A1", {"Front", ""});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
     EXPECT_EQ(Format(0, kSideB, "New"), std::nullopt);
     EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "New"}));
-    EXPECT_EQ(m_mechanics.GetDiscs().at(kFirst).sides[1].label, "New");
+    EXPECT_EQ(m_mechanics.GetDiscs().at(kFirstSlot).sides[1].label, "New");
     ExpectAllSideAUp();
 }
 
 TEST_F(AttachedFarmTest, FormatsADiscThatNobodyHasReadYet) {
-    Put(kFirst, "A1", {""});
+    Put(kFirstSlot, "A1", {""});
     EXPECT_EQ(Format(0, kSideA, "New"), std::nullopt);
     EXPECT_EQ(Labels(), std::vector<std::string>{"New"});
     EXPECT_EQ(StateOf(0), SlotState::Full);
 }
 
 TEST_F(AttachedFarmTest, KeepsTheVolumeThatIsFormattedAgain) {
-    Put(kFirst, "A1", {"Old"});
+    Put(kFirstSlot, "A1", {"Old"});
     EXPECT_EQ(Scan(0, kSideA), std::nullopt);
     const auto ids = embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql");
     EXPECT_EQ(Format(0, kSideA, "New"), std::nullopt);
@@ -194,32 +194,33 @@ TEST_F(AttachedFarmTest, KeepsTheVolumeThatIsFormattedAgain) {
 }
 
 TEST_F(AttachedFarmTest, ForgetsTheVolumeOfASideThatIsErased) {
-    Put(kFirst, "A1", {"Front", "Back"});
+    Put(kFirstSlot, "A1", {"Front", "Back"});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
     EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Erase(SideAt(0, kSideA)); }), std::nullopt);
     EXPECT_EQ(Labels(), std::vector<std::string>{"Back"});
-    EXPECT_EQ(m_mechanics.GetDiscs().at(kFirst).sides[0].content, Content::Blank);
+    EXPECT_EQ(m_mechanics.GetDiscs().at(kFirstSlot).sides[0].content, Content::Blank);
 }
 
 TEST_F(AttachedFarmTest, PutsADiscThatIsInADriveIntoASlotFirst) {
-    Put(kFirst, "A1", {"Front"});
+    Put(kFirstSlot, "A1", {"Front"});
     m_mechanics.Put(Mechanics::kFirstDrive, {"X9", {Mechanics::Recorded("Strange")}, false, 0});
     EXPECT_EQ(Scan(0, kSideA), std::nullopt);
-    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}, {kFirst + 1, "X9"}}));
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirstSlot, "A1"}, {kFirstSlot + 1, "X9"}}));
     ExpectAgreement();
 }
 
 TEST_F(AttachedFarmTest, UsesTheOtherDriveWhileADiscIsStuckInOne) {
-    Put(kFirst, "A1", {"Front"});
+    Put(kFirstSlot, "A1", {"Front"});
     m_mechanics.Put(Mechanics::kFirstDrive, {"X9", {Mechanics::Recorded("Strange")}, false, 0});
     m_mechanics.Jam(Mechanics::kFirstDrive);
     EXPECT_EQ(Scan(0, kSideA), std::nullopt);
     EXPECT_EQ(Labels(), std::vector<std::string>{"Front"});
-    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}, {Mechanics::kFirstDrive, "X9"}}));
+    EXPECT_EQ(Places(),
+              (std::map<uint16_t, std::string>{{kFirstSlot, "A1"}, {Mechanics::kFirstDrive, "X9"}}));
 }
 
 TEST_F(AttachedFarmTest, RefusesADiscWhenNoDriveIsFree) {
-    Put(kFirst, "A1", {"Front"});
+    Put(kFirstSlot, "A1", {"Front"});
     for (const uint16_t drive : {Mechanics::kFirstDrive, uint16_t{Mechanics::kFirstDrive + 1}}) {
         m_mechanics.Put(drive, {"X" + std::to_string(drive), {Mechanics::Recorded("Strange")}, false, 0});
         m_mechanics.Jam(drive);
@@ -229,10 +230,10 @@ TEST_F(AttachedFarmTest, RefusesADiscWhenNoDriveIsFree) {
 }
 
 TEST_F(AttachedFarmTest, BringsHomeTheDiscThatTheDriveCannotRead) {
-    Put(kFirst, "A1", {"Front"});
+    Put(kFirstSlot, "A1", {"Front"});
     m_mechanics.Fail(Fault::Reading);
     EXPECT_EQ(Scan(0, kSideA), Code::DeviceTrouble);
-    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst, "A1"}}));
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirstSlot, "A1"}}));
     EXPECT_EQ(StateOf(0), SlotState::Unknown);
     ExpectAgreement();
 }
@@ -241,13 +242,13 @@ TEST_F(AttachedFarmTest, LooksWhereTheDiscIsAfterALostAnswer) {
     Put(Mechanics::kMailSlot, "A1", {"Front"});
     m_mechanics.Fail(Fault::AfterMove);
     EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Import(SlotAt(2)); }), Code::DeviceTrouble);
-    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst + 2, "A1"}}));
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirstSlot + 2, "A1"}}));
     EXPECT_EQ(m_mechanics.GetMoves(), 1);
     ExpectAgreement();
 }
 
 TEST_F(AttachedFarmTest, CountsAsUnknownWhatWasBeingWrittenWhenTheDriveStopped) {
-    Put(kFirst, "A1", {""});
+    Put(kFirstSlot, "A1", {""});
     EXPECT_EQ(Scan(0, kSideA), std::nullopt);
     m_mechanics.Fail(Fault::WritingStuck);
     EXPECT_EQ(Format(0, kSideA, "New"), Code::DeviceTrouble);
@@ -256,7 +257,7 @@ TEST_F(AttachedFarmTest, CountsAsUnknownWhatWasBeingWrittenWhenTheDriveStopped) 
 }
 
 TEST_F(AttachedFarmTest, CountsASideAsBadThatTakesNoData) {
-    Put(kFirst, "A1", {"", "Back"});
+    Put(kFirstSlot, "A1", {"", "Back"});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
     m_mechanics.Fail(Fault::WritingBad);
     EXPECT_EQ(Format(0, kSideA, "New"), Code::DeviceTrouble);
@@ -266,14 +267,14 @@ TEST_F(AttachedFarmTest, CountsASideAsBadThatTakesNoData) {
 }
 
 TEST_F(AttachedFarmTest, MovesNothingWhileAnotherHostHoldsTheChanger) {
-    Put(kFirst, "A1", {"Front"});
+    Put(kFirstSlot, "A1", {"Front"});
     m_mechanics.Fail(Fault::OtherHost);
     EXPECT_EQ(Scan(0, kSideA), Code::DeviceTrouble);
     EXPECT_EQ(m_mechanics.GetMoves(), 0);
 }
 
 TEST_F(AttachedFarmTest, HoldsTheChangerUntilTheCallIsRecorded) {
-    Put(kFirst, "A1", {"Front"});
+    Put(kFirstSlot, "A1", {"Front"});
     m_mechanics.OnMove([this] { EXPECT_TRUE(m_mechanics.IsHeld()); });
     {
         const Recording record = m_farm->Scan(SideAt(0, kSideA));
@@ -284,11 +285,11 @@ TEST_F(AttachedFarmTest, HoldsTheChangerUntilTheCallIsRecorded) {
 }
 
 TEST_F(AttachedFarmTest, KnowsTheVolumesOfADiscThatComesBack) {
-    Put(kFirst, "A1", {"Front", "Back"});
+    Put(kFirstSlot, "A1", {"Front", "Back"});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
     EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Export(SlotAt(0)); }), std::nullopt);
     EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Import(SlotAt(3)); }), std::nullopt);
-    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirst + 3, "A1"}}));
+    EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirstSlot + 3, "A1"}}));
     EXPECT_EQ(StateOf(3), SlotState::Full);
     EXPECT_EQ(Scan(3, kBothSides), std::nullopt);
     EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "Back"}));
@@ -347,15 +348,15 @@ TEST_P(AttachedFarmCrashes, LoseNoDisc) {
 
 INSTANTIATE_TEST_SUITE_P(
     Calls, AttachedFarmCrashes,
-    testing::Values(CrashCase{"Import", Mechanics::kMailSlot, 1,
-                              [](AttachedFarm& farm) { return farm.Import(SlotAt(2)); }},
-                    CrashCase{"Export", kFirst, 1, [](AttachedFarm& farm) { return farm.Export(SlotAt(0)); }},
-                    CrashCase{"Scan", kFirst, 4,
-                              [](AttachedFarm& farm) { return farm.Scan(SideAt(0, kBothSides)); }},
-                    CrashCase{"Format", kFirst, 4,
-                              [](AttachedFarm& farm) {
-                                  return farm.Format(SideAt(0, kSideB), {"New", false, false});
-                              }}),
+    testing::Values(
+        CrashCase{"Import", Mechanics::kMailSlot, 1,
+                  [](AttachedFarm& farm) { return farm.Import(SlotAt(2)); }},
+        CrashCase{"Export", kFirstSlot, 1, [](AttachedFarm& farm) { return farm.Export(SlotAt(0)); }},
+        CrashCase{"Scan", kFirstSlot, 4, [](AttachedFarm& farm) { return farm.Scan(SideAt(0, kBothSides)); }},
+        CrashCase{"Format", kFirstSlot, 4,
+                  [](AttachedFarm& farm) {
+                      return farm.Format(SideAt(0, kSideB), {"New", false, false});
+                  }}),
     [](const testing::TestParamInfo<CrashCase>& tried) { return std::string(tried.param.name); });
 
 }  // namespace
