@@ -22,8 +22,8 @@ StateFolder FindStateFolder();
 // as it is.
 std::error_code CreatePrivateFolder(const std::filesystem::path& folder);
 
-// Creates an empty file that this user alone can read and write, or also the group of a folder that has the set-group-ID
-// bit and that the group may write to (not on Windows). An existing file is left as it is.
+// Creates an empty file that this user alone can read and write, or also the group of a folder that has the
+// set-group-ID bit and that the group may write to (not on Windows). An existing file is left as it is.
 std::error_code CreatePrivateFile(const std::filesystem::path& file);
 
 // Gives the file a new path in the same folder. std::errc::file_exists when anything has that path already,
