@@ -109,6 +109,11 @@ bool IsNumbered(const SidePair& side) {
     return side.before.volume < 0 && side.after.volume > 0;
 }
 
+// Nothing but a format gives back what a file system has taken.
+bool IsEmptied(const FarmVolume& before, const FarmVolume& after) {
+    return before.free < before.total && after.free == after.total;
+}
+
 // Whether something was written that only a format writes.
 bool IsFormatted(const SidePair& side) {
     if (side.after.content != Content::FileSystem) return false;
@@ -116,7 +121,8 @@ bool IsFormatted(const SidePair& side) {
     if (side.before.sequential != side.after.sequential) return true;
     if (side.volumeBefore == nullptr || side.volumeAfter == nullptr) return false;
     return side.volumeBefore->label != side.volumeAfter->label ||
-           side.volumeBefore->fileSystem != side.volumeAfter->fileSystem;
+           side.volumeBefore->fileSystem != side.volumeAfter->fileSystem ||
+           IsEmptied(*side.volumeBefore, *side.volumeAfter);
 }
 
 std::string Word(std::span<const embedded::Word> words, auto value) {
@@ -129,6 +135,8 @@ void AddVolumeFields(Change& change, const SidePair& side) {
     const FarmVolume& after = side.volumeAfter == nullptr ? kNone : *side.volumeAfter;
     AddField(change, "label", before.label, after.label);
     AddField(change, "file system", before.fileSystem, after.fileSystem);
+    if (change.fields.empty())
+        AddField(change, "free bytes", std::to_string(before.free), std::to_string(after.free));
 }
 
 // The kind of the change of a side, and its fields; no fields when nothing has changed.

@@ -67,6 +67,14 @@ TEST_F(KrvsimDiff, FormatShowsLabelAndFileSystem) {
               "1 change: 1 formatted.\n");
 }
 
+TEST_F(KrvsimDiff, FormatThatKeepsTheLabelShowsTheFreeBytes) {
+    EXPECT_TRUE(m_client.Format({8, 0, 2}, 0).ok);
+    const std::string difference = Difference();
+    EXPECT_NE(difference.find("    ~ formatted slot 3 side A: volume 33; free bytes "), std::string::npos)
+        << difference;
+    EXPECT_NE(difference.find("1 change: 1 formatted.\n"), std::string::npos) << difference;
+}
+
 TEST_F(KrvsimDiff, ControlCharactersOfLabelsAreHarmless) {
     EXPECT_TRUE(m_client.Format({8, 0, 2}, 0, "a\x1b[31mb\nc").ok);
     EXPECT_NE(Difference().find("-> \"a?[31mb?c\"\n"), std::string::npos);
