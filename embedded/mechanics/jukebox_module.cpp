@@ -18,15 +18,15 @@ OpenJukeboxFunction* FindOpenFunction(const std::string& server) {
     std::error_code ignored;
     if (!std::filesystem::exists(file, ignored)) {
         throw Refuse(Code::NoJukeboxModule,
-                     {server, PathText(file) + " is missing; install the package krvcmd-simulator again"});
+                     {server, PathText(file) + " is missing; install the package krvcmd-jukebox"});
     }
     try {
-        // Never unloaded: the jukeboxes that it makes need its code.
-        static const auto* const s_module = new SharedLibrary(file);
-        if (auto* open = s_module->Find<OpenJukeboxFunction>(kOpenJukeboxFunction)) return open;
+        // The module is linked so that it is never unloaded: the jukeboxes that it makes need its code.
+        const SharedLibrary module(file);
+        if (auto* open = module.Find<OpenJukeboxFunction>(kOpenJukeboxFunction)) return open;
     } catch (const std::runtime_error& failure) {
         throw Refuse(Code::NoJukeboxModule,
-                     {server, std::string(failure.what()) + "; install the package krvcmd-simulator again"});
+                     {server, std::string(failure.what()) + "; install the package krvcmd-jukebox again"});
     }
     throw Refuse(Code::NoJukeboxModule, {server, PathText(file) + " does not belong to this version"});
 }

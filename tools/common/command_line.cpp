@@ -69,15 +69,14 @@ int CommandLine::Fail(int status, const std::string& message, const Streams& str
 }
 
 CLI::Validator OneOf(const std::vector<std::string>& values) {
-    return CLI::Validator(
-        [values](const std::string& text) {
-            if (std::ranges::find(values, text) != values.end()) return std::string();
-            std::string known;
-            for (const std::string& value : values)
-                known += (known.empty() ? "" : &value == &values.back() ? " or " : ", ") + value;
-            return '"' + text + "\" is not " + known;
-        },
-        "");
+    const auto problem = [values](const std::string& text) {
+        if (std::ranges::find(values, text) != values.end()) return std::string();
+        std::string known;
+        for (const std::string& value : values)
+            known += (known.empty() ? "" : &value == &values.back() ? " or " : ", ") + value;
+        return '"' + text + "\" is not " + known;
+    };
+    return {problem, ""};
 }
 
 CLI::Option* AddServerOption(CLI::App& command, std::string& server) {

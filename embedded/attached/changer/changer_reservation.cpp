@@ -54,10 +54,14 @@ Result<std::unique_ptr<ChangerReservation>> ChangerReservation::Take(Device& cha
     return Taken(new ChangerReservation(changer, key));
 }
 
-// Without an answer, the next process of this key takes the reservation over.
 ChangerReservation::~ChangerReservation() {
-    (void)Send(m_changer, ReserveAction::Release, m_key, 0);
-    (void)Send(m_changer, ReserveAction::Register, m_key, 0);
+    try {
+        (void)Send(m_changer, ReserveAction::Release, m_key, 0);
+        (void)Send(m_changer, ReserveAction::Register, m_key, 0);
+    } catch (...) {
+        // There is no memory. As without an answer, the next process of this key takes the reservation over.
+        return;
+    }
 }
 
 }  // namespace embedded::attached
