@@ -8,26 +8,12 @@ import time
 import unittest
 
 from delaying_relay import DelayingRelay
-from remote_machine import Desk, RemoteMachine
+from remote_machine import RemoteTest
 
 ROUND_TRIP = 0.05  # seconds
-PROGRAMS, MEASURES = "", False
 
 
-class Fixture(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.machine = RemoteMachine(PROGRAMS)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.machine.close()
-
-    def setUp(self):
-        self.desk = Desk(PROGRAMS)
-        self.addCleanup(self.desk.close)
-        self.desk.use_as_ssh(self.machine.ssh())
-
+class Fixture(RemoteTest):
     def local(self, *words):
         done = self.machine.local(self.desk, *words)
         self.assertEqual(done.status, 0, done)
@@ -143,5 +129,5 @@ class Distance(Fixture):
 
 
 if __name__ == "__main__":
-    PROGRAMS = str(pathlib.Path(sys.argv[1]).resolve())
+    RemoteTest.PROGRAMS = str(pathlib.Path(sys.argv[1]).resolve())
     unittest.main(argv=sys.argv[:1] + [word for word in sys.argv[2:] if word != "--measure"])

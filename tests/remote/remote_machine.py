@@ -7,6 +7,7 @@ import socket
 import subprocess
 import tempfile
 import time
+import unittest
 
 SSHD = "/usr/sbin/sshd"
 
@@ -164,3 +165,22 @@ class RemoteMachine:
             if words[:2] == [b"krvadm", b"serve"] and f"KRVSIM_HOME={self.farms}".encode() in environment:
                 numbers.append(int(entry.name))
         return numbers
+
+
+class RemoteTest(unittest.TestCase):
+    """A desk, and another machine that it reaches by ssh."""
+
+    PROGRAMS = ""  # the folder of the programs; the test's main sets it
+
+    @classmethod
+    def setUpClass(cls):
+        cls.machine = RemoteMachine(cls.PROGRAMS)
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.machine.close()
+
+    def setUp(self):
+        self.desk = Desk(self.PROGRAMS)
+        self.addCleanup(self.desk.close)
+        self.desk.use_as_ssh(self.machine.ssh())

@@ -9,27 +9,14 @@ import sys
 import time
 import unittest
 
-from remote_machine import Desk, RemoteMachine
+from remote_machine import RemoteTest
 
-PROGRAMS, LIBRARY = "", ""
+LIBRARY = ""
 ODD_NAMES = ["-oProxyCommand=touch hacked", "a b", 'say "yes"', "it's", "$(touch hacked)", "`touch hacked`", "a;b|c&d",
              "ünïcode"]
 
 
-class Fixture(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.machine = RemoteMachine(PROGRAMS)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.machine.close()
-
-    def setUp(self):
-        self.desk = Desk(PROGRAMS)
-        self.addCleanup(self.desk.close)
-        self.desk.use_as_ssh(self.machine.ssh())
-
+class Fixture(RemoteTest):
     def local(self, *words):
         return self.machine.local(self.desk, *words)
 
@@ -198,7 +185,7 @@ class Failures(Fixture):
         self.desk.use_as_ssh(self.machine.ssh("stranger"))
         self.expect(self.query(self.machine.place()), 1084, "Permission denied (publickey,password)")
         # Nor on a terminal, or in a window.
-        line = shlex.join([f"{PROGRAMS}/krvcmd", "quiet", "server=archive", "query", "jukeboxes"])
+        line = shlex.join([f"{self.PROGRAMS}/krvcmd", "quiet", "server=archive", "query", "jukeboxes"])
         done = subprocess.run(["script", "--quiet", "--return", "--command", line, "/dev/null"], stdin=subprocess.DEVNULL,
                               stdout=subprocess.PIPE, encoding="utf-8", timeout=30, check=False,
                               env=dict(self.desk.environment, DISPLAY=":9", SSH_ASKPASS="/bin/false"))
@@ -224,7 +211,7 @@ class Failures(Fixture):
 
     def script(self, name):
         words = ["/usr/bin/python3", str(pathlib.Path(__file__).with_name("scripted_ssh.py")), name,
-                 str(self.desk.folder), PROGRAMS, str(self.machine.farms)]
+                 str(self.desk.folder), self.PROGRAMS, str(self.machine.farms)]
         self.desk.use_as_ssh(f'#!/bin/sh\nexec {shlex.join(words)} "$@"\n')
 
     def test_releases_that_do_not_understand_each_other_say_which_to_update(self):
@@ -318,7 +305,7 @@ class Failures(Fixture):
         self.make_farm("vault")
         self.local("krvsim", "fault", "add", "--server", "vault", "--function", "VolumeDeactivate", "--delay", "2500ms")
         self.add("archive", self.machine.place("vault"))
-        process = subprocess.Popen([f"{PROGRAMS}/krvcmd", "quiet", "server=archive", "disable", "V@33,34"],
+        process = subprocess.Popen([f"{self.PROGRAMS}/krvcmd", "quiet", "server=archive", "disable", "V@33,34"],
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    encoding="utf-8", env=self.desk.environment, start_new_session=True)
         deadline = time.monotonic() + 10
@@ -335,5 +322,6 @@ class Failures(Fixture):
 
 
 if __name__ == "__main__":
-    PROGRAMS, LIBRARY = str(pathlib.Path(sys.argv[1]).resolve()), str(pathlib.Path(sys.argv[2]).resolve())
+    RemoteTest.PROGRAMS = str(pathlib.Path(sys.argv[1]).resolve())
+    LIBRARY = str(pathlib.Path(sys.argv[2]).resolve())
     unittest.main(argv=sys.argv[:1] + sys.argv[3:])
