@@ -62,6 +62,20 @@ class RoundTrips(Fixture):
         self.assertLessEqual(len(self.calls("query", "volumes")), 6)
         self.assertLessEqual(len(self.calls("query", "slots", "J@1")), 6)
 
+    def test_a_change_during_a_walk_is_seen_by_the_rest_of_it(self):
+        self.machine.local(self.desk, "krvcmd", "quiet", "server=vault", "enable", "V@1500")
+        walked = self.desk.run("walk_and_change", "archive", "1500")
+        self.assertEqual(walked.status, 0, walked)
+        states = {"0": "active", "1": "disabled", "2": "offline"}
+        met = [(volume, states[state]) for volume, state in (line.split() for line in walked.output.splitlines())]
+        listed = self.machine.local(self.desk, "krvcmd", "quiet", "server=vault", "query", "volumes", "sort=I", "notable",
+                                    "columns=Io", "separator= ")
+        self.assertEqual(met, [tuple(line.split()) for line in listed.output.splitlines()])
+        self.assertIn(("1500", "disabled"), met)
+        # The third row was asked for before the change and dropped.
+        calls = self.log.read_text(encoding="utf-8").split()
+        self.assertEqual(calls[1:6], ["KrvGetNextVolume"] * 3 + ["KrvVolumeDeactivate", "KrvGetNextVolume"])
+
     def test_a_list_of_volumes_takes_one_round_trip_for_each_change(self):
         for command, function in (("disable", "KrvVolumeDeactivate"), ("enable", "KrvVolumeActivate")):
             self.assertEqual(self.calls(command, "V", "@1-1000"), [function] * 1000)

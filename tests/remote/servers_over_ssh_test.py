@@ -138,6 +138,21 @@ class ServersOverSsh(Fixture):
         here = self.local("krvsim", "dump", "--library", LIBRARY, "--from", "vault")
         self.assertEqual(there.output.replace('"archive"', '"vault"'), here.output)
 
+        same = self.desk.run("krvsim", "diff", "copy", *library)
+        self.assertEqual((same.status, same.output), (0, ""), same)
+        self.assertEqual(self.local("krvcmd", "server=vault", "disable", "V@33").status, 0)
+        different = self.desk.run("krvsim", "diff", "copy", *library)
+        self.assertEqual(different.status, 1, different)
+        self.assertIn("33", different.output)
+
+    def test_krvsim_rehearses_on_a_copy_of_such_a_server(self):
+        ran = self.desk.run("krvsim", "run", "--from-library", LIBRARY, "--from", "archive", "--not-isolated", "--",
+                            "krvcmd", "quiet", "disable", "V@33")
+        self.assertEqual(ran.status, 0, ran)
+        self.assertIn("disabled", ran.output + ran.error)
+        state = self.local("krvcmd", "quiet", "server=vault", "query", "volumes", "V@33", "notable", "columns=o")
+        self.assertEqual(state.output, "active\n", state)
+
     def test_servers_tells_which_ones_answer(self):
         self.add("nowhere", "ssh://127.0.0.1:1/x")
         listed = self.desk.run("krvadm", "servers")

@@ -33,7 +33,7 @@ const Item* AheadCache::Look(const Index& index, const std::vector<Item>& items,
     return found == index.end() ? nullptr : &items[found->second];
 }
 
-void AheadCache::Keep(Ahead ahead) {
+void AheadCache::Keep(Ahead ahead, std::chrono::steady_clock::time_point asked) {
     m_ahead = std::move(ahead);
     Fill(m_jukeboxes, m_ahead.jukeboxes);
     Fill(m_magazines, m_ahead.magazines);
@@ -45,7 +45,7 @@ void AheadCache::Keep(Ahead ahead) {
     for (size_t position = 0; position < m_ahead.volumes.size(); ++position)
         m_volumes.emplace(m_ahead.volumes[position].id, position);
     m_lastVolume = 0;
-    m_time = std::chrono::steady_clock::now();
+    m_time = asked;
 }
 
 void AheadCache::Forget() {
@@ -105,6 +105,13 @@ std::optional<uint32_t> AheadCache::FindVolumeAfter(uint32_t previous) {
     }
     if (next == m_ahead.volumes.size() && m_ahead.isEndOfRow) return 0;
     return std::nullopt;
+}
+
+std::optional<uint32_t> AheadCache::LastVolumeOfRow(uint32_t first) const {
+    const std::vector<AheadVolume>& volumes = m_ahead.volumes;
+    if (!m_ahead.areVolumesInRow || m_ahead.isEndOfRow || volumes.empty()) return std::nullopt;
+    if (volumes.front().id != first) return std::nullopt;
+    return volumes.back().id;
 }
 
 }  // namespace embedded::remote

@@ -14,13 +14,13 @@
 namespace embedded::remote {
 
 // The answers that the other side has read ahead, all of one view of the farm. They are those of single calls
-// at the time of that view, and are forgotten after kLongestUse.
+// at the time of that view, and are forgotten kLongestUse after they were asked for.
 class AheadCache {
   public:
     static constexpr std::chrono::seconds kLongestUse{5};
 
     // Replaces what was there.
-    void Keep(Ahead ahead);
+    void Keep(Ahead ahead, std::chrono::steady_clock::time_point asked);
     void Forget();
     void ForgetWhenOld();
 
@@ -33,6 +33,8 @@ class AheadCache {
     const AheadVolume* FindVolume(uint32_t id);
     // 0 when no volume follows.
     std::optional<uint32_t> FindVolumeAfter(uint32_t previous);
+    // The last volume of the row that begins with this one and goes on behind its end.
+    std::optional<uint32_t> LastVolumeOfRow(uint32_t first) const;
 
   private:
     // Where the items of each kind are in m_ahead, by the numbers of their keys.

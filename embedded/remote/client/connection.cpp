@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include "embedded/model/refusal.h"
 #include "embedded/remote/client/ssh_failure.h"
@@ -19,6 +20,11 @@ std::unique_ptr<SshProcess> StartSsh(const KnownServer& server) {
     } catch (const std::system_error& failure) {
         throw Refuse(Code::SshNotStarted, {server.name, failure.code().message()});
     }
+}
+
+bool IsSameLook(const Request& one, const Request& other) {
+    return one.change == 0 && other.change == 0 && one.function == other.function &&
+           one.ahead == other.ahead && one.arguments == other.arguments;
 }
 
 // The beginning of something that is no message, as far as it can be shown.
@@ -81,13 +87,33 @@ void Connection::Understand(const Hello& greeting) const {
 }
 
 Answer Connection::Ask(Request request) {
-    request.number = ++m_lastRequest;
+    if (std::optional<Answer> answer = TakeEarly(request)) return std::move(*answer);
+    Number(request);
+    const Clock::time_point now = Clock::now();
     Send(ToMessage(request));
-    return Await(request.number);
+    Answer answer = Await(request.number);
+    answer.asked = now;
+    return answer;
+}
+
+void Connection::AskEarly(Request request) {
+    Number(request);
+    m_early = {std::move(request), Clock::now()};
+    Send(ToMessage(m_early->request));
+}
+
+std::optional<Answer> Connection::TakeEarly(const Request& request) {
+    if (!m_early.has_value()) return std::nullopt;
+    const Early early = *std::exchange(m_early, std::nullopt);
+    Answer answer = Await(early.request.number);
+    answer.asked = early.time;
+    if (!IsSameLook(early.request, request)) return std::nullopt;
+    return answer;
 }
 
 Answer Connection::AskLast(Request request) {
-    request.number = ++m_lastRequest;
+    (void)TakeEarly(request);
+    Number(request);
     Send(ToMessage(request));
     m_ssh->CloseInput();
     Answer answer = Await(request.number);

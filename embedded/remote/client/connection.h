@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "embedded/remote/process/ssh_process.h"
@@ -29,10 +31,24 @@ class Connection {
     // Sends the request and waits for its answer, which may be a failure. The request gets its number here.
     Answer Ask(Request request);
 
+    // Sends a look that is likely to be asked next, so that the other side works on it meanwhile. When the
+    // next request is another one, the answer is dropped first.
+    void AskEarly(Request request);
+
     // The same for the last request; ssh is over afterwards.
     Answer AskLast(Request request);
 
   private:
+    using Clock = std::chrono::steady_clock;
+
+    struct Early {
+        Request request;
+        Clock::time_point time;
+    };
+
+    void Number(Request& request) { request.number = ++m_lastRequest; }
+    // The answer of the early request if that is this request.
+    std::optional<Answer> TakeEarly(const Request& request);
     void Send(const json& message);
     Answer Await(uint64_t number);
     json NextMessage(std::chrono::milliseconds limit);
@@ -44,6 +60,7 @@ class Connection {
     FrameReader m_reader;
     std::optional<Hello> m_greeting;
     uint64_t m_lastRequest = 0;
+    std::optional<Early> m_early;
 };
 
 }  // namespace embedded::remote

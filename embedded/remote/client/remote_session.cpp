@@ -18,10 +18,12 @@ namespace {
 constexpr uint32_t kFirstVolumes = 128;
 constexpr uint32_t kFirstSlots = 64;
 constexpr uint32_t kGrowth = 8;
-constexpr uint32_t kMostVolumes = 32768;
+constexpr uint32_t kMostVolumes = 8192;
 constexpr uint32_t kMostSlots = 4096;
 // After a change the items up to the next change are enough, which forgets the others.
 constexpr uint32_t kAfterChange = 16;
+
+constexpr const char* kGetNextVolume = "KrvGetNextVolume";
 
 std::string RandomName() {
     std::random_device random;
@@ -48,6 +50,14 @@ json::array_t SlotOf(const Key* key) {
         if (key != nullptr) return {key->jukeboxId, key->magazine, key->slot};
     }
     return {};
+}
+
+Request LookFor(const char* function, json::array_t arguments, uint32_t ahead) {
+    Request request;
+    request.function = function;
+    request.arguments = std::move(arguments);
+    request.ahead = ahead;
+    return request;
 }
 
 void ThrowFailure(const Answer& answer) {
@@ -124,16 +134,13 @@ void RemoteSession::GiveUp() {
 }
 
 void RemoteSession::KeepAhead(const Answer& answer) {
-    if (!answer.ahead.is_null()) m_ahead.Keep(Decoded(m_server, [&] { return AheadFrom(answer.ahead); }));
+    if (answer.ahead.is_null()) return;
+    m_ahead.Keep(Decoded(m_server, [&] { return AheadFrom(answer.ahead); }), answer.asked);
 }
 
 json RemoteSession::Look(const char* function, json::array_t arguments, uint32_t ahead,
                          std::optional<Failure>& failure) {
-    Request request;
-    request.function = function;
-    request.arguments = std::move(arguments);
-    request.ahead = ahead;
-    Answer answer = AskFor(std::move(request));
+    Answer answer = AskFor(LookFor(function, std::move(arguments), ahead));
     failure = std::move(answer.failure);
     KeepAhead(answer);
     return std::move(answer.result);
@@ -205,8 +212,22 @@ uint32_t RemoteSession::SlotsAhead(const SlotKey& key) {
 
 uint32_t RemoteSession::VolumesAhead(uint32_t previous) {
     const bool goesOn = previous != 0 && previous == m_lastNextVolume && m_volumesAhead > 0;
-    m_volumesAhead = goesOn ? std::min(m_volumesAhead * kGrowth, kMostVolumes) : kFirstVolumes;
+    m_volumesAhead = goesOn ? MoreVolumesAhead() : kFirstVolumes;
     return m_volumesAhead;
+}
+
+uint32_t RemoteSession::MoreVolumesAhead() const {
+    return std::min(m_volumesAhead * kGrowth, kMostVolumes);
+}
+
+void RemoteSession::AskForNextVolumesEarly(uint32_t first) {
+    const std::optional<uint32_t> last = m_ahead.LastVolumeOfRow(first);
+    if (!last.has_value() || m_volumesAhead <= kFirstVolumes) return;
+    try {
+        m_connection->AskEarly(LookFor(kGetNextVolume, {*last}, MoreVolumesAhead()));
+    } catch (const Refusal&) {
+        GiveUp();  // the answer of this call is there all the same
+    }
 }
 
 void RemoteSession::SessionClose() {
@@ -298,15 +319,15 @@ void RemoteSession::GetSide(const SideKey* key, SideRecord* record) {
 }
 
 void RemoteSession::GetNextVolume(uint32_t previousId, uint32_t* nextId) {
-    constexpr const char* kFunction = "KrvGetNextVolume";
     const std::scoped_lock lock(m_mutex);
-    CheckPointer(nextId, kFunction, "next ID");
+    CheckPointer(nextId, kGetNextVolume, "next ID");
     m_ahead.ForgetWhenOld();
     if (const std::optional<uint32_t> known = m_ahead.FindVolumeAfter(previousId)) {
         *nextId = *known;
     } else {
-        const json result = Look(kFunction, {previousId}, VolumesAhead(previousId));
+        const json result = Look(kGetNextVolume, {previousId}, VolumesAhead(previousId));
         *nextId = Decoded(m_server, [&] { return FieldReader(result).Number<uint32_t>(); });
+        AskForNextVolumesEarly(*nextId);
     }
     m_lastNextVolume = *nextId;
 }

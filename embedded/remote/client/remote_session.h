@@ -70,6 +70,9 @@ class RemoteSession : public ServiceSession {
     void AskAheadAfterChange(Request& request) const;
     uint32_t SlotsAhead(const SlotKey& key);
     uint32_t VolumesAhead(uint32_t previous);
+    uint32_t MoreVolumesAhead() const;
+    // While the caller takes the row of volumes that begins with this one, the other side reads the next row.
+    void AskForNextVolumesEarly(uint32_t first);
 
     std::mutex m_mutex;
     KnownServer m_server;

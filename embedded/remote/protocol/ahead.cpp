@@ -5,7 +5,7 @@
 namespace embedded::remote {
 namespace {
 
-// An item is a list of its fields.
+// Items of one kind are one list of all their fields: a list for each item would take most of the time.
 
 template <typename Key, typename Record>
 void AppendItem(json::array_t& list, const Described<Key, Record>& item) {
@@ -22,6 +22,7 @@ void TakeItem(FieldReader& fields, Described<Key, Record>& item) {
 void AppendItem(json::array_t& list, const AheadSide& side) {
     Append(list, side.key);
     Append(list, side.record);
+    list.emplace_back(side.failure.has_value());
     if (!side.failure.has_value()) return;
     list.emplace_back(side.failure->code);
     list.push_back(BytesOf(side.failure->text));
@@ -30,7 +31,7 @@ void AppendItem(json::array_t& list, const AheadSide& side) {
 void TakeItem(FieldReader& fields, AheadSide& side) {
     side.key = Take<SideKey>(fields);
     side.record = Take<SideRecord>(fields);
-    if (fields.IsAtEnd()) return;
+    if (!fields.Flag()) return;
     side.failure.emplace();
     fields.Number(side.failure->code);
     side.failure->text = fields.Text();
@@ -40,6 +41,7 @@ void AppendItem(json::array_t& list, const AheadVolume& volume) {
     list.emplace_back(volume.id);
     Append(list, volume.record);
     list.push_back(BytesOf(volume.aspects));
+    list.emplace_back(volume.places.size());
     for (const SideKey& place : volume.places)
         Append(list, place);
 }
@@ -48,7 +50,8 @@ void TakeItem(FieldReader& fields, AheadVolume& volume) {
     fields.Number(volume.id);
     volume.record = Take<VolumeRecord>(fields);
     volume.aspects = fields.Text();
-    while (!fields.IsAtEnd())
+    // A false count ends with the list, whose length is limited.
+    for (auto count = fields.Number<uint32_t>(); count > 0; --count)
         volume.places.push_back(Take<SideKey>(fields));
 }
 
@@ -56,14 +59,10 @@ template <typename Item>
 void Write(json& message, const char* name, const std::vector<Item>& items) {
     if (items.empty()) return;
     json::array_t list;
-    list.reserve(items.size());
-    for (const Item& item : items) {
-        json::array_t fields;
-        constexpr size_t kUsualFields = 16;
-        fields.reserve(kUsualFields);
-        AppendItem(fields, item);
-        list.emplace_back(std::move(fields));
-    }
+    constexpr size_t kUsualFields = 14;
+    list.reserve(items.size() * kUsualFields);
+    for (const Item& item : items)
+        AppendItem(list, item);
     message[name] = std::move(list);
 }
 
@@ -71,13 +70,9 @@ template <typename Item>
 void Read(const json& message, const char* name, std::vector<Item>& items) {
     const auto found = message.find(name);
     if (found == message.end()) return;
-    if (!found->is_array()) throw ProtocolFailure(std::string("\"") + name + "\" is no list");
-    items.resize(found->size());
-    size_t position = 0;
-    for (const json& list : *found) {
-        FieldReader fields(list);
-        TakeItem(fields, items[position++]);
-    }
+    FieldReader fields(*found);
+    while (!fields.IsAtEnd())
+        TakeItem(fields, items.emplace_back());
 }
 
 // For volumes that follow each other.

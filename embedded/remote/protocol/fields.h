@@ -69,6 +69,11 @@ class FieldReader {
         std::ranges::copy(text, field);
     }
     std::string Text() { return std::string(TextOf(Next())); }
+    bool Flag() {
+        const json& field = Next();
+        if (!field.is_boolean()) throw ProtocolFailure("true or false is missing");
+        return field.get<bool>();
+    }
 
   private:
     const json& m_list;

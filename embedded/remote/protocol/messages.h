@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -56,7 +57,8 @@ struct Answer {
     bool isWorking = false;  // only a sign of life: the answer follows
     std::optional<Failure> failure;
     json result = json::array();
-    json ahead;  // null when nothing was read ahead
+    json ahead;                                   // null when nothing was read ahead
+    std::chrono::steady_clock::time_point asked;  // known to the asking side only; not in the message
 };
 json ToMessage(Answer answer);
 Answer AnswerFrom(json message);

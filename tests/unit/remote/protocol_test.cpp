@@ -171,6 +171,49 @@ TEST(RemoteProtocolTest, LongFramesAreRefusedBeforeTheyArrive) {
     EXPECT_THROW((void)reader.Next(), ProtocolFailure);
 }
 
+TEST(RemoteProtocolTest, SidesThatAreReadAheadFollowEachOtherInOneList) {
+    Ahead ahead;
+    ahead.sides.resize(2);
+    ahead.sides[0].key = {sizeof(SideKey), 1, 2, 3, 1};
+    ahead.sides[0].failure = {1105, "No"};
+    ahead.sides[1].key = {sizeof(SideKey), 1, 2, 4, 0};
+    ahead.sides[1].record = {sizeof(SideRecord), 5, 6, 7, 33};
+    const json expected{1, 2, 3, 1, 0, 0, 0, 0, true, 1105, BytesOf("No"), 1, 2, 4, 0, 5, 6, 7, 33, false};
+    EXPECT_EQ(ToMessage(ahead)["sides"], expected);
+
+    const Ahead same = AheadFrom(ToMessage(ahead));
+    ASSERT_EQ(same.sides.size(), 2U);
+    EXPECT_EQ(same.sides[0].failure->code, 1105);
+    EXPECT_EQ(same.sides[0].failure->text, "No");
+    EXPECT_FALSE(same.sides[1].failure.has_value());
+    EXPECT_EQ(same.sides[1].key.slot, 4);
+    EXPECT_EQ(same.sides[1].record.volumeId, 33);
+}
+
+TEST(RemoteProtocolTest, VolumesThatAreReadAheadCountTheirLocations) {
+    Ahead ahead;
+    ahead.volumes.resize(2);
+    ahead.volumes[0].id = 8;
+    ahead.volumes[0].aspects = "a\nb";
+    ahead.volumes[0].places = {{sizeof(SideKey), 1, 2, 3, 0}, {sizeof(SideKey), 1, 2, 3, 1}};
+    ahead.volumes[1].id = 9;
+    const Ahead same = AheadFrom(ToMessage(ahead));
+    ASSERT_EQ(same.volumes.size(), 2U);
+    EXPECT_EQ(same.volumes[0].aspects, "a\nb");
+    ASSERT_EQ(same.volumes[0].places.size(), 2U);
+    EXPECT_EQ(same.volumes[0].places[1].side, 1);
+    EXPECT_EQ(same.volumes[1].id, 9U);
+    EXPECT_TRUE(same.volumes[1].places.empty());
+}
+
+TEST(RemoteProtocolTest, MoreLocationsThanThereAreAreRefused) {
+    Ahead ahead;
+    ahead.volumes.resize(1);
+    json message = ToMessage(ahead);
+    message["volumes"].back() = 4'000'000'000;
+    EXPECT_THROW((void)AheadFrom(message), ProtocolFailure);
+}
+
 TEST(RemoteProtocolTest, VolumesInARowMustRise) {
     Ahead ahead;
     ahead.volumes.resize(2);
