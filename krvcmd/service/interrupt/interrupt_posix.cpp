@@ -110,7 +110,8 @@ LibraryCallScope::LibraryCallScope(LibraryCall call) {
 }
 
 LibraryCallScope::~LibraryCallScope() {
-    callInProgress = LibraryCall::None;
+    // A handler that reads the old value in another thread only sets an alarm, which then finds no call.
+    callInProgress.store(LibraryCall::None, std::memory_order_release);
     if (InterruptRequested()) (void)alarm(0);
 }
 
