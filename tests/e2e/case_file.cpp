@@ -334,6 +334,8 @@ class CaseReader {
             m_case.run.locale = value;
         } else if (key == "merged" && value == "yes") {
             m_case.run.merged = true;
+        } else if (key == "input" && value == "closed") {
+            m_case.run.isInputClosed = true;
         } else if (key == "output") {
             m_case.run.output = Find(kOutputs, value).output;
             m_hasOutput = true;

@@ -41,6 +41,7 @@ TEST(CaseFile, ReadsEverySetting) {
         "columns: 80\n"
         "locale: C.UTF-8\n"
         "merged: yes\n"
+        "input: closed\n"
         "interrupt: after 6 calls\n"
         "terminate: after 7 calls\n"
         "hang up: after 8 calls and 1200 ms\n"
@@ -70,6 +71,7 @@ TEST(CaseFile, ReadsEverySetting) {
     EXPECT_EQ(only.run.columns, 80);
     EXPECT_EQ(only.run.locale, "C.UTF-8");
     EXPECT_TRUE(only.run.merged);
+    EXPECT_TRUE(only.run.isInputClosed);
     ASSERT_EQ(only.run.signals.size(), 3U);
     EXPECT_EQ(only.run.signals[0].afterCalls, 6U);
     EXPECT_EQ(only.run.signals[0].interruption, Interruption::Interrupt);

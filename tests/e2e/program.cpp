@@ -159,6 +159,7 @@ void LimitFileSize() {
         close(STDOUT_FILENO);
     }
     dup2(error, STDERR_FILENO);
+    if (run.isInputClosed) close(STDIN_FILENO);
     // A test program started with one of these ignored must not pass that on.
     for (const int number : {SIGPIPE, SIGINT, SIGTERM, SIGHUP, SIGXFSZ})
         signal(number, SIG_DFL);

@@ -25,7 +25,8 @@ struct Run {
     std::string script;              // of the client library, see tests/fake_library/README.md
     int columns = 0;                 // of the terminal on standard output; 0 for no terminal
     OutputTo output = OutputTo::Pipe;
-    bool merged = false;  // standard error goes where standard output goes (2>&1)
+    bool merged = false;         // standard error goes where standard output goes (2>&1)
+    bool isInputClosed = false;  // the program is started without a standard input
     // Sent one after the other, each as soon as the record has that many calls.
     struct Signal {
         size_t afterCalls = 0;

@@ -59,6 +59,14 @@ TEST_F(RowOrder, LooksBeyondALongCommonBeginning) {
     EXPECT_EQ(Names(), "Archive-of-sales Archive-of-sales-a Archive-of-sales-b Archive-of-sales-c");
 }
 
+// Equal in their first eight bytes, which are all of one of them.
+TEST_F(RowOrder, PutsATextBeforeALongerOneThatBeginsWithIt) {
+    m_table.SetSortKeys({{kName, kAscending}});
+    for (const char* name : {"archive-b", "archive-", "archive-a"})
+        m_table.AddTexts({{kName, name}});
+    EXPECT_EQ(Names(), "archive- archive-a archive-b");
+}
+
 TEST_F(RowOrder, HoldsAfterEveryRow) {
     m_table.SetSortKeys({{kName, kAscending}});
     m_table.AddTexts({{kName, "b"}});
