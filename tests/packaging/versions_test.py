@@ -43,7 +43,7 @@ class Versions(unittest.TestCase):
 
     def test_the_program_file_contains_it(self):
         found = subprocess.run(["strings", BUILD / "bin/krvcmd"], stdout=subprocess.PIPE, text=True, check=True).stdout
-        self.assertIn(f"krvcmd {VERSION}", found.splitlines())
+        self.assertEqual(re.findall(r"(?m)^krvcmd \d+\.\d+\.\d+$", found), [f"krvcmd {VERSION}"])
 
 
 if __name__ == "__main__":
