@@ -30,17 +30,19 @@ else()
 endif()
 
 install(TARGETS krvcmd RUNTIME DESTINATION "${program_dir}" COMPONENT krvcmd)
-install(TARGETS krvSdk64
-  RUNTIME DESTINATION "${program_dir}" COMPONENT simulator
-  LIBRARY DESTINATION "${library_dir}" COMPONENT simulator)
-if(TARGET krvsim)
+if(KRVCMD_BUILD_SIMULATOR)
+  install(TARGETS krvSdk64
+    RUNTIME DESTINATION "${program_dir}" COMPONENT simulator
+    LIBRARY DESTINATION "${library_dir}" COMPONENT simulator)
   install(TARGETS krvsim RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
+  install(FILES "${CMAKE_SOURCE_DIR}/embedded/farms/demonstration.toml"
+    DESTINATION "${doc_dir_krvcmd-simulator}/examples" COMPONENT simulator)
 endif()
 if(TARGET krvJukebox64)
   install(TARGETS krvadm krvJukebox64
     RUNTIME DESTINATION "${program_dir}" COMPONENT jukebox
     LIBRARY DESTINATION "${library_dir}" COMPONENT jukebox)
-else()
+elseif(TARGET krvadm)
   install(TARGETS krvadm RUNTIME DESTINATION "${program_dir}" COMPONENT simulator)
 endif()
 
@@ -48,18 +50,19 @@ endif()
 foreach(guide guide cheat-sheet glossary troubleshooting fleet remote-servers remote-protocol rehearse-a-script krvsim durations layout simulated-service)
   install(FILES "${CMAKE_SOURCE_DIR}/docs/${guide}.md" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
 endforeach()
-install(FILES "${CMAKE_SOURCE_DIR}/embedded/farms/demonstration.toml"
-  DESTINATION "${doc_dir_krvcmd-simulator}/examples" COMPONENT simulator)
 install(FILES "${CMAKE_SOURCE_DIR}/krvcmd/service/sdk/krv_sdk.h" DESTINATION "${header_dir}" COMPONENT development)
-# Every package that contains a program or a library also contains the notices of what is compiled in.
-set(notices "${CMAKE_SOURCE_DIR}/packaging/THIRD-PARTY-NOTICES.md")
+# Every package that contains a program or a library also contains the notices of what is compiled in, and the list of its
+# libraries.
+set(notices "${CMAKE_SOURCE_DIR}/packaging/THIRD-PARTY-NOTICES.md" "${CMAKE_BINARY_DIR}/krvcmd.cdx.json")
 if(WIN32)
-  install(FILES "${notices}" "${CMAKE_SOURCE_DIR}/packaging/windows/README.txt" DESTINATION . COMPONENT krvcmd)
+  install(FILES ${notices} "${CMAKE_SOURCE_DIR}/packaging/windows/README.txt" DESTINATION . COMPONENT krvcmd)
 else()
-  install(FILES "${notices}" DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
-  install(FILES "${notices}" DESTINATION "${doc_dir_krvcmd-simulator}" COMPONENT simulator)
-  if(TARGET krvadm)
-    install(FILES "${notices}" DESTINATION "${doc_dir_krvcmd-jukebox}" COMPONENT jukebox)
+  install(FILES ${notices} DESTINATION "${doc_dir_krvcmd}" COMPONENT krvcmd)
+  if(KRVCMD_BUILD_SIMULATOR)
+    install(FILES ${notices} DESTINATION "${doc_dir_krvcmd-simulator}" COMPONENT simulator)
+  endif()
+  if(TARGET krvJukebox64)
+    install(FILES ${notices} DESTINATION "${doc_dir_krvcmd-jukebox}" COMPONENT jukebox)
   endif()
 endif()
 install(FILES "${CMAKE_SOURCE_DIR}/docs/man/krv-sdk-example.c"

@@ -69,6 +69,12 @@ readonly kWindowsTestNeeds='
 file    /usr/src/googletest/CMakeLists.txt  googletest
 '
 
+# To build for 64-bit ARM and to run it.
+readonly kArm64Needs='
+command aarch64-linux-gnu-g++  g++-aarch64-linux-gnu
+command qemu-aarch64           qemu-user
+'
+
 say() { printf '%s\n' "$*" >&2; }
 
 # Prints the comment at the top of the script that was called.

@@ -2,7 +2,7 @@
 import re
 import sys
 
-from inspect_file import Findings, readelf
+from inspect_file import Findings, readelf, tool
 
 findings = Findings()
 for path in sys.argv[1:]:
@@ -20,4 +20,8 @@ for path in sys.argv[1:]:
     findings.expect("__stack_chk_fail" in symbols, f"{path}: no stack protector")
     fortified = re.findall(r"__(?!stack)\w+_chk\b", symbols)
     findings.expect(fortified, f"{path}: no fortified function of the C library in use")
+    if "X86-64" in header:
+        function = "KrvSessionCreate" if path.endswith(".so") else "main"
+        code = tool("objdump", f"--disassemble={function}", path)
+        findings.expect("endbr64" in code, f"{path}: indirect jumps may lead anywhere")
 findings.report()

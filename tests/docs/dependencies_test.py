@@ -19,7 +19,7 @@ TOOLCHAIN = re.compile(r"libc6-dev|linux-libc-dev|libstdc\+\+-\d+-dev|libgcc-\d+
 # Real changers are the subject of krvadm and of the module alone.
 OF_KRVADM_ALONE = ("tools/krvadm/", "embedded/attached/")
 FOLDERS = {"krvcmd": ("krvcmd/",), "krvSdk64": ("embedded/",), "krvsim": ("tools/", "embedded/"),
-           "krvadm": ("tools/common/", *OF_KRVADM_ALONE), "krvJukebox64": ("embedded/attached/",)}
+           "krvadm": ("tools/common/", "embedded/layout/", *OF_KRVADM_ALONE), "krvJukebox64": ("embedded/attached/",)}
 # What the package's copyright file says where the page names the licence.
 LICENCES = {
     "LGPL-2.1-or-later": r"LGPL-2\.1|Lesser General Public\s+License",

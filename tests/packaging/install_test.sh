@@ -7,7 +7,12 @@
 set -u -o pipefail
 
 kProject=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/../.." && pwd -P)
-readonly kProject kImage=$kProject/build/clean-root.tar
+readonly kProject
+cd "$kProject" || exit 1
+# shellcheck source=scripts/lib/packages.sh
+. scripts/lib/packages.sh
+# shellcheck source=scripts/lib/debian.sh
+. scripts/lib/debian.sh
 readonly kPatience=60 # seconds from the package to the first table
 
 fail() {
@@ -39,23 +44,7 @@ root=$(mktemp -d) || exit 1
 trap 'umount -l "$root/proc" "$root" 2>/dev/null; rmdir "$root"' EXIT
 mount -t tmpfs -o mode=755 tmpfs "$root" || fail "this test must be allowed to mount; run it outside of a container, or in a privileged one"
 
-make_machine() {
-    # shellcheck source=/dev/null
-    local codename mirror
-    codename=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME-stable}")
-    local log=$kProject/build/debootstrap.log
-    debootstrap --variant=minbase "$codename" "$root" >"$log" 2>&1 || {
-        tail -n 20 "$log" >&2
-        fail "debootstrap could not make a base system of $codename"
-    }
-    tar -C "$root" --one-file-system -cf "$kImage.new" . && mv -f "$kImage.new" "$kImage"
-}
-
-if [ -e "$kImage" ]; then
-    tar -C "$root" -xf "$kImage" || fail "cannot unpack $kImage; remove it and try again"
-else
-    make_machine
-fi
+unpack_bare_system "$root" || fail "no bare system to install the packages on"
 mount -t proc proc "$root/proc" || fail "cannot mount /proc for the machine"
 cp /etc/resolv.conf "$root/etc/resolv.conf"
 cp /etc/hosts "$root/etc/hosts"
@@ -138,6 +127,7 @@ on_machine ldconfig
 for file in share/man/man1/krvcmd.1.gz share/bash-completion/completions/krvcmd share/zsh/vendor-completions/_krvcmd \
     share/fish/vendor_completions.d/krvcmd.fish share/doc/krvcmd/copyright share/doc/krvcmd/guide.md \
     share/doc/krvcmd/rehearse-a-script.md share/doc/krvcmd/THIRD-PARTY-NOTICES.md \
+    share/doc/krvcmd/krvcmd.cdx.json share/doc/krvcmd-simulator/krvcmd.cdx.json \
     share/doc/krvcmd-simulator/THIRD-PARTY-NOTICES.md share/man/man1/krvsim.1.gz share/man/man5/krvsim-layout.5.gz; do
     # A base system may be told not to unpack documents; none that debootstrap makes is.
     expect "/usr/$file is not there" [ -s "$root/usr/$file" ]

@@ -10,57 +10,12 @@ import sys
 import tempfile
 import unittest
 
+from installed_files import DEVELOPMENT, PROGRAM, jukebox, simulator
+
 LIBRARY_DIR, BUILD_DIR, CMAKE = sys.argv.pop(), sys.argv.pop(), sys.argv.pop()
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
 
-PROGRAM = {
-    "bin/krvcmd",
-    "share/bash-completion/completions/krvcmd",
-    "share/zsh/site-functions/_krvcmd",
-    "share/fish/vendor_completions.d/krvcmd.fish",
-    "share/krvcmd/completion/krvcmd.ps1",
-    "share/man/man1/krvcmd.1",
-    "share/doc/krvcmd/guide.md",
-    "share/doc/krvcmd/cheat-sheet.md",
-    "share/doc/krvcmd/glossary.md",
-    "share/doc/krvcmd/troubleshooting.md",
-    "share/doc/krvcmd/fleet.md",
-    "share/doc/krvcmd/remote-servers.md",
-    "share/doc/krvcmd/remote-protocol.md",
-    "share/doc/krvcmd/real-jukebox.md",
-    "share/doc/krvcmd/rehearse-a-script.md",
-    "share/doc/krvcmd/krvsim.md",
-    "share/doc/krvcmd/durations.md",
-    "share/doc/krvcmd/layout.md",
-    "share/doc/krvcmd/simulated-service.md",
-    "share/doc/krvcmd/THIRD-PARTY-NOTICES.md",
-}
-DEVELOPMENT = {
-    "include/krv_sdk.h",
-    "lib/pkgconfig/krv-sdk.pc",
-    "lib/cmake/krv-sdk/krv-sdk-config.cmake",
-    "lib/cmake/krv-sdk/krv-sdk-config-version.cmake",
-    "share/man/man3/krv-sdk.3",
-    "share/doc/krvcmd-dev/examples/krv-sdk-example.c",
-}
-SIMULATOR = {
-    f"{LIBRARY_DIR}/libkrvSdk64.so",
-    "bin/krvsim",
-    "share/bash-completion/completions/krvsim",
-    "share/zsh/site-functions/_krvsim",
-    "share/fish/vendor_completions.d/krvsim.fish",
-    "share/krvcmd/completion/krvsim.ps1",
-    "share/man/man1/krvsim.1",
-    "share/man/man5/krvsim-layout.5",
-    "share/doc/krvcmd-simulator/examples/demonstration.toml",
-    "share/doc/krvcmd-simulator/THIRD-PARTY-NOTICES.md",
-}
-JUKEBOX = {
-    f"{LIBRARY_DIR}/libkrvJukebox64.so",
-    "bin/krvadm",
-    "share/man/man1/krvadm.1",
-    "share/doc/krvcmd-jukebox/THIRD-PARTY-NOTICES.md",
-}
+SIMULATOR, JUKEBOX = simulator(LIBRARY_DIR), jukebox(LIBRARY_DIR)
 
 
 class InstallTree(unittest.TestCase):

@@ -37,6 +37,7 @@ docs/simulated-service.md
 docs/troubleshooting.md
 krvSdk64.dll
 krvadm.exe
+krvcmd.cdx.json
 krvcmd.exe
 krvsim.exe
 sdk/krvSdk64.def
