@@ -119,10 +119,10 @@ class Browser:
 
     def press(self, key):
         codes = {"Enter": 13, "Escape": 27, "Tab": 9, "End": 35, "Home": 36, "ArrowLeft": 37, "ArrowUp": 38, "ArrowRight": 39,
-                 "ArrowDown": 40}
+                 "ArrowDown": 40, " ": 32}
         event = {"key": key, "code": key, "windowsVirtualKeyCode": codes[key]}
-        if key == "Enter":
-            event["text"] = "\r"
+        if key in ("Enter", " "):
+            event["text"] = {"Enter": "\r"}.get(key, key)
         self.call("Input.dispatchKeyEvent", type="keyDown", **event)
         self.call("Input.dispatchKeyEvent", type="keyUp", **event)
 

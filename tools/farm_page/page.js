@@ -87,7 +87,7 @@ const signs = { "unknown": "?", "not present": "–", "scan failed": "!" };
 
 // ---- Slots. A place is what one button stands for.
 
-const places = [];
+const placeOf = new Map();
 
 function signatureOf(farm, slot) {
   return JSON.stringify([slot, volumesOf(farm, slot.medium)]);
@@ -103,39 +103,51 @@ function labelOf(place, volumes, share) {
   return parts.join(", ");
 }
 
+const emptySlot = make("div", { role: "button", class: "slot", tabindex: "-1" });
+
+// There may be thousands: a slot is one element with one text. Browsers take twice as long for a real button.
 function makeSlot(place) {
   const { farm, slot } = place;
   const volumes = volumesOf(farm, slot.medium);
   const share = usedShare(volumes);
-  const button = make("button", {
-    "type": "button",
-    "class": place.isChanged ? "slot changed" : "slot",
-    "data-state": slot.state,
-    "data-place": places.length,
-    "tabindex": "-1",
-    "aria-label": labelOf(place, volumes, share),
-  });
-  button.append(make("span", { class: "number" }, String(slot.slot) + " " + (signs[slot.state] || "")));
+  const button = emptySlot.cloneNode();
+  if (place.isChanged) button.className = "slot changed";
+  button.setAttribute("data-state", slot.state);
+  button.setAttribute("aria-label", labelOf(place, volumes, share));
+  let text = slot.slot + " " + (signs[slot.state] || "");
   if (slot.medium !== null) {
-    button.dataset.family = familyOf(slot.medium.type);
-    button.append(make("span", { class: "kind" }, slot.medium.type));
+    button.setAttribute("data-family", familyOf(slot.medium.type));
     if (share !== null) button.style.setProperty("--used-part", share + "%");
+    text += "\n" + slot.medium.type;
   }
-  places.push(place);
+  button.textContent = text;
+  placeOf.set(button, place);
   return button;
+}
+
+// What the browser lays out at a time: the style sheet divides it into rows.
+const partSize = 60;
+
+function makePart(slots) {
+  const part = make("div", { class: "part" }, ...slots);
+  part.style.setProperty("--count", String(slots.length));
+  return part;
 }
 
 // The slots of a magazine, or the media of a station or of the shelf. One of them is a tab stop; the arrow keys lead to
 // the others.
 function makeSlots(farm, where, noun, slots, others) {
   const group = make("div", { class: "slots", role: "group", "aria-label": where });
-  slots.forEach((slot, index) => {
+  const buttons = slots.map((slot, index) => {
     const other = others === null ? null : others[index];
     const isChanged =
       isBoth && (!other || signatureOf(farm, slot) !== signatureOf(farms[farm === farms[0] ? 1 : 0], other));
-    group.append(makeSlot({ farm, slot, where, name: noun + " " + slot.slot, isChanged }));
+    return makeSlot({ farm, slot, where, name: noun + " " + slot.slot, isChanged });
   });
-  if (group.firstChild) group.firstChild.tabIndex = 0;
+  for (let first = 0; first < buttons.length; first += partSize) {
+    group.append(makePart(buttons.slice(first, first + partSize)));
+  }
+  if (buttons.length > 0) buttons[0].tabIndex = 0;
   return group;
 }
 
@@ -267,7 +279,7 @@ function closeDetails() {
 }
 
 function showDetails(button) {
-  const { farm, slot, where, name } = places[Number(button.dataset.place)];
+  const { farm, slot, where, name } = placeOf.get(button);
   if (shownSlot !== null) shownSlot.removeAttribute("aria-current");
   shownSlot = button;
   button.setAttribute("aria-current", "true");
@@ -280,7 +292,7 @@ function showDetails(button) {
     slot.medium.sides.forEach((side, index) => details.append(...makeSide(farm, side, index)));
   }
   details.hidden = false;
-  heading.focus();
+  heading.focus({ preventScroll: true });
 }
 
 // ---- Keys
@@ -293,11 +305,8 @@ function moveFocus(from, to) {
 }
 
 // The slots are in rows of the same length.
-function rowLength(slots) {
-  const top = slots[0].offsetTop;
-  let length = 1;
-  while (length < slots.length && slots[length].offsetTop === top) length += 1;
-  return length;
+function rowLength(slot) {
+  return Number(getComputedStyle(slot.parentElement).getPropertyValue("--columns"));
 }
 
 function onKey(event) {
@@ -307,25 +316,26 @@ function onKey(event) {
   }
   const slot = event.target.closest && event.target.closest("#page .slot");
   if (!slot || event.ctrlKey || event.altKey || event.metaKey) return;
-  const slots = slot.parentElement.children;
-  const index = Array.prototype.indexOf.call(slots, slot);
+  const slots = [...slot.closest(".slots").querySelectorAll(".slot")];
+  const index = slots.indexOf(slot);
   const targets = {
     ArrowLeft: () => index - 1,
     ArrowRight: () => index + 1,
-    ArrowUp: () => index - rowLength(slots),
-    ArrowDown: () => index + rowLength(slots),
+    ArrowUp: () => index - rowLength(slot),
+    ArrowDown: () => index + rowLength(slot),
     Home: () => 0,
     End: () => slots.length - 1,
   };
-  if (!(event.key in targets)) return;
+  if (event.key !== "Enter" && event.key !== " " && !(event.key in targets)) return;
   event.preventDefault();
-  moveFocus(slot, slots[targets[event.key]()]);
+  if (event.key in targets) moveFocus(slot, slots[targets[event.key]()]);
+  else if (!event.repeat) showDetails(slot);
 }
 
 function onClick(event) {
   const slot = event.target.closest("#page .slot");
   if (slot === null) return;
-  for (const other of slot.parentElement.querySelectorAll("[tabindex='0']")) other.tabIndex = -1;
+  for (const other of slot.closest(".slots").querySelectorAll("[tabindex='0']")) other.tabIndex = -1;
   slot.tabIndex = 0;
   showDetails(slot);
 }
@@ -411,7 +421,7 @@ function makeOutput() {
 // Where the sides of each volume are.
 function placesByVolume(view) {
   const found = new Map();
-  for (const place of places) {
+  for (const place of placeOf.values()) {
     if (place.farm !== view || place.slot.medium === null) continue;
     place.slot.medium.sides.forEach((side, index) => {
       if (side.volume === null) return;
