@@ -110,7 +110,9 @@ LibraryCallScope::LibraryCallScope(LibraryCall call) {
 }
 
 LibraryCallScope::~LibraryCallScope() {
-    callInProgress = LibraryCall::None;
+    // A handler in another thread that still sees the call starts a wait that ends by itself. So the store
+    // need not wait until it is seen everywhere, which would be slow.
+    callInProgress.store(LibraryCall::None, std::memory_order_release);
     if (InterruptRequested()) (void)alarm(0);
 }
 
