@@ -91,10 +91,9 @@ void CountCells() {
     const CTableIntItem number(2, 4'700'372'992, /*withUnit=*/false);
     const CTableIntItem otherNumber(2, 4'700'372'993, /*withUnit=*/false);
     const CTableDirItem directory(3, R"(archive\2005\volume12)");
-    std::string out;
-    out.reserve(64);
+    TextLine out;
     const auto render = [&out](const CTableItem& cell, uint32_t width) {
-        out.clear();
+        out.Truncate(0);
         cell.Render(out, width);
         Use(out);
     };

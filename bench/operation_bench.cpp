@@ -19,11 +19,11 @@ using namespace Ostrel::UI::Console;
 
 void Render(benchmark::State& state, const CTableItem& cell) {
     const auto width = static_cast<uint32_t>(state.range(0));
-    std::string out;
+    TextLine out;
     for (auto _ : state) {
-        out.clear();
+        out.Truncate(0);
         cell.Render(out, width);
-        benchmark::DoNotOptimize(out.data());
+        benchmark::DoNotOptimize(out.View().data());
     }
 }
 

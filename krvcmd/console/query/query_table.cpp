@@ -29,45 +29,46 @@ uint32_t ConsoleLineWidth() {
     return isUsable ? static_cast<uint32_t>(bufferWidth - 1) : kWidthWithoutConsole;
 }
 
-// Collects the cells of one row. A cell for which there is no memory is left out of the row. So are numbers
-// and texts of columns that the table does not use: in a large table they would take most of the memory.
-// Words, percentages and small numbers take next to none.
+// Collects the cells of one row: those of the columns that the table shows or sorts by, and the status. A
+// cell for which there is no memory is left out.
 class RowBuilder {
   public:
     RowBuilder(CellStore& cells, const CTable& table) : m_cells(cells), m_table(table) {}
 
     void Number(uint32_t columnId, int64_t value) {
-        if (m_table.Uses(columnId))
-            Add([&]() -> const CTableItem& { return m_cells.Number(columnId, value); });
+        if (Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Number(columnId, value); });
     }
     void Capacity(uint32_t columnId, int64_t bytes) {
-        if (m_table.Uses(columnId))
-            Add([&]() -> const CTableItem& { return m_cells.Capacity(columnId, bytes); });
+        if (Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Capacity(columnId, bytes); });
     }
     void OneBasedNumber(uint32_t columnId, int32_t zeroBasedNumber) {
-        Add([&]() -> const CTableItem& { return m_cells.OneBasedNumber(columnId, zeroBasedNumber); });
+        if (Uses(columnId))
+            Add([&]() -> const CTableItem& { return m_cells.OneBasedNumber(columnId, zeroBasedNumber); });
     }
     void Percent(uint32_t columnId, int64_t free, int64_t total) {
-        Add([&]() -> const CTableItem& { return m_cells.Percent(columnId, free, total); });
+        if (Uses(columnId))
+            Add([&]() -> const CTableItem& { return m_cells.Percent(columnId, free, total); });
     }
     void Text(uint32_t columnId, std::string_view text) {
-        if (m_table.Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Text(columnId, text); });
+        if (Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Text(columnId, text); });
     }
     void Name(uint32_t columnId, std::string_view name) {
-        if (m_table.Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Name(columnId, name); });
+        if (Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Name(columnId, name); });
     }
     // A text that `format` composes.
     template <typename Format>
     void FormattedText(uint32_t columnId, Format format) {
-        if (m_table.Uses(columnId))
-            Add([&]() -> const CTableItem& { return m_cells.Text(columnId, format()); });
+        if (Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Text(columnId, format()); });
     }
     void Directory(uint32_t columnId, std::string_view path) {
-        if (m_table.Uses(columnId))
-            Add([&]() -> const CTableItem& { return m_cells.Directory(columnId, path); });
+        if (Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Directory(columnId, path); });
     }
     void Word(uint32_t columnId, std::string_view word) {
-        Add([&]() -> const CTableItem& { return m_cells.Word(columnId, word); });
+        if (Uses(columnId)) Add([&]() -> const CTableItem& { return m_cells.Word(columnId, word); });
+    }
+    // Every row has a status, needed or not: the table ignores a row without cells.
+    void Status(std::string_view word) {
+        Add([&]() -> const CTableItem& { return m_cells.Word(column_id::kStatus, word); });
     }
 
     // In `memory`, which must outlive the row.
@@ -78,6 +79,8 @@ class RowBuilder {
   private:
     // Of a row for a disc side with its volume, the longest.
     static constexpr size_t kMostCells = 18;
+
+    bool Uses(uint32_t columnId) const { return m_table.Uses(columnId); }
 
     template <typename Make>
     void Add(Make make) {
@@ -124,7 +127,7 @@ void AddVolumeCells(RowBuilder& row, const VolumeInfo& volume) {
     row.Percent(column_id::kUsedPercent, free, total);
     row.Text(column_id::kLabel, RecordText(record.label));
     row.Name(column_id::kFileSystem, RecordText(record.fileSystem));
-    row.Word(column_id::kStatus, VolumeStatusText(record.state));
+    row.Status(VolumeStatusText(record.state));
     row.Word(column_id::kVolumeType, VolumeTypeText(record.type));
     if (!volume.aspects.empty()) row.Directory(column_id::kDirectory, volume.aspects.front());
 }
@@ -176,7 +179,7 @@ void CKrvQueryTable::AddJukeboxRow(const JukeboxInfo& jukebox) {
     RowBuilder row(m_cells, *this);
     AddJukeboxIdentity(row, jukebox);
     AddDevice(row, record.identity);
-    row.Word(column_id::kStatus, EnabledText(record.enabled));
+    row.Status(EnabledText(record.enabled));
     row.Word(column_id::kFlipper, DoubleSidedText(record.doubleSided));
     row.Number(column_id::kDriveCount, record.driveCount);
     row.Number(column_id::kMagazineCount, record.magazineCount);
@@ -190,7 +193,7 @@ void CKrvQueryTable::AddMagazineRow(const JukeboxInfo& jukebox, const MagazineKe
     AddJukeboxIdentity(row, jukebox);
     row.OneBasedNumber(column_id::kMagazine, key.magazine);
     if (magazine.slotCount != 0) row.Number(column_id::kSlotCount, magazine.slotCount);
-    row.Word(column_id::kStatus, PresentText(magazine.present));
+    row.Status(PresentText(magazine.present));
     AddRow(row.MakeRow(GetMemory()));
 }
 
@@ -199,7 +202,7 @@ void CKrvQueryTable::AddDriveRow(const JukeboxInfo& jukebox, const DriveKey& key
     AddJukeboxIdentity(row, jukebox);
     AddDevice(row, drive.identity);
     row.OneBasedNumber(column_id::kDrive, key.drive);
-    row.Word(column_id::kStatus, EnabledText(drive.enabled));
+    row.Status(EnabledText(drive.enabled));
     AddRow(row.MakeRow(GetMemory()));
 }
 
@@ -208,7 +211,7 @@ void CKrvQueryTable::AddSlotRow(const JukeboxInfo& jukebox, const SlotKey& key, 
     AddJukeboxIdentity(row, jukebox);
     if (HasSeveralMagazines(jukebox)) row.OneBasedNumber(column_id::kMagazine, key.magazine);
     row.OneBasedNumber(column_id::kSlot, key.slot);
-    row.Word(column_id::kStatus, SlotStatusText(slot.state));
+    row.Status(SlotStatusText(slot.state));
     AddMediaType(row, slot.mediumCode);
     AddRow(row.MakeRow(GetMemory()));
 }

@@ -4,7 +4,7 @@
 #include <array>
 #include <span>
 
-#include "krvcmd/console/text/numbers.h"
+#include "krvcmd/console/text/short_text.h"
 
 namespace Ostrel::UI::Console {
 namespace {
@@ -49,8 +49,8 @@ std::string_view TextAt(std::span<const std::string_view> texts, uint32_t index,
     return index < texts.size() ? texts[index] : otherwise;
 }
 
-void AppendOneBased(std::string& text, int32_t zeroBasedNumber) {
-    text += DecimalText(int64_t{zeroBasedNumber} + 1).View();
+int64_t OneBased(int32_t zeroBasedNumber) {
+    return int64_t{zeroBasedNumber} + 1;
 }
 
 }  // namespace
@@ -101,23 +101,27 @@ bool HasSeveralMagazines(const krvcmd::JukeboxInfo& jukebox) {
 }
 
 std::string FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& key) {
-    std::string location(krvcmd::RecordText(jukebox.record.name));
-    location += '\\';
+    constexpr size_t kLongestNumber = 11;
+    ShortText<sizeof(jukebox.record.name) + 2 * kLongestNumber + 4> location;
+    location.Append(krvcmd::RecordText(jukebox.record.name));
+    location.Append("\\");
     if (HasSeveralMagazines(jukebox)) {
-        AppendOneBased(location, key.magazine);
-        location += '\\';
+        location.AppendNumber(OneBased(key.magazine));
+        location.Append("\\");
     }
-    AppendOneBased(location, key.slot);
-    return location.append(1, '.').append(SideText(key.side));
+    location.AppendNumber(OneBased(key.slot));
+    location.Append(".");
+    location.Append(SideText(key.side));
+    return std::string(location.View());
 }
 
 std::string FormatScsiAddress(const DeviceIdentity& device) {
-    std::string address;
+    ShortText<64> address;
     for (const int32_t component : device.scsiAddress) {
-        if (!address.empty()) address += '/';
-        address += DecimalText(component).View();
+        if (!address.View().empty()) address.Append("/");
+        address.AppendNumber(component);
     }
-    return address;
+    return std::string(address.View());
 }
 
 std::string FormatProduct(const DeviceIdentity& device) {

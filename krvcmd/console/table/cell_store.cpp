@@ -15,7 +15,17 @@ bool IsShared(int64_t number) {
     return number >= 0 && number < kSharedNumbers;
 }
 
+// The text of a cell that was made from one.
+std::string_view TextOf(const CTableItem& cell) {
+    return static_cast<const CTableStringItem&>(cell).View();
+}
+
 }  // namespace
+
+inline CellStore::SharedCells& CellStore::SharedCellsOf(uint32_t columnId) {
+    if (columnId >= m_sharedCells.size()) m_sharedCells.resize(columnId + 1);
+    return m_sharedCells[columnId];
+}
 
 CellStore::~CellStore() {
     for (const CTableItem* cell : m_cellsOnHeap)
@@ -53,13 +63,13 @@ const CTableItem& CellStore::Percent(uint32_t columnId, int64_t free, int64_t to
 
 const CTableItem& CellStore::Text(uint32_t columnId, std::string_view text) {
     const CTableItem*& last = PlaceOfLast(columnId);
-    if (last == nullptr || last->GetText() != text) last = &Make<CTableStringItem>(columnId, text);
+    if (last == nullptr || TextOf(*last) != text) last = &Make<CTableStringItem>(columnId, text);
     return *last;
 }
 
 const CTableItem& CellStore::Name(uint32_t columnId, std::string_view name) {
     const CTableItem*& recent =
-        PlaceOfRecent(columnId, [name](const CTableItem& text) { return text.GetText() == name; });
+        PlaceOfRecent(columnId, [name](const CTableItem& text) { return TextOf(text) == name; });
     if (recent == nullptr) recent = &Make<CTableStringItem>(columnId, name);
     return *recent;
 }
@@ -85,11 +95,6 @@ const CTableItem& CellStore::Make(Arguments... arguments) {
         throw;
     }
     return *cell;
-}
-
-CellStore::SharedCells& CellStore::SharedCellsOf(uint32_t columnId) {
-    if (columnId >= m_sharedCells.size()) m_sharedCells.resize(columnId + 1);
-    return m_sharedCells[columnId];
 }
 
 const CTableItem*& CellStore::PlaceOfLast(uint32_t columnId) {

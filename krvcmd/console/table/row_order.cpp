@@ -1,6 +1,8 @@
 #include "krvcmd/console/table/row_order.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <string_view>
 
@@ -13,43 +15,39 @@ constexpr size_t kFirstBytes = sizeof(uint64_t);
 
 // The first bytes of a text as a number that orders as they do; a shorter text is padded with zeros.
 uint64_t FirstBytesOf(std::string_view text) {
-    uint64_t bytes = 0;
-    for (size_t i = 0; i < kFirstBytes; ++i) {
-        const auto byte = i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
-        bytes = bytes << 8U | byte;
-    }
-    return bytes;
+    std::array<char, kFirstBytes> bytes{};
+    text.copy(bytes.data(), bytes.size());
+    const auto number = std::bit_cast<uint64_t>(bytes);
+    return std::endian::native == std::endian::little ? __builtin_bswap64(number) : number;
 }
 
 // A row while it is sorted, with its value for the current key. The texts lie scattered in memory; the first
 // bytes at hand tell most of them apart.
 struct RowToSort {
     uint64_t firstBytes;
-    NumberedText value;
+    const char* text;  // null: the row has no cell
+    int64_t number;
+    uint32_t textSize;
     uint32_t index;  // in the order of arrival
-    bool hasCell;
+
+    bool HasCell() const { return text != nullptr; }
+    NumberedText GetValue() const { return {{text, textSize}, number}; }
 };
 
 int32_t Compare(const RowToSort& left, const RowToSort& right) {
-    if (left.hasCell != right.hasCell) return left.hasCell ? 1 : -1;
+    if (left.HasCell() != right.HasCell()) return left.HasCell() ? 1 : -1;
     if (left.firstBytes != right.firstBytes) return left.firstBytes < right.firstBytes ? -1 : 1;
-    const size_t size = left.value.text.size();
-    if (size <= kFirstBytes && size == right.value.text.size()) {
-        return CompareNumbers(left.value, right.value);
+    if (left.textSize <= kFirstBytes && left.textSize == right.textSize) {
+        if (left.number == right.number) return 0;
+        return left.number < right.number ? -1 : 1;
     }
-    return CompareNumberedTexts(left.value, right.value);
+    return CompareNumberedTexts(left.GetValue(), right.GetValue());
 }
 
 class RowSorter {
   public:
     RowSorter(std::span<const CTableRow* const> rows, std::span<const SortKey> keys)
-        : m_keys(keys), m_rows(rows.size()) {
-        // Looked up for all keys at once, while the row is in the cache.
-        m_keyCells.reserve(rows.size() * keys.size());
-        for (const CTableRow* row : rows) {
-            for (const SortKey& key : keys)
-                m_keyCells.push_back(row->FindItem(key.columnId));
-        }
+        : m_arrived(rows), m_keys(keys), m_rows(rows.size()) {
         for (uint32_t index = 0; index < m_rows.size(); ++index)
             m_rows[index].index = index;
         SortFrom(0, m_rows);
@@ -62,8 +60,9 @@ class RowSorter {
     // that are equal in it by the following keys.
     void SortFrom(size_t keyIndex, std::span<RowToSort> rows) {
         if (keyIndex == m_keys.size() || rows.size() < 2) return;
+        CellFinder finder(m_keys[keyIndex].columnId);
         for (RowToSort& row : rows)
-            LoadKey(keyIndex, row);
+            LoadKey(finder.FindIn(*m_arrived[row.index]), row);
         const auto isInFront = [direction = m_keys[keyIndex].direction](const RowToSort& left,
                                                                         const RowToSort& right) {
             return Compare(left, right) == direction;
@@ -78,15 +77,17 @@ class RowSorter {
         }
     }
 
-    void LoadKey(size_t keyIndex, RowToSort& row) const {
-        const CTableItem* cell = m_keyCells[row.index * m_keys.size() + keyIndex];
-        row.hasCell = cell != nullptr;
-        row.value = cell == nullptr ? NumberedText{} : cell->GetSortValue();
-        row.firstBytes = FirstBytesOf(row.value.text);
+    static void LoadKey(const CTableItem* cell, RowToSort& row) {
+        const NumberedText value = cell == nullptr ? NumberedText{} : cell->GetSortValue();
+        row.firstBytes = FirstBytesOf(value.text);
+        row.text = value.text.data();
+        if (cell != nullptr && row.text == nullptr) row.text = "";
+        row.textSize = static_cast<uint32_t>(value.text.size());
+        row.number = value.number;
     }
 
+    std::span<const CTableRow* const> m_arrived;
     std::span<const SortKey> m_keys;
-    std::vector<const CTableItem*> m_keyCells;  // of each row in the order of arrival, one for each key
     std::vector<RowToSort> m_rows;
 };
 

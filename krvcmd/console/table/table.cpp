@@ -26,12 +26,15 @@ std::string CTableColumn::RenderTitle(uint32_t width) const {
 }
 
 const CTableItem* CTableRow::FindItem(uint32_t columnId) const {
-    // Called for every cell that is shown or sorted by: the loop of std::find_if is unrolled, that of its
-    // namesake in std::ranges is not.
-    const auto found = std::find_if(m_cells.begin(), m_cells.end(), [columnId](const CTableItem* item) {
-        return item->GetColumnId() == columnId;
-    });
+    const auto found = std::ranges::find(m_cells, columnId, &CTableItem::GetColumnId);
     return found == m_cells.end() ? nullptr : *found;
+}
+
+const CTableItem* CellFinder::SearchIn(std::span<const CTableItem* const> items) {
+    const auto found = std::ranges::find(items, m_columnId, &CTableItem::GetColumnId);
+    if (found == items.end()) return nullptr;
+    m_position = static_cast<size_t>(found - items.begin());
+    return *found;
 }
 
 void CTable::SetColumns(std::vector<CTableColumn> columns) {
@@ -52,7 +55,7 @@ void CTable::FindUsedColumns() {
     m_isUsed.clear();
     const auto use = [this](uint32_t columnId) {
         if (columnId >= m_isUsed.size()) m_isUsed.resize(columnId + 1);
-        m_isUsed[columnId] = true;
+        m_isUsed[columnId] = 1;
     };
     for (const CTableColumn& column : m_columns)
         use(column.GetColumnId());

@@ -72,6 +72,27 @@ class CTableRow {
     std::pmr::vector<const CTableItem*> m_cells;
 };
 
+// Finds the cells of one column in row after row. Rows of one kind have the same cells in the same order, so
+// it looks first where it found the last cell. Of several cells of the column in one row it finds any.
+class CellFinder {
+  public:
+    explicit CellFinder(uint32_t columnId) : m_columnId(columnId) {}
+
+    // Null when the row has no cell of the column.
+    const CTableItem* FindIn(const CTableRow& row) {
+        const std::span<const CTableItem* const> items = row.GetItems();
+        if (m_position < items.size() && items[m_position]->GetColumnId() == m_columnId)
+            return items[m_position];
+        return SearchIn(items);
+    }
+
+  private:
+    const CTableItem* SearchIn(std::span<const CTableItem* const> items);
+
+    uint32_t m_columnId;
+    size_t m_position = 0;
+};
+
 // What the rows added so far have in one column.
 struct ColumnUsage {
     int32_t maxTextLength;  // positions of the longest full text
@@ -104,7 +125,7 @@ class CTable {
     bool IsColumnEmpty(size_t index) const;
 
     // Whether the table shows the column or sorts by it.
-    bool Uses(uint32_t columnId) const { return columnId < m_isUsed.size() && m_isUsed[columnId]; }
+    bool Uses(uint32_t columnId) const { return columnId < m_isUsed.size() && m_isUsed[columnId] != 0; }
 
     // Takes the row over; its cells must live as long as the table. Ignores a row without cells, and any row
     // while there are no columns.
@@ -139,7 +160,7 @@ class CTable {
     std::pmr::deque<CTableRow> m_rows{&m_memory};  // in the order of arrival
     // A new table's key matches no cell: rows keep the order of arrival.
     std::vector<SortKey> m_sortKeys{{0, kAscending}};
-    std::vector<bool> m_isUsed;  // by column id
+    std::vector<uint8_t> m_isUsed;  // by column id: 1 or 0; asked for every cell of every row
     std::string m_separator;
     uint32_t m_contentWidth = 0;  // sum of the column widths; 0 after AddRow until they are measured
 };

@@ -1,8 +1,9 @@
 #include "krvcmd/console/table/table_item.h"
 
+#include <algorithm>
 #include <cstring>
 
-#include "krvcmd/console/text/numbers.h"
+#include "krvcmd/console/text/display_width.h"
 
 namespace Ostrel::UI::Console {
 namespace {
@@ -39,27 +40,12 @@ CellText::HeapText CellText::GetHeapText() const {
     return heapText;
 }
 
-size_t CTableItem::MeasureText() const {
-    if (!IsUnsafe()) return DisplayLength(GetText());
-    return DisplayLength(SafeCellText(GetText(), SinkOf(Stream::StandardOutput)));
-}
-
-size_t CTableItem::RenderFitting(std::string& out, std::string_view text, size_t length,
-                                 uint32_t width) const {
-    if (width == 0) {
-        out += text;
-        return length;
-    }
-    const size_t blanks = width - length;
-    const size_t start = out.size();
-    out.append(text.size() + blanks, ' ');
-    text.copy(&out[start + BlanksInFront(m_alignment, blanks)], text.size());
-    return width;
-}
-
-CTableIntItem::CTableIntItem(uint32_t columnId, int64_t value, bool withUnit)
-    : CTableItem(columnId, Alignment::Right), m_withUnit(withUnit), m_value(value) {
-    CTableIntItem::FormatValue(/*precise=*/false);
+inline size_t CTableItem::RenderFitting(TextLine& out, std::string_view text, size_t length,
+                                        uint32_t width) const {
+    const size_t blanks = width == 0 ? 0 : width - length;
+    char* const field = out.AppendBlanks(text.size() + blanks);
+    text.copy(field + BlanksInFront(m_alignment, blanks), text.size());
+    return length + blanks;
 }
 
 void CTableIntItem::SetValue(int64_t value) {
@@ -68,18 +54,16 @@ void CTableIntItem::SetValue(int64_t value) {
 }
 
 void CTableIntItem::FormatValue(bool precise) {
-    if (m_withUnit) {
-        AssignPlainText(CapacityText(m_value, precise));
-    } else {
-        AssignPlainText(DecimalText(m_value).View());
-    }
+    const bool isCapacity = m_format == NumberFormat::Capacity || m_format == NumberFormat::PreciseCapacity;
+    if (isCapacity) m_format = precise ? NumberFormat::PreciseCapacity : NumberFormat::Capacity;
+    m_textLength = static_cast<uint8_t>(FormatNumber(m_value, m_format).View().size());
 }
 
-size_t CTableIntItem::Render(std::string& out, uint32_t width) const {
-    const size_t length = GetText().size();
-    if (Fits(length, width)) return RenderFitting(out, GetText(), length, width);
+size_t CTableIntItem::Render(TextLine& out, uint32_t width) const {
+    if (Fits(m_textLength, width))
+        return RenderFitting(out, FormatNumber(m_value, m_format).View(), m_textLength, width);
     const std::string_view shown = kEllipsis.substr(0, width);
-    out += shown;
+    out.Append(shown);
     return shown.size();
 }
 
@@ -89,45 +73,37 @@ int32_t CTableIntItem::Compare(const CTableItem& other) const {
     return m_value < otherValue ? -1 : 1;
 }
 
-CTableOneBasedIntItem::CTableOneBasedIntItem(uint32_t columnId, int32_t zeroBasedNumber)
-    : CTableIntItem(columnId) {
-    SetValue(int64_t{zeroBasedNumber} + 1);
-}
-
-void CTableOneBasedIntItem::FormatValue(bool /*precise*/) {
-    AssignPlainText(DecimalText(GetValue()).View());
-}
-
-CTablePercentIntItem::CTablePercentIntItem(uint32_t columnId, int64_t free, int64_t total)
-    : CTableIntItem(columnId) {
-    SetValue(UsedPercent(free, total));
-}
-
-void CTablePercentIntItem::FormatValue(bool /*precise*/) {
-    AssignPlainText(std::string(DecimalText(GetValue()).View()).append("%%"));
-}
-
-size_t CTablePercentIntItem::Render(std::string& out, uint32_t width) const {
+size_t CTablePercentIntItem::Render(TextLine& out, uint32_t width) const {
     return CTableIntItem::Render(out, width == 0 ? 0 : width + 1);
 }
 
 CTableStringItem::CTableStringItem(uint32_t columnId, std::string_view text)
-    : CTableItem(columnId, Alignment::Left) {
-    AssignText(text);
+    : CTableItem(columnId, Alignment::Left), m_content(ContentOf(text)), m_text(text) {}
+
+void CTableStringItem::SetText(std::string_view text) {
+    const Content content = ContentOf(text);
+    m_text.Assign(text);
+    m_content = content;
 }
 
-size_t CTableStringItem::Render(std::string& out, uint32_t width) const {
-    if (!IsUnsafe()) return RenderSafeText(out, GetText(), width);
-    return RenderSafeText(out, SafeCellText(GetText(), SinkOf(Stream::StandardOutput)), width);
+size_t CTableStringItem::MeasureText() const {
+    if (!IsUnsafe()) return DisplayLength(View());
+    return DisplayLength(SafeCellText(View(), SinkOf(Stream::StandardOutput)));
 }
 
-size_t CTableStringItem::RenderSafeText(std::string& out, std::string_view text, uint32_t width) const {
-    const size_t length = IsPlain() ? text.size() : DisplayLength(text);
-    if (Fits(length, width)) return RenderFitting(out, text, length, width);
-    return RenderShortened(out, text, width);
+size_t CTableStringItem::Render(TextLine& out, uint32_t width) const {
+    if (IsPlain()) return RenderText(out, View(), View().size(), width);
+    if (!IsUnsafe()) return RenderText(out, View(), DisplayLength(View()), width);
+    const std::string text = SafeCellText(View(), SinkOf(Stream::StandardOutput));
+    return RenderText(out, text, DisplayLength(text), width);
 }
 
-size_t CTableStringItem::RenderShortened(std::string& out, std::string_view text, uint32_t width) const {
+inline size_t CTableStringItem::RenderText(TextLine& out, std::string_view text, size_t length,
+                                           uint32_t width) const {
+    return Fits(length, width) ? RenderFitting(out, text, length, width) : RenderShortened(out, text, width);
+}
+
+size_t CTableStringItem::RenderShortened(TextLine& out, std::string_view text, uint32_t width) const {
     return AppendElidedEnd(out, text, width);
 }
 
@@ -139,7 +115,7 @@ NumberedText CTableStringItem::SortValueOf(std::string_view text) const {
     return IsNaturalCompare() ? SplitTrailingNumber(text) : NumberedText{text, 0};
 }
 
-size_t CTableDirItem::RenderShortened(std::string& out, std::string_view text, uint32_t width) const {
+size_t CTableDirItem::RenderShortened(TextLine& out, std::string_view text, uint32_t width) const {
     // Positions are unsigned and wrap around: without a backslash `first` is 0 and `last` the largest
     // position, and with a single one `last - first` is the largest position.
     const size_t first = text.find('\\') + 1;
@@ -149,7 +125,7 @@ size_t CTableDirItem::RenderShortened(std::string& out, std::string_view text, u
     if (middle > kEllipsis.size() && text.size() < middle + kEllipsis.size()) {
         // Only a path that begins and ends with a backslash is that short.
         constexpr std::string_view kElided = "\\...\\";
-        out += kElided;
+        out.Append(kElided);
         return kElided.size();
     }
     return AppendElidedEnd(out, text, width);

@@ -6,14 +6,16 @@
 #include <string>
 #include <string_view>
 
-#include "krvcmd/console/text/display_width.h"
 #include "krvcmd/console/text/natural_order.h"
+#include "krvcmd/console/text/numbers.h"
 #include "krvcmd/console/text/safe_text.h"
+#include "krvcmd/console/text/text_line.h"
+#include "krvcmd/console/text/utf8.h"
 
 namespace Ostrel::UI::Console {
 
 // The text of one cell, in 24 bytes. A large table has millions of cells, and most of their texts are
-// numbers, locations and short names: up to 23 bytes lie in the object itself, longer texts on the heap.
+// locations and short names: up to 23 bytes lie in the object itself, longer texts on the heap.
 class CellText {
   public:
     CellText() = default;
@@ -67,7 +69,7 @@ class CTableItem {
     // Appends the cell in a field of `width` positions to `out` and returns the positions taken. In width 0
     // that is the full text as it is. A text that fits is aligned and padded with blanks to `width`; each
     // class has its own rule for one that does not, and the result may be narrower than `width`.
-    virtual size_t Render(std::string& out, uint32_t width) const = 0;
+    virtual size_t Render(TextLine& out, uint32_t width) const = 0;
 
     // The number that number cells compare; 0 for a text.
     virtual int64_t GetValue() const { return 0; }
@@ -79,19 +81,16 @@ class CTableItem {
     // Compare equals CompareNumberedTexts of their sort values. Refers to the cell's text.
     virtual NumberedText GetSortValue() const = 0;
 
-    uint32_t GetColumnId() const { return m_columnId; }
-
     // The full text. Render shows it in width 0, with "?" for what must not be shown.
-    std::string_view GetText() const { return m_text.View(); }
+    virtual std::string GetText() const = 0;
 
     // The positions of a line that the full text takes, as standard output shows it.
-    size_t GetTextLength() const { return IsPlain() ? GetText().size() : MeasureText(); }
+    virtual size_t GetTextLength() const = 0;
 
-    // Whether the text is printable ASCII: safe to show as it is.
-    bool IsPlain() const { return m_content == Content::PrintableAscii; }
+    uint32_t GetColumnId() const { return m_columnId; }
 
     // Whether only the destructor frees all of the cell's memory.
-    bool OwnsHeapMemory() const { return m_text.IsOnHeap(); }
+    virtual bool OwnsHeapMemory() const { return false; }
 
     void SetAlignment(Alignment alignment) { m_alignment = alignment; }
 
@@ -101,71 +100,60 @@ class CTableItem {
   protected:
     CTableItem(uint32_t columnId, Alignment alignment) : m_columnId(columnId), m_alignment(alignment) {}
 
-    // Whether the text needs no shortening in a field of `width` positions.
+    // Whether a text of `length` positions needs no shortening in a field of `width`.
     static bool Fits(size_t length, uint32_t width) { return width == 0 || length <= width; }
     // Render for a text of `length` positions that fits.
-    size_t RenderFitting(std::string& out, std::string_view text, size_t length, uint32_t width) const;
-    // Whether the text holds characters that must not be shown as they are everywhere.
-    bool IsUnsafe() const { return m_content == Content::Unsafe; }
+    size_t RenderFitting(TextLine& out, std::string_view text, size_t length, uint32_t width) const;
 
     bool IsNaturalCompare() const { return m_naturalCompare; }
-    void AssignText(std::string_view text) {
-        m_text.Assign(text);
-        m_content = ContentOf(text);
-    }
-    // A text of printable ASCII.
-    void AssignPlainText(std::string_view text) { m_text.Assign(text); }
 
   private:
-    enum class Content : uint8_t { PrintableAscii, Safe, Unsafe };
-
-    static Content ContentOf(std::string_view text) {
-        if (IsPrintableAscii(text)) return Content::PrintableAscii;
-        return NeedsReplacing(text) ? Content::Unsafe : Content::Safe;
-    }
-    size_t MeasureText() const;
-
-    // In descending order of size, so that derived classes can use the bytes left over.
-    CellText m_text;
+    // The bytes left over behind them serve derived classes.
     uint32_t m_columnId;
     Alignment m_alignment;
     bool m_naturalCompare = true;
-    Content m_content = Content::PrintableAscii;
 };
 
-// A number, aligned to the right. One that does not fit is shown as "...", not padded, or as full stops in a
-// field of one or two positions.
+// A number, aligned to the right; it becomes a text when it is shown. One that does not fit is shown as
+// "...", not padded, or as full stops in a field of one or two positions.
 class CTableIntItem : public CTableItem {
   public:
     // With a unit the value is a capacity in bytes.
-    CTableIntItem(uint32_t columnId, int64_t value, bool withUnit);
+    CTableIntItem(uint32_t columnId, int64_t value, bool withUnit)
+        : CTableIntItem(columnId, value, withUnit ? NumberFormat::Capacity : NumberFormat::Decimal) {}
 
-    size_t Render(std::string& out, uint32_t width) const override;
+    size_t Render(TextLine& out, uint32_t width) const override;
     int64_t GetValue() const override { return m_value; }
     int32_t Compare(const CTableItem& other) const override;
     NumberedText GetSortValue() const override { return {{}, m_value}; }
+    std::string GetText() const override { return std::string(FormatNumber(m_value, m_format).View()); }
+    size_t GetTextLength() const override { return m_textLength; }
 
-    // Rewrites the text from the value. `precise` gives a capacity in MByte two decimals.
-    virtual void FormatValue(bool precise);
+    // Chooses the text for the value. `precise` gives a capacity in MByte two decimals.
+    void FormatValue(bool precise);
 
     void SetValue(int64_t value);
 
   protected:
-    // For derived classes with a text of their own, which call SetValue in their constructors.
-    explicit CTableIntItem(uint32_t columnId) : CTableItem(columnId, Alignment::Right) {}
+    CTableIntItem(uint32_t columnId, int64_t value, NumberFormat format)
+        : CTableItem(columnId, Alignment::Right), m_format(format) {
+        SetValue(value);
+    }
 
   private:
-    bool m_withUnit = false;
+    NumberFormat m_format;
+    uint8_t m_textLength = 0;  // in positions
     int64_t m_value = 0;
 };
+
+static_assert(sizeof(CTableIntItem) == 24);
 
 // The number of a magazine, drive or slot: made from the zero-based number, it holds and shows the one-based
 // one.
 class CTableOneBasedIntItem final : public CTableIntItem {
   public:
-    CTableOneBasedIntItem(uint32_t columnId, int32_t zeroBasedNumber);
-
-    void FormatValue(bool precise) override;
+    CTableOneBasedIntItem(uint32_t columnId, int32_t zeroBasedNumber)
+        : CTableIntItem(columnId, int64_t{zeroBasedNumber} + 1, NumberFormat::Decimal) {}
 };
 
 // The used share of a capacity in whole percent. Its text ends in "%%", which the console shows as one
@@ -173,10 +161,10 @@ class CTableOneBasedIntItem final : public CTableIntItem {
 class CTablePercentIntItem final : public CTableIntItem {
   public:
     // `free` and `total` in bytes; a total below 1 is 0 percent used.
-    CTablePercentIntItem(uint32_t columnId, int64_t free, int64_t total);
+    CTablePercentIntItem(uint32_t columnId, int64_t free, int64_t total)
+        : CTableIntItem(columnId, UsedPercent(free, total), NumberFormat::Percent) {}
 
-    size_t Render(std::string& out, uint32_t width) const override;
-    void FormatValue(bool precise) override;
+    size_t Render(TextLine& out, uint32_t width) const override;
 };
 
 // A text, aligned to the left. One that does not fit loses its beginning, and "..." replaces the first three
@@ -186,20 +174,45 @@ class CTableStringItem : public CTableItem {
   public:
     CTableStringItem(uint32_t columnId, std::string_view text);
 
-    size_t Render(std::string& out, uint32_t width) const final;
+    size_t Render(TextLine& out, uint32_t width) const final;
     int32_t Compare(const CTableItem& other) const override;
-    NumberedText GetSortValue() const override { return SortValueOf(GetText()); }
+    NumberedText GetSortValue() const override { return SortValueOf(View()); }
+    std::string GetText() const override { return std::string(View()); }
+    size_t GetTextLength() const override { return IsPlain() ? View().size() : MeasureText(); }
 
-    void SetText(std::string_view text) { AssignText(text); }
+    bool OwnsHeapMemory() const override { return m_text.IsOnHeap(); }
+
+    // The full text.
+    std::string_view View() const { return m_text.View(); }
+
+    void SetText(std::string_view text);
 
   protected:
     // Appends a text that is too long for `width` positions; returns the positions taken.
-    virtual size_t RenderShortened(std::string& out, std::string_view text, uint32_t width) const;
+    virtual size_t RenderShortened(TextLine& out, std::string_view text, uint32_t width) const;
 
   private:
-    size_t RenderSafeText(std::string& out, std::string_view text, uint32_t width) const;
+    enum class Content : uint8_t { PrintableAscii, Safe, Unsafe };
+
+    static Content ContentOf(std::string_view text) {
+        if (IsPrintableAscii(text)) return Content::PrintableAscii;
+        return NeedsReplacing(text) ? Content::Unsafe : Content::Safe;
+    }
+    // Whether the text is printable ASCII: safe to show as it is.
+    bool IsPlain() const { return m_content == Content::PrintableAscii; }
+    // Whether the text holds characters that must not be shown as they are everywhere.
+    bool IsUnsafe() const { return m_content == Content::Unsafe; }
+
+    size_t MeasureText() const;
+    // Render for a text of `length` positions that is safe to show.
+    size_t RenderText(TextLine& out, std::string_view text, size_t length, uint32_t width) const;
     NumberedText SortValueOf(std::string_view text) const;
+
+    Content m_content;
+    CellText m_text;
 };
+
+static_assert(sizeof(CTableStringItem) == 40);
 
 // A directory path with backslashes. Of one that does not fit the end is shown as of any text, with two
 // exceptions: a path that begins and ends with a backslash is shown as "\...\", and one whose only
@@ -209,7 +222,7 @@ class CTableDirItem final : public CTableStringItem {
     using CTableStringItem::CTableStringItem;
 
   protected:
-    size_t RenderShortened(std::string& out, std::string_view text, uint32_t width) const override;
+    size_t RenderShortened(TextLine& out, std::string_view text, uint32_t width) const override;
 };
 
 }  // namespace Ostrel::UI::Console

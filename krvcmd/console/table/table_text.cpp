@@ -1,62 +1,98 @@
 #include "krvcmd/console/table/table_text.h"
 
 #include <algorithm>
+#include <string>
 
 #include "krvcmd/console/text/display_width.h"
+#include "krvcmd/console/text/percent_signs.h"
+#include "krvcmd/console/text/text_line.h"
 
 namespace Ostrel::UI::Console {
 namespace {
 
-// Pads the last line of `text`, which begins at byte `lineStart` and takes `length` positions, with blanks to
-// `width` positions, or cuts it.
-void FitLine(std::string& text, size_t lineStart, size_t length, size_t width) {
+// Pads a line of `length` positions with blanks to `width` positions, or cuts it.
+void FitLine(TextLine& line, size_t length, size_t width) {
     // Usually only the blank after the last cell is too much.
-    while (length > width && text.back() == ' ') {
-        text.pop_back();
+    while (length > width && line.View().back() == ' ') {
+        line.Truncate(line.GetSize() - 1);
         --length;
     }
     if (length > width) {
-        const std::string_view rest = LeadingPart(std::string_view(text).substr(lineStart), width);
+        const std::string_view rest = LeadingPart(line.View(), width);
         length = DisplayLength(rest);
-        text.resize(lineStart + rest.size());
+        line.Truncate(rest.size());
     }
-    text.append(width - length, ' ');
+    line.AppendBlanks(width - length);
 }
 
-const CTableItem* FindCell(const CTableRow& row, const LaidOutColumn& column) {
-    return column.hasCells ? row.FindItem(column.column->GetColumnId()) : nullptr;
+// Moves the line to the end of `text`, with a line break and one sign for every "%%".
+void EndLine(TextLine& line, std::string& text) {
+    line.Append('\n');
+    text.append(line.View(), 0, ResolvePercentSigns(line.Characters()));
+    line.Truncate(0);
 }
 
-void AppendFormattedRow(std::string& body, const TableLayout& layout, const CTableRow& row) {
-    const size_t separatorLength = DisplayLength(layout.separator);
-    const size_t lineStart = body.size();
-    size_t lineLength = 0;
-    size_t limit = layout.lineWidth;
-    for (const LaidOutColumn& column : layout.columns) {
-        const size_t columnStart = body.size();
-        if (!column.isFirst) body += layout.separator;
-        body += ' ';
-        size_t cellLength = column.width;
-        if (const CTableItem* item = FindCell(row, column)) {
-            cellLength = item->Render(body, column.width);
-            limit += column.hiddenSigns;
-        } else {
-            body.append(column.width, ' ');
-        }
-        const size_t blanks = lineLength + cellLength == limit ? 1 : 2;
-        // The separator before the cell does not count here.
-        if (lineLength + cellLength + blanks > limit) {
-            body.resize(columnStart);
-            break;
-        }
-        if (blanks == 2) body += ' ';
-        lineLength += cellLength + blanks + (column.isFirst ? 0 : separatorLength);
+// Writes the rows of a table to the end of a text, one after the other.
+class RowWriter {
+  public:
+    RowWriter(const TableLayout& layout, std::string& text) : m_layout(layout), m_text(text) {
+        m_columns.reserve(layout.columns.size());
+        for (const LaidOutColumn& column : layout.columns)
+            m_columns.push_back({column, CellFinder(column.column->GetColumnId())});
     }
-    if (!EndsInPercentCell(std::string_view(body).substr(lineStart))) {
-        FitLine(body, lineStart, lineLength, layout.lineWidth);
+
+    void AppendFormatted(const CTableRow& row) {
+        size_t lineLength = 0;
+        size_t limit = m_layout.lineWidth;
+        for (Column& column : m_columns) {
+            const LaidOutColumn& shown = column.shown;
+            const size_t columnStart = m_line.GetSize();
+            if (!shown.isFirst) m_line.Append(m_layout.separator);
+            m_line.AppendBlanks(1);
+            size_t cellLength = shown.width;
+            if (const CTableItem* item = column.FindCell(row)) {
+                cellLength = item->Render(m_line, shown.width);
+                limit += shown.hiddenSigns;
+            } else {
+                m_line.AppendBlanks(shown.width);
+            }
+            const size_t blanks = lineLength + cellLength == limit ? 1 : 2;
+            // The separator before the cell does not count here.
+            if (lineLength + cellLength + blanks > limit) {
+                m_line.Truncate(columnStart);
+                break;
+            }
+            if (blanks == 2) m_line.AppendBlanks(1);
+            lineLength += cellLength + blanks + (shown.isFirst ? 0 : m_layout.separatorLength);
+        }
+        if (!EndsInPercentCell(m_line.View())) FitLine(m_line, lineLength, m_layout.lineWidth);
+        EndLine(m_line, m_text);
     }
-    body += '\n';
-}
+
+    void AppendPlain(const CTableRow& row) {
+        constexpr uint32_t kFullText = 0;
+        for (Column& column : m_columns) {
+            if (!column.shown.isFirst) m_line.Append(m_layout.separator);
+            if (const CTableItem* item = column.FindCell(row)) item->Render(m_line, kFullText);
+        }
+        EndLine(m_line, m_text);
+    }
+
+  private:
+    struct Column {
+        const LaidOutColumn& shown;
+        CellFinder finder;
+
+        const CTableItem* FindCell(const CTableRow& row) {
+            return shown.hasCells ? finder.FindIn(row) : nullptr;
+        }
+    };
+
+    const TableLayout& m_layout;
+    std::string& m_text;
+    std::vector<Column> m_columns;
+    TextLine m_line;
+};
 
 void PrefetchCellList(const CTableRow& row) {
     constexpr size_t kPerCacheLine = 64 / sizeof(void*);
@@ -87,47 +123,42 @@ void ForEachRow(std::span<const CTableRow* const> rows, Append append) {
 }  // namespace
 
 std::string HeaderText(const TableLayout& layout) {
-    const size_t separatorLength = DisplayLength(layout.separator);
-    std::string text;
+    TextLine line;
     size_t lineLength = 0;
     for (const LaidOutColumn& column : layout.columns) {
         const std::string title = column.column->RenderTitle(column.width);
         const size_t titleLength = DisplayLength(title);
-        const std::string_view blankAfter = lineLength + titleLength == layout.lineWidth + 1 ? "" : " ";
-        if (lineLength + 1 + titleLength + blankAfter.size() > layout.lineWidth) break;
-        if (!text.empty()) {
-            text += layout.separator;
-            lineLength += separatorLength;
+        const size_t blanksAfter = lineLength + titleLength == layout.lineWidth + 1 ? 0 : 1;
+        if (lineLength + 1 + titleLength + blanksAfter > layout.lineWidth) break;
+        if (line.GetSize() != 0) {
+            line.Append(layout.separator);
+            lineLength += layout.separatorLength;
         }
-        text.append(1, ' ').append(title).append(blankAfter);
-        lineLength += 1 + titleLength + blankAfter.size();
+        line.AppendBlanks(1);
+        line.Append(title);
+        line.AppendBlanks(blanksAfter);
+        lineLength += 1 + titleLength + blanksAfter;
     }
     const size_t underlineLength = std::min(lineLength, layout.lineWidth);
-    FitLine(text, 0, lineLength, layout.lineWidth);
-    return text.append(1, '\n').append(underlineLength, '-').append(1, '\n');
+    FitLine(line, lineLength, layout.lineWidth);
+    std::string text;
+    EndLine(line, text);
+    return text.append(underlineLength, '-').append(1, '\n');
 }
 
 std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
-    size_t lineSize = layout.lineWidth + 1;
-    for (const LaidOutColumn& column : layout.columns)
-        lineSize += column.hiddenSigns;
     std::string body;
-    body.reserve(rows.size() * lineSize + 1);
-    ForEachRow(rows, [&](const CTableRow& row) { AppendFormattedRow(body, layout, row); });
+    body.reserve(rows.size() * (layout.lineWidth + 1) + 1);
+    RowWriter writer(layout, body);
+    ForEachRow(rows, [&](const CTableRow& row) { writer.AppendFormatted(row); });
     body += '\n';
     return body;
 }
 
 std::string PlainBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
-    constexpr uint32_t kFullText = 0;
     std::string body;
-    ForEachRow(rows, [&](const CTableRow& row) {
-        for (const LaidOutColumn& column : layout.columns) {
-            if (!column.isFirst) body += layout.separator;
-            if (const CTableItem* item = FindCell(row, column)) item->Render(body, kFullText);
-        }
-        body += '\n';
-    });
+    RowWriter writer(layout, body);
+    ForEachRow(rows, [&](const CTableRow& row) { writer.AppendPlain(row); });
     return body;
 }
 

@@ -24,10 +24,11 @@ struct LaidOutColumn {
 struct TableLayout {
     std::vector<LaidOutColumn> columns;
     std::string_view separator;
-    size_t lineWidth;  // in positions
+    size_t separatorLength;  // in positions
+    size_t lineWidth;        // in positions
 };
 
-// The texts of a table. "%%" in them stands for one percent sign.
+// The texts of a table, as the console shows them: "%%" in titles, cells and separators is one percent sign.
 
 // The line of titles and the underline.
 std::string HeaderText(const TableLayout& layout);

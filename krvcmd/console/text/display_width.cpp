@@ -22,9 +22,9 @@ size_t EllipsisLength(size_t width) {
 }
 
 // Appends `part`, which takes at most `width` positions, and a blank where a wide character was cut off.
-void AppendFilled(std::string& out, std::string_view part, size_t width) {
-    out += part;
-    out.append(width - DisplayLength(part), ' ');
+void AppendFilled(TextLine& out, std::string_view part, size_t width) {
+    out.Append(part);
+    out.AppendBlanks(width - DisplayLength(part));
 }
 
 }  // namespace
@@ -68,16 +68,16 @@ std::string_view TrailingPart(std::string_view text, size_t length) {
     return text;
 }
 
-size_t AppendElidedEnd(std::string& out, std::string_view text, size_t width) {
+size_t AppendElidedEnd(TextLine& out, std::string_view text, size_t width) {
     const size_t elided = EllipsisLength(width);
-    out += kEllipsis.substr(0, elided);
+    out.Append(kEllipsis.substr(0, elided));
     AppendFilled(out, TrailingPart(text, width - elided), width - elided);
     return width;
 }
 
-size_t AppendElidedBeginning(std::string& out, std::string_view text, size_t width) {
+size_t AppendElidedBeginning(TextLine& out, std::string_view text, size_t width) {
     const size_t elided = EllipsisLength(width);
-    out += kEllipsis.substr(0, elided);
+    out.Append(kEllipsis.substr(0, elided));
     const std::string_view rest = TrailingPart(text, DisplayLength(text) - elided);
     AppendFilled(out, LeadingPart(rest, width - elided), width - elided);
     return width;

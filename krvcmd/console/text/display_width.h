@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
 
+#include "krvcmd/console/text/text_line.h"
 #include "krvcmd/console/text/utf8.h"
 
 namespace Ostrel::UI::Console {
@@ -29,7 +29,7 @@ inline constexpr std::string_view kEllipsis = "...";
 // Append the end or the beginning of `text`, which is longer than `width` positions, in exactly `width` (1 or
 // more) positions. When `width` is above 3, "..." stands in place of the first three positions of that part.
 // Both return `width`.
-size_t AppendElidedEnd(std::string& out, std::string_view text, size_t width);
-size_t AppendElidedBeginning(std::string& out, std::string_view text, size_t width);
+size_t AppendElidedEnd(TextLine& out, std::string_view text, size_t width);
+size_t AppendElidedBeginning(TextLine& out, std::string_view text, size_t width);
 
 }  // namespace Ostrel::UI::Console

@@ -27,19 +27,39 @@ constexpr std::array<CapacityUnit, 3> kUnits{{
 // Divides in single precision: the digits shown depend on it. The quotient has 24 significant binary digits,
 // so a hundred times as much is exact in double precision. Rounded to the nearest whole number, ties to even,
 // it gives the digits of formatted printing.
-std::string QuotientText(int64_t dividend, float divisor, Decimals decimals, std::string_view unit) {
+void AppendQuotient(NumberText& text, int64_t dividend, float divisor, Decimals decimals) {
     const double quotient = static_cast<float>(dividend) / divisor;
-    std::string text;
     if (decimals == Decimals::None) {
-        text = DecimalText(std::llrint(quotient)).View();
-    } else {
-        const int64_t hundredths = std::llrint(quotient * 100);
-        text = DecimalText(hundredths / 100).View();
-        text += '.';
-        text += static_cast<char>('0' + hundredths / 10 % 10);
-        text += static_cast<char>('0' + hundredths % 10);
+        text.AppendNumber(std::llrint(quotient));
+        return;
     }
-    return text.append(unit);
+    const int64_t hundredths = std::llrint(quotient * 100);
+    text.AppendNumber(hundredths / 100);
+    text.Append(".");
+    text.AppendNumber(hundredths / 10 % 10);
+    text.AppendNumber(hundredths % 10);
+}
+
+void AppendCapacity(NumberText& text, int64_t bytes, bool precise) {
+    if (bytes == 0) {
+        text.Append("0");
+        return;
+    }
+    if (bytes < 1000) {
+        // Shown unsigned, so a negative value becomes a very large one.
+        text.AppendNumber(static_cast<uint64_t>(bytes));
+        text.Append(" Byte");
+        return;
+    }
+    for (const CapacityUnit& unit : kUnits) {
+        if (bytes >= unit.limit) continue;
+        AppendQuotient(text, bytes, unit.divisor, precise ? unit.preciseDecimals : unit.decimals);
+        text.Append(unit.name);
+        return;
+    }
+    // The first of the two steps to TByte is a division of whole numbers.
+    AppendQuotient(text, bytes >> 20, 1'048'576.0F, Decimals::Two);
+    text.Append(" TByte");
 }
 
 constexpr uint64_t kLargest = std::numeric_limits<int64_t>::max();
@@ -65,6 +85,7 @@ uint64_t PercentBelowWhole(uint64_t rest, uint64_t total) {
 }
 
 int64_t PercentOf(uint64_t used, uint64_t total) {
+    if (used <= kLargest / 100) return static_cast<int64_t>(used * 100 / total);
     const uint64_t whole = used / total;
     if (whole >= kLargest / 100) return static_cast<int64_t>(kLargest);
     return static_cast<int64_t>(whole * 100 + PercentBelowWhole(used % total, total));
@@ -72,20 +93,29 @@ int64_t PercentOf(uint64_t used, uint64_t total) {
 
 }  // namespace
 
+NumberText FormatNumber(int64_t value, NumberFormat format) {
+    NumberText text;
+    switch (format) {
+        case NumberFormat::Decimal:
+            text.AppendNumber(value);
+            break;
+        case NumberFormat::Capacity:
+            AppendCapacity(text, value, /*precise=*/false);
+            break;
+        case NumberFormat::PreciseCapacity:
+            AppendCapacity(text, value, /*precise=*/true);
+            break;
+        case NumberFormat::Percent:
+            text.AppendNumber(value);
+            text.Append("%%");
+            break;
+    }
+    return text;
+}
+
 std::string CapacityText(int64_t bytes, bool precise) {
-    if (bytes == 0) return "0";
-    if (bytes < 1000) {
-        // Shown unsigned, so a negative value becomes a very large one.
-        std::string text(DecimalText(static_cast<uint64_t>(bytes)).View());
-        return text += " Byte";
-    }
-    for (const CapacityUnit& unit : kUnits) {
-        if (bytes >= unit.limit) continue;
-        const Decimals decimals = precise ? unit.preciseDecimals : unit.decimals;
-        return QuotientText(bytes, unit.divisor, decimals, unit.name);
-    }
-    // The first of the two steps to TByte is a division of whole numbers.
-    return QuotientText(bytes >> 20, 1'048'576.0F, Decimals::Two, " TByte");
+    const NumberFormat format = precise ? NumberFormat::PreciseCapacity : NumberFormat::Capacity;
+    return std::string(FormatNumber(bytes, format).View());
 }
 
 int64_t UsedPercent(int64_t free, int64_t total) {

@@ -1,33 +1,20 @@
 #pragma once
 
-#include <array>
-#include <charconv>
-#include <concepts>
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <string_view>
+
+#include "krvcmd/console/text/short_text.h"
 
 namespace Ostrel::UI::Console {
 
-// A whole number in decimal digits, without a heap.
-class DecimalText {
-  public:
-    template <std::integral T>
-    explicit DecimalText(T value) {
-        m_end = std::to_chars(m_digits.data(), m_digits.data() + m_digits.size(), value).ptr;
-    }
+// How a number is written: as it is; as a capacity in bytes with a unit; or with the two signs that a format
+// takes for one percent sign. A precise capacity gives values in MByte two decimals.
+enum class NumberFormat : uint8_t { Decimal, Capacity, PreciseCapacity, Percent };
 
-    DecimalText(const DecimalText&) = delete;
-    DecimalText& operator=(const DecimalText&) = delete;
+// The longest is 20 digits and " Byte".
+using NumberText = ShortText<32>;
 
-    // Valid as long as this object.
-    std::string_view View() const { return {m_digits.data(), static_cast<size_t>(m_end - m_digits.data())}; }
-
-  private:
-    std::array<char, 20> m_digits;  // the sign and the 19 digits of the smallest 64-bit number
-    char* m_end = m_digits.data();
-};
+NumberText FormatNumber(int64_t value, NumberFormat format);
 
 // A number of bytes with its unit, such as "650 MByte" or "4.38 GByte"; "0" has no unit. `precise` gives
 // values in MByte two decimals; every other unit has a fixed number of them.

@@ -6,6 +6,7 @@
 #include "krvcmd/console/table/fit_columns.h"
 #include "krvcmd/console/table/table_text.h"
 #include "krvcmd/console/text/display_width.h"
+#include "krvcmd/console/text/percent_signs.h"
 #include "krvcmd/console/text/wrap.h"
 
 namespace krvcmd {
@@ -23,23 +24,6 @@ void ReplacePlaceholder(std::string& text, std::string_view placeholder, std::st
     for (size_t at = text.find(placeholder); at != std::string::npos; at = text.find(placeholder)) {
         text.replace(at, placeholder.size(), replacement);
     }
-}
-
-void ResolvePercentSigns(std::string& text) {
-    constexpr std::string_view kDoubled = "%%";
-    size_t doubled = text.find(kDoubled);
-    if (doubled == std::string::npos) return;
-
-    // Everything between two doubled signs moves left in one piece.
-    size_t end = doubled;
-    while (doubled != std::string::npos) {
-        const size_t begin = doubled + 1;
-        doubled = text.find(kDoubled, begin + 1);
-        const size_t next = doubled == std::string::npos ? text.size() : doubled;
-        std::char_traits<char>::move(&text[end], &text[begin], next - begin);
-        end += next - begin;
-    }
-    text.resize(end);
 }
 
 COutputObject::COutputObject()
@@ -63,11 +47,11 @@ void COutputObject::Print() {
     const TableLayout layout = MakeLayout(FitIntoLine());
     const std::vector<const CTableRow*> rows = GetRowsInOrder();
     if (!m_formatted) {
-        WriteFormat(Stream::StandardOutput, PlainBodyText(layout, rows));
+        m_streams.Write(Stream::StandardOutput, PlainBodyText(layout, rows));
         return;
     }
-    WriteFormat(Stream::StandardOutput, HeaderText(layout));
-    WriteFormat(Stream::StandardOutput, FormattedBodyText(layout, rows));
+    m_streams.Write(Stream::StandardOutput, HeaderText(layout));
+    m_streams.Write(Stream::StandardOutput, FormattedBodyText(layout, rows));
 }
 
 void COutputObject::MeasureColumns() {
@@ -100,7 +84,7 @@ size_t COutputObject::FitIntoLine() {
 }
 
 TableLayout COutputObject::MakeLayout(size_t lineWidth) const {
-    TableLayout layout{{}, GetSeparator(), lineWidth};
+    TableLayout layout{{}, GetSeparator(), DisplayLength(GetSeparator()), lineWidth};
     for (size_t index = 0; index < GetColumnCount(); ++index) {
         const CTableColumn& column = GetColumns()[index];
         const uint32_t width = column.GetWidth(/*useTitle=*/ShowsEmptyColumns());

@@ -30,10 +30,6 @@ namespace Ostrel::UI::Console {
 // that a replacement completes is replaced too. `replacement` must not contain `placeholder`.
 void ReplacePlaceholder(std::string& text, std::string_view placeholder, std::string_view replacement);
 
-// Makes of a format what formatted printing without arguments shows: "%%" becomes one percent sign, read from
-// left to right; any other "%" stays.
-void ResolvePercentSigns(std::string& text);
-
 // The console writer: free text, definition lines and its own table. In every text "%%" shows as one percent
 // sign, any other "%" as itself.
 class COutputObject : public CTable {
@@ -70,7 +66,7 @@ class COutputObject : public CTable {
     // Narrows elastic columns when the table is wider than the line. Returns the width of the table's lines.
     size_t FitIntoLine();
     TableLayout MakeLayout(size_t lineWidth) const;
-    // Writes a format; every text goes through here.
+    // Writes a text in which "%%" stands for one percent sign.
     void WriteFormat(Stream stream, std::string format);
 
     uint32_t m_maxWidth = 1000;

@@ -11,12 +11,25 @@ using namespace Ostrel::UI::Console;
 constexpr int64_t kLargest = std::numeric_limits<int64_t>::max();
 constexpr int64_t kSmallest = std::numeric_limits<int64_t>::min();
 
-TEST(DecimalText, HasRoomForEveryNumber) {
-    EXPECT_EQ(DecimalText(0).View(), "0");
-    EXPECT_EQ(DecimalText(-17).View(), "-17");
-    EXPECT_EQ(DecimalText(kLargest).View(), "9223372036854775807");
-    EXPECT_EQ(DecimalText(kSmallest).View(), "-9223372036854775808");
-    EXPECT_EQ(DecimalText(std::numeric_limits<uint64_t>::max()).View(), "18446744073709551615");
+std::string Formatted(int64_t value, NumberFormat format) {
+    return std::string(FormatNumber(value, format).View());
+}
+
+TEST(FormatNumber, HasRoomForEveryNumber) {
+    EXPECT_EQ(Formatted(0, NumberFormat::Decimal), "0");
+    EXPECT_EQ(Formatted(-17, NumberFormat::Decimal), "-17");
+    EXPECT_EQ(Formatted(kLargest, NumberFormat::Decimal), "9223372036854775807");
+    EXPECT_EQ(Formatted(kSmallest, NumberFormat::Decimal), "-9223372036854775808");
+    EXPECT_EQ(Formatted(-1, NumberFormat::Capacity), "18446744073709551615 Byte");
+    EXPECT_EQ(Formatted(kLargest, NumberFormat::Capacity), "8388608.00 TByte");
+    EXPECT_EQ(Formatted(kSmallest, NumberFormat::Percent), "-9223372036854775808%%");
+}
+
+TEST(FormatNumber, WritesTheSameNumberInEveryFormat) {
+    EXPECT_EQ(Formatted(1'572'864, NumberFormat::Decimal), "1572864");
+    EXPECT_EQ(Formatted(1'572'864, NumberFormat::Capacity), "2 MByte");
+    EXPECT_EQ(Formatted(1'572'864, NumberFormat::PreciseCapacity), "1.50 MByte");
+    EXPECT_EQ(Formatted(1'572'864, NumberFormat::Percent), "1572864%%");
 }
 
 struct CapacityCase {

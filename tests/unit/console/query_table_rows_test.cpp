@@ -74,7 +74,9 @@ std::string RowOf(const std::function<void(CKrvQueryTable&)>& add) {
 // The text of a cell that no letter selects; "none" when the row does not have it.
 std::string HiddenCellOf(uint32_t columnId, const std::function<void(CKrvQueryTable&)>& add) {
     CKrvQueryTable table;
-    EXPECT_TRUE(table.SetColumnLetters("I"));
+    CTableColumn column;
+    column.SetColumnId(columnId);
+    table.SetColumns({column});
     add(table);
     const CTableItem* item = table.GetRowsInOrder().front()->FindItem(columnId);
     return item == nullptr ? "none" : std::string(item->GetText());
@@ -86,7 +88,7 @@ TEST(QueryTable, HasTheQuerysSettings) {
     EXPECT_EQ(table.GetColumnCount(), 0U);
 }
 
-TEST(QueryTable, LeavesOutNumbersAndTextsThatItNeitherShowsNorSortsBy) {
+TEST(QueryTable, LeavesOutCellsThatItNeitherShowsNorSortsBy) {
     CKrvQueryTable table;
     EXPECT_TRUE(table.SetColumnLetters("Il"));
     EXPECT_TRUE(table.SetSortLetters("-Y"));
@@ -94,9 +96,22 @@ TEST(QueryTable, LeavesOutNumbersAndTextsThatItNeitherShowsNorSortsBy) {
     const CTableRow& row = *table.GetRowsInOrder().front();
     for (const uint32_t used : {column_id::kVolumeId, column_id::kLabel, column_id::kTotalBytes})
         EXPECT_NE(row.FindItem(used), nullptr) << used;
-    for (const uint32_t unused : {column_id::kLocation, column_id::kTotalCapacity, column_id::kUsedCapacity,
-                                  column_id::kUsedBytes, column_id::kFileSystem, column_id::kDirectory})
+    for (const uint32_t unused :
+         {column_id::kLocation, column_id::kTotalCapacity, column_id::kUsedCapacity, column_id::kUsedBytes,
+          column_id::kUsedPercent, column_id::kFileSystem, column_id::kDirectory, column_id::kVolumeType,
+          column_id::kSlot, column_id::kSide, column_id::kMediaType, column_id::kFinalization,
+          column_id::kRecordedState})
         EXPECT_EQ(row.FindItem(unused), nullptr) << unused;
+}
+
+TEST(QueryTable, ShowsALineForARowThatFillsNoneOfItsColumns) {
+    CKrvQueryTable table;
+    EXPECT_TRUE(table.SetColumnLetters("dS"));
+    EXPECT_TRUE(table.SetSortLetters("F"));
+    table.AddVolumeRow(Backup());
+    table.AddSideRow(Tower(1), {sizeof(SideKey), 11, 0, 4, 0}, {}, Backup());
+    // An empty header and underline, two rows, and the empty line at the end.
+    EXPECT_EQ(OutputOf([&] { table.Print(); }), "\n\n\n\n\n");
 }
 
 TEST(JukeboxRow, ShowsTheJukebox) {

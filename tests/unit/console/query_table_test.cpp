@@ -162,10 +162,21 @@ std::set<uint32_t> ColumnIdsOf(const CTableRow& row) {
     return ids;
 }
 
+// Every column, also those that no letter selects.
+std::vector<CTableColumn> AllColumns() {
+    std::vector<CTableColumn> columns;
+    for (const ColumnInfo& info : GetColumnCatalogue())
+        columns.push_back(MakeColumn(info.letter));
+    for (const uint32_t columnId : {column_id::kFinalization, column_id::kRecordedState}) {
+        columns.emplace_back();
+        columns.back().SetColumnId(columnId);
+    }
+    return columns;
+}
+
 TEST(QueryTableMemory, LeavesOutACellForWhichThereIsNone) {
-    constexpr std::string_view kAllLetters = "SDMIJNLmdsaCRPFnlvftxXzyYo";
     CKrvQueryTable complete;
-    ASSERT_TRUE(complete.SetColumnLetters(kAllLetters));
+    complete.SetColumns(AllColumns());
     complete.AddSideRow(LongNamedJukebox(), {}, {}, LongNamedVolume());
     const std::set<uint32_t> allIds = ColumnIdsOf(*complete.GetRowsInOrder().front());
     ASSERT_EQ(allIds.size(), 18U);
@@ -176,7 +187,7 @@ TEST(QueryTableMemory, LeavesOutACellForWhichThereIsNone) {
         const krvcmd::JukeboxInfo jukebox = LongNamedJukebox();
         const krvcmd::VolumeInfo volume = LongNamedVolume();
         CKrvQueryTable table;
-        ASSERT_TRUE(table.SetColumnLetters(kAllLetters));
+        table.SetColumns(AllColumns());
         {
             const FailingAllocation failure(number);
             try {

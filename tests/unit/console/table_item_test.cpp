@@ -64,10 +64,6 @@ TEST(TableIntItem, ShowsItsValueInDecimal) {
     EXPECT_EQ(Rendered(Plain(std::numeric_limits<int64_t>::min()), 0), "-9223372036854775808");
 }
 
-TEST(TableIntItem, IsSafeToShowAsItIs) {
-    EXPECT_TRUE(Plain(-17).IsPlain());
-}
-
 TEST(TableIntItem, AlignsToTheRight) {
     EXPECT_EQ(Rendered(Plain(123), 5), "  123");
     EXPECT_EQ(Rendered(Plain(123), 4), " 123");

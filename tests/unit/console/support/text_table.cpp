@@ -60,9 +60,9 @@ std::unique_ptr<CTableItem> Percent(uint32_t columnId, int64_t used) {
 }
 
 std::string Rendered(const CTableItem& cell, uint32_t width) {
-    std::string text;
+    TextLine text;
     cell.Render(text, width);
-    return text;
+    return std::string(text.View());
 }
 
 }  // namespace krvcmd::test
