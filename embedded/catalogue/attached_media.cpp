@@ -4,6 +4,7 @@
 
 #include "embedded/catalogue/change_made.h"
 #include "embedded/catalogue/item_texts.h"
+#include "embedded/catalogue/service_state.h"
 #include "embedded/catalogue/volume_changes.h"
 #include "embedded/model/media_types.h"
 #include "embedded/store/statement.h"
@@ -55,14 +56,6 @@ constexpr Sql kSetIdentity = R"sql(
 constexpr Sql kForgetIdentity = R"sql(DELETE FROM side_identity WHERE medium = ?1 AND side = ?2)sql";
 constexpr Sql kSetKnownState = R"sql(UPDATE known_medium SET state = ?2 WHERE medium = ?1)sql";
 
-constexpr Sql kAddReadVolume = R"sql(
-    INSERT INTO volume (id, type, state, enabled, file_system, label, total, free, value1, value2)
-    VALUES (?1, 0, 0, 1, ?2, ?3, ?4, ?5, -1, 0)
-)sql";
-constexpr Sql kSetVolume = R"sql(
-    UPDATE volume SET file_system = ?2, label = ?3, total = ?4, free = ?5 WHERE id = ?1
-)sql";
-
 // A medium without a barcode that left the jukebox, by what was on its side.
 constexpr Sql kOnShelfByContent = R"sql(
     SELECT i.medium, s.volume FROM side_identity i
@@ -81,13 +74,6 @@ constexpr Sql kVolumesOnMedium = R"sql(
 uint16_t ElementOf(Database& database, const SlotPlace& place) {
     return FindValue<uint16_t>(database, kElementOfSlot, place.jukebox, place.magazine, place.slot)
         .value_or(0);
-}
-
-void RequireMailSlots(Database& database, int32_t jukebox) {
-    const std::string name = FindJukebox(database, jukebox).name;
-    if (FindValue<int64_t>(database, kMailSlotCount, jukebox).value_or(0) == 0) {
-        throw Refuse(Code::NoMailSlots, {name});
-    }
 }
 
 bool IsDoubleSided(Database& database, int32_t jukebox) {
@@ -117,60 +103,69 @@ int32_t TakeReturnedVolume(Database& database, int64_t medium, const SideReading
 }
 
 // The volume on a side that holds a file system: the one that was there, when it is still the same.
-int32_t VolumeOf(Database& database, const Slot& slot, const ReadSide& read) {
-    const int64_t medium = slot.medium->id;
+int32_t VolumeOf(Database& database, const Medium& medium, const ReadSide& read) {
     const SideReading& reading = read.reading;
-    const auto before = FindSide(database, *slot.medium, read.side);
+    const auto before = FindSide(database, medium, read.side);
     const int32_t old = before.has_value() ? before->volume : 0;
-    const auto identity = FindValue<std::string>(database, kIdentity, medium, read.side).value_or("");
+    const auto identity = FindValue<std::string>(database, kIdentity, medium.id, read.side).value_or("");
     if (old != 0 && identity == reading.uuid) return old;
     if (old != 0) RemoveVolume(database, old);
-    const int32_t returned = TakeReturnedVolume(database, medium, reading);
+    const int32_t returned = TakeReturnedVolume(database, medium.id, reading);
     if (returned != 0) return returned;
-    const int32_t volume = TakeVolumeId(database);
-    Run(database, kAddReadVolume, volume, reading.fileSystem, reading.label, reading.total, reading.free);
-    return volume;
+    return AddVolume(database, reading);
 }
 
-void RecordSide(Database& database, const Slot& slot, const ReadSide& read) {
-    const int64_t medium = slot.medium->id;
+void RecordSide(Database& database, const Medium& medium, const ReadSide& read) {
     const SideReading& reading = read.reading;
     if (reading.content == Content::Bad) {
-        Run(database, kSetBadSide, medium, read.side);
+        Run(database, kSetBadSide, medium.id, read.side);
         return;
     }
     int32_t volume = 0;
     if (reading.content == Content::FileSystem) {
-        volume = VolumeOf(database, slot, read);
-        Run(database, kSetVolume, volume, reading.fileSystem, reading.label, reading.total, reading.free);
-        Run(database, kSetIdentity, medium, read.side, reading.uuid);
+        volume = VolumeOf(database, medium, read);
+        SetVolume(database, volume, reading);
+        Run(database, kSetIdentity, medium.id, read.side, reading.uuid);
     } else {
-        const auto before = FindSide(database, *slot.medium, read.side);
+        const auto before = FindSide(database, medium, read.side);
         if (before.has_value() && before->volume != 0) RemoveVolume(database, before->volume);
-        Run(database, kForgetIdentity, medium, read.side);
+        Run(database, kForgetIdentity, medium.id, read.side);
     }
-    Run(database, kRecordSide, medium, read.side, reading.content, reading.finalization, reading.isSequential,
-        volume);
+    Run(database, kRecordSide, medium.id, read.side, reading.content, reading.finalization,
+        reading.isSequential, volume);
+}
+
+// Some drives report a written disc as one that is read-only: the medium keeps its type. A volume that was
+// formatted keeps its ID.
+void RecordReadAgain(Database& database, const Slot& slot, std::vector<ReadSide> sides) {
+    const Medium& medium = *slot.medium;
+    for (ReadSide& side : sides) {
+        if (medium.type != kUnknownMedium) side.reading.mediumType = medium.type;
+        const bool hasFileSystem = side.reading.content == Content::FileSystem;
+        if (hasFileSystem) Run(database, kSetIdentity, medium.id, side.side, side.reading.uuid);
+    }
+    (void)RecordScan(database, slot, kBothSides, sides);
 }
 
 }  // namespace
 
-MovePlan PlanRealImport(Database& database, const SlotKey& key) {
-    RequireEnabledJukebox(database, key.jukeboxId);
-    RequireMailSlots(database, key.jukeboxId);
-    const Transfer transfer = PlanImport(database, key);
-    const auto mailSlot = FindValue<uint16_t>(database, kMailSlotOf, transfer.medium.id).value_or(0);
-    return {transfer, mailSlot, ElementOf(database, transfer.slot)};
+void RequireMailSlots(Database& database, int32_t jukebox) {
+    if (!ReadServiceState(database).isAttached) return;
+    if (FindValue<int64_t>(database, kMailSlotCount, jukebox).value_or(0) > 0) return;
+    throw Refuse(Code::NoMailSlots, {FindJukebox(database, jukebox).name});
 }
 
-MovePlan PlanRealExport(Database& database, const SlotKey& key) {
-    const Transfer transfer = PlanExport(database, key);
-    RequireMailSlots(database, key.jukeboxId);
-    const auto mailSlot = FindValue<uint16_t>(database, kFreeMailSlot, key.jukeboxId);
-    if (!mailSlot.has_value()) {
-        throw Refuse(Code::MailSlotsFull, {FindJukebox(database, key.jukeboxId).name});
-    }
-    return {transfer, ElementOf(database, transfer.slot), *mailSlot};
+ElementPair ElementsOfImport(Database& database, const Transfer& transfer) {
+    const auto mailSlot = FindValue<uint16_t>(database, kMailSlotOf, transfer.medium.id).value_or(0);
+    return {mailSlot, ElementOf(database, transfer.slot)};
+}
+
+ElementPair ElementsOfExport(Database& database, const Transfer& transfer) {
+    const int32_t jukebox = transfer.slot.jukebox;
+    RequireMailSlots(database, jukebox);
+    const auto mailSlot = FindValue<uint16_t>(database, kFreeMailSlot, jukebox);
+    if (!mailSlot.has_value()) throw Refuse(Code::MailSlotsFull, {FindJukebox(database, jukebox).name});
+    return {ElementOf(database, transfer.slot), *mailSlot};
 }
 
 LoadPlan PlanLoad(Database& database, const Slot& slot, int32_t side, const std::vector<uint16_t>& taken) {
@@ -191,47 +186,37 @@ LoadPlan PlanLoad(Database& database, const Slot& slot, int32_t side, const std:
     throw Refuse(Code::NoUsableDrive, {FindJukebox(database, slot.place.jukebox).name, reason});
 }
 
-ScanResult RecordScan(Database& database, const Slot& slot, const std::vector<ReadSide>& sides) {
-    ScanResult result;
+uint32_t RecordReadings(Database& database, const Medium& medium, const std::vector<ReadSide>& sides) {
     const auto isBad = [](const ReadSide& side) { return side.reading.content == Content::Bad; };
     int32_t sideCount = 1;
     for (const ReadSide& side : sides) {
-        RecordSide(database, slot, side);
+        RecordSide(database, medium, side);
         sideCount = std::max(sideCount, side.side + 1);
     }
     const auto good = std::ranges::find_if_not(sides, isBad);
-    const uint32_t type = good == sides.end() ? slot.medium->type : good->reading.mediumType;
-    Run(database, kSetMedium, slot.medium->id, type, sideCount);
-    const bool isReadable = IsReadable(database, *slot.medium);
-    const SlotState state = isReadable ? SlotState::Full : SlotState::ScanFailed;
-    SetSlotState(database, slot.place, state);
-    Run(database, kSetKnownState, slot.medium->id, state);
-    RefreshVolumesOf(database, *slot.medium);
-    result.change = ScanText(database, {slot.place, state, Medium{slot.medium->id, type}});
-    if (!isReadable) {
-        result.refusal = Refuse(Code::SideUnreadable, {"the medium in " + PlaceText(database, slot.place)});
-    }
-    return result;
+    const uint32_t type = good == sides.end() ? medium.type : good->reading.mediumType;
+    Run(database, kSetMedium, medium.id, type, sideCount);
+    return type;
+}
+
+void SetKnownState(Database& database, const Medium& medium, SlotState state) {
+    Run(database, kSetKnownState, medium.id, state);
 }
 
 void MarkUnread(Database& database, const Slot& slot) {
     SetSlotState(database, slot.place, SlotState::Unknown);
-    Run(database, kSetKnownState, slot.medium->id, SlotState::Unknown);
+    SetKnownState(database, *slot.medium, SlotState::Unknown);
 }
 
-void MarkUnchanged(Database& database, const Slot& slot) {
-    SetSlotState(database, slot.place, slot.state);
-    Run(database, kSetKnownState, slot.medium->id, slot.state);
-}
-
-void RecordWriting(Database& database, const Slot& slot, std::vector<ReadSide> sides) {
-    for (ReadSide& side : sides) {
-        // Some drives report a written disc as one that is read-only.
-        if (slot.medium->type != kUnknownMedium) side.reading.mediumType = slot.medium->type;
-        const bool hasFileSystem = side.reading.content == Content::FileSystem;
-        if (hasFileSystem) Run(database, kSetIdentity, slot.medium->id, side.side, side.reading.uuid);
+void ConfirmWriting(Database& database, const WritePlan& plan, const WrittenSides& written) {
+    const Slot& slot = plan.slot;
+    const SideAfter end = written.end.side;
+    if (!written.sides.empty()) RecordReadAgain(database, slot, written.sides);
+    if (end == SideAfter::Unknown) MarkUnread(database, slot);
+    if (end == SideAfter::Untouched && written.sides.empty()) {
+        SetSlotState(database, slot.place, slot.state);
+        SetKnownState(database, *slot.medium, slot.state);
     }
-    (void)RecordScan(database, slot, sides);
 }
 
 }  // namespace embedded

@@ -4,22 +4,27 @@
 #include <string>
 #include <vector>
 
+#include "embedded/catalogue/format_erase_finalize.h"
 #include "embedded/catalogue/import_export_scan.h"
 #include "embedded/jukebox/physical_jukebox.h"
 
 namespace embedded {
 
-// What the calls are in a real jukebox. Plans refuse what the service does not do, and change nothing.
+// What of the calls is special in a real jukebox: elements, drives, and media that are recognised by what was
+// read.
 
-struct MovePlan {
-    Transfer transfer;
-    uint16_t source = 0;  // element addresses
+// The elements that a medium moves from and to.
+struct ElementPair {
+    uint16_t source = 0;
     uint16_t destination = 0;
 };
 
-// From the mail slots, and to them.
-MovePlan PlanRealImport(Database& database, const SlotKey& key);
-MovePlan PlanRealExport(Database& database, const SlotKey& key);
+// From the mail slot that holds the medium, and to one that is free; refused when there is none.
+ElementPair ElementsOfImport(Database& database, const Transfer& transfer);
+ElementPair ElementsOfExport(Database& database, const Transfer& transfer);
+
+// Simulated jukeboxes need none.
+void RequireMailSlots(Database& database, int32_t jukebox);
 
 // A medium on its way to a drive and back.
 struct LoadPlan {
@@ -34,22 +39,17 @@ struct LoadPlan {
 // slot must hold one as well.
 LoadPlan PlanLoad(Database& database, const Slot& slot, int32_t side, const std::vector<uint16_t>& taken);
 
-// What was read of a side; in the order of the plan.
-struct ReadSide {
-    int32_t side = 0;
-    SideReading reading;
-};
+// Records which volumes are on the sides of a medium, new ones and known ones that came back, and returns the
+// type of the medium. This and the following run in the caller's transaction.
+uint32_t RecordReadings(Database& database, const Medium& medium, const std::vector<ReadSide>& sides);
 
-// Records what the medium holds: which volumes are on it, new ones and known ones that came back. Runs in the
-// caller's transaction.
-ScanResult RecordScan(Database& database, const Slot& slot, const std::vector<ReadSide>& sides);
+// The state of the medium's slot, wherever that is.
+void SetKnownState(Database& database, const Medium& medium, SlotState state);
 
 // Before a medium is written: nobody knows what is on it until the end is recorded.
 void MarkUnread(Database& database, const Slot& slot);
-// Nothing was written after all.
-void MarkUnchanged(Database& database, const Slot& slot);
 
-// Records sides that were written and read again; a volume that was formatted keeps its ID.
-void RecordWriting(Database& database, const Slot& slot, std::vector<ReadSide> sides);
+// What is on a real medium after RecordWriting: what was read again, or that nobody knows it.
+void ConfirmWriting(Database& database, const WritePlan& plan, const WrittenSides& written);
 
 }  // namespace embedded

@@ -1,26 +1,18 @@
 #include "embedded/catalogue/change_made.h"
 
 namespace embedded {
-namespace {
 
-HandledSides SidesOf(Database& database, const Medium& medium, int32_t side) {
-    if (side != kBothSides) return side == 0 ? HandledSides::A : HandledSides::B;
-    return FindSides(database, medium).size() > 1 ? HandledSides::Both : HandledSides::A;
+HandledSides SidesOfKey(int32_t side, size_t sideCount) {
+    if (side == kBothSides) return sideCount > 1 ? HandledSides::Both : HandledSides::A;
+    return side == 0 ? HandledSides::A : HandledSides::B;
 }
 
-}  // namespace
-
-HandledMedium MovedMedium(Database& database, const SlotPlace& place, const Medium& medium) {
-    HandledMedium moved;
-    moved.type = medium.type;
-    moved.slot = AbsoluteSlot(database, place);
-    return moved;
-}
-
-HandledMedium DrivenMedium(Database& database, const SlotPlace& place, const Medium& medium, int32_t side) {
-    HandledMedium driven = MovedMedium(database, place, medium);
-    driven.sides = SidesOf(database, medium, side);
-    return driven;
+HandledMedium Handled(Database& database, const SlotPlace& place, const Medium& medium, HandledSides sides) {
+    HandledMedium handled;
+    handled.type = medium.type;
+    handled.slot = AbsoluteSlot(database, place);
+    handled.sides = sides;
+    return handled;
 }
 
 }  // namespace embedded

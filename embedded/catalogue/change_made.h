@@ -7,6 +7,7 @@
 
 #include "embedded/catalogue/items.h"
 #include "embedded/model/handled_medium.h"
+#include "embedded/model/refusal.h"
 #include "embedded/store/database.h"
 
 namespace embedded {
@@ -24,10 +25,17 @@ struct ChangeMade {
     std::optional<HandledMedium> medium;
 };
 
-// A medium that the robot moves from or to the slot, without a drive.
-HandledMedium MovedMedium(Database& database, const SlotPlace& place, const Medium& medium);
+struct CallOutcome {
+    ChangeMade change{std::string()};
+    // The call fails, but what it has changed is kept: the medium cannot be read, or the slot is empty.
+    std::optional<Refusal> refusal;
+};
 
-// A medium that goes from the slot to a drive and back.
-HandledMedium DrivenMedium(Database& database, const SlotPlace& place, const Medium& medium, int32_t side);
+// The sides that a key means, of a medium with that many.
+HandledSides SidesOfKey(int32_t side, size_t sideCount);
+
+// A medium that the robot moves from or to the slot, and the sides of it that a drive works on; with none, it
+// goes to no drive.
+HandledMedium Handled(Database& database, const SlotPlace& place, const Medium& medium, HandledSides sides);
 
 }  // namespace embedded

@@ -21,15 +21,6 @@ constexpr Sql kFinalizeSide = R"sql(
     UPDATE side SET finalization = ?3 WHERE medium = ?1 AND side = ?2
 )sql";
 
-constexpr Sql kAddVolume = R"sql(
-    INSERT INTO volume (id, type, state, enabled, file_system, label, total, free, value1, value2)
-    VALUES (?1, 0, 0, 1, ?2, ?3, ?4, ?4, -1, 0)
-)sql";
-
-constexpr Sql kSetVolumeFormat = R"sql(
-    UPDATE volume SET file_system = ?2, label = ?3, total = ?4, free = ?4 WHERE id = ?1
-)sql";
-
 // The slot that the key names, with its medium.
 Slot FindSlotOfKey(Database& database, const SideKey& key, const char* function) {
     if (key.slot < 0) throw Refuse(Code::NotANumberedItem, {"the slot number", function});
@@ -78,37 +69,31 @@ void RequireFormattable(Database& database, const Slot& slot, const Side& side) 
     RequireOwnVolume(database, slot, side);
 }
 
-void WriteSide(Database& database, const Slot& slot, const Side& side) {
-    Run(database, kSetSide, slot.medium->id, side.number, side.content, side.finalization, side.isSequential,
-        side.volume);
-}
-
-struct VolumeContent {
-    std::string label;
-    uint64_t capacity;
-};
-
-// Label and capacity of the volume after the format. On a medium type without a known capacity, the volume
-// keeps the one that it has.
-VolumeContent NewContent(Database& database, const Slot& slot, const Side& side, const std::string& label) {
-    VolumeContent content{label, 0};
-    const auto before = side.volume == 0 ? std::nullopt : FindVolume(database, side.volume);
-    if (before.has_value()) {
-        if (label.empty()) content.label = before->label;
-        content.capacity = before->total;
+// The volume on a side that was written; 0 = none. A bad side keeps its volume.
+int32_t RecordVolume(Database& database, const Side& before, const SideReading& reading) {
+    if (reading.content == Content::Bad) return before.volume;
+    if (reading.content != Content::FileSystem) {
+        if (before.volume != 0) RemoveVolume(database, before.volume);
+        return 0;
     }
-    const MediaType* type = FindMediaType(slot.medium->type);
-    if (type != nullptr) content.capacity = type->capacity;
-    return content;
+    if (before.volume == 0) return AddVolume(database, reading);
+    SetVolume(database, before.volume, reading);
+    return before.volume;
 }
 
-void EraseOne(Database& database, const Slot& slot, Side side) {
-    if (side.volume != 0) RemoveVolume(database, side.volume);
-    side.content = Content::Blank;
-    side.finalization = Finalization::NotFinalized;
-    side.isSequential = false;
-    side.volume = 0;
-    WriteSide(database, slot, side);
+// Returns the volume on the side; 0 = none.
+int32_t RecordSide(Database& database, const Medium& medium, const Side& before, const SideReading& reading) {
+    const int32_t volume = RecordVolume(database, before, reading);
+    Run(database, kSetSide, medium.id, before.number, reading.content, reading.finalization,
+        reading.isSequential, volume);
+    if (volume != 0) RefreshVolumeState(database, volume);
+    return volume;
+}
+
+std::string FormatWords(Database& database, const SlotPlace& place, const Side& side, int32_t volume,
+                        const SideReading& reading) {
+    return "formatted: " + LocationText(database, place) + "." + SideLetter(side.number) + " (volume " +
+           std::to_string(volume) + ", " + reading.fileSystem + ", label \"" + reading.label + "\")";
 }
 
 }  // namespace
@@ -120,13 +105,19 @@ WritePlan PlanFormat(Database& database, const SideKey& key, const FormatWishes&
     RequireFormattable(database, plan.slot, side);
     const MediaType* type = FindMediaType(plan.slot.medium->type);
     plan.isSequential = wishes.isSequential || (type != nullptr && type->access == Access::Sequential);
-    plan.label = NewContent(database, plan.slot, side, wishes.label).label;
+    plan.label = wishes.label;
+    if (plan.label.empty() && side.volume != 0) {
+        plan.label = FindVolume(database, side.volume).value_or(Volume{}).label;
+    }
     plan.sides.push_back(side);
+    plan.handledSides = SidesOfKey(key.side, 1);
+    plan.isCertified = wishes.isCertified;
     return plan;
 }
 
 WritePlan PlanErase(Database& database, const SideKey& key) {
     WritePlan plan;
+    plan.task = WriteTask::Erase;
     plan.slot = FindSlotOfKey(database, key, "KrvVolumeErase");
     const Medium& medium = *plan.slot.medium;
     if (key.side == kBothSides) {
@@ -145,74 +136,59 @@ WritePlan PlanErase(Database& database, const SideKey& key) {
     if (key.side != kBothSides) place += std::string(".") + SideLetter(key.side);
     const std::string erased =
         key.side == kBothSides ? MediumText(database, medium) : SideContentText(database, medium, key.side);
-    plan.text = "erased: " + place + " (" + erased + ")";
+    plan.words = "erased: " + place + " (" + erased + ")";
+    plan.handledSides = SidesOfKey(key.side, plan.sides.size());
     return plan;
 }
 
 WritePlan PlanFinalize(Database& database, const SideKey& key) {
     WritePlan plan;
+    plan.task = WriteTask::Finalize;
     plan.slot = FindSlotOfKey(database, key, "KrvVolumeFinalize");
     if (key.side != kBothSides) {
         throw Refuse(Code::InvalidCall,
                      {"KrvVolumeFinalize", "only the whole medium, side 2, can be finalized"});
     }
+    const std::vector<Side> sides = FindSides(database, *plan.slot.medium);
     bool isSequential = false;
-    for (const Side& side : FindSides(database, *plan.slot.medium)) {
+    for (const Side& side : sides) {
         RequireGoodSide(database, plan.slot, side);
         if (side.content != Content::FileSystem || !side.isSequential) continue;
         isSequential = true;
         if (side.finalization != Finalization::Closed) plan.sides.push_back(side);
     }
     if (!isSequential) throw Refuse(Code::NotSequential, {PlaceText(database, plan.slot.place)});
-    plan.text = "finalized: " + LocationText(database, plan.slot.place) + " (" +
-                MediumText(database, *plan.slot.medium) + ")";
+    plan.handledSides = SidesOfKey(kBothSides, sides.size());
+    plan.words = "finalized: " + LocationText(database, plan.slot.place) + " (" +
+                 MediumText(database, *plan.slot.medium) + ")";
     return plan;
 }
 
-std::string FormatText(Database& database, const Slot& slot, const Side& side) {
-    const auto fileSystem = FindValue<std::string>(
-        database, R"sql(SELECT file_system FROM volume WHERE id = ?1)sql", side.volume);
-    const auto volume = FindVolume(database, side.volume);
-    return "formatted: " + LocationText(database, slot.place) + "." + SideLetter(side.number) + " (volume " +
-           std::to_string(side.volume) + ", " + fileSystem.value_or("") + ", label \"" +
-           volume.value_or(Volume{}).label + "\")";
-}
-
-ChangeMade FormatSide(Database& database, const SideKey& key, const FormatWishes& wishes) {
-    const WritePlan plan = PlanFormat(database, key, wishes);
-    const Slot& slot = plan.slot;
-    Side side = plan.sides.front();
-    const char* fileSystem = FileSystemName(plan.isSequential ? Access::Sequential : Access::Random);
-    const VolumeContent content = NewContent(database, slot, side, wishes.label);
-    const bool isNew = side.volume == 0;
-    if (isNew) side.volume = TakeVolumeId(database);
-    Run(database, isNew ? kAddVolume : kSetVolumeFormat, side.volume, fileSystem, content.label,
-        content.capacity);
-    side.isSequential = plan.isSequential;
-    side.content = Content::FileSystem;
-    side.finalization = Finalization::NotFinalized;
-    WriteSide(database, slot, side);
-    SetSlotState(database, slot.place, SlotState::Full);
-    RefreshVolumeState(database, side.volume);
-    HandledMedium medium = DrivenMedium(database, slot.place, *slot.medium, side.number);
-    medium.certified = wishes.isCertified;
-    return {FormatText(database, slot, side), medium};
-}
-
-ChangeMade EraseSide(Database& database, const SideKey& key) {
-    const WritePlan plan = PlanErase(database, key);
-    for (const Side& side : plan.sides)
-        EraseOne(database, plan.slot, side);
-    SetSlotState(database, plan.slot.place, SlotState::Full);
-    return {plan.text, DrivenMedium(database, plan.slot.place, *plan.slot.medium, key.side)};
-}
-
-ChangeMade FinalizeMedium(Database& database, const SideKey& key) {
-    const WritePlan plan = PlanFinalize(database, key);
-    if (plan.sides.empty()) return std::string();
-    for (const Side& side : plan.sides)
-        Run(database, kFinalizeSide, plan.slot.medium->id, side.number, Finalization::Closed);
-    return {plan.text, DrivenMedium(database, plan.slot.place, *plan.slot.medium, kBothSides)};
+CallOutcome RecordWriting(Database& database, const WritePlan& plan, const WrittenSides& written) {
+    CallOutcome outcome;
+    if (plan.sides.empty()) return outcome;
+    if (written.end.side != SideAfter::Done) {
+        outcome.refusal = Refuse(Code::DeviceTrouble, {written.end.trouble});
+        return outcome;
+    }
+    const SlotPlace& place = plan.slot.place;
+    const Medium& medium = *plan.slot.medium;
+    outcome.change.words = plan.words;
+    for (size_t i = 0; i < plan.sides.size(); ++i) {
+        const Side& side = plan.sides[i];
+        const SideReading& reading = written.sides.at(i).reading;
+        if (plan.task == WriteTask::Finalize) {
+            Run(database, kFinalizeSide, medium.id, side.number, reading.finalization);
+            continue;
+        }
+        const int32_t volume = RecordSide(database, medium, side, reading);
+        if (plan.task == WriteTask::Format)
+            outcome.change.words = FormatWords(database, place, side, volume, reading);
+    }
+    if (plan.task != WriteTask::Finalize) SetSlotState(database, place, SlotState::Full);
+    outcome.change.medium = Handled(database, place, medium, plan.handledSides);
+    outcome.change.medium->certified = plan.isCertified;
+    return outcome;
 }
 
 }  // namespace embedded

@@ -4,7 +4,9 @@
 #include <vector>
 
 #include "embedded/catalogue/change_made.h"
+#include "embedded/catalogue/import_export_scan.h"
 #include "embedded/catalogue/items.h"
+#include "embedded/jukebox/physical_jukebox.h"
 #include "embedded/store/database.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
@@ -18,32 +20,36 @@ struct FormatWishes {
     bool isCertified = false;
 };
 
+enum class WriteTask { Format, Erase, Finalize };
+
 // What is going to be written, by the rules of the service.
 struct WritePlan {
+    WriteTask task = WriteTask::Format;
     Slot slot;
-    std::vector<Side> sides;  // none: there is nothing to do
-    std::string label;        // of a format
+    std::vector<Side> sides;  // as they are before; none: there is nothing to do
+    // Of a format.
+    std::string label;
     bool isSequential = false;
-    std::string text;  // what has been done then, in words for the journal; a format has words of its own
+    // For the journal. A format has words of its own.
+    HandledSides handledSides = HandledSides::None;
+    bool isCertified = false;
+    std::string words;
 };
 
-// Each refuses what the service does not do and changes nothing. Side 2 of a key means both sides.
+// Each refuses what the service does not do and changes nothing. Side 2 of a key means both sides: an erase
+// takes one side or both, a finalization both, and closes those that hold a sequential file system.
 WritePlan PlanFormat(Database& database, const SideKey& key, const FormatWishes& wishes);
 WritePlan PlanErase(Database& database, const SideKey& key);
 WritePlan PlanFinalize(Database& database, const SideKey& key);
 
-std::string FormatText(Database& database, const Slot& slot, const Side& side);
+// What has been written.
+struct WrittenSides {
+    std::vector<ReadSide> sides;  // those that were written and read again, in the order of the plan
+    SideChange end;               // how the last one ended
+};
 
-// Simulated media are what the catalogue says. Each of these calls runs in the caller's transaction, returns
-// what it changed, for the journal, and throws a Refusal when it changes nothing.
-
-// Formats one side.
-ChangeMade FormatSide(Database& database, const SideKey& key, const FormatWishes& wishes);
-
-// Blanks one side, or every side of the medium, and removes the volume from it.
-ChangeMade EraseSide(Database& database, const SideKey& key);
-
-// Closes every side of the medium, which the key must name as a whole, that holds a sequential file system.
-ChangeMade FinalizeMedium(Database& database, const SideKey& key);
+// Records the sides, in the caller's transaction: a volume that is formatted keeps its ID, one that is erased
+// is gone. Records nothing and refuses when the last side was not written.
+CallOutcome RecordWriting(Database& database, const WritePlan& plan, const WrittenSides& written);
 
 }  // namespace embedded

@@ -1,5 +1,8 @@
 #include "embedded/catalogue/import_export_scan.h"
 
+#include <algorithm>
+
+#include "embedded/catalogue/attached_media.h"
 #include "embedded/catalogue/item_texts.h"
 #include "embedded/catalogue/items.h"
 #include "embedded/catalogue/volume_changes.h"
@@ -46,10 +49,6 @@ constexpr Sql kNextWaitingMedium = R"sql(
 constexpr Sql kExportedMedium = R"sql(
     SELECT d.id, d.type FROM server s CROSS JOIN medium d
     WHERE s.id = 1 AND s.kind = 1 AND d.place = 3 AND d.jukebox = ?1 AND d.magazine = 0 ORDER BY d.slot LIMIT 1
-)sql";
-
-constexpr Sql kLastPositionInStation = R"sql(
-    SELECT slot FROM medium WHERE place = ?1 AND jukebox = ?2 AND magazine = 0 ORDER BY slot DESC LIMIT 1
 )sql";
 
 // How a call that names no slot finds one.
@@ -111,8 +110,29 @@ Medium FindWaitingMedium(Database& database, int32_t jukebox) {
         row >> medium.id >> medium.type;
         return medium;
     }
+    RequireMailSlots(database, jukebox);
     const std::string name = FindJukebox(database, jukebox).name;
     throw Refuse(Code::NoMedium, {"the import station of jukebox \"" + name + "\""});
+}
+
+SlotState StateAfterReading(const std::vector<ReadSide>& sides) {
+    const bool isReadable =
+        std::ranges::any_of(sides, [](const ReadSide& read) { return read.reading.content != Content::Bad; });
+    return isReadable ? SlotState::Full : SlotState::ScanFailed;
+}
+
+std::string ScanText(Database& database, const SlotPlace& place, const Medium& medium) {
+    return "scanned: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")";
+}
+
+CallOutcome RecordEmptySlot(Database& database, const Slot& slot) {
+    CallOutcome outcome;
+    if (slot.state != SlotState::Empty) {
+        SetSlotState(database, slot.place, SlotState::Empty);
+        outcome.change.words = "scanned: " + LocationText(database, slot.place);
+    }
+    outcome.refusal = Refuse(Code::NoMedium, {PlaceText(database, slot.place)});
+    return outcome;
 }
 
 }  // namespace
@@ -144,62 +164,50 @@ Slot FindSlotToScan(Database& database, const SideKey& key) {
     return slot;
 }
 
-std::string ImportText(Database& database, const Transfer& transfer) {
-    return "imported: " + LocationText(database, transfer.slot) + " (" +
-           MediumText(database, transfer.medium) + ")";
-}
-
-std::string ExportText(Database& database, const Transfer& transfer) {
-    return "exported: " + LocationText(database, transfer.slot) + " (" +
-           MediumText(database, transfer.medium) + ")";
-}
-
-std::string ScanText(Database& database, const Slot& slot) {
-    std::string text = "scanned: " + LocationText(database, slot.place);
-    if (slot.medium.has_value()) text += " (" + MediumText(database, *slot.medium) + ")";
-    return text;
-}
-
-ChangeMade ImportMedium(Database& database, const SlotKey& key) {
-    const Transfer transfer = PlanImport(database, key);
+CallOutcome RecordImport(Database& database, const Transfer& transfer, const std::vector<ReadSide>& sides) {
     const auto& [medium, place] = transfer;
-    SetMediumPlace(database, medium.id, Place::Slot, place);
-    NumberNewVolumes(database, medium);
-    SetSlotState(database, place, IsReadable(database, medium) ? SlotState::Full : SlotState::ScanFailed);
-    RefreshVolumesOf(database, medium);
-    return {ImportText(database, transfer), DrivenMedium(database, place, medium, kBothSides)};
+    if (!sides.empty()) {
+        NumberNewVolumes(database, medium);
+        SetSlotState(database, place, StateAfterReading(sides));
+        RefreshVolumesOf(database, medium);
+    }
+    const std::string words =
+        "imported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")";
+    return {{words, Handled(database, place, medium, SidesOfKey(kBothSides, sides.size()))}, {}};
 }
 
-ChangeMade ExportMedium(Database& database, const SlotKey& key) {
-    const Transfer transfer = PlanExport(database, key);
+CallOutcome RecordExport(Database& database, const Transfer& transfer) {
     const auto& [medium, place] = transfer;
-    const int32_t last =
-        FindValue<int32_t>(database, kLastPositionInStation, Place::ExportStation, place.jukebox)
-            .value_or(-1);
-    SetMediumPlace(database, medium.id, Place::ExportStation, {place.jukebox, 0, last + 1});
     SetSlotState(database, place, SlotState::Empty);
     RefreshVolumesOf(database, medium);
-    return {ExportText(database, transfer), MovedMedium(database, place, medium)};
+    const std::string words =
+        "exported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")";
+    return {{words, Handled(database, place, medium, HandledSides::None)}, {}};
 }
 
-ScanResult ScanMedium(Database& database, const SideKey& key) {
-    const Slot slot = FindSlotToScan(database, key);
-    ScanResult result;
-    SlotState found = SlotState::Full;
-    if (!slot.medium.has_value()) {
-        found = SlotState::Empty;
-        result.refusal = Refuse(Code::NoMedium, {PlaceText(database, slot.place)});
-    } else if (!IsReadable(database, *slot.medium)) {
-        found = SlotState::ScanFailed;
-        result.refusal = Refuse(Code::SideUnreadable, {"the medium in " + PlaceText(database, slot.place)});
-    }
-    if (slot.medium.has_value())
-        result.change.medium = DrivenMedium(database, slot.place, *slot.medium, key.side);
-    if (found != slot.state) {
+CallOutcome RecordScan(Database& database, const Slot& slot, int32_t side,
+                       const std::vector<ReadSide>& sides) {
+    if (!slot.medium.has_value()) return RecordEmptySlot(database, slot);
+    const bool isNew = std::ranges::any_of(sides, [](const ReadSide& read) { return !read.isOnRecord; });
+    Medium medium = *slot.medium;
+    if (isNew) medium.type = RecordReadings(database, medium, sides);
+    // One good side is enough, be it one that was not read now.
+    SlotState found = StateAfterReading(sides);
+    if (found == SlotState::ScanFailed && IsReadable(database, medium)) found = SlotState::Full;
+    CallOutcome outcome;
+    if (isNew || found != slot.state) {
         SetSlotState(database, slot.place, found);
-        result.change.words = ScanText(database, slot);
+        outcome.change.words = ScanText(database, slot.place, medium);
     }
-    return result;
+    if (isNew) {
+        SetKnownState(database, medium, found);
+        RefreshVolumesOf(database, medium);
+    }
+    outcome.change.medium = Handled(database, slot.place, medium, SidesOfKey(side, sides.size()));
+    if (found == SlotState::ScanFailed) {
+        outcome.refusal = Refuse(Code::SideUnreadable, {"the medium in " + PlaceText(database, slot.place)});
+    }
+    return outcome;
 }
 
 }  // namespace embedded

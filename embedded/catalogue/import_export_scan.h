@@ -1,11 +1,11 @@
 #pragma once
 
-#include <optional>
 #include <string>
+#include <vector>
 
 #include "embedded/catalogue/change_made.h"
 #include "embedded/catalogue/items.h"
-#include "embedded/model/refusal.h"
+#include "embedded/jukebox/physical_jukebox.h"
 #include "embedded/store/database.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
@@ -17,33 +17,31 @@ struct Transfer {
     SlotPlace slot;
 };
 
-// Each refuses what the service does not do and changes nothing.
+// Each refuses what the service does not do and changes nothing. When the key names no slot, an import goes
+// to the first empty slot of the magazine or jukebox, and an export takes the first medium.
 Transfer PlanImport(Database& database, const SlotKey& key);
 Transfer PlanExport(Database& database, const SlotKey& key);
 Slot FindSlotToScan(Database& database, const SideKey& key);
 
-// What has been done, in words for the journal.
-std::string ImportText(Database& database, const Transfer& transfer);
-std::string ExportText(Database& database, const Transfer& transfer);
-std::string ScanText(Database& database, const Slot& slot);
-
-// In a simulated jukebox a medium is where the catalogue says, and on it is what the catalogue says. Each of
-// these calls runs in the caller's transaction, returns what it changed, for the journal, and throws a
-// Refusal when it changes nothing.
-
-// Moves the next medium of the import station into the slot, or into the first empty slot of the
-// magazine or jukebox when the key names no slot, reads it and brings its volumes on-line.
-ChangeMade ImportMedium(Database& database, const SlotKey& key);
-
-// Moves the medium in the slot, or the first one of the magazine or jukebox, to the export station.
-ChangeMade ExportMedium(Database& database, const SlotKey& key);
-
-struct ScanResult {
-    ChangeMade change{std::string()};
-    // What the scan found is kept although the call fails: the medium cannot be read, or the slot is empty.
-    std::optional<Refusal> refusal;
+// What a drive has read of a side.
+struct ReadSide {
+    int32_t side = 0;
+    SideReading reading;
+    bool isOnRecord = false;  // the catalogue says so already, as it does of simulated media
 };
 
-ScanResult ScanMedium(Database& database, const SideKey& key);
+// Each records what has happened physically, in the caller's transaction: states, IDs of new volumes, volumes
+// on-line and off-line, and words for the journal.
+
+// The medium is in the slot. `sides`: what a drive has read on the way; without any, the state of the slot is
+// on record already.
+CallOutcome RecordImport(Database& database, const Transfer& transfer, const std::vector<ReadSide>& sides);
+
+// The medium is in the export station.
+CallOutcome RecordExport(Database& database, const Transfer& transfer);
+
+// `side`: of the key; `sides`: what was found there, nothing in an empty slot.
+CallOutcome RecordScan(Database& database, const Slot& slot, int32_t side,
+                       const std::vector<ReadSide>& sides);
 
 }  // namespace embedded

@@ -20,6 +20,14 @@ constexpr Sql kTakeVolumeId = R"sql(
     UPDATE server SET next_volume = next_volume + 1 WHERE id = 1 RETURNING next_volume - 1
 )sql";
 
+constexpr Sql kAddVolume = R"sql(
+    INSERT INTO volume (id, type, state, enabled, file_system, label, total, free, value1, value2)
+    VALUES (?1, 0, 0, 1, ?2, ?3, ?4, ?5, -1, 0)
+)sql";
+constexpr Sql kSetVolume = R"sql(
+    UPDATE volume SET file_system = ?2, label = ?3, total = ?4, free = ?5 WHERE id = ?1
+)sql";
+
 constexpr Sql kNumberSides = R"sql(UPDATE side SET volume = ?2 WHERE volume = ?1)sql";
 constexpr Sql kNumberVolume = R"sql(UPDATE volume SET id = ?2 WHERE id = ?1)sql";
 constexpr Sql kNumberDirectories = R"sql(UPDATE directory SET volume = ?2 WHERE volume = ?1)sql";
@@ -54,6 +62,16 @@ int32_t TakeVolumeId(Database& database) {
     Statement row(database, kTakeVolumeId);
     row.Next();
     return row.Read<int32_t>();
+}
+
+int32_t AddVolume(Database& database, const SideReading& reading) {
+    const int32_t volume = TakeVolumeId(database);
+    Run(database, kAddVolume, volume, reading.fileSystem, reading.label, reading.total, reading.free);
+    return volume;
+}
+
+void SetVolume(Database& database, int32_t volume, const SideReading& reading) {
+    Run(database, kSetVolume, volume, reading.fileSystem, reading.label, reading.total, reading.free);
 }
 
 void NumberNewVolumes(Database& database, const Medium& medium) {

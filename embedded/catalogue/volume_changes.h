@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "embedded/catalogue/items.h"
+#include "embedded/jukebox/physical_jukebox.h"
 
 namespace embedded {
 
@@ -19,6 +20,10 @@ VolumeReach FindReach(Database& database, int32_t volume);
 
 // The number for the next new volume; it is never given again.
 int32_t TakeVolumeId(Database& database);
+
+// A new volume for the file system on a side; returns its number. And what is on a volume's side now.
+int32_t AddVolume(Database& database, const SideReading& reading);
+void SetVolume(Database& database, int32_t volume, const SideReading& reading);
 
 // A volume that the service sees for the first time, on this medium, gets its number.
 void NumberNewVolumes(Database& database, const Medium& medium);

@@ -4,7 +4,7 @@
 #include <thread>
 
 #include "embedded/catalogue/attachment.h"
-#include "embedded/catalogue/item_texts.h"
+#include "embedded/mechanics/real_mechanics.h"
 
 namespace embedded {
 namespace {
@@ -16,24 +16,6 @@ constexpr int kMostLooks = 20;
 constexpr std::chrono::minutes kLongestMove{1};
 constexpr std::chrono::milliseconds kMovePause{50};
 
-const ElementState* Find(const std::vector<ElementState>& elements, uint16_t address) {
-    const auto found = std::ranges::find(elements, address, &ElementState::address);
-    return found == elements.end() ? nullptr : &*found;
-}
-
-bool IsFull(const std::vector<ElementState>& elements, uint16_t address) {
-    const ElementState* element = Find(elements, address);
-    return element != nullptr && element->isFull;
-}
-
-std::vector<uint16_t> FullDrives(const std::vector<ElementState>& elements) {
-    std::vector<uint16_t> full;
-    for (const ElementState& element : elements) {
-        if (element.kind == ElementKind::Drive && element.isFull) full.push_back(element.address);
-    }
-    return full;
-}
-
 // Whether the medium of a move is seen where it was, where it goes to, or in the gripper.
 bool IsInSight(const std::vector<ElementState>& elements, const Intent& move) {
     const auto isInGripper = [](const ElementState& element) {
@@ -41,12 +23,6 @@ bool IsInSight(const std::vector<ElementState>& elements, const Intent& move) {
     };
     return IsFull(elements, move.source) || IsFull(elements, move.destination) ||
            std::ranges::any_of(elements, isInGripper);
-}
-
-// Some changers cannot turn media: what they show as the other side is the same one.
-bool IsSameSide(const SideReading& one, const SideReading& other) {
-    return one.content == other.content && one.uuid == other.uuid && one.label == other.label &&
-           one.total == other.total;
 }
 
 }  // namespace
@@ -194,206 +170,36 @@ void AttachedFarm::Move(int32_t jukebox, const Intent& intent, Turning turning) 
     }
 }
 
-Recording AttachedFarm::Carry(int32_t jukebox, const Lock& lock, const MovePlan& plan,
-                              std::string (*text)(Database&, const Transfer&)) {
-    std::string words;
-    m_access.look([&](Database& database) { words = text(database, plan.transfer); });
-    Move(jukebox, {plan.transfer.medium.id, plan.source, plan.destination}, Turning::Keep);
-    const Sighting sighting{jukebox, Open(jukebox).LookAtElements(), Robot::AtRest};
-    if (!IsFull(sighting.elements, plan.destination) || IsFull(sighting.elements, plan.source)) {
-        (void)Settle(sighting);
-        throw Refuse(Code::UnexpectedPlace, {"element " + std::to_string(plan.destination)});
-    }
-    return [lock, sighting, words](Database& database) {
-        (void)Synchronize(database, {sighting});
-        return ScanResult{words, std::nullopt};
-    };
-}
-
-Recording AttachedFarm::Import(const SlotKey& key) {
-    const Lock lock = WaitForRobot(key.jukeboxId);
-    PutRight(key.jukeboxId);
-    MovePlan plan;
-    m_access.look([&](Database& database) { plan = PlanRealImport(database, key); });
-    return Carry(key.jukeboxId, lock, plan, ImportText);
-}
-
-Recording AttachedFarm::Export(const SlotKey& key) {
-    const Lock lock = WaitForRobot(key.jukeboxId);
-    PutRight(key.jukeboxId);
-    MovePlan plan;
-    m_access.look([&](Database& database) { plan = PlanRealExport(database, key); });
-    return Carry(key.jukeboxId, lock, plan, ExportText);
-}
-
-void AttachedFarm::BringHome(int32_t jukebox, const LoadPlan& plan, Turning turning) {
-    Move(jukebox, {plan.slot.medium->id, plan.drive, plan.home}, turning);
-}
-
-SideReading AttachedFarm::ReadLoaded(int32_t jukebox, const LoadPlan& plan, int32_t side) {
-    const Turning turning = side == 1 ? Turning::Invert : Turning::Keep;
-    Move(jukebox, {plan.slot.medium->id, plan.home, plan.drive}, turning);
-    try {
-        SideReading reading = Open(jukebox).ReadSide(plan.driveNumber);
-        BringHome(jukebox, plan, turning);
-        return reading;
-    } catch (const Refusal&) {
-        BringHomeIfPossible(jukebox, plan, turning);
-        throw;
-    }
-}
-
-void AttachedFarm::BringHomeIfPossible(int32_t jukebox, const LoadPlan& plan, Turning turning) {
-    try {
-        PhysicalJukebox& robot = Open(jukebox);
-        if (IsFull(robot.LookAtElements(), plan.drive)) BringHome(jukebox, plan, turning);
-        (void)Settle({jukebox, robot.LookAtElements(), Robot::AtRest});
-    } catch (const Refusal&) {
-        // The next call finds the medium in the drive and brings it home.
-        return;
-    }
-}
-
-Recording AttachedFarm::Scan(const SideKey& key) {
-    const Lock lock = WaitForRobot(key.jukeboxId);
-    const std::vector<ElementState> before = PutRight(key.jukeboxId);
-    LoadPlan plan;
-    std::optional<Refusal> refusal;
-    m_access.look([&](Database& database) {
-        const Slot slot = FindSlotToScan(database, key);
-        if (slot.medium.has_value()) {
-            plan = PlanLoad(database, slot, key.side, FullDrives(before));
-        } else {
-            refusal = Refuse(Code::NoMedium, {PlaceText(database, slot.place)});
-        }
-    });
-    if (refusal.has_value()) throw Refusal(*refusal);
-    if (!IsFull(before, plan.home)) {
-        throw Refuse(Code::UnexpectedPlace, {"element " + std::to_string(plan.home)});
-    }
-    const std::vector<ReadSide> sides = ReadSides(key.jukeboxId, plan);
-    const Sighting sighting{key.jukeboxId, Open(key.jukeboxId).LookAtElements(), Robot::AtRest};
-    return [lock, sighting, plan, sides](Database& database) {
-        (void)Synchronize(database, {sighting});
-        return RecordScan(database, plan.slot, sides);
-    };
-}
-
-std::vector<ReadSide> AttachedFarm::ReadSides(int32_t jukebox, const LoadPlan& plan) {
-    std::vector<ReadSide> sides;
-    for (const int32_t side : plan.sides) {
-        SideReading reading = ReadLoaded(jukebox, plan, side);
-        if (!sides.empty() && IsSameSide(sides.back().reading, reading)) break;
-        sides.push_back({side, std::move(reading)});
-    }
-    return sides;
-}
-
 void AttachedFarm::ReadUnreadMedium(const SideKey& key) {
-    const std::vector<ElementState> elements = PutRight(key.jukeboxId);
-    std::optional<LoadPlan> plan;
-    m_access.look([&](Database& database) {
-        const Slot slot = FindSlotToScan(database, key);
-        if (!slot.medium.has_value() || slot.state == SlotState::Full) return;
-        plan = PlanLoad(database, slot, key.side, FullDrives(elements));
-    });
-    if (!plan.has_value()) return;
-    const std::vector<ReadSide> sides = ReadSides(key.jukeboxId, *plan);
-    (void)Settle({key.jukeboxId, Open(key.jukeboxId).LookAtElements(), Robot::AtRest});
-    m_access.change([&](Database& database) { (void)RecordScan(database, plan->slot, sides); });
-}
-
-SideChange AttachedFarm::WriteLoaded(int32_t jukebox, const LoadPlan& load, const WritePlan& plan,
-                                     const Writer& write, std::vector<ReadSide>& written) {
-    const int32_t side = load.sides.front();
-    const Turning turning = side == 1 ? Turning::Invert : Turning::Keep;
-    PhysicalJukebox& robot = Open(jukebox);
-    m_access.change([&](Database& database) { MarkUnread(database, plan.slot); });
-    Move(jukebox, {load.slot.medium->id, load.home, load.drive}, turning);
-    try {
-        SideChange change = write(robot, load.driveNumber, plan);
-        if (change.side == SideAfter::Done) written.push_back({side, robot.ReadSide(load.driveNumber)});
-        if (change.side == SideAfter::Bad) {
-            SideReading bad;
-            bad.content = Content::Bad;
-            written.push_back({side, bad});
-        }
-        BringHome(jukebox, load, turning);
-        return change;
-    } catch (const Refusal&) {
-        BringHomeIfPossible(jukebox, load, turning);
-        throw;
-    }
-}
-
-Recording AttachedFarm::Write(const SideKey& key, const Planner& planner, const Writer& write, Task task) {
     const int32_t jukebox = key.jukeboxId;
+    RealMechanics mechanics(*this, jukebox, PutRight(jukebox));
+    Slot slot;
+    m_access.look([&](Database& database) { slot = FindSlotToScan(database, key); });
+    if (!slot.medium.has_value() || slot.state == SlotState::Full) return;
+    const std::vector<ReadSide> sides = mechanics.Read(slot, key.side);
+    (void)Settle(mechanics.Look());
+    m_access.change([&](Database& database) { (void)RecordScan(database, slot, key.side, sides); });
+}
+
+Recording AttachedFarm::Do(std::shared_ptr<Operation> operation) {
+    const int32_t jukebox = operation->GetJukebox();
     const Lock lock = WaitForRobot(jukebox);
-    m_access.look([&](Database& database) { RequireEnabledJukebox(database, jukebox); });
-    ReadUnreadMedium(key);
-    const std::vector<ElementState> elements = PutRight(jukebox);
-    WritePlan plan;
-    std::vector<LoadPlan> loads;
-    m_access.look([&](Database& database) {
-        plan = planner(database);
-        for (const Side& side : plan.sides)
-            loads.push_back(PlanLoad(database, plan.slot, side.number, FullDrives(elements)));
-    });
-    if (loads.empty()) return [lock](Database&) { return ScanResult{}; };
-    if (!Open(jukebox).CanWrite(loads.front().driveNumber, plan.slot.medium->type)) {
-        throw Refuse(Code::CannotWriteHere,
-                     {NameOf(jukebox), "drive " + std::to_string(loads.front().driveNumber + 1) +
-                                           " does not write this kind of medium"});
+    if (const SideKey* key = operation->GetWrittenSide()) {
+        m_access.look([&](Database& database) { RequireEnabledJukebox(database, jukebox); });
+        ReadUnreadMedium(*key);
     }
-    std::vector<ReadSide> written;
-    SideChange last;
-    for (const LoadPlan& load : loads) {
-        last = WriteLoaded(jukebox, load, plan, write, written);
-        if (last.side != SideAfter::Done) break;
-    }
-    const Sighting sighting{jukebox, Open(jukebox).LookAtElements(), Robot::AtRest};
-    return [lock, sighting, plan, written, last, task](Database& database) {
+    const auto mechanics = std::make_shared<RealMechanics>(*this, jukebox, PutRight(jukebox));
+    m_access.look([&](Database& database) { operation->Plan(database); });
+    operation->Perform(*mechanics);
+    const Sighting sighting = mechanics->Look();
+    return [lock, mechanics, sighting, operation = std::move(operation)](Database& database) {
         (void)Synchronize(database, {sighting});
-        ScanResult result;
-        if (!written.empty()) RecordWriting(database, plan.slot, written);
-        if (last.side == SideAfter::Unknown) MarkUnread(database, plan.slot);
-        if (last.side == SideAfter::Untouched && written.empty()) MarkUnchanged(database, plan.slot);
-        if (last.side != SideAfter::Done) {
-            result.refusal = Refuse(Code::DeviceTrouble, {last.trouble});
-            return result;
-        }
-        const auto side = FindSide(database, *plan.slot.medium, plan.sides.front().number);
-        result.change =
-            task == Task::Format && side.has_value() ? FormatText(database, plan.slot, *side) : plan.text;
-        return result;
+        CallOutcome outcome = operation->Record(database);
+        mechanics->ConfirmWrite(database);
+        // How long a real jukebox takes is in the journal anyway.
+        outcome.change.medium.reset();
+        return outcome;
     };
-}
-
-Recording AttachedFarm::Format(const SideKey& key, const FormatWishes& wishes) {
-    return Write(
-        key, [&](Database& database) { return PlanFormat(database, key, wishes); },
-        [](PhysicalJukebox& robot, int32_t drive, const WritePlan& plan) {
-            return robot.FormatSide(drive, {plan.label, plan.isSequential});
-        },
-        Task::Format);
-}
-
-Recording AttachedFarm::Erase(const SideKey& key) {
-    return Write(
-        key, [&](Database& database) { return PlanErase(database, key); },
-        [](PhysicalJukebox& robot, int32_t drive, const WritePlan& /*plan*/) {
-            return robot.EraseSide(drive);
-        },
-        Task::Change);
-}
-
-Recording AttachedFarm::Finalize(const SideKey& key) {
-    return Write(
-        key, [&](Database& database) { return PlanFinalize(database, key); },
-        [](PhysicalJukebox& robot, int32_t drive, const WritePlan& /*plan*/) {
-            return robot.FinalizeSide(drive);
-        },
-        Task::Change);
 }
 
 void AttachedFarm::TakeInventory(int32_t jukebox) {

@@ -5,10 +5,9 @@
 #include <vector>
 
 #include "embedded/catalogue/enable_disable_rename.h"
-#include "embedded/catalogue/format_erase_finalize.h"
-#include "embedded/catalogue/import_export_scan.h"
 #include "embedded/catalogue/records.h"
 #include "embedded/catalogue/service_state.h"
+#include "embedded/operations/operation.h"
 #include "embedded/service/arguments.h"
 
 namespace embedded {
@@ -165,87 +164,53 @@ void LocalSession::VolumeDeactivate(uint32_t volumeId) {
 
 void LocalSession::VolumeErase(const SideKey* key) {
     constexpr const char* kFunction = "KrvVolumeErase";
-    const auto simulated = [&](Database& database) {
+    m_session.Operate({kFunction, ItemOf(key)}, [&] {
         CheckRecord(key, kFunction, "key");
-        return ScanResult{EraseSide(database, *key), {}};
-    };
-    const auto real = [&](AttachedFarm& farm) {
-        CheckRecord(key, kFunction, "key");
-        return farm.Erase(*key);
-    };
-    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
+        return EraseOperation(*key);
+    });
 }
 
 void LocalSession::VolumeFinalize(const SideKey* key) {
     constexpr const char* kFunction = "KrvVolumeFinalize";
-    const auto simulated = [&](Database& database) {
+    m_session.Operate({kFunction, ItemOf(key)}, [&] {
         CheckRecord(key, kFunction, "key");
-        return ScanResult{FinalizeMedium(database, *key), {}};
-    };
-    const auto real = [&](AttachedFarm& farm) {
-        CheckRecord(key, kFunction, "key");
-        return farm.Finalize(*key);
-    };
-    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
+        return FinalizeOperation(*key);
+    });
 }
 
 void LocalSession::VolumeFormat(const SideKey* key, const FormatOptions* options) {
     constexpr const char* kFunction = "KrvVolumeFormat";
-    const auto wishes = [&] {
+    m_session.Operate({kFunction, ItemOf(key)}, [&] {
         CheckRecord(key, kFunction, "key");
         CheckFormatOptions(options, kFunction);
-        return FormatWishes{options->label, options->sequential != 0, options->certify != 0};
-    };
-    const auto simulated = [&](Database& database) {
-        const FormatWishes checked = wishes();
-        return ScanResult{FormatSide(database, *key, checked), {}};
-    };
-    const auto real = [&](AttachedFarm& farm) {
-        const FormatWishes checked = wishes();
-        return farm.Format(*key, checked);
-    };
-    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
+        return FormatOperation(*key, {options->label, options->sequential != 0, options->certify != 0});
+    });
 }
 
 // ---- Moving media
 
 void LocalSession::MediaImport(const SlotKey* key) {
     constexpr const char* kFunction = "KrvMediaImport";
-    const auto simulated = [&](Database& database) {
+    m_session.Operate({kFunction, ItemOf(key)}, [&] {
         CheckRecord(key, kFunction, "key");
-        return ScanResult{ImportMedium(database, *key), {}};
-    };
-    const auto real = [&](AttachedFarm& farm) {
-        CheckRecord(key, kFunction, "key");
-        return farm.Import(*key);
-    };
-    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
+        return ImportOperation(*key);
+    });
 }
 
 void LocalSession::MediaExport(const SlotKey* key) {
     constexpr const char* kFunction = "KrvMediaExport";
-    const auto simulated = [&](Database& database) {
+    m_session.Operate({kFunction, ItemOf(key)}, [&] {
         CheckRecord(key, kFunction, "key");
-        return ScanResult{ExportMedium(database, *key), {}};
-    };
-    const auto real = [&](AttachedFarm& farm) {
-        CheckRecord(key, kFunction, "key");
-        return farm.Export(*key);
-    };
-    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
+        return ExportOperation(*key);
+    });
 }
 
 void LocalSession::MediaScan(const SideKey* key) {
     constexpr const char* kFunction = "KrvMediaScan";
-    const auto simulated = [&](Database& database) {
+    m_session.Operate({kFunction, ItemOf(key)}, [&] {
         CheckRecord(key, kFunction, "key");
-        return ScanMedium(database, *key);
-    };
-    const auto real = [&](AttachedFarm& farm) {
-        CheckRecord(key, kFunction, "key");
-        return farm.Scan(*key);
-    };
-    m_session.Operate({kFunction, ItemOf(key)}, {simulated, real});
+        return ScanOperation(*key);
+    });
 }
 
 // ---- Enabling and disabling items, names

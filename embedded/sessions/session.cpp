@@ -11,6 +11,7 @@
 #include "embedded/mechanics/jukebox_module.h"
 #include "embedded/model/refusal.h"
 #include "embedded/platform/platform.h"
+#include "embedded/simulated/mechanics/simulated_mechanics.h"
 #include "embedded/simulated/real_time.h"
 
 namespace embedded {
@@ -81,38 +82,41 @@ void Session::Write(const CallInfo& call, const Change& change) {
     if (end.has_value()) std::this_thread::sleep_until(*end);
 }
 
-void Session::Operate(const CallInfo& call, const Operation& operation) {
+void Session::Operate(const CallInfo& call, const Preparing& prepare) {
     std::optional<Refusal> refusal;
+    const auto take = [&refusal](CallOutcome outcome) {
+        refusal = std::move(outcome.refusal);
+        return std::move(outcome.change);
+    };
     if (m_attached == nullptr) {
-        Write(call, [&](Database& database) {
-            ScanResult result = operation.simulated(database);
-            refusal = std::move(result.refusal);
-            return std::move(result.change);
-        });
+        Write(call, [&](Database& database) { return take(RunSimulated(database, *prepare())); });
     } else {
-        const std::scoped_lock lock(m_mutex);
-        const std::optional<ChangeNumber> number = std::exchange(m_nextNumber, std::nullopt);
-        m_attached->RequireOfCalls([number](Database& database) {
-            if (number.has_value()) RequireNewNumber(database, *number);
-        });
-        Recording record;
-        const auto prepare = [&] {
-            m_connection.Refresh();
-            RequireRunning();
-            record = operation.real(*m_attached);
-        };
-        // What has been moved is recorded even when the service was stopped meanwhile.
-        const auto finish = [&](Database& database) {
-            ScanResult result = record(database);
-            refusal = std::move(result.refusal);
-            if (number.has_value()) KeepChangeNumber(database, *number);
-            return std::move(result.change);
-        };
-        m_connection.Refresh();
-        m_connection.StartWaiting();
-        ObserveChange(m_connection, m_recorder, m_handle, call, finish, prepare);
+        OperateAttached(call, prepare, take);
     }
     if (refusal.has_value()) throw Refusal(*refusal);
+}
+
+void Session::OperateAttached(const CallInfo& call, const Preparing& prepare, const Taking& take) {
+    const std::scoped_lock lock(m_mutex);
+    const std::optional<ChangeNumber> number = std::exchange(m_nextNumber, std::nullopt);
+    m_attached->RequireOfCalls([number](Database& database) {
+        if (number.has_value()) RequireNewNumber(database, *number);
+    });
+    Recording record;
+    const auto move = [&] {
+        m_connection.Refresh();
+        RequireRunning();
+        record = m_attached->Do(prepare());
+    };
+    // What has been moved is recorded even when the service was stopped meanwhile.
+    const auto finish = [&](Database& database) {
+        ChangeMade made = take(record(database));
+        if (number.has_value()) KeepChangeNumber(database, *number);
+        return made;
+    };
+    m_connection.Refresh();
+    m_connection.StartWaiting();
+    ObserveChange(m_connection, m_recorder, m_handle, call, finish, move);
 }
 
 void Session::Close(const CallInfo& call) {

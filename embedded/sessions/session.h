@@ -9,20 +9,13 @@
 
 #include "embedded/journal/call_info.h"
 #include "embedded/mechanics/attached_farm.h"
+#include "embedded/operations/operation.h"
 #include "embedded/sessions/connection.h"
 #include "embedded/sessions/observer.h"
 #include "embedded/store/change_number.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
 namespace embedded {
-
-// A call that is done by the mechanics of a jukebox.
-struct Operation {
-    // In a simulated jukebox, all in one transaction.
-    std::function<ScanResult(Database&)> simulated;
-    // In a real one.
-    std::function<Recording(AttachedFarm&)> real;
-};
 
 // One session of a caller with a server's service.
 class Session {
@@ -69,14 +62,19 @@ class Session {
     // Runs a change as one transaction: all of it is kept, or, when it throws, nothing.
     void Write(const CallInfo& call, const Change& change);
 
-    // Runs a call of the mechanics. A refusal that it returns is thrown when what it has changed is kept.
-    void Operate(const CallInfo& call, const Operation& operation);
+    // Runs a call that handles media. `prepare` checks the call's arguments; the session must be running by
+    // then. A refusal of the outcome is thrown when what has changed is kept.
+    using Preparing = std::function<std::unique_ptr<Operation>()>;
+    void Operate(const CallInfo& call, const Preparing& prepare);
 
     // The last call of the session, for the journal alone.
     void Close(const CallInfo& call);
 
   private:
     void RequireRunning() const;
+    // `take` keeps the refusal of an outcome and returns what has changed.
+    using Taking = std::function<ChangeMade(CallOutcome)>;
+    void OperateAttached(const CallInfo& call, const Preparing& prepare, const Taking& take);
     std::unique_ptr<AttachedFarm> Attach();
 
     std::mutex m_mutex;

@@ -3,124 +3,54 @@
 
 #include <optional>
 
-#include "embedded/catalogue/attachment.h"
 #include "embedded/catalogue/items.h"
-#include "embedded/farms/farm_writer.h"
-#include "embedded/model/refusal.h"
-#include "embedded/store/farm_file.h"
 #include "embedded/store/statement.h"
-#include "tests/unit/embedded/support/farm_fixture.h"
-#include "tests/unit/embedded/support/model_jukebox.h"
+#include "tests/unit/embedded/support/attached_tower.h"
 
 namespace embedded_test {
 namespace {
 
-using embedded::AttachedFarm;
 using embedded::Code;
 using embedded::Content;
 using embedded::Database;
-using embedded::FarmAccess;
+using embedded::EraseOperation;
+using embedded::ExportOperation;
+using embedded::FormatOperation;
+using embedded::ImportOperation;
+using embedded::Operation;
 using embedded::Recording;
-using embedded::Refusal;
+using embedded::ScanOperation;
 using embedded::SlotState;
 
 using Fault = Mechanics::Fault;
 
-constexpr int32_t kTower = 1;
+constexpr int32_t kTower = AttachedTower::kNumber;
 constexpr int32_t kSideA = 0;
 constexpr int32_t kSideB = 1;
 constexpr int32_t kBothSides = 2;
 constexpr uint16_t kFirstSlot = Mechanics::kFirstSlot;
 
-SlotKey SlotAt(int32_t slot) {
-    return {sizeof(SlotKey), kTower, 0, slot};
-}
-
-SideKey SideAt(int32_t slot, int32_t side) {
-    return {sizeof(SideKey), kTower, 0, slot, side};
-}
-
-// A jukebox "Tower" that turns media over, with two drives, a mail slot and four slots.
 class AttachedFarmTest : public FarmFixture {
   protected:
-    AttachedFarmTest() {
-        const embedded::ElementMap elements{{Mechanics::kPicker},
-                                            {{kFirstSlot, kFirstSlot + 1, kFirstSlot + 2, kFirstSlot + 3}},
-                                            {Mechanics::kMailSlot},
-                                            {Mechanics::kFirstDrive, Mechanics::kFirstDrive + 1}};
-        embedded::FarmJukebox tower;
-        tower.id = kTower;
-        tower.name = "Tower";
-        tower.doubleSided = true;
-        tower.drives.resize(2);
-        tower.magazines.resize(1);
-        tower.magazines.front().slotCount = 4;
-        embedded::JukeboxAddress address;
-        address.name = "Tower";
-        address.changer.address = "model";
-        address.drives = {{"drive 1", ""}, {"drive 2", ""}};
-        embedded::CreateFarm("tower", [&](Database& database) {
-            embedded::FarmWriter writer(database, "tower");
-            writer.AddJukebox(tower);
-            RecordAttachment(database, kTower, address, elements);
-            writer.Finish(true, 0);
-        });
-        m_database = embedded::OpenFarm("tower", {});
-        Restart();
-    }
-
-    // A new process of the service.
-    void Restart() {
-        FarmAccess access;
-        access.file = m_database->GetFile();
-        access.look = [this](const FarmAccess::Work& work) { work(*m_database); };
-        access.change = [this](const FarmAccess::Work& work) {
-            InTransaction(*m_database, [&] { work(*m_database); });
-        };
-        m_farm = std::make_unique<AttachedFarm>(
-            access, [this](const embedded::JukeboxAddress&) { return m_mechanics.Open(); });
-        m_farm->LookAtAll();
-    }
-
-    // A disc with one label a side; an empty label stands for a blank side.
+    void Restart() { m_tower.Restart(); }
     void Put(uint16_t element, const std::string& tag, const std::vector<std::string>& labels) {
-        Mechanics::Disc disc{tag, {}, false, 0};
-        for (const std::string& label : labels)
-            disc.sides.push_back(label.empty() ? Mechanics::Blank() : Mechanics::Recorded(label));
-        m_mechanics.Put(element, std::move(disc));
-        m_farm->LookAtAll();
-    }
-
-    // A call with its recording; the code that it fails with.
-    std::optional<Code> Run(const std::function<Recording(AttachedFarm&)>& call) {
-        try {
-            const Recording record = call(*m_farm);
-            std::optional<Refusal> refusal;
-            InTransaction(*m_database, [&] { refusal = record(*m_database).refusal; });
-            if (refusal.has_value()) return static_cast<Code>(refusal->GetCode());
-            return std::nullopt;
-        } catch (const Refusal& refusal) {
-            return static_cast<Code>(refusal.GetCode());
-        }
+        m_tower.Put(element, tag, labels);
     }
     std::optional<Code> Scan(int32_t slot, int32_t side) {
-        return Run([=](AttachedFarm& farm) { return farm.Scan(SideAt(slot, side)); });
+        return m_tower.Do(ScanOperation(SideAt(slot, side)));
     }
     std::optional<Code> Format(int32_t slot, int32_t side, const std::string& label) {
-        return Run([=](AttachedFarm& farm) {
-            return farm.Format(SideAt(slot, side), {label, false, false});
-        });
+        return m_tower.Do(FormatOperation(SideAt(slot, side), {label, false, false}));
     }
 
     std::vector<std::string> Labels() {
-        return embedded::FindValues<std::string>(*m_database,
-                                                 R"sql(SELECT label FROM volume ORDER BY id)sql");
+        return embedded::FindValues<std::string>(m_database, R"sql(SELECT label FROM volume ORDER BY id)sql");
     }
-    SlotState StateOf(int32_t slot) { return FindSlot(*m_database, {kTower, 0, slot}).state; }
+    SlotState StateOf(int32_t slot) { return FindSlot(m_database, {kTower, 0, slot}).state; }
 
     // All that the catalogue knows: barcodes and places.
     std::vector<std::string> Media() {
-        return embedded::FindValues<std::string>(*m_database, R"sql(
+        return embedded::FindValues<std::string>(m_database, R"sql(
             SELECT k.tag || CASE m.place WHEN 1 THEN ' in slot ' ELSE ' elsewhere ' END || m.slot
             FROM medium m CROSS JOIN known_medium k ON k.medium = m.id ORDER BY m.id
         )sql");
@@ -138,13 +68,13 @@ class AttachedFarmTest : public FarmFixture {
     }
     // The catalogue says where every disc is.
     void ExpectAgreement() {
-        const auto seen = m_farm->Open(kTower).LookAtElements();
-        EXPECT_FALSE(Differs(*m_database, {kTower, seen, embedded::Robot::AtRest}));
+        const auto seen = m_tower.GetFarm().Open(kTower).LookAtElements();
+        EXPECT_FALSE(Differs(m_database, {kTower, seen, embedded::Robot::AtRest}));
     }
 
-    Mechanics m_mechanics{2};
-    std::unique_ptr<Database> m_database;
-    std::unique_ptr<AttachedFarm> m_farm;
+    AttachedTower m_tower;
+    Mechanics& m_mechanics = m_tower.GetMechanics();
+    Database& m_database = m_tower.GetDatabase();
 };
 
 TEST_F(AttachedFarmTest, ReadsBothSidesAndBringsTheDiscHomeAsItWas) {
@@ -188,15 +118,15 @@ TEST_F(AttachedFarmTest, FormatsADiscThatNobodyHasReadYet) {
 TEST_F(AttachedFarmTest, KeepsTheVolumeThatIsFormattedAgain) {
     Put(kFirstSlot, "A1", {"Old"});
     EXPECT_EQ(Scan(0, kSideA), std::nullopt);
-    const auto ids = embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql");
+    const auto ids = embedded::FindValues<int32_t>(m_database, R"sql(SELECT id FROM volume)sql");
     EXPECT_EQ(Format(0, kSideA, "New"), std::nullopt);
-    EXPECT_EQ(embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql"), ids);
+    EXPECT_EQ(embedded::FindValues<int32_t>(m_database, R"sql(SELECT id FROM volume)sql"), ids);
 }
 
 TEST_F(AttachedFarmTest, ForgetsTheVolumeOfASideThatIsErased) {
     Put(kFirstSlot, "A1", {"Front", "Back"});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
-    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Erase(SideAt(0, kSideA)); }), std::nullopt);
+    EXPECT_EQ(m_tower.Do(EraseOperation(SideAt(0, kSideA))), std::nullopt);
     EXPECT_EQ(Labels(), std::vector<std::string>{"Back"});
     EXPECT_EQ(m_mechanics.GetDiscs().at(kFirstSlot).sides[0].content, Content::Blank);
 }
@@ -241,7 +171,7 @@ TEST_F(AttachedFarmTest, BringsHomeTheDiscThatTheDriveCannotRead) {
 TEST_F(AttachedFarmTest, LooksWhereTheDiscIsAfterALostAnswer) {
     Put(Mechanics::kMailSlot, "A1", {"Front"});
     m_mechanics.Fail(Fault::AfterMove);
-    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Import(SlotAt(2)); }), Code::DeviceTrouble);
+    EXPECT_EQ(m_tower.Do(ImportOperation(SlotAt(2))), Code::DeviceTrouble);
     EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirstSlot + 2, "A1"}}));
     EXPECT_EQ(m_mechanics.GetMoves(), 1);
     ExpectAgreement();
@@ -261,8 +191,8 @@ TEST_F(AttachedFarmTest, CountsASideAsBadThatTakesNoData) {
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
     m_mechanics.Fail(Fault::WritingBad);
     EXPECT_EQ(Format(0, kSideA, "New"), Code::DeviceTrouble);
-    const embedded::Medium medium = *FindSlot(*m_database, {kTower, 0, 0}).medium;
-    EXPECT_EQ(FindSide(*m_database, medium, kSideA)->content, Content::Bad);
+    const embedded::Medium medium = *FindSlot(m_database, {kTower, 0, 0}).medium;
+    EXPECT_EQ(FindSide(m_database, medium, kSideA)->content, Content::Bad);
     EXPECT_EQ(Labels(), std::vector<std::string>{"Back"});
 }
 
@@ -277,9 +207,9 @@ TEST_F(AttachedFarmTest, HoldsTheChangerUntilTheCallIsRecorded) {
     Put(kFirstSlot, "A1", {"Front"});
     m_mechanics.OnMove([this] { EXPECT_TRUE(m_mechanics.IsHeld()); });
     {
-        const Recording record = m_farm->Scan(SideAt(0, kSideA));
+        const Recording record = m_tower.GetFarm().Do(ScanOperation(SideAt(0, kSideA)));
         EXPECT_TRUE(m_mechanics.IsHeld());
-        InTransaction(*m_database, [&] { (void)record(*m_database); });
+        InTransaction(m_database, [&] { (void)record(m_database); });
     }
     EXPECT_FALSE(m_mechanics.IsHeld());
 }
@@ -287,8 +217,8 @@ TEST_F(AttachedFarmTest, HoldsTheChangerUntilTheCallIsRecorded) {
 TEST_F(AttachedFarmTest, KnowsTheVolumesOfADiscThatComesBack) {
     Put(kFirstSlot, "A1", {"Front", "Back"});
     EXPECT_EQ(Scan(0, kBothSides), std::nullopt);
-    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Export(SlotAt(0)); }), std::nullopt);
-    EXPECT_EQ(Run([](AttachedFarm& farm) { return farm.Import(SlotAt(3)); }), std::nullopt);
+    EXPECT_EQ(m_tower.Do(ExportOperation(SlotAt(0))), std::nullopt);
+    EXPECT_EQ(m_tower.Do(ImportOperation(SlotAt(3))), std::nullopt);
     EXPECT_EQ(Places(), (std::map<uint16_t, std::string>{{kFirstSlot + 3, "A1"}}));
     EXPECT_EQ(StateOf(3), SlotState::Full);
     EXPECT_EQ(Scan(3, kBothSides), std::nullopt);
@@ -298,7 +228,7 @@ TEST_F(AttachedFarmTest, KnowsTheVolumesOfADiscThatComesBack) {
 TEST_F(AttachedFarmTest, WaitsForTheDiscThatARobotStillMovesForADeadProcess) {
     Put(Mechanics::kMailSlot, "A1", {"Front"});
     m_mechanics.Fail(Fault::CrashInFlight);
-    EXPECT_THROW((void)m_farm->Import(SlotAt(2)), Mechanics::Crash);
+    EXPECT_THROW((void)m_tower.GetFarm().Do(ImportOperation(SlotAt(2))), Mechanics::Crash);
     Restart();
     EXPECT_EQ(Media(), (std::vector<std::string>{"A1 in slot 2"}));
 }
@@ -306,7 +236,7 @@ TEST_F(AttachedFarmTest, WaitsForTheDiscThatARobotStillMovesForADeadProcess) {
 TEST_F(AttachedFarmTest, CountsADiscOnceThatArrivesWithinALook) {
     Put(Mechanics::kMailSlot, "A1", {"Front"});
     m_mechanics.Fail(Fault::CrashAtArrival);
-    EXPECT_THROW((void)m_farm->Import(SlotAt(2)), Mechanics::Crash);
+    EXPECT_THROW((void)m_tower.GetFarm().Do(ImportOperation(SlotAt(2))), Mechanics::Crash);
     Restart();
     EXPECT_EQ(Media(), (std::vector<std::string>{"A1 in slot 2"}));
 }
@@ -316,7 +246,7 @@ struct CrashCase {
     const char* name;
     uint16_t from;
     int moves;
-    Recording (*call)(AttachedFarm&);
+    std::unique_ptr<Operation> (*operation)();
 };
 
 void PrintTo(const CrashCase& tried, std::ostream* out) {
@@ -334,9 +264,9 @@ TEST_P(AttachedFarmCrashes, LoseNoDisc) {
             m_mechanics = Mechanics(2);
             Put(GetParam().from, "A1", {"Front", "Back"});
             m_mechanics.Fail(fault, move);
-            EXPECT_THROW((void)GetParam().call(*m_farm), Mechanics::Crash);
+            EXPECT_THROW((void)m_tower.GetFarm().Do(GetParam().operation()), Mechanics::Crash);
             Restart();
-            m_farm->TakeInventory(kTower);
+            m_tower.GetFarm().TakeInventory(kTower);
             ASSERT_EQ(m_mechanics.GetDiscs().size(), 1U);
             const uint16_t element = m_mechanics.GetDiscs().begin()->first;
             EXPECT_GE(element, Mechanics::kMailSlot) << "left in a drive";
@@ -348,15 +278,13 @@ TEST_P(AttachedFarmCrashes, LoseNoDisc) {
 
 INSTANTIATE_TEST_SUITE_P(
     Calls, AttachedFarmCrashes,
-    testing::Values(
-        CrashCase{"Import", Mechanics::kMailSlot, 1,
-                  [](AttachedFarm& farm) { return farm.Import(SlotAt(2)); }},
-        CrashCase{"Export", kFirstSlot, 1, [](AttachedFarm& farm) { return farm.Export(SlotAt(0)); }},
-        CrashCase{"Scan", kFirstSlot, 4, [](AttachedFarm& farm) { return farm.Scan(SideAt(0, kBothSides)); }},
-        CrashCase{"Format", kFirstSlot, 4,
-                  [](AttachedFarm& farm) {
-                      return farm.Format(SideAt(0, kSideB), {"New", false, false});
-                  }}),
+    testing::Values(CrashCase{"Import", Mechanics::kMailSlot, 1, [] { return ImportOperation(SlotAt(2)); }},
+                    CrashCase{"Export", kFirstSlot, 1, [] { return ExportOperation(SlotAt(0)); }},
+                    CrashCase{"Scan", kFirstSlot, 4, [] { return ScanOperation(SideAt(0, kBothSides)); }},
+                    CrashCase{"Format", kFirstSlot, 4,
+                              [] {
+                                  return FormatOperation(SideAt(0, kSideB), {"New", false, false});
+                              }}),
     [](const testing::TestParamInfo<CrashCase>& tried) { return std::string(tried.param.name); });
 
 }  // namespace

@@ -10,10 +10,11 @@
 #include <vector>
 
 #include "embedded/catalogue/enable_disable_rename.h"
-#include "embedded/catalogue/import_export_scan.h"
 #include "embedded/farms/farm_writer.h"
 #include "embedded/model/farm.h"
 #include "embedded/model/farm_words.h"
+#include "embedded/operations/operation.h"
+#include "embedded/simulated/mechanics/simulated_mechanics.h"
 #include "embedded/store/database.h"
 #include "embedded/store/farm_file.h"
 #include "tests/unit/embedded/support/farm_fixture.h"
@@ -24,7 +25,8 @@ namespace {
 // The sources of what a call of the library runs.
 std::vector<std::string> SourcesOfCalls() {
     std::vector<std::string> sources;
-    for (const char* folder : {"catalogue", "journal", "library", "sessions", "simulated"}) {
+    for (const char* folder :
+         {"catalogue", "journal", "library", "sessions", "simulated", "simulated/mechanics"}) {
         const std::filesystem::path path = std::filesystem::path(EMBEDDED_SOURCES) / folder;
         for (const auto& entry : std::filesystem::directory_iterator(path)) {
             if (entry.path().extension() != ".cpp") continue;
@@ -135,9 +137,10 @@ int64_t StepsOfMovingWithoutASlot(int32_t slotsOfTheMissingMagazine) {
     sqlite3_progress_handler(database->GetConnection(), 1, &CountStep, &steps);
     const SlotKey anySlot{sizeof(SlotKey), 1, -1, -1};
     const std::string firstEmpty = std::to_string(slotsOfTheMissingMagazine + 1);
-    EXPECT_EQ(embedded::ImportMedium(*database, anySlot).words,
+    EXPECT_EQ(RunSimulated(*database, *embedded::ImportOperation(anySlot)).change.words,
               "imported: x\\2\\" + firstEmpty + " (blank CD-R)");
-    EXPECT_EQ(embedded::ExportMedium(*database, anySlot).words, "exported: x\\2\\1 (blank CD-R)");
+    EXPECT_EQ(RunSimulated(*database, *embedded::ExportOperation(anySlot)).change.words,
+              "exported: x\\2\\1 (blank CD-R)");
     return steps;
 }
 

@@ -102,7 +102,10 @@ class Mechanics::Robot : public embedded::PhysicalJukebox {
     }
 
     SideChange FormatSide(int32_t drive, const SideFormat& format) override {
-        return Write(drive, Recorded(format.label));
+        SideReading written = Recorded(format.label);
+        written.isSequential = format.isSequential;
+        written.finalization = embedded::Finalization::NotFinalized;
+        return Write(drive, written);
     }
     SideChange EraseSide(int32_t drive) override { return Write(drive, Blank()); }
     SideChange FinalizeSide(int32_t drive) override {
