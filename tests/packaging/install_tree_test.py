@@ -58,6 +58,10 @@ SIMULATOR = {
 JUKEBOX = {
     f"{LIBRARY_DIR}/libkrvJukebox64.so",
     "bin/krvadm",
+    "share/bash-completion/completions/krvadm",
+    "share/zsh/site-functions/_krvadm",
+    "share/fish/vendor_completions.d/krvadm.fish",
+    "share/krvcmd/completion/krvadm.ps1",
     "share/man/man1/krvadm.1",
     "share/doc/krvcmd-jukebox/THIRD-PARTY-NOTICES.md",
 }
