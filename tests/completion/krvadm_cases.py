@@ -21,7 +21,7 @@ OFFERED = [
     ("krvadm attach --drive x --d", ["--drive"]),
     # Values.
     ("krvadm status --server s", ["second"]),
-    ("krvadm check --server ", [".", "second", "away"]),
+    ("krvadm check --server a", ["away"]),
     ("krvadm serve --only se", ["second"]),
     ("krvadm servers remove a", ["away"]),
     ("krvadm journal --profile la", ["large"]),
