@@ -73,6 +73,11 @@ install(FILES "${completion}/krvcmd.ps1" DESTINATION "${completion_dir}" COMPONE
 if(TARGET krvsim)
   install(FILES "${completion}/krvsim.ps1" DESTINATION "${completion_dir}" COMPONENT simulator)
 endif()
+if(TARGET krvJukebox64)
+  install(FILES "${completion}/krvadm.ps1" DESTINATION "${completion_dir}" COMPONENT jukebox)
+else()
+  install(FILES "${completion}/krvadm.ps1" DESTINATION "${completion_dir}" COMPONENT simulator)
+endif()
 if(WIN32)
   install(FILES "${CMAKE_SOURCE_DIR}/LICENSE" DESTINATION . COMPONENT krvcmd)
   install(FILES "${CMAKE_SOURCE_DIR}/embedded/library/krvSdk64.def" DESTINATION "${header_dir}" COMPONENT development)
@@ -98,13 +103,19 @@ install(FILES "${completion}/_krvcmd" DESTINATION "${KRVCMD_ZSH_COMPLETION_DIR}"
 install(FILES "${completion}/krvcmd.fish"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT krvcmd)
 
-if(TARGET krvsim)
-  install(FILES "${completion}/krvsim.bash" RENAME krvsim
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT simulator)
-  install(FILES "${completion}/_krvsim" DESTINATION "${KRVCMD_ZSH_COMPLETION_DIR}" COMPONENT simulator)
-  install(FILES "${completion}/krvsim.fish"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT simulator)
-endif()
+set(component_krvsim simulator)
+set(component_krvadm jukebox)
+foreach(tool IN ITEMS krvsim krvadm)
+  if(NOT TARGET ${tool})
+    continue()
+  endif()
+  set(component "${component_${tool}}")
+  install(FILES "${completion}/${tool}.bash" RENAME ${tool}
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT ${component})
+  install(FILES "${completion}/_${tool}" DESTINATION "${KRVCMD_ZSH_COMPLETION_DIR}" COMPONENT ${component})
+  install(FILES "${completion}/${tool}.fish"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT ${component})
+endforeach()
 
 get_property(pages GLOBAL PROPERTY KRVCMD_MANUAL_PAGES)
 foreach(page IN LISTS pages)

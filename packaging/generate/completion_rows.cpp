@@ -5,6 +5,7 @@
 #include <span>
 #include <stdexcept>
 
+#include "krvcmd/console/query/column_catalogue.h"
 #include "krvcmd/frontend/grammar/command_grammar.h"
 #include "krvcmd/frontend/parsing/item_address.h"
 #include "krvcmd/frontend/report/help_table.h"
@@ -39,18 +40,30 @@ struct KnownValue {
     string_view value;
 };
 constexpr KnownValue kKnownValues[] = {
-    {"J", "jukebox"}, {"columns", "columns"}, {"sort", "sort"}, {"<command>", "topic"}};
+    // clang-format off
+    {"J", "jukebox"}, {"M", "magazine"},     {"S", "slot"},    {"D", "drive"}, {"V", "volume"},
+    {"sort", "sort"}, {"columns", "columns"}, {"<command>", "topic"},
+    // clang-format on
+};
 
-// The kind of a keyword's value: one of kKnownValues, else id, number or text; empty without a value.
+// The kind of a keyword's value: one of kKnownValues, else number or text; empty without a value.
 string_view ValueWord(const KeywordNode& node) {
     if (node.values.empty()) return {};
     for (const KnownValue& known : kKnownValues) {
         if (known.keyword == node.keyword) return known.value;
     }
-    const ValueSpec& form = node.values.front();
-    if (form.valueType == ValueSpec::kText) return "text";
-    return form.idForm == ValueSpec::kId ? "id" : "number";
+    return node.values.front().valueType == ValueSpec::kText ? "text" : "number";
 }
+
+// The columns in which the rows of a query's object can have a value.
+struct ObjectLetters {
+    string_view keyword;
+    string_view letters;
+};
+constexpr ObjectLetters kObjectLetters[] = {
+    {"jukeboxes", "JNoFDMSPRC"},     {"magazines", "JNmSo"},          {"drives", "JNdoPRC"},
+    {"slots", "JNmsoatLIyYxXzlfvn"}, {"volumes", "LIyYxXzlfovnmsat"},
+};
 
 constexpr std::array<string_view, 7> kAddressKeywords = {"J", "M", "S", ".A", ".B", "D", "V"};
 
@@ -124,6 +137,11 @@ CompletionRow MakeRow(string_view level, const KeywordNode& node, KeywordNode::T
     return row;
 }
 
+bool IsQueryObject(const CompletionRow& row) {
+    return row.level == "query" &&
+           std::ranges::find(QueryObjects(), row.keyword, &QueryObjectInfo::keyword) != QueryObjects().end();
+}
+
 // Fails after a keyword was renamed without its alternatives.
 void CheckAlternatives() {
     for (const Alternatives& alternatives : AllAlternatives()) {
@@ -177,6 +195,21 @@ std::vector<CompletionRow> MakeCompletionRows() {
     for (const KeywordNode* command : topLevel) {
         for (const KeywordNode* child : command->children) {
             rows.push_back(MakeRow(command->keyword, *child, command->children));
+        }
+    }
+    // A query needs its object first of all.
+    const auto query = std::ranges::find(rows, string_view("query"), &CompletionRow::level);
+    (void)std::ranges::stable_partition(query, rows.end(), IsQueryObject);
+    return rows;
+}
+
+std::vector<LetterRow> MakeLetterRows() {
+    std::vector<LetterRow> rows;
+    for (const Ostrel::UI::Console::ColumnInfo& column : Ostrel::UI::Console::GetColumnCatalogue()) {
+        LetterRow& row = rows.emplace_back(LetterRow{column.letter, {}, column.description});
+        for (const ObjectLetters& object : kObjectLetters) {
+            if (object.letters.find(column.letter) != string_view::npos)
+                row.objects.push_back(object.keyword);
         }
     }
     return rows;

@@ -19,8 +19,18 @@ struct CompletionRow {
     std::string help;
 };
 
-// One row for each keyword, level by level, in the order of the grammar.
+// A column letter of a query.
+struct LetterRow {
+    std::string_view letter;
+    std::vector<std::string_view> objects;  // the keywords of the objects that have a value in this column
+    std::string_view description;
+};
+
+// One row for each keyword, level by level, in the order of the grammar, but the objects of a query first.
 std::vector<CompletionRow> MakeCompletionRows();
+
+// One row for each letter, in the order of the help.
+std::vector<LetterRow> MakeLetterRows();
 
 // Keywords of the commands with a help text.
 std::vector<std::string_view> HelpTopics();

@@ -1,23 +1,33 @@
-#include <stdexcept>
 #include <string>
-#include <string_view>
 
-#include "packaging/generate/fill_file.h"
-#include "packaging/generate/krvsim_rows.h"
-#include "packaging/generate/shell_tables.h"
+#include "packaging/generate/tool_rows.h"
+#include "tools/common/command_line.h"
+#include "tools/krvsim/commands.h"
+#include "tools/krvsim/fault_request.h"
 
 namespace {
 
-// The block for the only mark, "krvsim SHELL": the rows of the table as texts of that shell.
-std::string BlockOf(const std::string& mark) {
-    constexpr std::string_view kStart = "krvsim ";
-    if (!mark.starts_with(kStart)) throw std::runtime_error("unknown mark: @" + mark + "@");
-    return krvcmd::ShellTexts(mark.substr(kStart.size()), embedded::tools::KrvsimRows());
+std::string FaultValues() {
+    std::string presets = embedded::tools::PresetNames();
+    std::erase(presets, ',');
+    return presets + " <file>";
 }
 
 }  // namespace
 
 // Fills a template of a completion script of krvsim.
 int main(int argc, char** argv) {
-    return krvcmd::FillFile(argc, argv, BlockOf);
+    const embedded::tools::ValueKind kinds[] = {
+        {"--server", "", "<server>"},       {"--layout", "", "<file>"},
+        {"--library", "", "<file>"},        {"--from-library", "", "<file>"},
+        {"--expect", "", "<file>"},         {"--report", "", "<file>"},
+        {"--fault", "", FaultValues()},     {"--profile", "", "small large <file>"},
+        {"--format", "", "toml json html"}, {"--side", "", "A B"},
+        {"<FILE>", "", "<file>"},           {"<A>", "diff", "<server>"},
+        {"<B>", "diff", "<server>"},        {"<NAME>", "restore", "<snapshot>"},
+        {"<NAME>", "remove", "<snapshot>"}, {"<COMMAND>", "run", "<command>"},
+    };
+    embedded::tools::CommandLine tool("krvsim", "");
+    embedded::tools::AddCommands(tool);
+    return embedded::tools::FillToolScript(argc, argv, tool, kinds);
 }

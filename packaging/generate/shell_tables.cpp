@@ -3,7 +3,6 @@
 #include <stdexcept>
 #include <vector>
 
-#include "krvcmd/console/query/column_catalogue.h"
 #include "packaging/generate/completion_rows.h"
 
 namespace krvcmd {
@@ -44,8 +43,9 @@ std::vector<std::string> GrammarLines() {
 
 std::vector<std::string> ColumnLines() {
     std::vector<std::string> lines;
-    for (const Ostrel::UI::Console::ColumnInfo& column : Ostrel::UI::Console::GetColumnCatalogue()) {
-        lines.push_back(Fields({std::string(column.letter), std::string(column.description)}));
+    for (const LetterRow& row : MakeLetterRows()) {
+        lines.push_back(
+            Fields({std::string(row.letter), Join(row.objects, ' '), std::string(row.description)}));
     }
     return lines;
 }

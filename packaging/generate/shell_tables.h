@@ -10,7 +10,7 @@ namespace krvcmd {
 //
 //   grammar  level|keyword|command or nothing|dash or nothing|value|excluded|excluded by a list|help
 //            where the excluded keywords are separated by blanks
-//   columns  letter|description
+//   columns  letter|objects of a query that have such a value|description
 //   topics   keyword of a command with a help text
 //
 // `shell` is bash, zsh, fish or powershell, `table` one of the above.

@@ -116,9 +116,11 @@ class Page(BrowserTest):
         farm = self.files.farm()
         self.open(self.demonstration)
         media = sum(slot["medium"] is not None for slot in all_slots(farm)) + len(queued_media(farm))
+        waiting = sum(volume["id"] < 0 for volume in farm["volumes"])
+        self.assertGreater(waiting, 1)
         self.assertEqual(self.browser.run("document.querySelector('#summary').textContent"),
                          f"{len(farm['jukeboxes'])} jukeboxes, {len(all_slots(farm))} slots, {media} media, "
-                         f"{len(farm['volumes'])} volumes.")
+                         f"{len(farm['volumes']) - waiting} volumes, {waiting} volumes wait for import.")
 
     def test_shows_how_full_a_medium_is(self):
         self.files.create(hostile_layout(), "shares")

@@ -6,6 +6,7 @@ import shlex
 import unittest
 
 import completion_cases
+import krvadm_cases
 import krvsim_cases
 import terminal
 
@@ -19,7 +20,7 @@ class Bash(terminal.Shell):
             "bind 'set show-all-if-ambiguous on'; bind 'set completion-display-width 1'",
             "bind 'set completion-query-items -1'; bind 'set page-completions off'",
             "bind 'set enable-bracketed-paste off'",
-            f". {scripts}/krvcmd.bash; . {scripts}/krvsim.bash",
+            f". {scripts}/krvcmd.bash; . {scripts}/krvsim.bash; . {scripts}/krvadm.bash",
         ])
 
     def offered(self, typed):
@@ -41,6 +42,11 @@ class BashCompletion(completion_cases.CompletionCases, unittest.TestCase):
 
 
 class BashCompletionOfKrvsim(krvsim_cases.KrvsimCases, unittest.TestCase):
+    start = Bash
+    explains = False
+
+
+class BashCompletionOfKrvadm(krvadm_cases.KrvadmCases, unittest.TestCase):
     start = Bash
     explains = False
 

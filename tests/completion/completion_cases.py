@@ -10,6 +10,9 @@ HERE = pathlib.Path(__file__).resolve().parent
 
 COMMANDS = ["help", "?", "service", "import", "export", "scan", "format", "enable", "disable", "name", "query"]
 OBJECTS = ["jukeboxes", "magazines", "drives", "slots", "volumes"]
+# The calls that change nothing.
+LOOKS = {"KrvSessionCreate", "KrvSessionClose", "KrvGetNextJukebox", "KrvGetJukebox", "KrvGetMagazine", "KrvGetNextVolume",
+         "KrvVolumeDetail", "KrvVolumeAspects", "KrvVolumeLocations", "KrvGetSide"}
 QUERY = ["J", "M", "S", ".A", ".B", "D", "V", "columns=", "sort=", "width=", "notable", "separator=", *OBJECTS]
 IDS_AND_NAMES = ["@8", "@11", "@12", "@13", "@14", "@15", "Tower", "My Box", "My Big Box", "it's $5", "100%s", "a|b"]
 
@@ -78,6 +81,11 @@ OFFERED = [
     ("krvcmd quiet=1 ", []),
     ("krvcmd query slots5 ", []),
     ("krvcmd query -sep=, ", []),
+    # Only beginnings of words, not what their explanations contain.
+    ("krvcmd media", []),
+    ("krvcmd query information", []),
+    ("krvcmd query J Box", []),
+    ("krvcmd query V Sales", []),
     # The dash forms of keywords that have one.
     ("krvcmd -", ["-quiet", "-server", "-?"]),
     ("krvcmd query /", ["/notable", "/separator", *("/" + word for word in OBJECTS)]),
@@ -88,6 +96,17 @@ OFFERED = [
     ("krvcmd query J My", ["My Box", "My Big Box"]),
     ("krvcmd query J@1", ["J@11", "J@12", "J@13", "J@14", "J@15"]),
     ("krvcmd query J=My", ["J=My Box", "J=My Big Box"]),
+    ("krvcmd query volumes V ", ["@33", "@34", "@273"]),
+    ("krvcmd export V@3", ["V@33", "V@34"]),
+    ("krvcmd scan J Tower M ", ["1", "2"]),
+    ("krvcmd scan J=Tower S ", [str(number) for number in range(1, 16)]),
+    ("krvcmd scan J @8 M1 S ", ["1", "2", "3"]),
+    ("krvcmd scan J@8 M 2 S1", ["S1", "S10", "S11", "S12"]),
+    ("krvcmd disable J@8 D ", ["1", "2"]),
+    ("krvcmd disable J 'My Box' D ", []),
+    ("krvcmd disable J Nowhere D ", []),
+    ("krvcmd scan J Tower M 3 S ", []),
+    ("krvcmd scan M ", []),
     ("krvcmd query label ", []),
     ("krvcmd format label ", []),
     ("krvcmd import repeat ", []),
@@ -108,7 +127,8 @@ COMPLETED = [
     ("krvcmd query J@8", ["krvcmd", "query", "J@8"]),
     ("krvcmd query J @12", ["krvcmd", "query", "J", "@12"]),
     ("krvcmd query V", ["krvcmd", "query", "V"]),
-    ("krvcmd query V ", ["krvcmd", "query", "V", "@"]),
+    ("krvcmd query V @2", ["krvcmd", "query", "V", "@273"]),
+    ("krvcmd disable J@8 D2", ["krvcmd", "disable", "J@8", "D2"]),
     # Names are quoted for the shell.
     ("krvcmd query J My\\ Bo", ["krvcmd", "query", "J", "My Box"]),
     ("krvcmd query J 'My Bo", ["krvcmd", "query", "J", "My Box"]),
@@ -163,6 +183,20 @@ class CompletionCases:
         self.assertEqual(self.shell.offered("krvcmd query J My"), {"My Box": "jukebox @11", "My Big Box": "jukebox @12"})
         self.assertEqual(self.shell.offered("krvcmd query J @11 @1"), {})
         self.assertEqual(self.shell.offered("krvcmd query J @1")["@11"], "My Box")
+        self.assertEqual(self.shell.offered("krvcmd export V "), {"@33": "Sales 2004", "@34": "it's $5", "@273": "a|b"})
+        self.assertEqual(self.shell.offered("krvcmd scan J@8 M "), {"1": "magazine 1", "2": "magazine 2"})
+
+    def test_offers_the_objects_of_a_query_first(self):
+        self.assertEqual(list(self.shell.offered("krvcmd query "))[:5], OBJECTS)
+
+    def test_only_looks_at_the_service(self):
+        calls = pathlib.Path(self.home.name, "calls")
+        calls.unlink(missing_ok=True)
+        for typed in ("J ", "V ", "J @8 M ", "J @8 S ", "J @8 M1 S ", "J @8 D "):
+            self.assertTrue(self.shell.offered(f"krvcmd query {typed}"), typed)
+        made = {line.split()[0] for line in calls.read_text().splitlines()}
+        self.assertIn("KrvSessionCreate", made)
+        self.assertEqual(made - LOOKS, set())
 
     def test_offers_every_column_letter_with_its_description(self):
         for start in ("columns=", "col=", "sort=", "columns ", "-sep , columns="):
@@ -172,6 +206,13 @@ class CompletionCases:
                 self.assertEqual("-" in offered, "sort" in start)
                 self.assertEqual(offered["I"], "Unique identifier of the volume.")
                 self.assertEqual(offered["X"], "Used capacity in bytes without dimension.")
+
+    def test_offers_the_letters_that_the_object_of_the_query_has(self):
+        for words, expected in (("jukeboxes", "JNoFDMSPRC"), ("magazines", "JNmSo"), ("drives", "JNdoPRC"),
+                                ("slots", "JNmsoatLIyYxXzlfvn"), ("J@8 vol", "LIyYxXzlfovnmsat")):
+            with self.subTest(words=words):
+                self.assertEqual(set(self.letters(f"krvcmd query {words} columns=")), set(expected))
+        self.assertEqual(set(self.letters("krvcmd query magazines sort=N")), set("JmSo+-"))
 
     def test_offers_the_letters_that_are_not_chosen_yet(self):
         self.assertEqual(set(self.letters("krvcmd query columns=ILl")), set(LETTERS) - set("ILl"))
@@ -197,12 +238,14 @@ class CompletionCases:
     def test_gives_up_on_a_service_that_does_not_answer(self):
         shell = self.start_on(HERE / "silent.script")
         try:
-            begin = time.monotonic()
-            self.assertEqual(shell.offered("krvcmd query J "), {})
-            taken = time.monotonic() - begin
-            # One second for the service; the rest is for the terminal on a busy machine. The service
-            # itself would answer after 20 seconds.
-            self.assertGreater(taken, 0.9)
-            self.assertLess(taken, 6)
+            for typed in ("J ", "V ", "J @8 S "):
+                with self.subTest(typed=typed):
+                    begin = time.monotonic()
+                    self.assertEqual(shell.offered(f"krvcmd query {typed}"), {})
+                    taken = time.monotonic() - begin
+                    # One second for the service; the rest is for the terminal on a busy machine. The service
+                    # itself would answer after 20 seconds.
+                    self.assertGreater(taken, 0.9)
+                    self.assertLess(taken, 6)
         finally:
             shell.close()

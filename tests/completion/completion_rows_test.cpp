@@ -109,13 +109,33 @@ TEST(CompletionRows, TellWhatCanNoLongerFollow) {
 TEST(CompletionRows, TellTheKindOfEachValue) {
     const std::vector<CompletionRow> rows = MakeCompletionRows();
     EXPECT_EQ(RowOf(rows, "query", "J").value, "jukebox");
-    EXPECT_EQ(RowOf(rows, "query", "V").value, "id");
-    EXPECT_EQ(RowOf(rows, "query", "S").value, "number");
+    EXPECT_EQ(RowOf(rows, "query", "V").value, "volume");
+    EXPECT_EQ(RowOf(rows, "query", "M").value, "magazine");
+    EXPECT_EQ(RowOf(rows, "query", "S").value, "slot");
+    EXPECT_EQ(RowOf(rows, "query", "D").value, "drive");
+    EXPECT_EQ(RowOf(rows, "query", "width").value, "number");
     EXPECT_EQ(RowOf(rows, "query", "columns").value, "columns");
     EXPECT_EQ(RowOf(rows, "query", "sort").value, "sort");
     EXPECT_EQ(RowOf(rows, "query", "separator").value, "text");
     EXPECT_EQ(RowOf(rows, "query", "slots").value, "");
     EXPECT_EQ(RowOf(rows, "help", "<command>").value, "topic");
+}
+
+TEST(CompletionRows, BeginAQueryWithItsObjects) {
+    Keywords keywords;
+    for (const CompletionRow& row : MakeCompletionRows()) {
+        if (row.level == "query") keywords.push_back(row.keyword);
+    }
+    keywords.resize(7);
+    EXPECT_THAT(keywords, ElementsAre("jukeboxes", "magazines", "drives", "slots", "volumes", "J", "M"));
+}
+
+TEST(LetterRows, TellWhichObjectsHaveTheLetter) {
+    const std::vector<LetterRow> rows = MakeLetterRows();
+    ASSERT_THAT(rows, SizeIs(26));
+    EXPECT_EQ(rows.front().letter, "S");
+    EXPECT_THAT(rows.front().objects, ElementsAre("jukeboxes", "magazines"));
+    EXPECT_THAT(rows.back().objects, ElementsAre("jukeboxes", "magazines", "drives", "slots", "volumes"));
 }
 
 TEST(CompletionRows, NameTheServiceInTheirHelp) {
@@ -128,7 +148,8 @@ TEST(HelpTopics, AreTheCommandsWithAText) {
 }
 
 TEST(ShellTable, QuotesEachLineForItsShell) {
-    EXPECT_THAT(ShellTable("bash", "columns"), HasSubstr("'N|Name of the jukebox.'\n"));
+    EXPECT_THAT(ShellTable("bash", "columns"),
+                HasSubstr("'N|jukeboxes magazines drives slots|Name of the jukebox.'\n"));
     EXPECT_THAT(ShellTable("fish", "topics"), HasSubstr("'service' \\\n'import' \\\n"));
     EXPECT_THAT(ShellTable("powershell", "grammar"),
                 HasSubstr("'query|.B||||.A .B D V||medium side B, eg. S 1 .B'\n"));

@@ -4,6 +4,7 @@ import os
 import unittest
 
 import completion_cases
+import krvadm_cases
 import krvsim_cases
 import terminal
 
@@ -12,8 +13,8 @@ class Fish(terminal.Shell):
     def __init__(self, environment):
         scripts = os.environ["KRVCMD_COMPLETION_DIR"]
         super().__init__(["fish", "--no-config"], environment, [
-            f"function fish_prompt; echo -n '{terminal.PROMPT}'; end; set -g fish_greeting; set -g fish_autosuggestion_enabled 0",
-            f"source {scripts}/krvcmd.fish; source {scripts}/krvsim.fish",
+            f"function fish_prompt; echo -n '{terminal.PROMPT}'; end; function fish_title; end; set -g fish_greeting; set -g fish_autosuggestion_enabled 0",
+            f"source {scripts}/krvcmd.fish; source {scripts}/krvsim.fish; source {scripts}/krvadm.fish",
         ])
 
     def offered(self, typed):
@@ -38,6 +39,10 @@ class FishCompletion(completion_cases.CompletionCases, unittest.TestCase):
 
 
 class FishCompletionOfKrvsim(krvsim_cases.KrvsimCases, unittest.TestCase):
+    start = Fish
+
+
+class FishCompletionOfKrvadm(krvadm_cases.KrvadmCases, unittest.TestCase):
     start = Fish
 
 

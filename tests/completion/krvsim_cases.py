@@ -38,6 +38,9 @@ OFFERED = [
     # Nothing after words that krvsim would refuse.
     ("krvsim rehearse ", []),
     ("krvsim run --bogus --", []),
+    # Only beginnings of words, not what their explanations contain.
+    ("krvsim farm", []),
+    ("krvsim run --ault", []),
 ]
 
 

@@ -96,20 +96,17 @@ class PowerShellCompletion(unittest.TestCase):
         self.assertEqual(re.findall(r"(\$row\.Level|\$row\.Keyword|\$letters) -(?:eq|ne) (?!'')", code), [])
 
 
-class PowerShellCompletionOfKrvsim(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
+class PowerShellCompletionOfTheTools(unittest.TestCase):
+    def test_leaves_no_quote_and_no_bracket_open_and_has_the_table_of_the_other_shells(self):
         folder = pathlib.Path(os.environ["KRVCMD_COMPLETION_DIR"])
-        cls.script = (folder / "krvsim.ps1").read_text(encoding="ascii")
-        cls.bash = (folder / "krvsim.bash").read_text(encoding="ascii")
-
-    def test_leaves_no_quote_and_no_bracket_open(self):
-        self.assertGreater(len(strings_of(self.script)), 100)
-
-    def test_has_the_table_of_the_other_shells(self):
-        lines = [line.replace("''", "'") for line in table(self.script, "rowLines")]
-        self.assertGreater(len(lines), 100)
-        self.assertEqual(lines, [line.replace("'\\''", "'") for line in table(self.bash, "_krvsim_rows")])
+        for tool in ("krvsim", "krvadm"):
+            with self.subTest(tool=tool):
+                script = (folder / f"{tool}.ps1").read_text(encoding="ascii")
+                bash = (folder / f"{tool}.bash").read_text(encoding="ascii")
+                self.assertGreater(len(strings_of(script)), 60)
+                lines = [line.replace("''", "'") for line in table(script, "rowLines")]
+                self.assertGreater(len(lines), 30)
+                self.assertEqual(lines, [line.replace("'\\''", "'") for line in table(bash, f"_{tool}_rows")])
 
 
 @unittest.skipUnless(shutil.which("pwsh"), "PowerShell (pwsh) is not installed on this machine")

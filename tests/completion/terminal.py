@@ -1,64 +1,114 @@
 """A shell on a terminal of its own, driven key by key (tmux keeps the terminal)."""
 import os
 import pathlib
+import select
 import shlex
 import shutil
 import subprocess
 import tempfile
 import time
 
-PATIENCE = 20  # seconds; answers normally come within a fraction of one
+PATIENCE = 60  # seconds; answers normally come within a fraction of one
 PROMPT = "ready> "
 SENTINEL = "~"
 
 
 class Terminal:
+    """Reads what tmux reports as a control client, so that a change on the screen ends a wait at once."""
     WIDTH, HEIGHT = 180, 70
 
     def __init__(self, command, environment):
         # The socket has a short name: a path to a socket may have 107 characters at most.
         self._folder = tempfile.mkdtemp(prefix="krv", dir="/tmp")
-        self._socket = os.path.join(self._folder, "tmux")
         words = shlex.join(["env", "-i", *(f"{name}={value}" for name, value in environment.items()), *command])
-        self._tmux("-f", os.devnull, "new-session", "-d", "-x", str(self.WIDTH), "-y", str(self.HEIGHT), words)
+        outside = {name: value for name, value in os.environ.items() if not name.startswith("TMUX")}
+        self._client = subprocess.Popen(
+            ["tmux", "-S", os.path.join(self._folder, "tmux"), "-f", os.devnull, "-C", "new-session", "-x", str(self.WIDTH),
+             "-y", str(self.HEIGHT), words],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, env=dict(outside, LC_ALL="C.UTF-8"))
+        self._unread = b""
+        self._has_changed = False
+        self._read_answer(time.monotonic() + PATIENCE)
+        self._ask(f"refresh-client -C {self.WIDTH}x{self.HEIGHT}")
 
-    def _tmux(self, *arguments):
-        environment = {name: value for name, value in os.environ.items() if not name.startswith("TMUX")}
-        done = subprocess.run(["tmux", "-S", self._socket, *arguments], stdout=subprocess.PIPE, text=True, timeout=30,
-                              env=dict(environment, LC_ALL="C.UTF-8"), check=True)
-        return done.stdout
+    def _read_line(self, end):
+        """The next line from tmux; nothing if none has come by then."""
+        while b"\n" not in self._unread:
+            if not select.select([self._client.stdout], [], [], max(0, end - time.monotonic()))[0]:
+                return None
+            block = os.read(self._client.stdout.fileno(), 1 << 16)
+            if not block:
+                raise AssertionError("the terminal has ended")
+            self._unread += block
+        line, _, self._unread = self._unread.partition(b"\n")
+        self._has_changed |= line.startswith(b"%output ")
+        return line.decode("utf-8", "replace")
+
+    def _read_answer(self, end):
+        """The lines between %begin and %end."""
+        lines = None
+        while True:
+            line = self._read_line(end)
+            if line is None:
+                raise AssertionError("tmux does not answer")
+            if line.startswith("%begin "):
+                lines = []
+            elif lines is not None and line.startswith("%end "):
+                return lines
+            elif lines is not None and line.startswith("%error "):
+                raise AssertionError("\n".join(lines))
+            elif lines is not None:
+                lines.append(line)
+
+    def _ask(self, command):
+        self._client.stdin.write(command.encode() + b"\n")
+        self._client.stdin.flush()
+        return self._read_answer(time.monotonic() + PATIENCE)
 
     def close(self):
-        subprocess.run(["tmux", "-S", self._socket, "kill-server"], stderr=subprocess.DEVNULL, check=False)
+        self._client.stdin.write(b"kill-server\n")
+        self._client.stdin.close()
+        self._client.stdout.close()
+        try:
+            self._client.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            self._client.kill()
+            self._client.wait()
         shutil.rmtree(self._folder, ignore_errors=True)
 
     def type(self, text):
-        self._tmux("send-keys", "-l", "--", text)
+        self._ask("send-keys -H " + text.encode().hex(" "))
 
     def press(self, *keys):
-        self._tmux("send-keys", *keys)
+        self._ask("send-keys " + " ".join(keys))
 
     def screen(self):
         """The lines shown, and the number of the one with the cursor."""
-        lines = self._tmux("capture-pane", "-p").split("\n")
-        return lines, int(self._tmux("display-message", "-p", "#{cursor_y}"))
+        lines = self._ask("capture-pane -p")
+        return lines, int(self._ask("display-message -p '#{cursor_y}'")[0])
+
+    def title(self):
+        """The title that the last program gave to the terminal."""
+        return "".join(self._ask("display-message -p '#{pane_title}'"))
 
     def wait_for(self, is_there, what, seconds=PATIENCE):
         """The screen as soon as is_there(lines, cursor line) holds."""
         end = time.monotonic() + seconds
         while True:
+            self._has_changed = False
             lines, at = self.screen()
             if is_there(lines, at):
                 return lines, at
-            if time.monotonic() > end:
-                raise AssertionError(f"{what} did not come; the terminal shows:\n" + "\n".join(lines).rstrip())
-            time.sleep(0.02)
+            while not self._has_changed:
+                if self._read_line(end) is None:
+                    raise AssertionError(f"{what} did not come; the terminal shows:\n" + "\n".join(lines).rstrip())
 
 
 class Shell:
     """Base of the shells' tests; a derived class knows how to start its shell and how it lists candidates."""
 
     def __init__(self, command, environment, preparations):
+        self._cleared = 0
         self.terminal = Terminal(command, environment)
         self.terminal.wait_for(lambda lines, at: lines[at].strip() != "", "the shell's first prompt")
         for line in preparations:
@@ -69,25 +119,16 @@ class Shell:
     def close(self):
         self.terminal.close()
 
-    def _wait_for_empty_prompt(self):
-        return self.terminal.wait_for(lambda lines, at: lines[at].rstrip() == PROMPT.rstrip(), "an empty prompt")
-
     def clear(self):
         """Clears the screen: an empty prompt in the first line."""
-        for seconds in (PATIENCE / 10, PATIENCE / 5, PATIENCE):
-            self.terminal.press("C-c")
-            self._wait_for_empty_prompt()
-            self.terminal.type("clear")
-            self.terminal.press("Enter")
-            try:
-                self.terminal.wait_for(
-                    lambda lines, at: lines[0].rstrip() == PROMPT.rstrip() and not "".join(lines[1:]).strip(),
-                    "a clear screen", seconds)
-                return
-            except AssertionError:
-                # A busy shell discards input until it has handled the interruption.
-                if seconds == PATIENCE:
-                    raise
+        self._cleared += 1
+        self.terminal.press("C-e", "C-u")
+        # The title tells that this line has run, and that the prompt is not that of an earlier one.
+        self.terminal.type(f"clear; printf '\\033]2;cleared {self._cleared}\\007'")
+        self.terminal.press("Enter")
+        self.terminal.wait_for(
+            lambda lines, at: lines[0].rstrip() == PROMPT.rstrip() and not "".join(lines[1:]).strip() and
+            self.terminal.title() == f"cleared {self._cleared}", "a clear screen")
 
     def run(self, command):
         self.terminal.type(command)

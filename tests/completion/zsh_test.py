@@ -6,6 +6,7 @@ import shlex
 import unittest
 
 import completion_cases
+import krvadm_cases
 import krvsim_cases
 import terminal
 
@@ -43,6 +44,10 @@ class ZshCompletion(completion_cases.CompletionCases, unittest.TestCase):
 
 
 class ZshCompletionOfKrvsim(krvsim_cases.KrvsimCases, unittest.TestCase):
+    start = Zsh
+
+
+class ZshCompletionOfKrvadm(krvadm_cases.KrvadmCases, unittest.TestCase):
     start = Zsh
 
 

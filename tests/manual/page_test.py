@@ -10,6 +10,7 @@ import unittest
 
 PAGES = []
 KRVSIM = os.environ.get("KRVSIM_PROGRAM", "krvsim")
+KRVADM = os.environ.get("KRVADM_PROGRAM", "krvadm")
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
 HEADER = PROJECT / "krvcmd/service/sdk/krv_sdk.h"
 CODES = PROJECT / "krvcmd/service/sdk/codes.h"
@@ -34,6 +35,10 @@ def rendered(name):
 class ManualPages(unittest.TestCase):
     def assertShows(self, text, pattern):
         self.assertTrue(re.search(pattern, text, re.MULTILINE), f"nothing like {pattern!r} on the page")
+
+    def assertShowsDefault(self, text, default):
+        value = re.escape(default)
+        self.assertRegex(" ".join(text.split()), rf'by default "?{value}(?!\w)|{value} \(the default\)')
 
     def test_satisfy_mandoc(self):
         for page in PAGES:
@@ -120,10 +125,33 @@ class ManualPages(unittest.TestCase):
         for command in [*commands, "fault add", "fault list", "fault clear"]:
             section = re.search(rf"\n   {command}\n(.*?)\n   ?[A-Za-z]|\n   {command}\n(.*?)\n[A-Z]", text, re.DOTALL)
             self.assertTrue(section, f"{command} is not explained")
-            options = set(re.findall(r"--[a-z][-a-z]+", run(KRVSIM, *command.split(), "--help")[0]))
+            shown = section.group(1) or section.group(2)
+            usage = run(KRVSIM, *command.split(), "--help")[0]
+            options = set(re.findall(r"--[a-z][-a-z]+", usage))
             for option in options - {"--help", "--server"}:
                 with self.subTest(command=command, option=option):
-                    self.assertIn(option, section.group(1) or section.group(2))
+                    self.assertIn(option, shown)
+            for option, default in re.findall(r"(--[a-z][-a-z]+) \w+=(\S+)", usage):
+                if option == "--server":
+                    continue
+                with self.subTest(command=command, option=option, default=default):
+                    item = re.search(rf"\n       {option}(?![-\w]).*?(?=\n       -|\Z)", shown, re.DOTALL).group()
+                    self.assertShowsDefault(item, default)
+
+    def test_krvadm_explains_every_option_of_every_command(self):
+        text = rendered("krvadm.1")
+        commands = re.findall(r"(?m)^  ([a-z]+) ", run(KRVADM, "--help")[0].partition("Subcommands:")[2])
+        self.assertGreater(len(commands), 8)
+        # Those of the journal are krvsim's.
+        for command in set(commands) - {"journal"}:
+            section = re.search(rf"\n   {command}\n(.*?)\n(?:   )?[A-Za-z]", text, re.DOTALL)
+            self.assertTrue(section, f"{command} is not explained")
+            usage = run(KRVADM, command, "--help")[0]
+            for option in set(re.findall(r"--[a-z][-a-z]+", usage)) - {"--help"}:
+                with self.subTest(command=command, option=option):
+                    self.assertIn(option, section.group(1))
+            for default in re.findall(r"--[a-z][-a-z]+ \w+=(\S+)", usage):
+                self.assertShowsDefault(section.group(1), default)
 
 
 if __name__ == "__main__":

@@ -42,6 +42,10 @@ def jukebox(library_dir):
     return {
         f"{library_dir}/libkrvJukebox64.so",
         "bin/krvadm",
+        "share/bash-completion/completions/krvadm",
+        "share/zsh/site-functions/_krvadm",
+        "share/fish/vendor_completions.d/krvadm.fish",
+        "share/krvcmd/completion/krvadm.ps1",
         "share/man/man1/krvadm.1",
         *(f"share/doc/krvcmd-jukebox/{name}" for name in _NOTICES),
     }

@@ -19,6 +19,7 @@ program=$(compgen -G "$folder/*/krvcmd.exe") || fail "no krvcmd.exe in the zip's
 expected='LICENSE
 README.txt
 THIRD-PARTY-NOTICES.md
+completion/krvadm.ps1
 completion/krvcmd.ps1
 completion/krvsim.ps1
 docs/cheat-sheet.md

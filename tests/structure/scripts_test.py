@@ -75,6 +75,19 @@ class Run(unittest.TestCase):
         self.assertEqual(done.returncode, OWN_FAILURE, done.stdout)
         self.assertIn("No such file or directory", done.stdout)
 
+    def test_a_project_that_lacks_files_is_its_own_failure(self):
+        for missing in ("scripts/lib/packages.sh", "scripts/lib/build.sh"):
+            with self.subTest(missing=missing):
+                (self.project / missing).unlink()
+                done = self.run_script("query")
+                self.assertEqual(done.returncode, OWN_FAILURE, done.stdout)
+                self.assertIn("No such file or directory", done.stdout)
+
+    def test_a_path_without_any_tool_is_its_own_failure(self):
+        for tool in self.tools.iterdir():
+            tool.unlink()
+        self.assertEqual(self.run_script("query").returncode, OWN_FAILURE)
+
     def test_no_words_are_its_own_failure(self):
         self.assertEqual(self.run_script().returncode, OWN_FAILURE)
 

@@ -465,6 +465,8 @@ function makeVolumes() {
 
 function summaryOf(farm) {
   let slots = 0;
+  // The service does not know a volume before its medium is imported; until then its ID is negative.
+  const waiting = farm.volumes.filter((volume) => volume.id < 0).length;
   let media = farm.shelf.length;
   for (const jukebox of farm.jukeboxes) {
     media += jukebox.waiting.length + jukebox.exported.length;
@@ -474,7 +476,8 @@ function summaryOf(farm) {
     }
   }
   return [counted(farm.jukeboxes.length, "jukebox", "jukeboxes"), counted(slots, "slot", "slots"),
-    counted(media, "medium", "media"), counted(farm.volumes.length, "volume", "volumes"),
+    counted(media, "medium", "media"), counted(farm.volumes.length - waiting, "volume", "volumes"),
+    waiting === 0 ? "" : counted(waiting, "volume waits", "volumes wait") + " for import",
     farm.running ? "" : "the service is stopped"].filter((part) => part !== "").join(", ");
 }
 

@@ -14,7 +14,9 @@
 namespace embedded::tools {
 namespace {
 
-struct ListOptions {};
+struct ListOptions {
+    bool offline = false;
+};
 
 struct AddOptions {
     std::string name;
@@ -46,26 +48,33 @@ bool IsLocal(const std::string& name) {
     return IsDemonstrationServer(name) || std::ranges::find(servers, name) != servers.end();
 }
 
+// What is known without asking the other side.
+std::vector<std::string> OfflineRowOf(const remote::KnownServer& server) {
+    return {server.name, IsLocal(server.name) ? "hidden" : "ssh", server.placeText, "-", "-"};
+}
+
 // The release on the other side and whether it answers.
 std::vector<std::string> RowOf(const remote::KnownServer& server) {
-    const std::string kind = IsLocal(server.name) ? "hidden" : "ssh";
+    std::vector<std::string> row = OfflineRowOf(server);
     try {
         remote::Connection connection(server);
         const remote::Hello greeting = connection.GetGreeting();
-        return {server.name, kind, server.placeText, greeting.release, "answers"};
+        row[3] = greeting.release;
+        row[4] = "answers";
     } catch (const Refusal& refusal) {
-        return {server.name, kind, server.placeText, "-", refusal.GetText()};
+        row[4] = refusal.GetText();
     }
+    return row;
 }
 
-void ListAll(const ListOptions& /*none*/, const Streams& streams) {
+void ListAll(const ListOptions& options, const Streams& streams) {
     Explained([&] {
         TextTable table({"Server", "Kind", "Place", "Release", "State"});
         const std::string folder = "this machine";
         for (const std::string& server : LocalServers())
             table.Add({server, "local", folder, "-", "-"});
         for (const remote::KnownServer& server : remote::ListKnownServers())
-            table.Add(RowOf(server));
+            table.Add(options.offline ? OfflineRowOf(server) : RowOf(server));
         table.Write(streams.out);
     });
 }
@@ -97,9 +106,9 @@ void RemoveServer(const RemoveOptions& options, const Streams& streams) {
 }  // namespace
 
 void AddServers(CommandLine& line) {
-    const auto [servers, none] =
+    const auto [servers, list] =
         line.Add(line.GetTool(), "servers", "List the servers, here and on other machines.", ListAll);
-    (void)none;
+    servers.add_flag("--offline", list.offline, "do not ask the other machines");
     servers.require_subcommand(0, 1);
     const auto [add, addition] =
         line.Add(servers, "add", "Make a server on another machine known.", AddServer);

@@ -5,8 +5,7 @@
 
 namespace embedded::tools {
 
-int RunAdministration(const std::vector<std::string>& words, const Streams& streams) {
-    CommandLine line("krvadm", "Manages real changers and their drives, and servers on other machines.");
+void AddAdministration(CommandLine& line) {
     AddDiscover(line);
     AddAttach(line);
     AddStatus(line);
@@ -16,6 +15,11 @@ int RunAdministration(const std::vector<std::string>& words, const Streams& stre
     AddLibrary(line);
     AddServe(line);
     AddServers(line);
+}
+
+int RunAdministration(const std::vector<std::string>& words, const Streams& streams) {
+    CommandLine line("krvadm", "Manages real changers and their drives, and servers on other machines.");
+    AddAdministration(line);
     return line.Run(words, streams);
 }
 

@@ -24,6 +24,9 @@ void Discover(const DiscoverOptions& options, const Streams& streams);
 
 class CommandLine;
 
+// Defines all commands of krvadm, in the order of the help.
+void AddAdministration(CommandLine& line);
+
 // Each defines the command of the file with the same name.
 void AddDiscover(CommandLine& line);
 void AddAttach(CommandLine& line);  // attach and detach

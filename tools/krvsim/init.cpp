@@ -76,13 +76,22 @@ Farm ReadFarmOf(const InitOptions& options) {
     throw ToolFailure(message);
 }
 
+// The service does not know a volume before its medium is imported; until then its ID is negative.
+std::string VolumesText(const Farm& farm) {
+    const auto waiting =
+        std::ranges::count_if(farm.volumes, [](const FarmVolume& volume) { return volume.id < 0; });
+    const std::string known = Counted(std::ssize(farm.volumes) - waiting, "volume", "volumes");
+    return waiting == 0 ? known
+                        : known + "; " + Counted(waiting, "volume waits", "volumes wait") + " for import";
+}
+
 void Init(const InitOptions& options, const Streams& streams) {
     const Farm farm = ReadFarmOf(options);
     MakeFarm(options.server, options.existing,
              [&](Database& database) { WriteFarm(database, options.server, farm); });
     streams.out << "Server \"" << options.server << "\" has a farm of "
-                << Counted(std::ssize(farm.jukeboxes), "jukebox", "jukeboxes") << " and "
-                << Counted(std::ssize(farm.volumes), "volume", "volumes") << ".\n";
+                << Counted(std::ssize(farm.jukeboxes), "jukebox", "jukeboxes") << " and " << VolumesText(farm)
+                << ".\n";
 }
 
 }  // namespace

@@ -17,7 +17,8 @@ namespace {
 class KrvsimInit : public ToolFixture {};
 
 TEST_F(KrvsimInit, DemonstrationFarmComesBackFromItsDump) {
-    EXPECT_EQ(Done({"init"}), "Server \".\" has a farm of 8 jukeboxes and 53 volumes.\n");
+    EXPECT_EQ(Done({"init"}),
+              "Server \".\" has a farm of 8 jukeboxes and 50 volumes; 3 volumes wait for import.\n");
     const std::string dump = Done({"dump"});
     const std::string file = WriteFile("farm.toml", dump);
     Done({"init", "--server", "second", "--layout", file});
