@@ -29,7 +29,7 @@ header  gtest/gtest.h         libgtest-dev
 header  gmock/gmock.h         libgmock-dev
 command clang++               clang
 command clang-format          clang-format
-command run-clang-tidy        clang-tidy
+command clang-tidy            clang-tidy
 package libclang-rt-dev       libclang-rt-dev
 command python3               python3
 command readelf               binutils
@@ -51,6 +51,12 @@ file    /usr/sbin/tgtd        tgt
 command chromium              chromium
 file    /usr/sbin/mkudffs     udftools
 command genisoimage           genisoimage
+'
+
+# To leave system headers out of what clang-tidy checks.
+readonly kTidyNeeds='
+package libclang-dev          libclang-dev
+package llvm-dev              llvm-dev
 '
 
 # The Windows build needs these in addition to kBuildNeeds.
