@@ -195,7 +195,7 @@ void AddToCatalogue(Database& database, const Attachment& plan, FarmWriter& writ
 }
 
 void WriteAttachment(const AttachOptions& options, const Attachment& plan) {
-    const bool isNew = CreateFarm(options.server, [&](Database& database) {
+    const bool isNew = CreateSharedFarm(options.server, [&](Database& database) {
         FarmWriter writer(database, options.server);
         AddToCatalogue(database, plan, writer);
         writer.Finish(true, 0);
