@@ -5,6 +5,7 @@
 
 #include "embedded/attached/base/device_text.h"
 #include "embedded/attached/discovery/discovery.h"
+#include "embedded/attached/discovery/drive_loading.h"
 #include "embedded/attached/discovery/portal.h"
 #include "embedded/attached/discovery/sysfs.h"
 #include "embedded/attached/transport/open_transport.h"
@@ -35,6 +36,7 @@ struct AttachOptions {
     std::string magazines;
     std::string name;
     std::string credentials;
+    bool loadsDiscs = false;
     int64_t moveLimit = 300;  // seconds
 };
 
@@ -88,6 +90,10 @@ FoundChanger Examine(const AttachOptions& options, const attached::IscsiLogin& l
         throw ToolFailure(findings.problems.front().text);
     }
     if (changer == findings.changers.end()) throw ToolFailure(options.changer + " is no changer");
+    if (options.loadsDiscs) {
+        const auto found = attached::FindDrivesByLoading(findings, *changer, open);
+        if (!found) throw ToolFailure(found.GetError().text);
+    }
     // Drives that nothing tells apart are taken in the order in which they were given.
     if (options.drives.empty()) return std::move(*changer);
     for (FoundDriveElement& element : changer->drives) {
@@ -262,6 +268,7 @@ void AddAttachItself(CommandLine& line) {
     app.add_option("--changer", options.changer, "/dev/sgN or iscsi://HOST:PORT/TARGET/LUN")->required();
     app.add_option("--drive", options.drives,
                    "address of a drive; without it, the drives that the changer names are looked for");
+    AddLoading(app, options.loadsDiscs);
     app.add_option(
         "--magazines", options.magazines,
         "magazines and their slots, such as 4x25; without it, gaps in the addresses of the slots tell");

@@ -17,6 +17,7 @@ enum class OutputForm { Table, Json };
 struct DiscoverOptions {
     std::string portal;       // HOST[:PORT]; empty: the devices of this machine
     std::string credentials;  // a file; empty: none
+    bool loadsDiscs = false;  // where nothing else tells which drive is which
     OutputForm form = OutputForm::Table;
     std::filesystem::path sysfs = "/sys";
 };
