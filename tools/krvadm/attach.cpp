@@ -19,6 +19,7 @@
 #include "tools/krvadm/attached_server.h"
 #include "tools/krvadm/common_options.h"
 #include "tools/krvadm/credentials.h"
+#include "tools/krvadm/limits.h"
 #include "tools/krvadm/magazines.h"
 
 namespace embedded::tools {
@@ -37,7 +38,7 @@ struct AttachOptions {
     std::string name;
     std::string credentials;
     bool loadsDiscs = false;
-    int64_t moveLimit = 300;  // seconds
+    std::vector<std::string> limits;  // NAME=SECONDS
 };
 
 struct DetachOptions {
@@ -91,7 +92,9 @@ FoundChanger Examine(const AttachOptions& options, const attached::IscsiLogin& l
     }
     if (changer == findings.changers.end()) throw ToolFailure(options.changer + " is no changer");
     if (options.loadsDiscs) {
-        const auto found = attached::FindDrivesByLoading(findings, *changer, open);
+        const TimeLimits limits = WithLimits(TimeLimits(), options.limits);
+        const auto found =
+            attached::FindDrivesByLoading(findings, *changer, open, {limits.move, limits.ready});
         if (!found) throw ToolFailure(found.GetError().text);
     }
     // Drives that nothing tells apart are taken in the order in which they were given.
@@ -169,7 +172,7 @@ Attachment Plan(const AttachOptions& options) {
     plan.address.changer = {options.changer, changer.device.identity.serialNumber};
     plan.address.credentials = credentials;
     plan.address.reservationKey = NewReservationKey();
-    plan.address.moveLimit = std::chrono::seconds(options.moveLimit);
+    plan.address.limits = WithLimits(TimeLimits(), options.limits);
     for (const auto& slots : plan.elements.magazines) {
         FarmMagazine& magazine = jukebox.magazines.emplace_back();
         magazine.slotCount = static_cast<int32_t>(slots.size());
@@ -224,6 +227,7 @@ void Attach(const AttachOptions& options, const Streams& streams) {
         throw UsageFailure("--name: has " + std::to_string(options.name.size()) + " bytes, at most " +
                            std::to_string(kMaxName) + " are allowed");
     }
+    (void)WithLimits(TimeLimits(), options.limits);  // refused before anything is asked
     const Attachment plan = Plan(options);
     WriteAttachment(options, plan);
     AttachedServer(options.server).GetFarm().LookAtAll();
@@ -273,9 +277,7 @@ void AddAttachItself(CommandLine& line) {
         "--magazines", options.magazines,
         "magazines and their slots, such as 4x25; without it, gaps in the addresses of the slots tell");
     app.add_option("--name", options.name, "name of the jukebox; without it, that of its model");
-    app.add_option("--move-limit", options.moveLimit, "seconds that a move may take")
-        ->capture_default_str()
-        ->check(FromTo(1, 86'400));
+    app.add_option("--limit", options.limits, "NAME=SECONDS, a time limit as krvadm limits shows them");
     AddCredentials(app, options.credentials);
 }
 

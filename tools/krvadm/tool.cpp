@@ -10,6 +10,7 @@ int RunAdministration(const std::vector<std::string>& words, const Streams& stre
     AddDiscover(line);
     AddAttach(line);
     AddStatus(line);
+    AddLimits(line);
     AddInventory(line);
     AddCheck(line);
     AddJournal(line);

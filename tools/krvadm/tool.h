@@ -32,6 +32,7 @@ void AddStatus(CommandLine& line);
 void AddInventory(CommandLine& line);
 void AddCheck(CommandLine& line);
 void AddLibrary(CommandLine& line);
+void AddLimits(CommandLine& line);
 void AddServe(CommandLine& line);
 void AddServers(CommandLine& line);
 
