@@ -27,4 +27,9 @@ void RemoveAttachedJukebox(Database& database, int32_t jukebox);
 
 JukeboxAddress ReadJukeboxAddress(Database& database, int32_t jukebox);
 
+TimeLimits ReadTimeLimits(Database& database, int32_t jukebox);
+
+// Replaces the limits of a jukebox. Runs in the caller's transaction.
+void RecordTimeLimits(Database& database, int32_t jukebox, const TimeLimits& limits);
+
 }  // namespace embedded

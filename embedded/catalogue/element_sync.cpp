@@ -23,7 +23,7 @@ constexpr Sql kElements = R"sql(
     LEFT JOIN known_medium k ON k.medium = d.id
     WHERE e.jukebox = ?1 ORDER BY e.address
 )sql";
-constexpr Sql kIntent = R"sql(SELECT medium, source, destination FROM intent WHERE jukebox = ?1)sql";
+constexpr Sql kIntent = R"sql(SELECT medium, source, destination, time FROM intent WHERE jukebox = ?1)sql";
 constexpr Sql kChangers = R"sql(SELECT jukebox FROM changer WHERE jukebox > 0 ORDER BY jukebox)sql";
 
 constexpr Sql kGeneration = R"sql(SELECT generation FROM server WHERE id = 1)sql";
@@ -195,7 +195,7 @@ std::optional<Intent> FindIntent(Database& database, int32_t jukebox) {
     Statement row(database, kIntent, jukebox);
     if (!row.Next()) return std::nullopt;
     Intent intent;
-    row >> intent.medium >> intent.source >> intent.destination;
+    row >> intent.medium >> intent.source >> intent.destination >> intent.begun;
     return intent;
 }
 

@@ -23,6 +23,7 @@ struct Intent {
     int64_t medium = 0;
     uint16_t source = 0;
     uint16_t destination = 0;
+    int64_t begun = 0;  // microseconds since 1970; of an intent that is stored
 };
 
 struct KnownJukebox {

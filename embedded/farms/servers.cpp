@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
+#include <string>
 #include <system_error>
 
 #include "embedded/farms/farm_writer.h"
@@ -16,6 +18,15 @@ namespace {
 
 constexpr std::string_view kDemonstrationServers[] = {".", "my_server", "MyServer", "My Server",
                                                       "sales server"};
+
+std::set<std::string> ServersIn(const std::filesystem::path& folder, std::error_code& failure) {
+    std::set<std::string> servers;
+    for (const auto& entry : std::filesystem::directory_iterator(folder, failure)) {
+        std::string server = ServerOfFileName(entry.path().filename().string());
+        if (!server.empty()) servers.insert(std::move(server));
+    }
+    return servers;
+}
 
 }  // namespace
 
@@ -46,17 +57,14 @@ std::unique_ptr<Database> OpenServerToCheck(const std::string& server) {
 }
 
 std::vector<std::string> ListServers() {
-    std::vector<std::string> servers;
     std::error_code failure;
     const std::filesystem::path folder = ExistingFarmFolder();
-    for (const auto& entry : std::filesystem::directory_iterator(folder, failure)) {
-        std::string server = ServerOfFileName(entry.path().filename().string());
-        if (!server.empty()) servers.push_back(std::move(server));
-    }
+    std::set<std::string> servers = ServersIn(folder, failure);
     if (failure && failure != std::errc::no_such_file_or_directory)
         throw Refuse(Code::NoStateFolder, {PathText(folder), failure.message()});
-    std::ranges::sort(servers);
-    return servers;
+    if (const std::filesystem::path shared = SharedFarmFolder(); !shared.empty())
+        servers.merge(ServersIn(shared, failure));
+    return {servers.begin(), servers.end()};
 }
 
 bool IsDemonstrationServer(std::string_view server) {

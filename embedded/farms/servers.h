@@ -20,8 +20,8 @@ void RequireSimulated(Database& database, const std::string& server);
 // The same for a farm that may lack the description of its server.
 std::unique_ptr<Database> OpenServerToCheck(const std::string& server);
 
-// The servers that have a file in the folder of the farms, by name. Refuses a folder of $KRVSIM_HOME that
-// does not exist, and one that cannot be read.
+// The servers that have a file in the folder of the farms, or in the shared one as far as this user may look
+// into it, by name. Refuses a folder of $KRVSIM_HOME that does not exist, and one that cannot be read.
 std::vector<std::string> ListServers();
 
 // The servers that need no set-up: the local one and those that krvcmd's help texts use as examples.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -8,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "embedded/jukebox/time_limits.h"
 #include "embedded/model/farm.h"
 
 namespace embedded {
@@ -118,7 +118,7 @@ struct JukeboxAddress {
     std::string name;  // for messages
     DeviceAddress changer;
     std::string credentials;  // a file; empty = none
-    std::chrono::seconds moveLimit{300};
+    TimeLimits limits;
     int64_t reservationKey =
         0;  // who holds the changer, for other hosts; every process of a farm has the same
     std::vector<DeviceAddress> drives;

@@ -12,9 +12,17 @@ namespace {
 // How often a look is repeated that a move of another process went on beside.
 constexpr int kMostLooks = 20;
 
-// How long the robot of a process that died goes on moving, at most.
-constexpr std::chrono::minutes kLongestMove{1};
+// Between two looks for a medium that is on its way.
 constexpr std::chrono::milliseconds kMovePause{50};
+
+// Until when the robot of a process that died may go on with a move.
+std::chrono::steady_clock::time_point LatestEnd(const Intent& move, TimeLimits::Seconds limit) {
+    const std::chrono::system_clock::time_point begun{std::chrono::microseconds(move.begun)};
+    const auto passed = std::chrono::system_clock::now() - begun;
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(limit - passed);
+    return std::chrono::steady_clock::now() +
+           std::clamp(left, std::chrono::milliseconds(0), std::chrono::milliseconds(limit));
+}
 
 // Whether the medium of a move is seen where it was, where it goes to, or in the gripper.
 bool IsInSight(const std::vector<ElementState>& elements, const Intent& move) {
@@ -66,13 +74,17 @@ AttachedFarm::Lock AttachedFarm::TryRobot(int32_t jukebox) {
 
 std::vector<ElementState> AttachedFarm::LookAfterUnfinishedMove(int32_t jukebox) {
     std::optional<Intent> move;
-    m_access.look([&](Database& database) { move = FindIntent(database, jukebox); });
+    TimeLimits limits;
+    m_access.look([&](Database& database) {
+        move = FindIntent(database, jukebox);
+        limits = ReadTimeLimits(database, jukebox);
+    });
     PhysicalJukebox& robot = Open(jukebox);
     std::vector<ElementState> elements = robot.LookAtElements();
     if (!move.has_value()) return elements;
     // The medium may have arrived within the look.
     if (IsFull(elements, move->source) && IsFull(elements, move->destination)) return robot.LookAtElements();
-    const auto deadline = std::chrono::steady_clock::now() + kLongestMove;
+    const auto deadline = LatestEnd(*move, limits.move);
     while (!IsInSight(elements, *move) && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(kMovePause);
         elements = robot.LookAtElements();

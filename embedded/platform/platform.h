@@ -18,6 +18,14 @@ struct StateFolder {
 // Nothing is created, and whatever $KRVSIM_HOME says is returned as it is.
 StateFolder FindStateFolder();
 
+// The folder for the farms of real jukeboxes that the administrators of this machine share, whether or not it
+// is there; chosen when the project is configured. Empty on Windows.
+std::filesystem::path SharedStateFolder();
+
+// The name of the group that a file or folder belongs to, its number when it has no name; empty on Windows
+// and when there is no such file.
+std::string GroupOf(const std::filesystem::path& file);
+
 // Creates the folder and the missing ones above it, readable by this user alone. An existing folder is left
 // as it is.
 std::error_code CreatePrivateFolder(const std::filesystem::path& folder);
@@ -29,6 +37,8 @@ std::error_code CreatePrivateFile(const std::filesystem::path& file);
 // Gives the file a new path in the same folder. std::errc::file_exists when anything has that path already,
 // even a link that leads nowhere or a file that another process has put there meanwhile: it stays.
 std::error_code MoveToFreePath(const std::filesystem::path& file, const std::filesystem::path& place);
+
+bool MayRead(const std::filesystem::path& file);
 
 // Whether this process may change the file and make others beside it, as a database needs to.
 bool MayChange(const std::filesystem::path& file);

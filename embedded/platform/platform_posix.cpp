@@ -1,5 +1,6 @@
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <grp.h>
 #include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -83,6 +84,17 @@ StateFolder FindStateFolder() {
     return {home.empty() ? home : home / ".local" / "state" / "krvsim"};
 }
 
+std::filesystem::path SharedStateFolder() {
+    return KRVCMD_STATE_FOLDER;
+}
+
+std::string GroupOf(const std::filesystem::path& file) {
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0) return {};
+    const group* owner = getgrgid(status.st_gid);
+    return owner == nullptr || owner->gr_name == nullptr ? std::to_string(status.st_gid) : owner->gr_name;
+}
+
 std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
     std::filesystem::path made;
     for (const std::filesystem::path& part : folder) {
@@ -116,6 +128,10 @@ std::error_code MoveToFreePath(const std::filesystem::path& file, const std::fil
     if (errno == EEXIST) return LastError();
 #endif
     return RenameWithTheFolderLocked(file, place);
+}
+
+bool MayRead(const std::filesystem::path& file) {
+    return faccessat(AT_FDCWD, file.c_str(), R_OK, AT_EACCESS) == 0;
 }
 
 bool MayChange(const std::filesystem::path& file) {

@@ -96,6 +96,14 @@ StateFolder FindStateFolder() {
     return {local.empty() ? local : local / "krvsim"};
 }
 
+std::filesystem::path SharedStateFolder() {
+    return {};
+}
+
+std::string GroupOf(const std::filesystem::path& /*file*/) {
+    return {};
+}
+
 std::error_code CreatePrivateFolder(const std::filesystem::path& folder) {
     OwnerOnly ownerOnly;
     std::filesystem::path made = folder.root_path();  // "C:\\" is not a folder to make
@@ -123,6 +131,10 @@ std::error_code MoveToFreePath(const std::filesystem::path& file, const std::fil
     if (failure == ERROR_ALREADY_EXISTS || failure == ERROR_FILE_EXISTS)
         return std::make_error_code(std::errc::file_exists);
     return {static_cast<int>(failure), std::system_category()};
+}
+
+bool MayRead(const std::filesystem::path& file) {
+    return GetFileAttributesW(file.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 bool MayChange(const std::filesystem::path& file) {

@@ -153,6 +153,32 @@ bool IsThere(const std::filesystem::path& farm) {
 // process that has the farm for itself needs none.
 enum class Sharing { WithOthers, WithNobody };
 
+std::string MembersOnlyText(const std::filesystem::path& folder) {
+    return "only members of the group \"" + GroupOf(folder) +
+           "\" may use it; have yourself added to it and log in again";
+}
+
+// A farm in the shared folder, for somebody else.
+void RequireMembership(const std::filesystem::path& farm) {
+    const std::filesystem::path folder = SharedFarmFolder();
+    if (!folder.empty() && farm.parent_path() == folder && !MayRead(farm))
+        throw Refuse(Code::CannotOpenFile, {PathText(farm), MembersOnlyText(folder)});
+}
+
+// Whether this user can tell which farms are in the shared folder.
+void RequireSharedFolderInSight() {
+    const std::filesystem::path folder = SharedFarmFolder();
+    if (folder.empty()) return;
+    std::error_code failure;
+    (void)std::filesystem::exists(folder / FarmFileName("."), failure);
+    if (failure) throw Refuse(Code::NoStateFolder, {PathText(folder), MembersOnlyText(folder)});
+}
+
+void RequireServerName(std::string_view server) {
+    if (!server.empty() && server.size() <= kMaxServerName) return;
+    throw Refuse(Code::InvalidServerName, {server.substr(0, kMaxServerName), std::to_string(server.size())});
+}
+
 std::unique_ptr<Database> Open(const std::filesystem::path& path, Sharing sharing) {
     auto database = std::make_unique<Database>(path);
     if (sharing == Sharing::WithNobody) database->Execute("PRAGMA locking_mode = EXCLUSIVE");
@@ -219,17 +245,27 @@ void MakeFarmFolder() {
     }
 }
 
+std::filesystem::path SharedFarmFolder() {
+    std::filesystem::path folder = SharedStateFolder();
+    std::error_code failure;
+    if (FindStateFolder().isChosen || !std::filesystem::is_directory(folder, failure)) return {};
+    return folder;
+}
+
 std::filesystem::path FarmPath(std::string_view server) {
-    if (server.empty() || server.size() > kMaxServerName) {
-        throw Refuse(Code::InvalidServerName,
-                     {server.substr(0, kMaxServerName), std::to_string(server.size())});
+    RequireServerName(server);
+    const std::string name = FarmFileName(server);
+    if (const std::filesystem::path folder = SharedFarmFolder(); !folder.empty()) {
+        std::error_code failure;
+        std::filesystem::path farm = folder / name;
+        if (std::filesystem::exists(std::filesystem::symlink_status(farm, failure))) return farm;
     }
-    return FarmFolder() / FarmFileName(server);
+    return FarmFolder() / name;
 }
 
 std::unique_ptr<Database> OpenFarmAt(const std::filesystem::path& path) {
     const FileSizeSignalGuard guard;
-    (void)IsThere(path);
+    if (IsThere(path)) RequireMembership(path);
     try {
         return Open(path, Sharing::WithOthers);
     } catch (const Refusal& refusal) {
@@ -242,6 +278,16 @@ bool CreateFarm(std::string_view server, const FillFarm& fill) {
     const std::filesystem::path path = FarmPath(server);
     MakeFarmFolder();
     return CreateFarmAt(path, fill);
+}
+
+bool CreateSharedFarm(std::string_view server, const FillFarm& fill) {
+    const std::filesystem::path folder = SharedFarmFolder();
+    if (folder.empty()) return CreateFarm(server, fill);
+    RequireSharedFolderInSight();
+    if (IsThere(FarmPath(server))) return false;
+    if (!MayChange(folder / "."))
+        throw Refuse(Code::NoStateFolder, {PathText(folder), MembersOnlyText(folder)});
+    return CreateFarmAt(folder / FarmFileName(server), fill);
 }
 
 bool CreateFarmAt(const std::filesystem::path& path, const FillFarm& fill) {
@@ -259,13 +305,17 @@ bool CreateFarmAt(const std::filesystem::path& path, const FillFarm& fill) {
 std::unique_ptr<Database> OpenFarm(std::string_view server, const FillFarm& fill) {
     const FileSizeSignalGuard guard;
     const std::filesystem::path path = FarmPath(server);
-    (void)ExistingFarmFolder();
+    const std::filesystem::path shared = SharedFarmFolder();
+    if (shared.empty() || path.parent_path() != shared) (void)ExistingFarmFolder();
     const bool isThere = IsThere(path);
     if (!isThere && fill != nullptr) CreateFarm(server, fill);
     if (isThere || fill != nullptr) {
         if (auto database = OpenFarmAt(path)) return database;
     }
-    if (fill == nullptr) throw Refuse(Code::UnknownServer, {server});
+    if (fill == nullptr) {
+        RequireSharedFolderInSight();
+        throw Refuse(Code::UnknownServer, {server});
+    }
     // An empty file that somebody else put there.
     auto database = std::make_unique<Database>(path);
     RefuseForeign(*database, Examine(*database));

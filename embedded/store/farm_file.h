@@ -31,7 +31,12 @@ std::filesystem::path ExistingFarmFolder();
 // Creates the folder of the farms and the missing ones above it.
 void MakeFarmFolder();
 
-// The path of a server's file; refuses names that are empty or longer than kMaxServerName.
+// The folder for the farms of real jukeboxes that the administrators of this machine share. Empty when there
+// is none, and when $KRVSIM_HOME names the folder of all farms.
+std::filesystem::path SharedFarmFolder();
+
+// The path of a server's file: the one in the shared folder, if there is one, else that in the folder of the
+// farms, whether or not it is there. Refuses names that are empty or longer than kMaxServerName.
 std::filesystem::path FarmPath(std::string_view server);
 
 // Puts the first farm into a database whose tables are there and empty.
@@ -41,6 +46,8 @@ using FillFarm = std::function<void(Database&)>;
 // interruption leaves no farm. False when anything is in its place already, be it a link that leads nowhere:
 // it stays. Makes the folder when it is missing.
 bool CreateFarm(std::string_view server, const FillFarm& fill);
+// The same in the shared folder, if there is one; false when the server has a farm in either.
+bool CreateSharedFarm(std::string_view server, const FillFarm& fill);
 // The same at a path, whose folder is there.
 bool CreateFarmAt(const std::filesystem::path& path, const FillFarm& fill);
 

@@ -192,7 +192,7 @@ CREATE TABLE busy_jukebox (
 // What is known of real jukeboxes. Element addresses are those of the changer, numbers are zero-based.
 // server.kind: 0 = simulated, 1 = attached to real jukeboxes. server.generation: of an attached server; grows
 //   before and after every move, so that a look at the elements that a move went on beside is found out.
-// changer.credentials: a file; empty = none. changer.move_limit: seconds.
+// changer.credentials: a file; empty = none. changer.move_limit: seconds, replaced by time_limit.
 // changer.reservation_key: what the processes of this farm reserve the changer with; random, never 0.
 // element.kind: 1 = picker, 2 = slot, 3 = mail slot, 4 = drive. magazine and number: of slots; else magazine
 //   is 0. reported: whether the changer tells of the element; those of a magazine that was taken out are not.
@@ -256,13 +256,25 @@ CREATE TABLE intent (
 ) STRICT;
 )sql";
 
+// time_limit: those of a real jukebox that are not the default ones; seconds.
+constexpr const char* kVersion5 = R"sql(
+CREATE TABLE time_limit (
+  jukebox INTEGER NOT NULL,
+  name TEXT NOT NULL,
+  seconds INTEGER NOT NULL CHECK (seconds > 0),
+  PRIMARY KEY (jukebox, name)
+) STRICT, WITHOUT ROWID;
+INSERT INTO time_limit SELECT jukebox, 'move', move_limit FROM changer WHERE move_limit <> 300;
+ALTER TABLE changer DROP COLUMN move_limit;
+)sql";
+
 struct Step {
     int32_t version;  // that the database has after it
     const char* script;
 };
 
 // A later release appends its step and never changes an earlier one.
-constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}, {3, kVersion3}, {4, kVersion4}};
+constexpr Step kSteps[] = {{1, kVersion1}, {2, kVersion2}, {3, kVersion3}, {4, kVersion4}, {5, kVersion5}};
 
 }  // namespace
 

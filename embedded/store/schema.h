@@ -10,7 +10,7 @@ class Database;
 inline constexpr int32_t kApplicationId = 0x4B525653;
 
 // The version that this release writes. A database of a later one is refused.
-inline constexpr int32_t kSchemaVersion = 4;
+inline constexpr int32_t kSchemaVersion = 5;
 
 // Migrates a database from `version` (0 = an empty one) to kSchemaVersion. The caller has opened a
 // transaction, so that all steps are taken or none.

@@ -45,6 +45,7 @@ command parallel              parallel
 command jq                    jq
 command ansible-playbook      ansible-core
 command bwrap                 bubblewrap
+command udevadm               udev
 command ssh                   openssh-client
 file    /usr/sbin/sshd        openssh-server
 file    /usr/sbin/tgtd        tgt

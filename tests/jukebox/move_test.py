@@ -81,6 +81,18 @@ class Moves(JukeboxTest):
         self.assertEqual(self.jukebox.elements(), before)
 
 
+class WithoutMailSlots(JukeboxTest):
+    OPTIONS = "--slots 4 --drives 1 --discs 1"
+
+    def test_says_so(self):
+        self.attach()
+        for command in ("import", "export"):
+            refused = self.run_program(KRVCMD, "quiet", "server=tower", command, "J", "Tower", "S1")
+            self.assertEqual(refused.returncode, 1209 & 0xFF, command)
+            self.assertIn('Jukebox "Tower" has no mail slots', refused.stdout + refused.stderr)
+        self.assertEqual(self.jukebox.elements(), {SLOT: "D000001"})
+
+
 class Writing(JukeboxTest):
     OPTIONS = "--slots 4 --drives 1 --mailslots 1 --discs 1 --blank 1"
 

@@ -1,7 +1,8 @@
 """What krvcmd says of a real jukebox is what the changer says at that moment."""
+import json
 import os
 
-from jukebox_fixture import KRVADM, KRVCMD, KRVSIM, MAIL_SLOT, SLOT, JukeboxTest, main
+from jukebox_fixture import DRIVE, KRVADM, KRVCMD, KRVSIM, MAIL_SLOT, SLOT, JukeboxTest, main
 
 
 class Queries(JukeboxTest):
@@ -102,6 +103,42 @@ class Attachments(JukeboxTest):
         self.assertEqual(again.returncode, 1)
         self.assertIn("is attached already", again.stderr)
         self.assertEqual([row[0] for row in self.rows("jukeboxes", "columns=N")], ["Tower"])
+
+
+class DrivesThatNothingTellsApart(JukeboxTest):
+    def setUp(self):
+        super().setUp()
+        base = self.jukebox.address.rsplit("/", 1)[0]
+        self.drives = [f"{base}/1", f"{base}/2"]
+        for lun in (1, 2):
+            self.update(lun, "scsi_sn=SAME")
+        # The first element has the second drive.
+        self.update(3, f"element_type=4,address={DRIVE},tid=1,lun=2")
+        self.update(3, f"element_type=4,address={DRIVE + 1},tid=1,lun=1")
+
+    def update(self, lun, parameters):
+        self.jukebox.run("tgtadm", "--mode", "logicalunit", "--op", "update", "--tid", 1, "--lun", lun, "--params",
+                         parameters)
+
+    def test_are_not_guessed(self):
+        done = self.run_program(KRVADM, "attach", "--server", "tower", "--changer", self.jukebox.address, "--name",
+                                "Tower")
+        self.assertEqual(done.returncode, 0, done.stderr)
+        self.assertIn("it is not known which device drive 1 is", done.stderr)
+
+    def test_are_found_by_loading_a_disc(self):
+        before = self.jukebox.elements()
+        portal = self.jukebox.address.split("/")[2]
+        found = json.loads(self.adm("discover", "--load", "--json", "--portal", portal))
+        self.assertEqual([(drive["element"], drive["knownBy"], [device["address"] for device in drive["devices"]])
+                          for drive in found["changers"][0]["drives"]],
+                         [(DRIVE, "loading a disc", self.drives[1:]), (DRIVE + 1, "loading a disc", self.drives[:1])])
+        self.assertEqual(self.jukebox.elements(), before)
+        self.attach("--load")
+        self.assertEqual(self.jukebox.elements(), before)
+        self.cmd("scan", "J", "Tower", "S1-3")
+        self.assertEqual([row[0] for row in self.rows("slots", "J", "Tower", "columns=o")], ["active"] * 3)
+        self.check()
 
 
 class Passwords(JukeboxTest):

@@ -167,7 +167,7 @@ about 5 s in jukebox Sales Tower, of which 5 s moving'
 
 apt install "$(packaged krvcmd-jukebox)"
 expect "the module is not beside the client library" [ -s "$root/${installed%/*}/libkrvJukebox64.so" ]
-expect "the state folder is not the group's" [ "$(on_machine stat -c '%a %U %G' /var/lib/krvcmd)" = "2770 root krvcmd" ]
+expect "the state folder is not the group's" [ "$(on_machine stat -c '%a %U %G' /var/lib/krvcmd)" = "2771 root krvcmd" ]
 expect "no rule for the devices" grep -q 'g:krvcmd:rw' "$root"/lib/udev/rules.d/*krvcmd-jukebox.rules
 as_user 'KRVSIM_HOME=/var/lib/krvcmd krvcmd quiet query jukeboxes' >/dev/null 2>&1
 expect "somebody outside of the group uses the shared folder" [ $? != 0 ]
@@ -179,6 +179,8 @@ answers 'KRVSIM_HOME=/var/lib/krvcmd krvcmd quiet name J @31 "New Lab"' ''
 shared=$(on_machine runuser -u second -- env KRVSIM_HOME=/var/lib/krvcmd krvcmd quiet name J @31 "Common Lab" 2>&1)
 expect "the second member changes nothing: $shared" [ -z "$shared" ]
 answers 'KRVSIM_HOME=/var/lib/krvcmd krvcmd query jukeboxes J @31 columns=N notable' 'Common Lab'
+# Its servers are found without the variable, and before those in the users' own folders.
+answers 'krvcmd query jukeboxes J @31 columns=N notable' 'Common Lab'
 rm -f "$root"/var/lib/krvcmd/*
 
 # ---- Reinstalled and removed -----------------------------------------------------------------------

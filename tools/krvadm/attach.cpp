@@ -5,6 +5,7 @@
 
 #include "embedded/attached/base/device_text.h"
 #include "embedded/attached/discovery/discovery.h"
+#include "embedded/attached/discovery/drive_loading.h"
 #include "embedded/attached/discovery/portal.h"
 #include "embedded/attached/discovery/sysfs.h"
 #include "embedded/attached/transport/open_transport.h"
@@ -18,6 +19,7 @@
 #include "tools/krvadm/attached_server.h"
 #include "tools/krvadm/common_options.h"
 #include "tools/krvadm/credentials.h"
+#include "tools/krvadm/limits.h"
 #include "tools/krvadm/magazines.h"
 
 namespace embedded::tools {
@@ -35,7 +37,8 @@ struct AttachOptions {
     std::string magazines;
     std::string name;
     std::string credentials;
-    int64_t moveLimit = 300;  // seconds
+    bool loadsDiscs = false;
+    std::vector<std::string> limits;  // NAME=SECONDS
 };
 
 struct DetachOptions {
@@ -88,6 +91,12 @@ FoundChanger Examine(const AttachOptions& options, const attached::IscsiLogin& l
         throw ToolFailure(findings.problems.front().text);
     }
     if (changer == findings.changers.end()) throw ToolFailure(options.changer + " is no changer");
+    if (options.loadsDiscs) {
+        const TimeLimits limits = WithLimits(TimeLimits(), options.limits);
+        const auto found =
+            attached::FindDrivesByLoading(findings, *changer, open, {limits.move, limits.ready});
+        if (!found) throw ToolFailure(found.GetError().text);
+    }
     // Drives that nothing tells apart are taken in the order in which they were given.
     if (options.drives.empty()) return std::move(*changer);
     for (FoundDriveElement& element : changer->drives) {
@@ -163,7 +172,7 @@ Attachment Plan(const AttachOptions& options) {
     plan.address.changer = {options.changer, changer.device.identity.serialNumber};
     plan.address.credentials = credentials;
     plan.address.reservationKey = NewReservationKey();
-    plan.address.moveLimit = std::chrono::seconds(options.moveLimit);
+    plan.address.limits = WithLimits(TimeLimits(), options.limits);
     for (const auto& slots : plan.elements.magazines) {
         FarmMagazine& magazine = jukebox.magazines.emplace_back();
         magazine.slotCount = static_cast<int32_t>(slots.size());
@@ -195,7 +204,7 @@ void AddToCatalogue(Database& database, const Attachment& plan, FarmWriter& writ
 }
 
 void WriteAttachment(const AttachOptions& options, const Attachment& plan) {
-    const bool isNew = CreateFarm(options.server, [&](Database& database) {
+    const bool isNew = CreateSharedFarm(options.server, [&](Database& database) {
         FarmWriter writer(database, options.server);
         AddToCatalogue(database, plan, writer);
         writer.Finish(true, 0);
@@ -218,6 +227,7 @@ void Attach(const AttachOptions& options, const Streams& streams) {
         throw UsageFailure("--name: has " + std::to_string(options.name.size()) + " bytes, at most " +
                            std::to_string(kMaxName) + " are allowed");
     }
+    (void)WithLimits(TimeLimits(), options.limits);  // refused before anything is asked
     const Attachment plan = Plan(options);
     WriteAttachment(options, plan);
     AttachedServer(options.server).GetFarm().LookAtAll();
@@ -262,13 +272,12 @@ void AddAttachItself(CommandLine& line) {
     app.add_option("--changer", options.changer, "/dev/sgN or iscsi://HOST:PORT/TARGET/LUN")->required();
     app.add_option("--drive", options.drives,
                    "address of a drive; without it, the drives that the changer names are looked for");
+    AddLoading(app, options.loadsDiscs);
     app.add_option(
         "--magazines", options.magazines,
         "magazines and their slots, such as 4x25; without it, gaps in the addresses of the slots tell");
     app.add_option("--name", options.name, "name of the jukebox; without it, that of its model");
-    app.add_option("--move-limit", options.moveLimit, "seconds that a move may take")
-        ->capture_default_str()
-        ->check(FromTo(1, 86'400));
+    app.add_option("--limit", options.limits, "NAME=SECONDS, a time limit as krvadm limits shows them");
     AddCredentials(app, options.credentials);
 }
 

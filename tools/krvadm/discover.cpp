@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "embedded/attached/base/device_text.h"
+#include "embedded/attached/discovery/drive_loading.h"
 #include "embedded/attached/discovery/portal.h"
 #include "embedded/attached/discovery/sysfs.h"
 #include "embedded/attached/transport/open_transport.h"
@@ -170,7 +171,13 @@ void Discover(const DiscoverOptions& options, const Streams& streams) {
     const auto open = [&login](const std::string& address) {
         return attached::OpenTransport(address, login);
     };
-    const Findings findings = attached::Discover(around.places, open);
+    Findings findings = attached::Discover(around.places, open);
+    if (options.loadsDiscs) {
+        for (FoundChanger& changer : findings.changers) {
+            const auto found = attached::FindDrivesByLoading(findings, changer, open);
+            if (!found) findings.problems.push_back(found.GetError());
+        }
+    }
     if (options.form == OutputForm::Json) {
         WriteJson(findings, streams.out);
     } else {
@@ -185,6 +192,7 @@ void AddDiscover(CommandLine& line) {
         line.Add(line.GetTool(), "discover", "Find changers, and which drives belong to them.", Discover);
     app.add_option("--portal", options.portal,
                    "look at this iSCSI portal, HOST[:PORT], instead of this machine's devices");
+    AddLoading(app, options.loadsDiscs);
     AddCredentials(app, options.credentials);
     AddOutputForm(app, options.form);
 }

@@ -48,4 +48,8 @@ void AddLibrary(CommandLine& line) {
     AddLinuxOnly(line, "library");
 }
 
+void AddLimits(CommandLine& line) {
+    AddLinuxOnly(line, "limits");
+}
+
 }  // namespace embedded::tools

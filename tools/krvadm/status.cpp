@@ -1,11 +1,13 @@
 #include <algorithm>
 
 #include "embedded/attached/base/device_text.h"
+#include "embedded/catalogue/attachment.h"
 #include "embedded/catalogue/items.h"
 #include "embedded/store/statement.h"
 #include "tools/common/plain_text.h"
 #include "tools/krvadm/attached_server.h"
 #include "tools/krvadm/common_options.h"
+#include "tools/krvadm/limits.h"
 
 namespace embedded::tools {
 namespace {
@@ -93,7 +95,8 @@ void ShowJukebox(AttachedServer& server, int32_t jukebox, std::ostream& out) {
     }
     const Jukebox found = FindJukebox(database, jukebox);
     out << "Jukebox " << found.name << " (@" << jukebox << "), " << (found.isEnabled ? "enabled" : "disabled")
-        << "\n  Slots       " << slots << ", " << full << " of them full\n";
+        << "\n  Slots       " << slots << ", " << full << " of them full\n"
+        << "  Limits      " << LimitsText(ReadTimeLimits(database, jukebox)) << '\n';
     ShowDrives(database, jukebox, elements, out);
     for (const ElementState& element : elements) {
         if (element.kind == ElementKind::MailSlot ||

@@ -9,6 +9,7 @@ void AddAdministration(CommandLine& line) {
     AddDiscover(line);
     AddAttach(line);
     AddStatus(line);
+    AddLimits(line);
     AddInventory(line);
     AddCheck(line);
     AddJournal(line);

@@ -17,6 +17,7 @@ enum class OutputForm { Table, Json };
 struct DiscoverOptions {
     std::string portal;       // HOST[:PORT]; empty: the devices of this machine
     std::string credentials;  // a file; empty: none
+    bool loadsDiscs = false;  // where nothing else tells which drive is which
     OutputForm form = OutputForm::Table;
     std::filesystem::path sysfs = "/sys";
 };
@@ -34,6 +35,7 @@ void AddStatus(CommandLine& line);
 void AddInventory(CommandLine& line);
 void AddCheck(CommandLine& line);
 void AddLibrary(CommandLine& line);
+void AddLimits(CommandLine& line);
 void AddServe(CommandLine& line);
 void AddServers(CommandLine& line);
 

@@ -63,7 +63,8 @@ struct ServersOptions {};
 
 void Servers(const ServersOptions& /*none*/, const Streams& streams) {
     const std::vector<std::string> servers = ListServers();
-    const std::string folder = PathText(FarmFolder());
+    const std::filesystem::path shared = SharedFarmFolder();
+    const std::string folder = PathText(FarmFolder()) + (shared.empty() ? "" : " and " + PathText(shared));
     if (servers.empty()) {
         streams.out << "There are no servers in " << folder << ".\n";
         streams.out << PlacesText("Folder", folder) << '\n';

@@ -12,9 +12,9 @@ constexpr uint16_t kReservationAnswer = 24;  // bytes
 Result<Nothing> Send(Device& changer, ReserveAction action, uint64_t ownKey, uint64_t newKey) {
     const Cdb cdb = PersistentReserveOut(action, ReservationType::WriteExclusive);
     const auto parameters = ReserveParameters(ownKey, newKey);
-    auto done = changer.Do(cdb, Device::kUsualLimit, parameters);
+    auto done = changer.Do(cdb, changer.GetUsualLimit(), parameters);
     if (!done && done.GetError().kind == ErrorKind::Attention)
-        done = changer.Do(cdb, Device::kUsualLimit, parameters);
+        done = changer.Do(cdb, changer.GetUsualLimit(), parameters);
     return done;
 }
 

@@ -132,6 +132,8 @@ const char* NameOf(Evidence evidence) {
             return "serial number";
         case Evidence::PartOfIdentifier:
             return "part of identifier";
+        case Evidence::Loading:
+            return "loading a disc";
         case Evidence::None:
             break;
     }

@@ -13,9 +13,10 @@ enum class Evidence {
     Identifier,        // the changer names an identifier that the drive has
     SerialNumber,      // the changer names the drive's serial number
     PartOfIdentifier,  // what came of the identifier fits this one drive only
+    Loading,           // the drive became ready when a disc was moved there
 };
 
-// "identifier", "serial number", "part of identifier" or "-".
+// "identifier", "serial number", "part of identifier", "loading a disc" or "-".
 const char* NameOf(Evidence evidence);
 
 struct DriveMatch {

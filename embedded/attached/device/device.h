@@ -15,11 +15,14 @@ namespace embedded::attached {
 class Device {
   public:
     using Milliseconds = std::chrono::milliseconds;
-    static constexpr Milliseconds kUsualLimit{30'000};
 
     // `name` is the subject of error texts, such as "Drive 2 of jukebox \"Tower\"" or "/dev/sg3". `waiting`
     // outlives the device.
     Device(std::unique_ptr<Transport> transport, std::string name, Waiting& waiting = RealWaiting());
+
+    // For commands without a limit of their own.
+    Milliseconds GetUsualLimit() const { return m_usualLimit; }
+    void SetUsualLimit(Milliseconds limit) { m_usualLimit = limit; }
 
     const std::string& GetName() const { return m_name; }
     std::string GetAddress() const { return m_transport->GetAddress(); }
@@ -27,7 +30,8 @@ class Device {
 
     // For commands that change nothing: repeated after unit attentions and while the device is becoming
     // ready, until the limit, and once over a new connection. Returns the bytes that came, `length` at most.
-    Result<std::vector<uint8_t>> Ask(const Cdb& cdb, size_t length, Milliseconds limit = kUsualLimit);
+    Result<std::vector<uint8_t>> Ask(const Cdb& cdb, size_t length, Milliseconds limit);
+    Result<std::vector<uint8_t>> Ask(const Cdb& cdb, size_t length) { return Ask(cdb, length, m_usualLimit); }
 
     // For commands that move or write something: waits while the device is busy, but a unit attention is
     // returned as an error of the kind Attention, since what the caller knows may no longer be true. After
@@ -54,6 +58,7 @@ class Device {
     std::unique_ptr<Transport> m_transport;
     std::string m_name;
     Waiting& m_waiting;
+    Milliseconds m_usualLimit{30'000};
     std::set<Change> m_changes;
 };
 

@@ -47,7 +47,8 @@ struct DiscDescription {
     uint64_t usedBytes = 0;   // all of it when the file system does not tell
 };
 
-// Time limits. Those of `close`, `blank` and `format` hold for as long as the drive needs in all.
+// Time limits. Those of `close`, `blank` and `format` hold for all that the drive needs when it does not tell
+// how far it is; one that does may take longer, but not stand still for longer than `standstill`.
 struct DiscLimits {
     std::chrono::milliseconds ready{180'000};  // until a loaded disc can be used
     std::chrono::milliseconds look{30'000};
@@ -57,6 +58,7 @@ struct DiscLimits {
     std::chrono::milliseconds close{3'600'000};
     std::chrono::milliseconds blank{3 * 3'600'000};
     std::chrono::milliseconds format{6 * 3'600'000};
+    std::chrono::milliseconds standstill{1'800'000};
 };
 
 // Waits until the drive is ready and reads what is on the disc. Discs that the drive cannot read are Damaged;
@@ -64,7 +66,7 @@ struct DiscLimits {
 Result<DiscDescription> ReadDisc(Device& drive, const DiscLimits& limits = {});
 
 // The types of media, as in embedded/model/media_types.h, that the drive can write. No disc is needed.
-Result<std::vector<uint32_t>> ReadWritableTypes(Device& drive);
+Result<std::vector<uint32_t>> ReadWritableTypes(Device& drive, const DiscLimits& limits = {});
 
 // What a change of a disc is busy with.
 enum class DiscStep { Preparing, Writing, Comparing, Closing };

@@ -89,7 +89,8 @@ Result<Nothing> DiscChange::WaitUntilDone(milliseconds limit, DiscStep step) {
     constexpr milliseconds kLongestPause{2'000};
     constexpr int kMostAttentions = 16;
     Waiting& waiting = m_drive.GetWaiting();
-    const Waiting::Instant deadline = waiting.Now() + limit;
+    Waiting::Instant deadline = waiting.Now() + limit;
+    std::optional<uint16_t> progress;
     milliseconds pause = kFirstPause;
     int attentions = 0;
     while (true) {
@@ -102,7 +103,11 @@ Result<Nothing> DiscChange::WaitUntilDone(milliseconds limit, DiscStep step) {
         if (doing != Doing::Busy) {
             return Error{ErrorKind::Refused, SenseSentence(m_drive.GetName(), sense->code), sense->code};
         }
-        if (sense->progress) Tell(step, *sense->progress, 65536);
+        if (sense->progress && sense->progress != progress) {
+            progress = sense->progress;
+            deadline = waiting.Now() + m_limits.standstill;
+        }
+        if (progress) Tell(step, *progress, 65536);
         if (waiting.Now() + pause >= deadline) {
             return Error{ErrorKind::TimedOut,
                          m_drive.GetName() + " has not finished in time; look at it and try again",

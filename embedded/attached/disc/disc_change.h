@@ -53,6 +53,7 @@ class DiscChange {
     ChangeResult Finish(const Result<Nothing>& result) const;
 
   private:
+    // `limit`: of a drive that does not tell how far it is.
     Result<Nothing> WaitUntilDone(std::chrono::milliseconds limit, DiscStep step);
 
     Device& m_drive;

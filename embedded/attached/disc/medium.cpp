@@ -190,8 +190,7 @@ Result<Medium> ReadMedium(Device& drive, const DiscLimits& limits) {
     }
 }
 
-Result<std::vector<uint32_t>> ReadWritableTypes(Device& drive) {
-    const DiscLimits limits;
+Result<std::vector<uint32_t>> ReadWritableTypes(Device& drive, const DiscLimits& limits) {
     const auto inquiry = Query(drive, Inquiry(kInquiryLength), kInquiryLength, limits, DecodeInquiry);
     if (!inquiry) return inquiry.GetError();
     std::vector<uint32_t> types;

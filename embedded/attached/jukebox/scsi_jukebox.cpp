@@ -17,8 +17,6 @@
 namespace embedded::attached {
 namespace {
 
-constexpr std::chrono::minutes kInventoryLimit{30};
-
 [[noreturn]] void Throw(const Error& error) {
     throw Refuse(Code::DeviceTrouble, {error.text});
 }
@@ -39,12 +37,18 @@ void RequireSameDevice(Device& device, const DeviceAddress& expected) {
                   "\" instead of \"" + Printable(expected.serialNumber) + "\"; attach it again"});
 }
 
-std::unique_ptr<Device> OpenDevice(const DeviceAddress& address, const IscsiLogin& login, std::string name) {
-    auto transport = OpenTransport(address.address, login);
-    if (!transport) Throw({ErrorKind::Unreachable, name + ": " + transport.GetError().text, {}});
-    auto device = std::make_unique<Device>(std::move(*transport), std::move(name));
-    RequireSameDevice(*device, address);
-    return device;
+DiscLimits DiscLimitsOf(const TimeLimits& limits) {
+    DiscLimits disc;
+    disc.ready = limits.ready;
+    disc.look = limits.look;
+    disc.read = limits.read;
+    disc.write = limits.write;
+    disc.synchronize = limits.flush;
+    disc.close = limits.close;
+    disc.blank = limits.blank;
+    disc.format = limits.format;
+    disc.standstill = limits.standstill;
+    return disc;
 }
 
 ElementState StateOf(const Element& element) {
@@ -62,6 +66,17 @@ ElementState StateOf(const Element& element) {
     return state;
 }
 
+// Many changers never say that the robot can reach an element; where one does, those without the bit count. A
+// loaded drive has it not, whatever its state.
+bool TellsAccess(const Inventory& inventory) {
+    return std::ranges::any_of(inventory.slots, &Element::isAccessible);
+}
+
+bool IsOutOfReach(const Element& element) {
+    const bool isPlaceForMedia = element.type == ElementType::Slot || element.type == ElementType::MailSlot;
+    return isPlaceForMedia && !element.isAccessible && !element.isException;
+}
+
 class ReservationHold : public Hold {
   public:
     explicit ReservationHold(std::unique_ptr<ChangerReservation> reservation)
@@ -73,20 +88,27 @@ class ReservationHold : public Hold {
 
 class ScsiJukebox : public PhysicalJukebox {
   public:
-    explicit ScsiJukebox(const JukeboxAddress& address)
+    ScsiJukebox(const JukeboxAddress& address, TransportOpener open, Waiting& waiting)
         : m_address(address),
+          m_open(std::move(open)),
+          m_waiting(waiting),
           m_login(Required(ReadCredentials(address.credentials))),
-          m_changer(OpenDevice(address.changer, m_login, "The changer of jukebox \"" + address.name + '"')),
+          m_discLimits(DiscLimitsOf(address.limits)),
+          m_changer(OpenDevice(address.changer, "The changer of jukebox \"" + address.name + '"')),
           m_geometry(Required(ReadGeometry(*m_changer))),
           m_drives(address.drives.size()) {}
 
     std::vector<ElementState> LookAtElements() override {
         const Inventory inventory = Required(ReadInventory(*m_changer, m_geometry));
+        const bool tellsAccess = TellsAccess(inventory);
         std::vector<ElementState> states;
         for (const auto* part :
              {&inventory.pickers, &inventory.slots, &inventory.mailSlots, &inventory.drives}) {
-            for (const Element& element : *part)
+            for (const Element& element : *part) {
                 states.push_back(StateOf(element));
+                if (tellsAccess && IsOutOfReach(element))
+                    states.back().trouble = "the robot cannot reach it; close what is open";
+            }
         }
         return states;
     }
@@ -100,10 +122,10 @@ class ScsiJukebox : public PhysicalJukebox {
 
     void TakeInventory() override {
         // What has changed is seen right after it.
-        auto done = m_changer->Do(InitializeElementStatus(), kInventoryLimit);
-        if (!done && done.GetError().kind == ErrorKind::Attention) {
-            done = m_changer->Do(InitializeElementStatus(), kInventoryLimit);
-        }
+        const TimeLimits::Seconds limit = m_address.limits.inventory;
+        auto done = m_changer->Do(InitializeElementStatus(), limit);
+        if (!done && done.GetError().kind == ErrorKind::Attention)
+            done = m_changer->Do(InitializeElementStatus(), limit);
         (void)Required(std::move(done));
     }
 
@@ -117,7 +139,7 @@ class ScsiJukebox : public PhysicalJukebox {
     }
 
     SideReading ReadSide(int32_t drive) override {
-        const DiscDescription disc = Required(ReadDisc(GetDrive(drive)));
+        const DiscDescription disc = Required(ReadDisc(GetDrive(drive), m_discLimits));
         SideReading reading;
         reading.mediumType = disc.mediumType;
         reading.content = RecordedContent(disc.content);
@@ -132,19 +154,30 @@ class ScsiJukebox : public PhysicalJukebox {
     }
 
     SideChange FormatSide(int32_t drive, const SideFormat& format) override {
-        return ChangeOf(FormatDisc(GetDrive(drive), {format.label, "", format.isSequential}));
+        return ChangeOf(FormatDisc(GetDrive(drive), {format.label, "", format.isSequential}, m_discLimits));
     }
     SideChange EraseSide(int32_t drive) override {
-        return ChangeOf(EraseDisc(GetDrive(drive), EraseExtent::Whole));
+        return ChangeOf(EraseDisc(GetDrive(drive), EraseExtent::Whole, m_discLimits));
     }
-    SideChange FinalizeSide(int32_t drive) override { return ChangeOf(FinalizeDisc(GetDrive(drive))); }
+    SideChange FinalizeSide(int32_t drive) override {
+        return ChangeOf(FinalizeDisc(GetDrive(drive), m_discLimits));
+    }
 
     bool CanWrite(int32_t drive, uint32_t mediumType) override {
-        const std::vector<uint32_t> types = Required(ReadWritableTypes(GetDrive(drive)));
+        const std::vector<uint32_t> types = Required(ReadWritableTypes(GetDrive(drive), m_discLimits));
         return std::ranges::find(types, mediumType) != types.end();
     }
 
   private:
+    std::unique_ptr<Device> OpenDevice(const DeviceAddress& address, std::string name) {
+        auto transport = m_open(address.address, m_login);
+        if (!transport) Throw({ErrorKind::Unreachable, name + ": " + transport.GetError().text, {}});
+        auto device = std::make_unique<Device>(std::move(*transport), std::move(name), m_waiting);
+        device->SetUsualLimit(m_address.limits.look);
+        RequireSameDevice(*device, address);
+        return device;
+    }
+
     static SideChange ChangeOf(const ChangeResult& result) {
         SideChange change;
         change.side = static_cast<embedded::SideAfter>(result.side);
@@ -165,7 +198,7 @@ class ScsiJukebox : public PhysicalJukebox {
         const attached::Turning turning =
             move.turning == embedded::Turning::Invert ? attached::Turning::Invert : attached::Turning::Keep;
         return m_changer->Do(embedded::attached::MoveMedium({0, move.source, move.destination, turning}),
-                             m_address.moveLimit);
+                             m_address.limits.move);
     }
 
     // After something has changed: whether the source is still full and the destination empty.
@@ -193,9 +226,9 @@ class ScsiJukebox : public PhysicalJukebox {
         if (m_address.drives[number].address.empty()) return false;
         Device& drive = GetDrive(static_cast<int32_t>(number));
         (void)drive.WaitUntilReady(std::chrono::seconds(1));
-        const auto allowed = drive.Do(PreventAllowMediumRemoval(Removal::Allow), Device::kUsualLimit);
+        const auto allowed = drive.Do(PreventAllowMediumRemoval(Removal::Allow), drive.GetUsualLimit());
         const auto ejected =
-            drive.Do(StartStopUnit(UnitAction::Eject, Answer::WhenDone), std::chrono::minutes(2));
+            drive.Do(StartStopUnit(UnitAction::Eject, Answer::WhenDone), m_address.limits.eject);
         return allowed && ejected;
     }
 
@@ -207,12 +240,15 @@ class ScsiJukebox : public PhysicalJukebox {
             throw Refuse(Code::DeviceTrouble, {name + " has no address; attach the jukebox with --drive"});
         }
         auto& drive = m_drives[index];
-        if (drive == nullptr) drive = OpenDevice(m_address.drives[index], m_login, name);
+        if (drive == nullptr) drive = OpenDevice(m_address.drives[index], name);
         return *drive;
     }
 
     JukeboxAddress m_address;
+    TransportOpener m_open;
+    Waiting& m_waiting;
     IscsiLogin m_login;
+    DiscLimits m_discLimits;
     std::unique_ptr<Device> m_changer;
     Geometry m_geometry;
     std::vector<std::unique_ptr<Device>> m_drives;
@@ -221,7 +257,12 @@ class ScsiJukebox : public PhysicalJukebox {
 }  // namespace
 
 std::unique_ptr<PhysicalJukebox> OpenScsiJukebox(const JukeboxAddress& address) {
-    return std::make_unique<ScsiJukebox>(address);
+    return OpenScsiJukeboxWith(address, OpenTransport, RealWaiting());
+}
+
+std::unique_ptr<PhysicalJukebox> OpenScsiJukeboxWith(const JukeboxAddress& address, TransportOpener open,
+                                                     Waiting& waiting) {
+    return std::make_unique<ScsiJukebox>(address, std::move(open), waiting);
 }
 
 }  // namespace embedded::attached

@@ -194,11 +194,34 @@ TEST_F(DiscWritingTest, DoesNotWriteAProtectedMedium) {
     EXPECT_TRUE(m_model.changes.empty());
 }
 
-TEST_F(DiscWritingTest, DoesNotWaitForADriveThatNeverFinishes) {
+TEST_F(DiscWritingTest, DoesNotWaitForADriveThatNeverFinishesAndTellsNoProgress) {
     InsertOptical(0x0014, kDvdBlocks);
     m_model.Hold(0, std::vector<uint8_t>(size_t{2048} * 64, 0x41));
     m_model.busyPolls = 1'000'000;
+    m_model.tellsProgress = false;
     m_limits.blank = std::chrono::milliseconds(60'000);
+    const auto erased = EraseDisc(m_device, EraseExtent::Quick, m_limits);
+    EXPECT_EQ(erased.side, SideAfter::Unknown);
+    EXPECT_EQ(erased.error->text, "Drive 2 has not finished in time; look at it and try again");
+    EXPECT_LE(m_waiting.GetPaused(), std::chrono::milliseconds(60'000));
+}
+
+TEST_F(DiscWritingTest, WaitsForADriveForAsLongAsItGetsFurther) {
+    InsertOptical(0x0014, kDvdBlocks);
+    m_model.Hold(0, std::vector<uint8_t>(size_t{2048} * 64, 0x41));
+    m_model.busyPolls = 200;
+    m_model.progressPerPoll = 1;
+    m_limits.blank = std::chrono::milliseconds(60'000);
+    m_limits.standstill = std::chrono::milliseconds(10'000);
+    EXPECT_TRUE(EraseDisc(m_device, EraseExtent::Quick, m_limits));
+    EXPECT_GE(m_waiting.GetPaused(), std::chrono::milliseconds(300'000));
+}
+
+TEST_F(DiscWritingTest, DoesNotWaitForADriveThatStandsStill) {
+    InsertOptical(0x0014, kDvdBlocks);
+    m_model.Hold(0, std::vector<uint8_t>(size_t{2048} * 64, 0x41));
+    m_model.busyPolls = 1'000'000;
+    m_limits.standstill = std::chrono::milliseconds(60'000);
     const auto erased = EraseDisc(m_device, EraseExtent::Quick, m_limits);
     EXPECT_EQ(erased.side, SideAfter::Unknown);
     EXPECT_EQ(erased.error->text, "Drive 2 has not finished in time; look at it and try again");

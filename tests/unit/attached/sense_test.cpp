@@ -67,6 +67,12 @@ TEST(SenseMeaningsTest, SayWhatIsWrongAndWhatTheOperatorMustDo) {
     EXPECT_EQ(SenseSentence("Drive 2 of jukebox \"Tower\"", {0x2, 0x3E, 0x01}),
               "Drive 2 of jukebox \"Tower\" has no power or is disconnected; switch it on and check its "
               "cable (sense 2/3E/01)");
+    EXPECT_EQ(SenseSentence("Drive 2", {0x2, 0x05, 0x00}),
+              "Drive 2 has no power or is disconnected; switch it on and check its cable (sense 2/05/00)");
+    EXPECT_EQ(
+        SenseSentence("Tower", {0x4, 0x3B, 0x16}),
+        "Tower cannot position its mechanics; check that nothing blocks the robot, and that its picker is "
+        "empty (sense 4/3B/16)");
     EXPECT_EQ(SenseSentence("/dev/sg3", {0x5, 0x3B, 0x0E}),
               "/dev/sg3 finds the source empty; look at the elements again (sense 5/3B/0E)");
     EXPECT_EQ(SenseSentence("/dev/sg3", {0x5, 0x3B, 0x0D}),
@@ -76,7 +82,7 @@ TEST(SenseMeaningsTest, SayWhatIsWrongAndWhatTheOperatorMustDo) {
 }
 
 TEST(SenseMeaningsTest, WaitForDevicesThatAreGettingReadyOnly) {
-    for (const int qualifier : {0x01, 0x04, 0x07, 0x08}) {
+    for (const int qualifier : {0x01, 0x04, 0x07, 0x08, 0x09, 0x0A, 0x1A}) {
         EXPECT_EQ(MeaningOf({0x2, 0x04, static_cast<uint8_t>(qualifier)}).reaction, Reaction::Wait)
             << qualifier;
     }
@@ -84,6 +90,7 @@ TEST(SenseMeaningsTest, WaitForDevicesThatAreGettingReadyOnly) {
         EXPECT_EQ(MeaningOf({0x2, 0x04, static_cast<uint8_t>(qualifier)}).reaction, Reaction::Fail)
             << qualifier;
     }
+    EXPECT_EQ(MeaningOf({0x2, 0x3E, 0x00}).reaction, Reaction::Wait);
     EXPECT_EQ(MeaningOf({0x2, 0x3A, 0x00}).reaction, Reaction::Fail);
 }
 

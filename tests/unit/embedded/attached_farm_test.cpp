@@ -225,6 +225,37 @@ TEST_F(AttachedFarmTest, KnowsTheVolumesOfADiscThatComesBack) {
     EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "Back"}));
 }
 
+TEST_F(AttachedFarmTest, CountsTwoDiscsWithTheSameFileSystemAsTwoVolumes) {
+    for (const std::string tag : {"A1", ""}) {
+        Put(kFirstSlot, tag, {"Front"});
+        Put(kFirstSlot + 1, tag.empty() ? "" : "B2", {"Front"});
+        EXPECT_EQ(Scan(0, kSideA), std::nullopt);
+        EXPECT_EQ(Scan(1, kSideA), std::nullopt);
+        EXPECT_EQ(StateOf(0), SlotState::Full);
+        EXPECT_EQ(StateOf(1), SlotState::Full);
+        EXPECT_GE(Labels().size(), 2U);
+        const auto reached = embedded::FindValues<int32_t>(*m_database, R"sql(
+            SELECT i.volume FROM side i CROSS JOIN medium d ON d.id = i.medium WHERE d.place = 1 AND i.volume > 0
+        )sql");
+        ASSERT_EQ(reached.size(), 2U) << "tag " << tag;
+        EXPECT_NE(reached[0], reached[1]);
+    }
+}
+
+TEST_F(AttachedFarmTest, KnowsTheVolumeOfADiscWithoutABarcodeByItsFileSystem) {
+    Put(kFirstSlot, "", {"Front"});
+    EXPECT_EQ(Scan(0, kSideA), std::nullopt);
+    const auto ids = embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql");
+    m_mechanics = Mechanics(2);
+    m_farm->LookAtAll();
+    Put(kFirstSlot + 3, "", {"Front"});
+    EXPECT_EQ(Scan(3, kSideA), std::nullopt);
+    EXPECT_EQ(embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql"), ids);
+    Put(kFirstSlot + 2, "", {"Other"});
+    EXPECT_EQ(Scan(2, kSideA), std::nullopt);
+    EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "Other"}));
+}
+
 TEST_F(AttachedFarmTest, WaitsForTheDiscThatARobotStillMovesForADeadProcess) {
     Put(Mechanics::kMailSlot, "A1", {"Front"});
     m_mechanics.Fail(Fault::CrashInFlight);

@@ -176,8 +176,9 @@ Completion ModelDrive::Sense(const Command& command) {
         sense[12] = kBusy.asc;
         sense[13] = kBusy.ascq;
         // The progress indication, in 65536ths.
-        sense[15] = 0x80;
-        Put(sense, 16, 2, 0x8000);
+        if (tellsProgress) sense[15] = 0x80;
+        if (tellsProgress) Put(sense, 16, 2, m_progress);
+        m_progress = static_cast<uint16_t>(m_progress + progressPerPoll);
     }
     return Good(command, sense);
 }

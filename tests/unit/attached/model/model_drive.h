@@ -38,6 +38,8 @@ class ModelDrive : public Transport {
     // What goes wrong.
     int becomingReady = 0;  // so many commands fail with 2/04/01
     int busyPolls = 0;      // so often REQUEST SENSE says that a long command is running
+    bool tellsProgress = true;
+    uint16_t progressPerPoll = 0;  // from one half on, in 65536ths
     bool readsClosedSessionsOnly = false;
     std::set<uint64_t> unwritable;  // these blocks fail to be written
     std::set<uint64_t> unreadable;
@@ -94,6 +96,7 @@ class ModelDrive : public Transport {
     bool m_isConnected = true;
     size_t m_writes = 0;
     int m_busy = 0;
+    uint16_t m_progress = 0x8000;
 };
 
 }  // namespace embedded::attached

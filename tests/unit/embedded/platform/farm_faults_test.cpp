@@ -141,11 +141,11 @@ TEST_F(FarmFaults, DatabaseOfAnotherProgramIsRefusedAndKept) {
 
 TEST_F(FarmFaults, FarmOfALaterReleaseIsRefusedAndKept) {
     CreateFarm();
-    ChangeFarm(m_home.LocalFarm(), "PRAGMA user_version = 5");
+    ChangeFarm(m_home.LocalFarm(), "PRAGMA user_version = 6");
     const std::string content = ReadFile(m_home.LocalFarm());
     const Client client;
     EXPECT_EQ(Describe(client.GetOpening()),
-              "1063: The farm file " + Farm() + " has version 5, this program knows versions up to 4.");
+              "1063: The farm file " + Farm() + " has version 6, this program knows versions up to 5.");
     EXPECT_EQ(ReadFile(m_home.LocalFarm()), content);
 }
 

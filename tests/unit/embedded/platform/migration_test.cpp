@@ -33,7 +33,7 @@ class Migration : public FarmFixture {
 TEST_F(Migration, FarmOfTheFirstReleaseKeepsAllThatItHolds) {
     Client client("old");
     ASSERT_TRUE(client.GetOpening().ok) << Describe(client.GetOpening());
-    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 4);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 5);
     EXPECT_EQ(client.Volumes(), (std::vector<uint32_t>{7, 8, 9}));
     EXPECT_EQ(client.LabelOf(7), "Sales 2004");
     std::vector<std::string> aspects;
@@ -68,12 +68,28 @@ TEST_F(Migration, FarmOfTheThirdVersionKeepsItsTimesAndStaysSimulated) {
     )sql");
     Client client("old");
     ASSERT_TRUE(client.GetOpening().ok) << Describe(client.GetOpening());
-    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 4);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 5);
     EXPECT_EQ(client.Volumes(), (std::vector<uint32_t>{7, 8, 9}));
     EXPECT_EQ(ReadText(m_farm, "SELECT real_time FROM server"), "default");
     EXPECT_EQ(ReadNumber(m_farm, "SELECT until FROM busy_jukebox WHERE jukebox = 3"), 17);
     EXPECT_EQ(ReadNumber(m_farm, "SELECT kind FROM server"), 0);
     EXPECT_EQ(ReadNumber(m_farm, "SELECT count(*) FROM changer"), 0);
+}
+
+TEST_F(Migration, FarmOfTheFourthVersionKeepsTheMoveLimitsThatItWasGiven) {
+    ASSERT_TRUE(Client("old").GetOpening().ok);
+    ChangeFarm(m_farm, R"sql(
+        DROP TABLE time_limit;
+        ALTER TABLE changer ADD COLUMN move_limit INTEGER NOT NULL DEFAULT 300;
+        INSERT INTO changer (jukebox, address, serial, credentials, reservation_key, move_limit)
+        VALUES (3, '/dev/sg3', '', '', 1, 300), (4, '/dev/sg4', '', '', 1, 600);
+        PRAGMA user_version = 4;
+    )sql");
+    ASSERT_TRUE(Client("old").GetOpening().ok);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 5);
+    EXPECT_EQ(
+        ReadText(m_farm, "SELECT group_concat(jukebox || ' ' || name || ' ' || seconds) FROM time_limit"),
+        "4 move 600");
 }
 
 TEST_F(Migration, ManyAtOnceBringAFarmForwardOnce) {
@@ -87,7 +103,7 @@ TEST_F(Migration, ManyAtOnceBringAFarmForwardOnce) {
     }
     for (auto& child : children)
         EXPECT_EQ(child->Wait(), 0);
-    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 4);
+    EXPECT_EQ(ReadNumber(m_farm, "PRAGMA user_version"), 5);
     EXPECT_EQ(ReadNumber(m_farm, "SELECT count(*) FROM odd_state"), 1);
 }
 
