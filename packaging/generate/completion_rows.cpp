@@ -199,7 +199,7 @@ std::vector<CompletionRow> MakeCompletionRows() {
     }
     // A query needs its object first of all.
     const auto query = std::ranges::find(rows, string_view("query"), &CompletionRow::level);
-    (void)std::ranges::stable_partition(query, rows.end(), IsQueryObject);
+    (void)std::stable_partition(query, rows.end(), IsQueryObject);
     return rows;
 }
 

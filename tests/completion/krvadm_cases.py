@@ -7,7 +7,7 @@ import time
 
 import terminal
 
-COMMANDS = ["discover", "attach", "detach", "status", "inventory", "check", "journal", "library", "serve", "servers"]
+COMMANDS = ["discover", "attach", "detach", "status", "limits", "inventory", "check", "journal", "library", "serve", "servers"]
 
 # The typed line and the candidates. There are two servers here, "." and "second", and "away" on another machine.
 OFFERED = [
@@ -15,10 +15,11 @@ OFFERED = [
     ("krvadm st", ["status"]),
     ("krvadm servers ", ["add", "remove"]),
     ("krvadm servers --", ["--offline", "--help"]),
-    ("krvadm attach --", ["--server", "--changer", "--drive", "--magazines", "--name", "--move-limit", "--credentials",
+    ("krvadm attach --", ["--server", "--changer", "--drive", "--load", "--magazines", "--name", "--limit", "--credentials",
                           "--help"]),
     ("krvadm attach --changer x --c", ["--credentials"]),
     ("krvadm attach --drive x --d", ["--drive"]),
+    ("krvadm attach --l", ["--load", "--limit"]),
     # Values.
     ("krvadm status --server s", ["second"]),
     ("krvadm check --server a", ["away"]),

@@ -13,6 +13,12 @@ std::string Quoted(const std::string& word) {
     return '"' + word + '"';
 }
 
+// The words that the parser did not understand. After a wrong value the separator "--" may be among them.
+std::vector<std::string> WithoutSeparator(std::vector<std::string> remaining) {
+    std::erase(remaining, "--");
+    return remaining;
+}
+
 // The command that the words named, as far as the parser knew them.
 const CLI::App& NamedCommand(const CLI::App& tool) {
     const CLI::App* app = &tool;
@@ -54,6 +60,17 @@ size_t Distance(const std::string& from, const std::string& to) {
         last = std::move(row);
     }
     return last.back();
+}
+
+// Empty if no word begins so, or the beginning is a single letter.
+std::string ShortestBeginningWith(const std::string& beginning, const std::vector<std::string>& known) {
+    std::string shortest;
+    if (beginning.find_first_not_of('-') + 1 >= beginning.size()) return shortest;
+    for (const std::string& candidate : known) {
+        if (!candidate.starts_with(beginning)) continue;
+        if (shortest.empty() || candidate.size() < shortest.size()) shortest = candidate;
+    }
+    return shortest;
 }
 
 std::string Suggestion(const std::string& word, const std::vector<std::string>& known) {
@@ -130,14 +147,14 @@ std::string NearestWord(const std::string& word, const std::vector<std::string>&
             nearest = candidate;
         }
     }
-    return nearest;
+    return nearest.empty() ? ShortestBeginningWith(word, known) : nearest;
 }
 
 std::string UsageErrorText(const CLI::App& tool, const CLI::Error& error) {
     const CLI::App& command = NamedCommand(tool);
-    if (const std::vector<std::string> unknown = command.remaining(); !unknown.empty())
+    if (const std::vector<std::string> unknown = WithoutSeparator(command.remaining()); !unknown.empty())
         return UnknownWordText(command, unknown.front());
-    if (const std::vector<std::string> unknown = tool.remaining(true); !unknown.empty())
+    if (const std::vector<std::string> unknown = WithoutSeparator(tool.remaining(true)); !unknown.empty())
         return UnknownWordText(tool, unknown.front());
     if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) return MissingText(command, error);
     if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) return ConversionText(command);

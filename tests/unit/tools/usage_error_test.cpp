@@ -28,6 +28,7 @@ TEST_F(KrvsimUsageError, UnknownOptionsComeWithTheNearestOne) {
     ExpectRefused({"load", "--jukebx", "@8", "--type", "CD-R"},
                   "unknown option \"--jukebx\"; did you mean \"--jukebox\"?");
     ExpectRefused({"dump", "--quietly"}, "unknown option \"--quietly\"");
+    ExpectRefused({"init", "--lay", "x"}, "unknown option \"--lay\"; did you mean \"--layout\"?");
 }
 
 TEST_F(KrvsimUsageError, WordsBeyondThoseThatACommandTakesAreNamed) {
@@ -49,6 +50,8 @@ TEST_F(KrvsimUsageError, WrongValuesAreExplained) {
     ExpectRefused({"dump", "--format", "yaml"}, "--format: \"yaml\" is not toml, json or html");
     ExpectRefused({"generate", "--fill", "101"}, "--fill: \"101\" is not a number from 0 to 100");
     ExpectRefused({"generate", "--fill", "many"}, "--fill: \"many\" is not a number from 0 to 100");
+    ExpectRefused({"run", "--code", "0", "--each-fault", "--", "true"},
+                  "--code: \"0\" is not a number from 1 to 2147483647");
     ExpectRefused({"generate", "--seed", "x"}, "--seed: \"x\" is not a whole number");
     ExpectRefused({"fault", "clear", "one"}, "FAULT: \"one\" is not a whole number");
     ExpectRefused({"journal", "--json=maybe"}, "--json takes no value");
@@ -69,6 +72,8 @@ TEST(NearestWord, IsTheOneWithTheFewestMistakes) {
     EXPECT_EQ(NearestWord("clnoe", {"check", "clone"}), "clone") << "two letters are exchanged";
     EXPECT_EQ(NearestWord("joural", {"journal"}), "journal") << "a letter is missing";
     EXPECT_EQ(NearestWord("journnal", {"journal"}), "journal") << "a letter is doubled";
+    EXPECT_EQ(NearestWord("jo", {"dump", "journals", "journal"}), "journal") << "it is abbreviated";
+    EXPECT_EQ(NearestWord("--j", {"--journal"}), "") << "one letter says nothing";
     EXPECT_EQ(NearestWord("xyzzy", {"dump", "run"}), "") << "nothing is near";
     EXPECT_EQ(NearestWord("x", {}), "");
 }
