@@ -86,6 +86,10 @@ Answer GeneratedAnswers::DescribeVolume(uint32_t volumeId, VolumeRecord& record)
     WriteNumbered(record.label, "Label-", volumeId * kSpread % modulus);
     record.totalCapacity = kCapacity;
     record.freeCapacity = kCapacity / 100 * (volumeId % 101);
+    if (m_size.isVaried) {
+        WriteNumbered(record.fileSystem, "UDF ", volumeId);
+        record.totalCapacity += volumeId * uint64_t{1'048'576};
+    }
     return {};
 }
 

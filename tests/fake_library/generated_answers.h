@@ -15,6 +15,8 @@ struct GeneratedSize {
     int32_t volumes = 0;
     bool withLocations = true;
     bool withDirectories = false;
+    // Whether capacity and file system change from one volume to the next.
+    bool isVaried = false;
 };
 
 class GeneratedAnswers : public Answers {

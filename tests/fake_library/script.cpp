@@ -169,6 +169,7 @@ void ScriptReader::ReadGenerate(const ScriptLine& line) {
     size.volumes = Int(line.Number("volumes", size.volumes));
     size.withLocations = line.Number("locations", 1) != 0;
     size.withDirectories = line.Number("directories", 0) != 0;
+    size.isVaried = line.Number("varied", 0) != 0;
     m_library.Generate(size);
 }
 

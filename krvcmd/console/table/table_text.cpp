@@ -25,11 +25,9 @@ void FitLine(TextLine& line, size_t length, size_t width) {
     line.AppendBlanks(width - length);
 }
 
-// Moves the line to the end of `text`, with a line break and one sign for every "%%".
-void EndLine(TextLine& line, std::string& text) {
-    line.Append('\n');
+// Appends the line with one sign for every "%%" in it.
+void AppendShown(std::string& text, TextLine& line) {
     text.append(line.View(), 0, ResolvePercentSigns(line.Characters()));
-    line.Truncate(0);
 }
 
 // Writes the rows of a table to the end of a text, one after the other.
@@ -37,8 +35,10 @@ class RowWriter {
   public:
     RowWriter(const TableLayout& layout, std::string& text) : m_layout(layout), m_text(text) {
         m_columns.reserve(layout.columns.size());
-        for (const LaidOutColumn& column : layout.columns)
-            m_columns.push_back({column, CellFinder(column.column->GetColumnId())});
+        for (const LaidOutColumn& column : layout.columns) {
+            const std::string lead = column.isFirst ? " " : std::string(layout.separator) + ' ';
+            m_columns.push_back({column, lead, CellFinder(column.column->GetColumnId())});
+        }
     }
 
     void AppendFormatted(const CTableRow& row) {
@@ -47,11 +47,10 @@ class RowWriter {
         for (Column& column : m_columns) {
             const LaidOutColumn& shown = column.shown;
             const size_t columnStart = m_line.GetSize();
-            if (!shown.isFirst) m_line.Append(m_layout.separator);
-            m_line.AppendBlanks(1);
+            m_line.Append(column.lead);
             size_t cellLength = shown.width;
-            if (const CTableItem* item = column.FindCell(row)) {
-                cellLength = item->Render(m_line, shown.width);
+            if (const CTableItem* cell = column.FindCell(row)) {
+                cellLength = Render(column, *cell);
                 limit += shown.hiddenSigns;
             } else {
                 m_line.AppendBlanks(shown.width);
@@ -66,27 +65,55 @@ class RowWriter {
             lineLength += cellLength + blanks + (shown.isFirst ? 0 : m_layout.separatorLength);
         }
         if (!EndsInPercentCell(m_line.View())) FitLine(m_line, lineLength, m_layout.lineWidth);
-        EndLine(m_line, m_text);
+        EndLine();
     }
 
     void AppendPlain(const CTableRow& row) {
         constexpr uint32_t kFullText = 0;
         for (Column& column : m_columns) {
             if (!column.shown.isFirst) m_line.Append(m_layout.separator);
-            if (const CTableItem* item = column.FindCell(row)) item->Render(m_line, kFullText);
+            if (const CTableItem* cell = column.FindCell(row)) cell->Render(m_line, kFullText);
         }
-        EndLine(m_line, m_text);
+        EndLine();
     }
 
   private:
     struct Column {
         const LaidOutColumn& shown;
+        std::string lead;  // before an aligned cell
         CellFinder finder;
+        // The cell rendered last.
+        const CTableItem* cell = nullptr;
+        size_t cellLength = 0;  // in positions
+        std::string cellText{};
 
         const CTableItem* FindCell(const CTableRow& row) {
             return shown.hasCells ? finder.FindIn(row) : nullptr;
         }
     };
+
+    // Appends the cell and returns the positions taken. Often many rows have the same cell: its text is kept
+    // from the second on.
+    size_t Render(Column& column, const CTableItem& cell) {
+        const bool isRepeated = column.cell == &cell;
+        column.cell = &cell;
+        if (isRepeated && !column.cellText.empty()) {
+            m_line.Append(column.cellText);
+            return column.cellLength;
+        }
+        const size_t start = m_line.GetSize();
+        column.cellLength = cell.Render(m_line, column.shown.width);
+        column.cellText.clear();
+        if (isRepeated) column.cellText = m_line.View().substr(start);
+        return column.cellLength;
+    }
+
+    // Moves the line to the end of the text.
+    void EndLine() {
+        m_line.Append('\n');
+        AppendShown(m_text, m_line);
+        m_line.Truncate(0);
+    }
 
     const TableLayout& m_layout;
     std::string& m_text;
@@ -142,8 +169,8 @@ std::string HeaderText(const TableLayout& layout) {
     const size_t underlineLength = std::min(lineLength, layout.lineWidth);
     FitLine(line, lineLength, layout.lineWidth);
     std::string text;
-    EndLine(line, text);
-    return text.append(underlineLength, '-').append(1, '\n');
+    AppendShown(text, line);
+    return text.append(1, '\n').append(underlineLength, '-').append(1, '\n');
 }
 
 std::string FormattedBodyText(const TableLayout& layout, std::span<const CTableRow* const> rows) {
