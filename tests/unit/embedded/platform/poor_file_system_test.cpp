@@ -1,4 +1,5 @@
-// Linux only: a file system without hard links, such as FAT, where the first contact of two processes meets.
+// Not on Windows: functions of the C library are replaced as only Linux lets programs do. They stand in for a
+// file system without hard links, such as FAT, where the first contact of two processes meets.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
