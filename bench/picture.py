@@ -5,8 +5,8 @@ The picture follows the reader's choice of light or dark colours.
 import html
 import math
 
-WIDTH, HEIGHT = 760, 440
-LEFT, RIGHT, TOP, BOTTOM = 64, 190, 48, 52
+WIDTH, HEIGHT = 780, 440
+LEFT, RIGHT, TOP, BOTTOM = 64, 206, 48, 52
 LINE_HEIGHT = 17
 
 STYLE = """
