@@ -88,4 +88,4 @@ class KrvadmCases:
             self.skipTest("this shell shows no explanations")
         self.assertEqual(self.shell.offered("krvadm servers "), {
             "add": "Make a server on another machine known.", "remove": "Forget a server."})
-        self.assertEqual(self.shell.offered("krvadm attach --m")["--move-limit"], "seconds that a move may take")
+        self.assertEqual(self.shell.offered("krvadm detach --")["--jukebox"], "only this jukebox, by name or as @ID")
