@@ -69,8 +69,10 @@ class Rpm(unittest.TestCase):
         owners = {}
         for name in ("krvcmd", "krvcmd-simulator", "krvcmd-jukebox", "krvcmd-devel"):
             for path in query(name, "--list"):
-                self.assertNotIn(path, owners)
-                owners[path] = name
+                # rpm's own links for debuggers share folders.
+                if not path.startswith("/usr/lib/.build-id"):
+                    self.assertNotIn(path, set(owners), name)
+                    owners[path] = name
 
     def test_the_state_folder_belongs_to_the_group(self):
         listing = output("rpm", "--query", "--package", "--list", "--verbose", package_file("krvcmd-jukebox"))
