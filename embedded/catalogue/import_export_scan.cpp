@@ -171,18 +171,22 @@ CallOutcome RecordImport(Database& database, const Transfer& transfer, const std
         SetSlotState(database, place, StateAfterReading(sides));
         RefreshVolumesOf(database, medium);
     }
-    const std::string words =
+    CallOutcome outcome;
+    outcome.change.words =
         "imported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")";
-    return {{words, Handled(database, place, medium, SidesOfKey(kBothSides, sides.size()))}, {}};
+    outcome.change.medium = Handled(database, place, medium, SidesOfKey(kBothSides, sides.size()));
+    return outcome;
 }
 
 CallOutcome RecordExport(Database& database, const Transfer& transfer) {
     const auto& [medium, place] = transfer;
     SetSlotState(database, place, SlotState::Empty);
     RefreshVolumesOf(database, medium);
-    const std::string words =
+    CallOutcome outcome;
+    outcome.change.words =
         "exported: " + LocationText(database, place) + " (" + MediumText(database, medium) + ")";
-    return {{words, Handled(database, place, medium, HandledSides::None)}, {}};
+    outcome.change.medium = Handled(database, place, medium, HandledSides::None);
+    return outcome;
 }
 
 CallOutcome RecordScan(Database& database, const Slot& slot, int32_t side,

@@ -25,9 +25,6 @@ using embedded::SlotState;
 using Fault = Mechanics::Fault;
 
 constexpr int32_t kTower = AttachedTower::kNumber;
-constexpr int32_t kSideA = 0;
-constexpr int32_t kSideB = 1;
-constexpr int32_t kBothSides = 2;
 constexpr uint16_t kFirstSlot = Mechanics::kFirstSlot;
 
 class AttachedFarmTest : public FarmFixture {

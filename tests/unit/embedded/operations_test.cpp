@@ -34,9 +34,6 @@ using embedded::VolumeState;
 
 using Labels = std::vector<std::string>;
 
-constexpr int32_t kSideA = 0;
-constexpr int32_t kSideB = 1;
-constexpr int32_t kBothSides = 2;
 constexpr int32_t kAnySlot = -1;
 constexpr auto kDone = std::nullopt;
 

@@ -8,6 +8,7 @@
 
 #include "embedded/catalogue/items.h"
 #include "embedded/store/statement.h"
+#include "tests/unit/embedded/support/model_jukebox.h"
 #include "tests/unit/embedded/support/simulated_tower.h"
 
 namespace embedded_test {
@@ -21,7 +22,7 @@ using embedded::SlotState;
 using embedded::WritePlan;
 using embedded::WriteTask;
 
-constexpr uint32_t kDvdRam = 12;
+constexpr uint32_t kDvdRam = Mechanics::kDvdRam;
 constexpr uint64_t kDvdRamBytes = 4'700'000'000;
 
 class SimulatedMechanicsTest : public FarmFixture {

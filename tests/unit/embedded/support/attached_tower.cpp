@@ -15,8 +15,6 @@ using embedded::FarmAccess;
 using embedded::Recording;
 using embedded::Refusal;
 
-constexpr uint16_t kFirstSlot = Mechanics::kFirstSlot;
-
 }  // namespace
 
 SlotKey SlotAt(int32_t slot) {
@@ -28,8 +26,9 @@ SideKey SideAt(int32_t slot, int32_t side) {
 }
 
 AttachedTower::AttachedTower() {
+    constexpr uint16_t kSlot = Mechanics::kFirstSlot;
     const embedded::ElementMap elements{{Mechanics::kPicker},
-                                        {{kFirstSlot, kFirstSlot + 1, kFirstSlot + 2, kFirstSlot + 3}},
+                                        {{kSlot, kSlot + 1, kSlot + 2, kSlot + 3}},
                                         {Mechanics::kMailSlot},
                                         {Mechanics::kFirstDrive, Mechanics::kFirstDrive + 1}};
     embedded::FarmJukebox tower;

@@ -40,6 +40,11 @@ class AttachedTower {
     std::unique_ptr<embedded::AttachedFarm> m_farm;
 };
 
+inline constexpr int32_t kSideA = 0;
+inline constexpr int32_t kSideB = 1;
+inline constexpr int32_t kBothSides = 2;
+
+// In the tower.
 SlotKey SlotAt(int32_t slot);
 SideKey SideAt(int32_t slot, int32_t side);
 

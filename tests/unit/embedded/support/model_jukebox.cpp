@@ -21,7 +21,6 @@ using embedded::SideReading;
 using embedded::Turning;
 
 constexpr uint16_t kSlots = 4;
-constexpr uint32_t kDvdRam = 12;
 
 }  // namespace
 

@@ -21,6 +21,7 @@ class Mechanics {
     static constexpr uint16_t kFirstDrive = 256;
     static constexpr uint16_t kMailSlot = 768;
     static constexpr uint16_t kFirstSlot = 1024;
+    static constexpr uint32_t kDvdRam = 12;  // the type of its discs
 
     struct Disc {
         std::string tag;
