@@ -231,7 +231,7 @@ TEST_F(AttachedFarmTest, CountsTwoDiscsWithTheSameFileSystemAsTwoVolumes) {
         EXPECT_EQ(StateOf(0), SlotState::Full);
         EXPECT_EQ(StateOf(1), SlotState::Full);
         EXPECT_GE(Labels().size(), 2U);
-        const auto reached = embedded::FindValues<int32_t>(*m_database, R"sql(
+        const auto reached = embedded::FindValues<int32_t>(m_database, R"sql(
             SELECT i.volume FROM side i CROSS JOIN medium d ON d.id = i.medium WHERE d.place = 1 AND i.volume > 0
         )sql");
         ASSERT_EQ(reached.size(), 2U) << "tag " << tag;
@@ -242,12 +242,12 @@ TEST_F(AttachedFarmTest, CountsTwoDiscsWithTheSameFileSystemAsTwoVolumes) {
 TEST_F(AttachedFarmTest, KnowsTheVolumeOfADiscWithoutABarcodeByItsFileSystem) {
     Put(kFirstSlot, "", {"Front"});
     EXPECT_EQ(Scan(0, kSideA), std::nullopt);
-    const auto ids = embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql");
+    const auto ids = embedded::FindValues<int32_t>(m_database, R"sql(SELECT id FROM volume)sql");
     m_mechanics = Mechanics(2);
-    m_farm->LookAtAll();
+    m_tower.GetFarm().LookAtAll();
     Put(kFirstSlot + 3, "", {"Front"});
     EXPECT_EQ(Scan(3, kSideA), std::nullopt);
-    EXPECT_EQ(embedded::FindValues<int32_t>(*m_database, R"sql(SELECT id FROM volume)sql"), ids);
+    EXPECT_EQ(embedded::FindValues<int32_t>(m_database, R"sql(SELECT id FROM volume)sql"), ids);
     Put(kFirstSlot + 2, "", {"Other"});
     EXPECT_EQ(Scan(2, kSideA), std::nullopt);
     EXPECT_EQ(Labels(), (std::vector<std::string>{"Front", "Other"}));
