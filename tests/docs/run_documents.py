@@ -40,6 +40,7 @@ OTHERS = {
     "scripts/test": "the run of all tests",
     "scripts/run --jukebox ": "tests/jukebox/run_script_test.sh",
     "apt install ": "tests/packaging/install_test.sh",
+    "podman run ": "tests/packaging/image_test.sh",
     "scripts/package": "tests/packaging/install_test.sh and zip_test.sh",
     "scripts/install ": "tests/packaging/install_tree_test.py",
 }

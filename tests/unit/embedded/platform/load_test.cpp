@@ -101,8 +101,9 @@ bool IsOfTheWorld(const Outcome& outcome) {
     return outcome.ok || outcome.code < 1000 || outcome.code >= 1100;
 }
 
-// Successful calls of all processes, in memory that they share.
+// Successful calls of all processes, in memory that they share; they go on until it is over.
 struct Tally {
+    std::atomic<bool> isOver{false};
     std::atomic<int64_t> looks{0};
     std::atomic<int64_t> changes{0};
 };
@@ -125,14 +126,14 @@ class SharedTally {
     Tally* m_tally = nullptr;
 };
 
-int ReadAndWrite(unsigned seed, SteadyClock::time_point end, Tally& tally) {
+int ReadAndWrite(unsigned seed, Tally& tally) {
     Random random(seed);
     Client client;
     if (!client.GetOpening().ok) {
         std::fprintf(stderr, "opening: %s\n", Describe(client.GetOpening()).c_str());
         return 1;
     }
-    while (SteadyClock::now() < end) {
+    while (!tally.isOver) {
         const bool changes = Below(random, 3) == 0;
         const Outcome outcome = changes ? Change(client, random) : Look(client, random);
         if (outcome.ok) ++(changes ? tally.changes : tally.looks);
@@ -177,11 +178,13 @@ class Load : public FarmFixture {
 };
 
 TEST_F(Load, OfManyProcessesThatAreKilledLosesAndDoublesNoMedium) {
+    constexpr int kFewestKills = 11;
     const auto end = SteadyClock::now() + Duration();
+    const auto latestEnd = end + std::chrono::minutes(2);  // on a busy machine
     const SharedTally tally;
     unsigned seed = 0;
     const auto start = [&] {
-        return std::make_unique<ChildProcess>([&] { return ReadAndWrite(seed, end, tally.Get()); });
+        return std::make_unique<ChildProcess>([&] { return ReadAndWrite(seed, tally.Get()); });
     };
     std::vector<std::unique_ptr<ChildProcess>> children;
     for (; seed < kProcesses; ++seed)
@@ -189,7 +192,8 @@ TEST_F(Load, OfManyProcessesThatAreKilledLosesAndDoublesNoMedium) {
 
     Random random(1);
     int kills = 0;
-    while (SteadyClock::now() + std::chrono::milliseconds(100) < end) {
+    for (auto now = SteadyClock::now(); now < end || (kills < kFewestKills && now < latestEnd);
+         now = SteadyClock::now()) {
         usleep(static_cast<unsigned>(2000 + Below(random, 30'000)));
         auto& child = children[static_cast<size_t>(Below(random, kProcesses))];
         child->Kill();
@@ -198,13 +202,14 @@ TEST_F(Load, OfManyProcessesThatAreKilledLosesAndDoublesNoMedium) {
         ++seed;
         ++kills;
     }
+    tally.Get().isOver = true;
     for (auto& child : children)
         EXPECT_EQ(child->Wait(), 0);
     const auto looks = static_cast<long long>(tally.Get().looks);
     const auto changes = static_cast<long long>(tally.Get().changes);
     std::printf("%d processes at a time, %d killed; %lld looks and %lld changes done\n", kProcesses, kills,
                 looks, changes);
-    EXPECT_GT(kills, 10);
+    EXPECT_GE(kills, kFewestKills);
     EXPECT_GT(looks, 100);
     EXPECT_GT(changes, 10);
     ExpectSoundFarm();
