@@ -103,6 +103,15 @@ class Browser:
             raise RuntimeError(f"{script}: {result['exceptionDetails']}")
         return result["result"].get("value")
 
+    def wait_for(self, script, seconds=30):
+        """The value of the expression as soon as it is something, such as a number above zero."""
+        deadline = time.monotonic() + seconds
+        while not (value := self.run(script)):
+            if time.monotonic() > deadline:
+                raise TimeoutError(script)
+            time.sleep(0.02)
+        return value
+
     def complaints(self):
         """Errors of scripts and messages of the console since the page was opened, in words."""
         self.run("0")
@@ -128,9 +137,13 @@ class Browser:
 
     def click(self, selector):
         """Presses the mouse on the middle of the first element that the selector finds."""
-        x, y = self.run(f"""(() => {{
+        # What comes into view is laid out by then, and may have moved the element.
+        x, y = self.run(f"""(async () => {{
             const element = document.querySelector({json.dumps(selector)});
-            element.scrollIntoView({{block: "center"}});
+            for (let frame = 0; frame < 3; ++frame) {{
+                element.scrollIntoView({{block: "center"}});
+                await new Promise(requestAnimationFrame);
+            }}
             const box = element.getBoundingClientRect();
             return [box.x + box.width / 2, box.y + box.height / 2];
         }})()""")

@@ -230,8 +230,9 @@ class Page(BrowserTest):
         self.open(self.demonstration)
         self.assertEqual(self.browser.run("document.querySelectorAll('#volumes tr').length"), 0)
         self.browser.click("#volumes summary")
-        rows = self.browser.run("""new Promise((done) => setTimeout(() => done([...document.querySelectorAll('#volumes tbody tr')]
-            .map((row) => [...row.cells].map((cell) => cell.textContent))), 50))""")
+        self.browser.wait_for("document.querySelectorAll('#volumes tbody tr').length")
+        rows = self.browser.run("""[...document.querySelectorAll('#volumes tbody tr')]
+            .map((row) => [...row.cells].map((cell) => cell.textContent))""")
         self.assertEqual([int(row[0]) for row in rows], [volume["id"] for volume in farm["volumes"]])
         self.assertEqual({row[0]: row[-1] for row in rows}["33"], "MyBox, magazine 1, slot 3, side A")
 
@@ -378,7 +379,7 @@ class Rehearsal(BrowserTest):
         bars = self.browser.run("""[...document.querySelectorAll("#calls tbody .bar")].map((bar) => [bar.style.left, bar.style.width])""")
         self.assertEqual(bars, [["0%", "50%"], ["0%", "12.5%"], ["50%", "50%"], ["50%", "12.5%"]])
         self.browser.click("#all-calls")
-        self.assertEqual(len(self.texts("#calls tbody tr")), 4)
+        self.browser.wait_for("document.querySelectorAll('#calls tbody tr').length == 4")
 
     def test_shows_output_and_remarks_as_text(self):
         self.assertEqual(self.texts("#output pre"), ["line 1\n<script>document.title = 'hit'</script>\nKöln\n"])

@@ -271,13 +271,17 @@ void AddAttachItself(CommandLine& line) {
         ->required();
     app.add_option("--changer", options.changer, "/dev/sgN or iscsi://HOST:PORT/TARGET/LUN")->required();
     app.add_option("--drive", options.drives,
-                   "address of a drive; without it, the drives that the changer names are looked for");
+                   "address of a drive; without it, the drives that the changer names are looked for")
+        ->allow_extra_args(false)
+        ->take_all();
     AddLoading(app, options.loadsDiscs);
     app.add_option(
         "--magazines", options.magazines,
         "magazines and their slots, such as 4x25; without it, gaps in the addresses of the slots tell");
     app.add_option("--name", options.name, "name of the jukebox; without it, that of its model");
-    app.add_option("--limit", options.limits, "NAME=SECONDS, a time limit as krvadm limits shows them");
+    app.add_option("--limit", options.limits, "NAME=SECONDS, a time limit as krvadm limits shows them")
+        ->allow_extra_args(false)
+        ->take_all();
     AddCredentials(app, options.credentials);
 }
 
