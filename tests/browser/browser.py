@@ -137,14 +137,18 @@ class Browser:
 
     def click(self, selector):
         """Presses the mouse on the middle of the first element that the selector finds."""
-        # What comes into view is laid out by then, and may have moved the element.
+        # What comes into view is laid out then, which may move the element.
         x, y = self.run(f"""(async () => {{
             const element = document.querySelector({json.dumps(selector)});
-            for (let frame = 0; frame < 3; ++frame) {{
+            const frame = () => new Promise(requestAnimationFrame);
+            let box, before;
+            do {{
+                before = box;
                 element.scrollIntoView({{block: "center"}});
-                await new Promise(requestAnimationFrame);
-            }}
-            const box = element.getBoundingClientRect();
+                await frame();
+                await frame();
+                box = element.getBoundingClientRect();
+            }} while (before === undefined || before.x !== box.x || before.y !== box.y);
             return [box.x + box.width / 2, box.y + box.height / 2];
         }})()""")
         for kind in ("mousePressed", "mouseReleased"):
