@@ -120,7 +120,7 @@ class CTableIntItem : public CTableItem {
   public:
     // With a unit the value is a capacity in bytes.
     CTableIntItem(uint32_t columnId, int64_t value, bool withUnit)
-        : CTableIntItem(columnId, value, withUnit ? NumberFormat::Capacity : NumberFormat::Decimal) {}
+        : CTableIntItem(columnId, withUnit ? NumberFormat::Capacity : NumberFormat::Decimal, value) {}
 
     size_t Render(TextLine& out, uint32_t width) const override;
     int64_t GetValue() const override { return m_value; }
@@ -135,7 +135,7 @@ class CTableIntItem : public CTableItem {
     void SetValue(int64_t value);
 
   protected:
-    CTableIntItem(uint32_t columnId, int64_t value, NumberFormat format)
+    CTableIntItem(uint32_t columnId, NumberFormat format, int64_t value)
         : CTableItem(columnId, Alignment::Right), m_format(format) {
         SetValue(value);
     }
@@ -153,7 +153,7 @@ static_assert(sizeof(CTableIntItem) == 24);
 class CTableOneBasedIntItem final : public CTableIntItem {
   public:
     CTableOneBasedIntItem(uint32_t columnId, int32_t zeroBasedNumber)
-        : CTableIntItem(columnId, int64_t{zeroBasedNumber} + 1, NumberFormat::Decimal) {}
+        : CTableIntItem(columnId, NumberFormat::Decimal, int64_t{zeroBasedNumber} + 1) {}
 };
 
 // The used share of a capacity in whole percent. Its text ends in "%%", which the console shows as one
@@ -162,7 +162,7 @@ class CTablePercentIntItem final : public CTableIntItem {
   public:
     // `free` and `total` in bytes; a total below 1 is 0 percent used.
     CTablePercentIntItem(uint32_t columnId, int64_t free, int64_t total)
-        : CTableIntItem(columnId, UsedPercent(free, total), NumberFormat::Percent) {}
+        : CTableIntItem(columnId, NumberFormat::Percent, UsedPercent(free, total)) {}
 
     size_t Render(TextLine& out, uint32_t width) const override;
 };
