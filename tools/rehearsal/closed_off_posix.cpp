@@ -10,6 +10,7 @@
 #include "embedded/platform/platform.h"
 #include "tools/common/streams.h"
 #include "tools/rehearsal/closed_off.h"
+#include "tools/rehearsal/spawn_mutex_posix.h"
 
 namespace embedded::tools {
 namespace {
@@ -127,6 +128,7 @@ std::string LibraryCheck(const StandIns& standIns) {
 void WriteStandIn(const fs::path& file, const fs::path& original, const StandIns& standIns,
                   const std::string& check = {}) {
     constexpr mode_t kMode = 0755;
+    const std::lock_guard<std::mutex> lock(SpawnMutex());
     std::ofstream script(file, std::ios::binary);
     script << "#!/bin/sh\n"
            << check << "unset LD_PRELOAD LD_AUDIT\n"

@@ -17,6 +17,7 @@
 
 #include "tools/common/streams.h"
 #include "tools/rehearsal/output_tee_posix.h"
+#include "tools/rehearsal/spawn_mutex_posix.h"
 
 namespace embedded::tools {
 namespace {
@@ -212,12 +213,6 @@ class StatePipe {
     std::string m_text;
 };
 
-// One at a time: a pipe of one process must not stay open in another one.
-std::mutex& SpawnMutex() {
-    static std::mutex s_mutex;
-    return s_mutex;
-}
-
 // The signals are ignored by bubblewrap itself, which inherits that.
 class IgnoredWhileSpawning {
   public:
@@ -294,6 +289,11 @@ bool IsProgram(const std::filesystem::path& file) {
 }
 
 }  // namespace
+
+std::mutex& SpawnMutex() {
+    static std::mutex s_mutex;
+    return s_mutex;
+}
 
 int RunProcess(const ProcessRequest& request) {
     const std::filesystem::path program = FindProgram(request.words.front());
