@@ -66,14 +66,12 @@ class Terminal:
         return self._read_answer(time.monotonic() + PATIENCE)
 
     def close(self):
-        self._client.stdin.write(b"kill-server\n")
-        self._client.stdin.close()
-        self._client.stdout.close()
+        # What tmux still reports is read: a client whose output is closed does not end.
         try:
-            self._client.wait(PATIENCE)
+            self._client.communicate(b"kill-server\n", PATIENCE)
         except subprocess.TimeoutExpired:
             self._client.kill()
-            self._client.wait()
+            self._client.communicate()
         shutil.rmtree(self._folder, ignore_errors=True)
 
     def type(self, text):
