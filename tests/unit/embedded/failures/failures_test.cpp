@@ -9,7 +9,10 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iterator>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -111,6 +114,12 @@ std::string Everything(const path& farm) {
     return ReadText(farm, "SELECT group_concat(t, char(10)) FROM (" + statement + ")");
 }
 
+std::string Bytes(const path& file) {
+    std::string bytes(std::filesystem::file_size(file), '\0');
+    std::ifstream(file, std::ios::binary).read(bytes.data(), std::ssize(bytes));
+    return bytes;
+}
+
 class Failures : public FarmFixture, public testing::WithParamInterface<size_t> {
   protected:
     static void SetUpTestSuite() {
@@ -160,11 +169,10 @@ class Failures : public FarmFixture, public testing::WithParamInterface<size_t> 
             const Outcome outcome = CallOnNewFarm(function, resource, number, extent);
             SCOPED_TRACE(std::string(function.name) + ", request " + std::to_string(number) + " of " +
                          std::to_string(requests) + ": " + Describe(outcome));
-            const std::string now = Everything(m_home.LocalFarm());
+            const std::string& now = SoundContent();
             const bool isAsUsual = outcome.ok == whole.ok && outcome.code == whole.code;
             EXPECT_TRUE(isAsUsual || IsRefusal(resource, outcome));
             EXPECT_TRUE(now == (isAsUsual ? after : m_before) || (!outcome.ok && now == after));
-            EXPECT_EQ(ReadText(m_home.LocalFarm(), "PRAGMA integrity_check"), "ok");
             if (!isAsUsual) ++errors;
             if (HasFailure()) return;
         }
@@ -173,6 +181,19 @@ class Failures : public FarmFixture, public testing::WithParamInterface<size_t> 
     }
 
   private:
+    // All that the farm holds, which the database itself finds undamaged. Most failures leave the bytes of an
+    // earlier one, which need no second look; a farm with more files than one always gets it.
+    const std::string& SoundContent() {
+        const path farm = m_home.LocalFarm();
+        const bool isOneFile = !std::filesystem::exists(path(farm) += "-wal");
+        std::string& content = m_contents[isOneFile ? Bytes(farm) : std::string()];
+        if (!isOneFile || content.empty()) {
+            content = Everything(farm);
+            EXPECT_EQ(ReadText(farm, "PRAGMA integrity_check"), "ok");
+        }
+        return content;
+    }
+
     // Codes of memory that is short, and of a farm file that cannot be used.
     static bool IsRefusal(Resource resource, const Outcome& outcome) {
         if (outcome.ok || outcome.text.empty()) return false;
@@ -190,6 +211,7 @@ class Failures : public FarmFixture, public testing::WithParamInterface<size_t> 
     }
 
     std::string m_before;
+    std::map<std::string, std::string> m_contents;  // by the bytes of the file
 };
 
 TEST_P(Failures, OfOneRequestForMemoryAreErrorsOfTheService) {
