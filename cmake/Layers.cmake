@@ -1,3 +1,11 @@
+# windows.h defines macros with common names, so a file that may include it never compiles together with others:
+# krvcmd_compile_windows_files_alone(FILE ...)
+function(krvcmd_compile_windows_files_alone)
+  set(files ${ARGN})
+  list(FILTER files INCLUDE REGEX "_windows(_test)?\\.cpp$")
+  set_source_files_properties(${files} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
 # One folder, one target. krvcmd_add_layer(NAME
 #   [SOURCES FILE ...]           files of the folder
 #   [PLATFORM_SOURCES STEM ...]  STEM_posix.cpp, or STEM_windows.cpp on Windows
@@ -19,6 +27,7 @@ function(krvcmd_add_layer name)
     target_link_libraries(${name} INTERFACE krvcmd_options ${ARG_PUBLIC})
     return()
   endif()
+  krvcmd_compile_windows_files_alone(${sources})
   add_library(${name} STATIC ${sources})
   target_link_libraries(${name} PUBLIC krvcmd_options ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
 endfunction()

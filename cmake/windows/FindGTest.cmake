@@ -10,8 +10,11 @@ if(NOT TARGET GTest::gtest)
   # Warnings in third-party code are not errors.
   set(warningAsError "${CMAKE_COMPILE_WARNING_AS_ERROR}")
   set(CMAKE_COMPILE_WARNING_AS_ERROR OFF)
+  set(unityBuild "${CMAKE_UNITY_BUILD}")
+  set(CMAKE_UNITY_BUILD OFF)
   add_subdirectory("${kGoogleTestSource}" "${CMAKE_BINARY_DIR}/dependencies/googletest" EXCLUDE_FROM_ALL SYSTEM)
   set(CMAKE_COMPILE_WARNING_AS_ERROR "${warningAsError}")
+  set(CMAKE_UNITY_BUILD "${unityBuild}")
 endif()
 
 include(FindPackageHandleStandardArgs)

@@ -16,6 +16,7 @@ if(NOT TARGET SQLite::SQLite3)
   string(REGEX REPLACE ".*\"(.*)\".*" "\\1" SQLite3_VERSION "${line}")
 
   add_library(krvcmd_sqlite STATIC "${sqliteSource}/sqlite3.c")
+  set_target_properties(krvcmd_sqlite PROPERTIES UNITY_BUILD OFF)
   # Warnings in third-party code are not shown.
   target_compile_options(krvcmd_sqlite PRIVATE -w)
   target_compile_definitions(krvcmd_sqlite PRIVATE SQLITE_THREADSAFE=1 SQLITE_OMIT_LOAD_EXTENSION)

@@ -2,6 +2,7 @@
 other, and fails for one that does not say so in its head ("Not on Windows: ..."), or says so without being left out."""
 import json
 import os
+import re
 import sys
 
 MARK = "// Not on Windows: "
@@ -9,9 +10,18 @@ MARK = "// Not on Windows: "
 RUNNERS = ("tests/e2e/", "tests/wine/")
 
 
+def sources(file):
+    """The file, or the files that CMake compiles together in it."""
+    if not re.search(r"/unity_\d+_cxx\.cxx$", file):
+        return [file]
+    with open(file, encoding="utf-8") as together:
+        return re.findall(r'^#include "(.*)"$', together.read(), re.MULTILINE)
+
+
 def test_files(path):
     with open(path, encoding="utf-8") as commands:
-        files = {os.path.relpath(os.path.realpath(entry["file"]), project) for entry in json.load(commands)}
+        files = {os.path.relpath(os.path.realpath(file), project)
+                 for entry in json.load(commands) for file in sources(entry["file"])}
     tests = {file for file in files if file.startswith("tests/") and file.endswith("_test.cpp")}
     return {file for file in tests if not file.startswith(RUNNERS)}
 
