@@ -105,6 +105,15 @@ TEST(DurationProfileFile, DefaultDependsOnTheNumberOfSlots) {
     EXPECT_EQ(embedded::DefaultProfile(101).name, "large jukebox");
 }
 
+TEST(DurationProfileFile, DurationsReachFromNothingToTenMillionSeconds) {
+    for (const double duration : {0.0, 10'000'000.0}) {
+        const std::string text = "format = 1\nmove = " + std::to_string(duration) + "\n";
+        const embedded::ProfileResult result = embedded::ReadDurationProfile(text);
+        EXPECT_TRUE(result.problems.empty()) << text;
+        EXPECT_DOUBLE_EQ(result.profile.move.count(), duration);
+    }
+}
+
 struct MistakeCase {
     const char* text;
     const char* problem;
@@ -116,6 +125,7 @@ TEST(DurationProfileFile, MistakesAreReportedWithLineAndField) {
         {"format = 1\n", "FILE:1: move: is missing"},
         {"format = 0\nmove = 1\n", "FILE:1: format: must be 1"},
         {"format = 1\nmove = -1\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
+        {"format = 1\nmove = 10000000.5\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
         {"format = 1\nmove = nan\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
         {"format = 1\nmove = \"5\"\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
         {"format = 1\nmove = 1\nlod = 1\n", "FILE:3: lod: is not a known field"},

@@ -34,13 +34,13 @@ class QueryOptionsTest : public test::CommandTest {
 };
 
 TEST(QueryObjects, HaveTheirDefaultsInTheOrderInWhichTheyAreChosen) {
-    struct Row {
+    struct Expected {
         QueryObject object;
         std::string_view keyword;
         std::string_view columns;
         std::string_view sort;
     };
-    const Row rows[] = {
+    const Expected rows[] = {
         {QueryObject::Jukeboxes, "jukeboxes", "JNoDMSFPCR", "oNJ"},
         {QueryObject::Magazines, "magazines", "NmoC", "NJm"},
         {QueryObject::Slots, "slots", "NmsaIotnfzylv", "NJms"},
