@@ -19,20 +19,20 @@
 #include "tools/common/streams.h"
 
 namespace embedded::tools {
-namespace {
 
-class Descriptor {
+// A channel, which the header names, has members of these types, so they have linkage.
+class StreamDescriptor {
   public:
     // Not one of the standard streams, which may be closed.
-    explicit Descriptor(int opened) {
+    explicit StreamDescriptor(int opened) {
         constexpr int kFirst = 3;
         if (opened < 0) throw ToolFailure(std::string("cannot record the output: ") + std::strerror(errno));
         m_number = opened >= kFirst ? opened : fcntl(opened, F_DUPFD_CLOEXEC, kFirst);
         if (m_number != opened) close(opened);
     }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() { Close(); }
+    StreamDescriptor(const StreamDescriptor&) = delete;
+    StreamDescriptor& operator=(const StreamDescriptor&) = delete;
+    ~StreamDescriptor() { Close(); }
 
     int Get() const { return m_number; }
     void Close() {
@@ -44,27 +44,29 @@ class Descriptor {
     int m_number = -1;
 };
 
-struct Ends {
-    std::unique_ptr<Descriptor> reading;
-    std::unique_ptr<Descriptor> writing;
+struct StreamEnds {
+    std::unique_ptr<StreamDescriptor> reading;
+    std::unique_ptr<StreamDescriptor> writing;
 };
 
-Ends MakePipe() {
+namespace {
+
+StreamEnds MakePipe() {
     std::array<int, 2> ends{-1, -1};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) ends.fill(-1);
-    return {std::make_unique<Descriptor>(ends[0]), std::make_unique<Descriptor>(ends[1])};
+    return {std::make_unique<StreamDescriptor>(ends[0]), std::make_unique<StreamDescriptor>(ends[1])};
 }
 
 // A terminal like the one at `original`, which does not change what is written: the original does that.
-Ends MakeTerminal(int original) {
-    Ends ends;
-    ends.reading = std::make_unique<Descriptor>(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+StreamEnds MakeTerminal(int original) {
+    StreamEnds ends;
+    ends.reading = std::make_unique<StreamDescriptor>(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
     std::array<char, 64> name{};
     const int terminal = ends.reading->Get();
     const bool isOpen = grantpt(terminal) == 0 && unlockpt(terminal) == 0 &&
                         ptsname_r(terminal, name.data(), name.size()) == 0;
     ends.writing =
-        std::make_unique<Descriptor>(isOpen ? open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC) : -1);
+        std::make_unique<StreamDescriptor>(isOpen ? open(name.data(), O_RDWR | O_NOCTTY | O_CLOEXEC) : -1);
     termios settings{};
     if (tcgetattr(original, &settings) == 0) {
         settings.c_oflag &= ~static_cast<tcflag_t>(OPOST);
@@ -171,8 +173,8 @@ class OutputTee::Channel {
 
     int m_target;
     bool m_isTerminal;
-    Ends m_ends;
-    Ends m_stop;
+    StreamEnds m_ends;
+    StreamEnds m_stop;
     RecordedOutput& m_record;
     std::optional<std::thread> m_thread;
 };
