@@ -51,6 +51,7 @@ file    /usr/sbin/sshd        openssh-server
 file    /usr/sbin/tgtd        tgt
 command chromium              chromium
 file    /usr/sbin/mkudffs     udftools
+file    /usr/sbin/mkfs.ext4   e2fsprogs
 command genisoimage           genisoimage
 '
 

@@ -64,7 +64,7 @@ class InstallTree(unittest.TestCase):
         (source / "CMakeLists.txt").write_text(
             "cmake_minimum_required(VERSION 3.25)\nproject(example C)\nfind_package(krv-sdk 1 REQUIRED)\n"
             f"add_executable(by-cmake [==[{example}]==])\ntarget_link_libraries(by-cmake PRIVATE krv::sdk)\n")
-        for words in ([CMAKE, "-S", source, "-B", source / "build", f"-DCMAKE_PREFIX_PATH={self.prefix}"],
+        for words in ([CMAKE, "-S", source, "-B", source / "build", "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={self.prefix}"],
                       [CMAKE, "--build", source / "build"]):
             subprocess.run(words, check=True, stdout=subprocess.DEVNULL)
         for program in (self.prefix / "by-pkg-config", source / "build/by-cmake"):

@@ -12,7 +12,8 @@ import tempfile
 import unittest
 
 RULE = pathlib.Path(sys.argv[1]).resolve()
-GRANT = re.compile(r"^run: '/usr/bin/setfacl -m g:krvcmd:rw (\S+)'$", re.MULTILINE)
+# The line for a program that udev would run: as it was up to version 255, and as it is since.
+GRANT = re.compile(r"^(?:run: '|  RUN\{program\} : )/usr/bin/setfacl -m g:krvcmd:rw ([^\s']+)'?$", re.MULTILINE)
 
 
 def udevadm():
