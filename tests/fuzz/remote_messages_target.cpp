@@ -6,6 +6,7 @@
 #include "embedded/remote/protocol/frame.h"
 #include "embedded/remote/protocol/limits.h"
 #include "embedded/remote/protocol/messages.h"
+#include "embedded/remote/protocol/sequence.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace krvcmd::fuzz {
@@ -26,6 +27,19 @@ void TryRecords(const json& message) {
     Require(record.size == sizeof(record), "a record has its size");
 }
 
+// A byte string on its own, whatever names it.
+void TrySequence(const json& message) {
+    SequenceReader fields(embedded::remote::TextOf(message));
+    const auto record = Take<VolumeRecord>(fields);
+    Require(record.size == sizeof(record), "a record has its size");
+    SequenceWriter written;
+    Put(written, record);
+    const json again = std::move(written).Take();
+    SequenceReader same(embedded::remote::TextOf(again));
+    Require(Take<VolumeRecord>(same).totalCapacity == record.totalCapacity && same.IsAtEnd(),
+            "a record can be sent on");
+}
+
 void TryRequest(const json& message) {
     const Request request = RequestFrom(message);
     const Request same = RequestFrom(DecodeCbor(EncodeCbor(ToMessage(request))));
@@ -42,7 +56,8 @@ void TryHello(const json& message) {
     (void)HelloFrom(message);
 }
 
-constexpr void (*kReaders[])(const json&) = {TryAhead, TryRecords, TryRequest, TryAnswer, TryHello};
+constexpr void (*kReaders[])(const json&) = {TryAhead,  TryRecords, TryRequest,
+                                             TryAnswer, TryHello,   TrySequence};
 
 }  // namespace
 }  // namespace krvcmd::fuzz

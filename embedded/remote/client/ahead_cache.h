@@ -2,16 +2,35 @@
 
 #include <chrono>
 #include <cstdint>
-#include <map>
 #include <optional>
-#include <string>
-#include <tuple>
-#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "embedded/remote/protocol/ahead.h"
 
 namespace embedded::remote {
+
+// Items as the other side has read them ahead.
+template <typename Item>
+class AheadItems {
+  public:
+    AheadItems() = default;
+    explicit AheadItems(std::vector<Item> items) : m_items(std::move(items)) {}
+
+    const std::vector<Item>& Get() const { return m_items; }
+
+    // The position of the item with this key; the number of items when there is none.
+    template <typename Key>
+    size_t Find(const Key& key);
+
+  private:
+    template <typename Key>
+    size_t Search(const Key& key);
+
+    std::vector<Item> m_items;
+    size_t m_last = 0;            // the position that was found last
+    std::vector<size_t> m_order;  // all positions by the keys of their items; filled by the first search
+};
 
 // The answers that the other side has read ahead, all of one view of the farm. They are those of single calls
 // at the time of that view, and are forgotten kLongestUse after they were asked for.
@@ -25,11 +44,11 @@ class AheadCache {
     void ForgetWhenOld();
 
     // Each is null or nothing for what was not read ahead.
-    const JukeboxRecord* Find(const JukeboxKey& key) const;
-    const MagazineRecord* Find(const MagazineKey& key) const;
-    const DriveRecord* Find(const DriveKey& key) const;
-    const SlotRecord* Find(const SlotKey& key) const;
-    const AheadSide* Find(const SideKey& key) const;
+    const JukeboxRecord* Find(const JukeboxKey& key);
+    const MagazineRecord* Find(const MagazineKey& key);
+    const DriveRecord* Find(const DriveKey& key);
+    const SlotRecord* Find(const SlotKey& key);
+    const AheadSide* Find(const SideKey& key);
     const AheadVolume* FindVolume(uint32_t id);
     // 0 when no volume follows.
     std::optional<uint32_t> FindVolumeAfter(uint32_t previous);
@@ -37,33 +56,14 @@ class AheadCache {
     std::optional<uint32_t> LastVolumeOfRow(uint32_t first) const;
 
   private:
-    // Where the items of each kind are in m_ahead, by the numbers of their keys.
-    using Numbers = std::tuple<int32_t, int32_t, int32_t, int32_t>;
-    struct Hash {
-        size_t operator()(const Numbers& numbers) const;
-    };
-    using Index = std::unordered_map<Numbers, size_t, Hash>;
-
-    static Numbers NumbersOf(const JukeboxKey& key) { return {key.jukeboxId, 0, 0, 0}; }
-    static Numbers NumbersOf(const MagazineKey& key) { return {key.jukeboxId, key.magazine, 0, 0}; }
-    static Numbers NumbersOf(const DriveKey& key) { return {key.jukeboxId, key.drive, 0, 0}; }
-    static Numbers NumbersOf(const SlotKey& key) { return {key.jukeboxId, key.magazine, key.slot, 0}; }
-    static Numbers NumbersOf(const SideKey& key) { return {key.jukeboxId, key.magazine, key.slot, key.side}; }
-
-    template <typename Item>
-    static void Fill(Index& index, const std::vector<Item>& items);
-    template <typename Item, typename Key>
-    static const Item* Look(const Index& index, const std::vector<Item>& items, const Key& key);
-    size_t PositionOf(uint32_t volume);
-
-    Ahead m_ahead;
-    Index m_jukeboxes;
-    Index m_magazines;
-    Index m_drives;
-    Index m_slots;
-    Index m_sides;
-    std::unordered_map<uint32_t, size_t> m_volumes;
-    size_t m_lastVolume = 0;  // the position of the volume that was asked for last
+    AheadItems<Described<JukeboxKey, JukeboxRecord>> m_jukeboxes;
+    AheadItems<Described<MagazineKey, MagazineRecord>> m_magazines;
+    AheadItems<Described<DriveKey, DriveRecord>> m_drives;
+    AheadItems<Described<SlotKey, SlotRecord>> m_slots;
+    AheadItems<AheadSide> m_sides;
+    AheadItems<AheadVolume> m_volumes;
+    bool m_areVolumesInRow = false;
+    bool m_isEndOfRow = false;
     std::chrono::steady_clock::time_point m_time;
 };
 

@@ -1,56 +1,55 @@
 #include "embedded/remote/protocol/ahead.h"
 
+#include <utility>
+
 #include "embedded/remote/protocol/fields.h"
+#include "embedded/remote/protocol/sequence.h"
 
 namespace embedded::remote {
 namespace {
 
-// Items of one kind are one list of all their fields: a list for each item would take most of the time.
+// Items of one kind are one sequence of all their fields: a value for each field would take most of the time.
 
 template <typename Key, typename Record>
-void AppendItem(json::array_t& list, const Described<Key, Record>& item) {
-    Append(list, item.key);
-    Append(list, item.record);
+void PutItem(SequenceWriter& fields, const Described<Key, Record>& item) {
+    Put(fields, item.key);
+    Put(fields, item.record);
 }
 
 template <typename Key, typename Record>
-void TakeItem(FieldReader& fields, Described<Key, Record>& item) {
+void TakeItem(SequenceReader& fields, Described<Key, Record>& item) {
     item.key = Take<Key>(fields);
     item.record = Take<Record>(fields);
 }
 
-void AppendItem(json::array_t& list, const AheadSide& side) {
-    Append(list, side.key);
-    Append(list, side.record);
-    list.emplace_back(side.failure.has_value());
-    if (!side.failure.has_value()) return;
-    list.emplace_back(side.failure->code);
-    list.push_back(BytesOf(side.failure->text));
+void PutItem(SequenceWriter& fields, const AheadSide& side) {
+    Put(fields, side.key);
+    Put(fields, side.record);
+    fields.Number(side.failure.has_value() ? side.failure->code : 0);
+    if (side.failure.has_value()) fields.Text(side.failure->text);
 }
 
-void TakeItem(FieldReader& fields, AheadSide& side) {
+void TakeItem(SequenceReader& fields, AheadSide& side) {
     side.key = Take<SideKey>(fields);
     side.record = Take<SideRecord>(fields);
-    if (!fields.Flag()) return;
-    side.failure.emplace();
-    fields.Number(side.failure->code);
-    side.failure->text = fields.Text();
+    const auto code = fields.Number<int32_t>();
+    if (code != 0) side.failure = {code, std::string(fields.Text())};
 }
 
-void AppendItem(json::array_t& list, const AheadVolume& volume) {
-    list.emplace_back(volume.id);
-    Append(list, volume.record);
-    list.push_back(BytesOf(volume.aspects));
-    list.emplace_back(volume.places.size());
+void PutItem(SequenceWriter& fields, const AheadVolume& volume) {
+    fields.Number(volume.id);
+    Put(fields, volume.record);
+    fields.Text(volume.aspects);
+    fields.Number(volume.places.size());
     for (const SideKey& place : volume.places)
-        Append(list, place);
+        Put(fields, place);
 }
 
-void TakeItem(FieldReader& fields, AheadVolume& volume) {
+void TakeItem(SequenceReader& fields, AheadVolume& volume) {
     fields.Number(volume.id);
     volume.record = Take<VolumeRecord>(fields);
     volume.aspects = fields.Text();
-    // A false count ends with the list, whose length is limited.
+    // A false count ends with the sequence, whose length is limited.
     for (auto count = fields.Number<uint32_t>(); count > 0; --count)
         volume.places.push_back(Take<SideKey>(fields));
 }
@@ -58,19 +57,17 @@ void TakeItem(FieldReader& fields, AheadVolume& volume) {
 template <typename Item>
 void Write(json& message, const char* name, const std::vector<Item>& items) {
     if (items.empty()) return;
-    json::array_t list;
-    constexpr size_t kUsualFields = 14;
-    list.reserve(items.size() * kUsualFields);
+    SequenceWriter fields;
     for (const Item& item : items)
-        AppendItem(list, item);
-    message[name] = std::move(list);
+        PutItem(fields, item);
+    message[name] = std::move(fields).Take();
 }
 
 template <typename Item>
 void Read(const json& message, const char* name, std::vector<Item>& items) {
     const auto found = message.find(name);
     if (found == message.end()) return;
-    FieldReader fields(*found);
+    SequenceReader fields(TextOf(*found));
     while (!fields.IsAtEnd())
         TakeItem(fields, items.emplace_back());
 }

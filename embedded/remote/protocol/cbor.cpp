@@ -1,8 +1,9 @@
 #include "embedded/remote/protocol/cbor.h"
 
-#include <array>
 #include <cstdint>
 #include <vector>
+
+#include "embedded/remote/protocol/cbor_items.h"
 
 namespace embedded::remote {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 // refused before memory is spent on it.
 class Inspector {
   public:
-    explicit Inspector(std::string_view bytes) : m_rest(bytes) {}
+    explicit Inspector(std::string_view bytes) : m_items(bytes) {}
 
     void Inspect() {
         m_open.push_back(1);
@@ -23,61 +24,39 @@ class Inspector {
             --m_open.back();
             InspectItem();
         }
-        if (!m_rest.empty()) throw ProtocolFailure("a message has more than one value");
+        if (m_items.GetBytesLeft() > 0) throw ProtocolFailure("a message has more than one value");
     }
 
   private:
-    uint64_t TakeNumber(size_t size) {
-        if (m_rest.size() < size) throw ProtocolFailure("a message is cut off");
-        uint64_t number = 0;
-        for (size_t i = 0; i < size; ++i)
-            number = number << 8U | static_cast<uint8_t>(m_rest[i]);
-        m_rest.remove_prefix(size);
-        return number;
-    }
-
-    // The number in the low bits of an item's first byte, or behind it.
-    uint64_t TakeArgument(unsigned low) {
-        constexpr unsigned kOneByte = 24;
-        constexpr unsigned kEightBytes = 27;
-        if (low < kOneByte) return low;
-        if (low > kEightBytes) throw ProtocolFailure("a length is left open");
-        return TakeNumber(size_t{1} << (low - kOneByte));
-    }
-
-    void Open(uint64_t items) {
+    // An array with one item each, or a map with two.
+    void Open(uint64_t count, uint64_t each) {
         // Every item takes at least a byte.
-        if (items > m_rest.size()) throw ProtocolFailure("a message is cut off");
+        if (count > m_items.GetBytesLeft() / each) throw ProtocolFailure("a message is cut off");
         if (m_open.size() > kDeepest) throw ProtocolFailure("a message is nested too deeply");
-        m_open.push_back(items);
+        m_open.push_back(count * each);
     }
 
     void InspectItem() {
-        enum Major : uint8_t { Unsigned, Negative, Bytes, Text, Array, Map, Tag, Simple };
-        const auto first = static_cast<unsigned>(TakeNumber(1));
-        const auto major = static_cast<Major>(first >> 5U);
-        const uint64_t argument = TakeArgument(first & 0x1FU);
-        switch (major) {
-            case Unsigned:
-            case Negative:
-            case Simple:
+        const ItemHead head = m_items.TakeHead();
+        switch (head.kind) {
+            case ItemKind::Unsigned:
+            case ItemKind::Negative:
+            case ItemKind::Simple:
                 return;
-            case Bytes:
-            case Text:
-                if (argument > m_rest.size()) throw ProtocolFailure("a message is cut off");
-                m_rest.remove_prefix(argument);
+            case ItemKind::Bytes:
+            case ItemKind::Text:
+                (void)m_items.TakeBytes(head.number);
                 return;
-            case Array:
-                return Open(argument);
-            case Map:
-                if (argument > m_rest.size()) throw ProtocolFailure("a message is cut off");
-                return Open(2 * argument);
-            case Tag:
+            case ItemKind::Array:
+                return Open(head.number, 1);
+            case ItemKind::Map:
+                return Open(head.number, 2);
+            case ItemKind::Tag:
                 throw ProtocolFailure("a message has a tag");
         }
     }
 
-    std::string_view m_rest;
+    ItemReader m_items;
     std::vector<uint64_t> m_open;  // for each array or map that is open, the items that it still has
 };
 

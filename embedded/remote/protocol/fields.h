@@ -11,7 +11,21 @@
 
 namespace embedded::remote {
 
-// Keys and records travel as arrays of their fields. Visit names the fields once, for both directions.
+// Keys and records travel as their fields, one after the other: in an array, or in a sequence (sequence.h).
+// Visit names the fields once, for both directions and for both forms.
+
+template <size_t Size>
+void CopyText(std::string_view text, char (&field)[Size]) {
+    if (text.size() > Size) throw ProtocolFailure("a text is too long");
+    std::fill(std::begin(field), std::end(field), '\0');
+    std::ranges::copy(text, field);
+}
+
+template <typename Integer, typename Number>
+Integer InRange(Number value) {
+    if (!std::in_range<Integer>(value)) throw ProtocolFailure("a number is out of range");
+    return static_cast<Integer>(value);
+}
 
 class FieldWriter {
   public:
@@ -50,10 +64,7 @@ class FieldReader {
         const json& field = Next();
         const bool isUnsigned = field.is_number_unsigned();
         if (!isUnsigned && !field.is_number_integer()) throw ProtocolFailure("a number is missing");
-        const bool fits = isUnsigned ? std::in_range<Integer>(field.get<uint64_t>())
-                                     : std::in_range<Integer>(field.get<int64_t>());
-        if (!fits) throw ProtocolFailure("a number is out of range");
-        value = field.get<Integer>();
+        value = isUnsigned ? InRange<Integer>(field.get<uint64_t>()) : InRange<Integer>(field.get<int64_t>());
     }
     template <typename Integer>
     Integer Number() {
@@ -63,17 +74,9 @@ class FieldReader {
     }
     template <size_t Size>
     void Text(char (&field)[Size]) {
-        const std::string_view text = TextOf(Next());
-        if (text.size() > Size) throw ProtocolFailure("a text is too long");
-        std::fill(std::begin(field), std::end(field), '\0');
-        std::ranges::copy(text, field);
+        CopyText(TextOf(Next()), field);
     }
     std::string Text() { return std::string(TextOf(Next())); }
-    bool Flag() {
-        const json& field = Next();
-        if (!field.is_boolean()) throw ProtocolFailure("true or false is missing");
-        return field.get<bool>();
-    }
 
   private:
     const json& m_list;
@@ -167,11 +170,17 @@ void Visit(Fields& fields, FormatOptions& options) {
     fields.Number(options.sequential);
 }
 
+// Writes the fields of a key or a record.
+template <typename Fields, typename Record>
+void Put(Fields& fields, Record record) {
+    Visit(fields, record);
+}
+
 // Appends the fields of a key or a record.
 template <typename Record>
-void Append(json::array_t& list, Record record) {
+void Append(json::array_t& list, const Record& record) {
     FieldWriter writer(list);
-    Visit(writer, record);
+    Put(writer, record);
 }
 
 template <typename Record>
@@ -182,8 +191,8 @@ json ListOf(const Record& record) {
 }
 
 // The next fields as a key or a record, its size set.
-template <typename Record>
-Record Take(FieldReader& fields) {
+template <typename Record, typename Fields>
+Record Take(Fields& fields) {
     Record record{};
     record.size = sizeof(Record);
     Visit(fields, record);

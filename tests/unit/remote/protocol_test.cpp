@@ -12,6 +12,7 @@
 #include "embedded/remote/protocol/frame.h"
 #include "embedded/remote/protocol/limits.h"
 #include "embedded/remote/protocol/messages.h"
+#include "embedded/remote/protocol/sequence.h"
 
 namespace embedded::remote {
 namespace {
@@ -171,15 +172,19 @@ TEST(RemoteProtocolTest, LongFramesAreRefusedBeforeTheyArrive) {
     EXPECT_THROW((void)reader.Next(), ProtocolFailure);
 }
 
-TEST(RemoteProtocolTest, SidesThatAreReadAheadFollowEachOtherInOneList) {
+TEST(RemoteProtocolTest, PageShowsTheBytesOfSidesThatWereReadAhead) {
     Ahead ahead;
     ahead.sides.resize(2);
     ahead.sides[0].key = {sizeof(SideKey), 1, 2, 3, 1};
+    ahead.sides[0].record = {sizeof(SideRecord), 2, 0, 0, -1};
     ahead.sides[0].failure = {1105, "No"};
     ahead.sides[1].key = {sizeof(SideKey), 1, 2, 4, 0};
-    ahead.sides[1].record = {sizeof(SideRecord), 5, 6, 7, 33};
-    const json expected{1, 2, 3, 1, 0, 0, 0, 0, true, 1105, BytesOf("No"), 1, 2, 4, 0, 5, 6, 7, 33, false};
-    EXPECT_EQ(ToMessage(ahead)["sides"], expected);
+    ahead.sides[1].record = {sizeof(SideRecord), 6, 255, 2, 1033};
+    const std::string bytes = Hex(EncodeCbor(ToMessage(ahead)));
+    EXPECT_EQ(bytes,
+              "a1657369646573581a0102030102000020190451424e6f"
+              "010204000618ff0219040900");
+    EXPECT_NE(ReadPage().find(bytes), std::string::npos);
 
     const Ahead same = AheadFrom(ToMessage(ahead));
     ASSERT_EQ(same.sides.size(), 2U);
@@ -187,7 +192,8 @@ TEST(RemoteProtocolTest, SidesThatAreReadAheadFollowEachOtherInOneList) {
     EXPECT_EQ(same.sides[0].failure->text, "No");
     EXPECT_FALSE(same.sides[1].failure.has_value());
     EXPECT_EQ(same.sides[1].key.slot, 4);
-    EXPECT_EQ(same.sides[1].record.volumeId, 33);
+    EXPECT_EQ(same.sides[0].record.volumeId, -1);
+    EXPECT_EQ(same.sides[1].record.volumeId, 1033);
 }
 
 TEST(RemoteProtocolTest, VolumesThatAreReadAheadCountTheirLocations) {
@@ -207,11 +213,69 @@ TEST(RemoteProtocolTest, VolumesThatAreReadAheadCountTheirLocations) {
 }
 
 TEST(RemoteProtocolTest, MoreLocationsThanThereAreAreRefused) {
-    Ahead ahead;
-    ahead.volumes.resize(1);
-    json message = ToMessage(ahead);
-    message["volumes"].back() = 4'000'000'000;
-    EXPECT_THROW((void)AheadFrom(message), ProtocolFailure);
+    SequenceWriter volume;
+    volume.Number(8);
+    Put(volume, VolumeRecord{});
+    volume.Text(std::string_view());
+    volume.Number(4'000'000'000);
+    EXPECT_THROW((void)AheadFrom({{"volumes", std::move(volume).Take()}}), ProtocolFailure);
+}
+
+TEST(RemoteProtocolTest, FieldsOfASequenceComeOutAsTheyWentIn) {
+    SequenceWriter written;
+    const auto numbers = {int64_t{0},
+                          int64_t{23},
+                          int64_t{24},
+                          int64_t{255},
+                          int64_t{256},
+                          int64_t{65535},
+                          int64_t{65536},
+                          int64_t{1} << 32,
+                          (int64_t{1} << 32) - 1,
+                          int64_t{-1},
+                          int64_t{-24},
+                          int64_t{-25},
+                          int64_t{-257},
+                          std::numeric_limits<int64_t>::min(),
+                          std::numeric_limits<int64_t>::max()};
+    for (const int64_t number : numbers)
+        written.Number(number);
+    written.Number(std::numeric_limits<uint64_t>::max());
+    written.Text("\xFF\x01 name");
+    const json message = std::move(written).Take();
+    SequenceReader fields(TextOf(message));
+    for (const int64_t number : numbers)
+        EXPECT_EQ(fields.Number<int64_t>(), number);
+    EXPECT_EQ(fields.Number<uint64_t>(), std::numeric_limits<uint64_t>::max());
+    EXPECT_EQ(fields.Text(), "\xFF\x01 name");
+    EXPECT_TRUE(fields.IsAtEnd());
+    // The same numbers, as the library writes them.
+    std::string expected;
+    for (const int64_t number : numbers)
+        expected += EncodeCbor(number);
+    EXPECT_TRUE(TextOf(message).starts_with(expected));
+}
+
+TEST(RemoteProtocolTest, FieldsOfASequenceThatDoNotFitAreRefused) {
+    // Nothing, half a number, a text where a number is wanted, true, an array, a length left open, and too
+    // large.
+    for (const char* hex :
+         {"", "18", "4161", "f5", "8101", "1f", "1a80000000", "3a80000000", "3bffffffffffffffff"}) {
+        const std::string bytes = Bytes(hex);
+        SequenceReader fields(bytes);
+        EXPECT_THROW((void)fields.Number<int32_t>(), ProtocolFailure) << hex;
+    }
+    for (const char* hex : {"", "41", "01", "6161", "5f4161ff", "5bffffffffffffffff"}) {
+        const std::string bytes = Bytes(hex);
+        SequenceReader fields(bytes);
+        EXPECT_THROW((void)fields.Text(), ProtocolFailure) << hex;
+    }
+    const std::string fiveBytes = Bytes("453132333435");
+    SequenceReader fields(fiveBytes);
+    char field[4];
+    EXPECT_THROW(fields.Text(field), ProtocolFailure);
+    const std::string negative = Bytes("20");
+    EXPECT_THROW((void)SequenceReader(negative).Number<uint32_t>(), ProtocolFailure);
 }
 
 TEST(RemoteProtocolTest, VolumesInARowMustRise) {
