@@ -17,15 +17,12 @@ constexpr Sql kDirectoriesOfVolumes = R"sql(
     SELECT volume, name FROM directory WHERE volume BETWEEN ?1 AND ?2 ORDER BY volume, position
 )sql";
 
-// Sides in slots of present magazines. CROSS JOIN keeps the order of the tables as written.
-constexpr Sql kPlaces = R"sql(
-    SELECT i.volume, d.jukebox, d.magazine, d.slot, i.side, s.state, d.id, d.type,
-        i.content, i.finalization, i.sequential
+// CROSS JOIN keeps the order of the tables as written.
+constexpr Sql kSidesInSlots = R"sql(
+    SELECT i.volume, d.jukebox, d.magazine, d.slot, i.side, d.type, i.content, i.finalization
     FROM side i
     CROSS JOIN medium d ON d.id = i.medium
-    CROSS JOIN magazine g ON g.jukebox = d.jukebox AND g.number = d.magazine
-    CROSS JOIN slot s ON s.jukebox = d.jukebox AND s.magazine = d.magazine AND s.number = d.slot
-    WHERE i.volume BETWEEN ?1 AND ?2 AND i.volume IS NOT NULL AND d.place = 1 AND g.present = 1
+    WHERE i.volume BETWEEN ?1 AND ?2 AND i.volume IS NOT NULL AND d.place = 1
     ORDER BY i.volume, i.part
 )sql";
 
@@ -38,27 +35,12 @@ bool IsSame(const SideKey& left, const SideKey& right) {
            left.side == right.side;
 }
 
-// The columns of kPlaces behind the volume.
-ReadAhead::PlacedSide ReadPlace(Statement& row, uint32_t volume) {
-    ReadAhead::PlacedSide placed{{sizeof(SideKey), 0, 0, 0, 0}, {}};
-    SideKey& key = placed.place;
-    SlotState slot = SlotState::Unknown;
-    Medium medium;
-    Side side;
-    row >> key.jukeboxId >> key.magazine >> key.slot >> key.side;
-    row >> slot >> medium.id >> medium.type;
-    row >> side.content >> side.finalization >> side.isSequential;
-    side.number = key.side;
-    side.volume = static_cast<int32_t>(volume);
-    placed.record = SideRecordOf(slot, medium, side);
-    return placed;
-}
-
 }  // namespace
 
 void ReadAhead::Forget() {
     m_count = 0;
     m_current = 0;
+    m_slotStates.Forget();
     m_jukeboxes.clear();
 }
 
@@ -118,13 +100,23 @@ void ReadAhead::AttachDirectories(Database& database, uint32_t first, uint32_t l
     }
 }
 
+// Sides in slots of present magazines are the volume's places.
 void ReadAhead::AttachPlaces(Database& database, uint32_t first, uint32_t last) {
     size_t position = 0;
-    Statement row(database, kPlaces, first, last);
+    Statement row(database, kSidesInSlots, first, last);
     while (row.Next()) {
-        if (Volume* owner = FindFrom(position, row.Read<uint32_t>())) {
-            owner->places.push_back(ReadPlace(row, owner->id));
-        }
+        Volume* owner = FindFrom(position, row.Read<uint32_t>());
+        if (owner == nullptr) continue;
+        const auto [jukebox, magazine, slot] = row.Read<int64_t, int64_t, int64_t>();
+        const auto state = m_slotStates.Find(database, jukebox, magazine, slot);
+        if (!state.has_value()) continue;
+        Medium medium;
+        Side side;
+        row >> side.number >> medium.type >> side.content >> side.finalization;
+        side.volume = static_cast<int32_t>(owner->id);
+        const SideKey place{sizeof(SideKey), static_cast<int32_t>(jukebox), static_cast<int32_t>(magazine),
+                            static_cast<int32_t>(slot), side.number};
+        owner->places.push_back({place, SideRecordOf(*state, medium, side)});
     }
 }
 

@@ -6,6 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "embedded/catalogue/slot_states.h"
 #include "embedded/store/database.h"
 #include "krvcmd/service/sdk/krv_sdk.h"
 
@@ -54,6 +55,7 @@ class ReadAhead {
     size_t m_count = 0;
     size_t m_current = 0;       // of the volume that was found last
     uint32_t m_lastAnswer = 0;  // of NextVolume; a caller that passes it on goes through the list
+    SlotStates m_slotStates;
     std::unordered_map<int32_t, JukeboxRecord> m_jukeboxes;
 };
 

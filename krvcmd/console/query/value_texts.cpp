@@ -4,8 +4,6 @@
 #include <array>
 #include <span>
 
-#include "krvcmd/console/text/short_text.h"
-
 namespace Ostrel::UI::Console {
 namespace {
 
@@ -100,9 +98,8 @@ bool HasSeveralMagazines(const krvcmd::JukeboxInfo& jukebox) {
     return jukebox.record.magazineCount > 1;
 }
 
-std::string FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& key) {
-    constexpr size_t kLongestNumber = 11;
-    ShortText<sizeof(jukebox.record.name) + 2 * kLongestNumber + 4> location;
+LocationText FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& key) {
+    LocationText location;
     location.Append(krvcmd::RecordText(jukebox.record.name));
     location.Append("\\");
     if (HasSeveralMagazines(jukebox)) {
@@ -112,7 +109,7 @@ std::string FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& ke
     location.AppendNumber(OneBased(key.slot));
     location.Append(".");
     location.Append(SideText(key.side));
-    return std::string(location.View());
+    return location;
 }
 
 std::string FormatScsiAddress(const DeviceIdentity& device) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "krvcmd/console/text/short_text.h"
 #include "krvcmd/service/sdk/records.h"
 
 namespace Ostrel::UI::Console {
@@ -25,9 +26,12 @@ std::string_view MediaTypeText(uint32_t code);
 // Whether the magazines of a jukebox are numbered: it has more than one.
 bool HasSeveralMagazines(const krvcmd::JukeboxInfo& jukebox);
 
+// The longest has the longest name, two numbers of 11 characters, two backslashes and the side.
+using LocationText = ShortText<sizeof(JukeboxRecord::name) + 26>;
+
 // Where a disc side is: the jukebox's name, the magazine (only when the jukebox has several), the slot and
 // the side, such as "Tower\3\12.B" or "Tower\12.A". The key is zero-based, the text one-based.
-std::string FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& key);
+LocationText FormatLocation(const krvcmd::JukeboxInfo& jukebox, const SideKey& key);
 
 // The three components of the SCSI address, such as "0/4/0".
 std::string FormatScsiAddress(const DeviceIdentity& device);

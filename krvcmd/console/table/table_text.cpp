@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 
+#include "krvcmd/console/table/row_prefetch.h"
 #include "krvcmd/console/text/display_width.h"
 #include "krvcmd/console/text/percent_signs.h"
 #include "krvcmd/console/text/text_line.h"
@@ -121,28 +122,13 @@ class RowWriter {
     TextLine m_line;
 };
 
-void PrefetchCellList(const CTableRow& row) {
-    constexpr size_t kPerCacheLine = 64 / sizeof(void*);
-    const std::span<const CTableItem* const> items = row.GetItems();
-    for (size_t index = 0; index < items.size(); index += kPerCacheLine)
-        __builtin_prefetch(&items[index]);
-}
-
-void PrefetchCells(const CTableRow& row) {
-    for (const CTableItem* item : row.GetItems())
-        __builtin_prefetch(item);
-}
-
-// Calls `append` for every row. Sorted rows lie scattered in memory, and waiting for each of them would take
-// longer than showing it. So each is prefetched in three steps, some rows ahead: the row, the list of its
-// cells, the cells.
+// Calls `append` for every row.
 template <typename Append>
 void ForEachRow(std::span<const CTableRow* const> rows, Append append) {
-    constexpr size_t kStep = 6;  // rows between two steps
     for (size_t index = 0; index < rows.size(); ++index) {
-        if (index + 3 * kStep < rows.size()) __builtin_prefetch(rows[index + 3 * kStep]);
-        if (index + 2 * kStep < rows.size()) PrefetchCellList(*rows[index + 2 * kStep]);
-        if (index + kStep < rows.size()) PrefetchCells(*rows[index + kStep]);
+        if (index + 3 * kPrefetchStep < rows.size()) PrefetchRow(*rows[index + 3 * kPrefetchStep]);
+        if (index + 2 * kPrefetchStep < rows.size()) PrefetchCellList(*rows[index + 2 * kPrefetchStep]);
+        if (index + kPrefetchStep < rows.size()) PrefetchCells(*rows[index + kPrefetchStep]);
         append(*rows[index]);
     }
 }

@@ -7,7 +7,7 @@ namespace {
 
 // Whether every byte takes one position.
 bool IsCountedInBytes(std::string_view text) {
-    return IsPrintableAscii(text) || !Platform::ReadsUtf8();
+    return IsAscii(text) || !Platform::ReadsUtf8();
 }
 
 size_t PositionsOf(const Utf8Character& character) {

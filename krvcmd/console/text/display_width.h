@@ -12,10 +12,11 @@ namespace Ostrel::UI::Console {
 // a character takes the positions that a terminal uses for it: 0, 1 or 2; each byte of a control character
 // and each byte that belongs to no character takes one. In any other locale every byte takes one.
 
-// The positions that `text` takes. DisplayLength answers at once for printable ASCII.
+// The positions that `text` takes. DisplayLength answers at once for ASCII, without reading the
+// locale.
 size_t CountPositions(std::string_view text);
 inline size_t DisplayLength(std::string_view text) {
-    return IsPrintableAscii(text) ? text.size() : CountPositions(text);
+    return IsAscii(text) ? text.size() : CountPositions(text);
 }
 
 // The longest beginning of `text` that takes at most `length` positions. Never ends inside a character.

@@ -13,6 +13,7 @@ template <size_t capacity>
 class ShortText {
   public:
     std::string_view View() const { return {m_text.data(), m_size}; }
+    operator std::string_view() const { return View(); }
 
     void Append(std::string_view text) { m_size += text.copy(End(), capacity - m_size); }
     template <std::integral Number>

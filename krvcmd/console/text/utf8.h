@@ -7,25 +7,39 @@
 
 namespace Ostrel::UI::Console {
 
-// Whether `text` has only bytes from 0x20 to 0x7E. True of almost every text: each byte takes one position,
-// and none needs replacing. Asked often, so it looks at eight bytes at a time.
-inline bool IsPrintableAscii(std::string_view text) {
-    constexpr uint64_t kOnes = 0x0101010101010101;
-    const auto arePrintable = [](uint64_t bytes) {
-        // A byte's top bit is set in `bytes` from 0x80 on, in the sum for 0x7F, and in the difference below
-        // 0x20. Only such bytes cause a carry.
-        return ((bytes | (bytes + kOnes) | (bytes - 0x20 * kOnes)) & (0x80 * kOnes)) == 0;
-    };
+// Whether `test` holds for every byte of `text`. It gets eight bytes at a time, the first group of fewer
+// bytes filled up with blanks.
+template <typename Test>
+bool HoldsForAllBytes(std::string_view text, Test test) {
     uint64_t bytes = 0;
     while (text.size() >= sizeof bytes) {
         std::memcpy(&bytes, text.data(), sizeof bytes);
-        if (!arePrintable(bytes)) return false;
+        if (!test(bytes)) return false;
         text.remove_prefix(sizeof bytes);
     }
     if (text.empty()) return true;
-    bytes = 0x20 * kOnes;
+    std::memset(&bytes, ' ', sizeof bytes);
     std::memcpy(&bytes, text.data(), text.size());
-    return arePrintable(bytes);
+    return test(bytes);
+}
+
+inline constexpr uint64_t kOneInEachByte = 0x0101010101010101;
+inline constexpr uint64_t kTopBits = 0x80 * kOneInEachByte;
+
+// Whether `text` has only bytes from 0x20 to 0x7E. True of almost every text: each byte takes one position,
+// and none needs replacing.
+inline bool IsPrintableAscii(std::string_view text) {
+    return HoldsForAllBytes(text, [](uint64_t bytes) {
+        // A byte's top bit is set in `bytes` from 0x80 on, in the sum for 0x7F, and in the difference below
+        // 0x20. Only such bytes cause a carry.
+        return ((bytes | (bytes + kOneInEachByte) | (bytes - 0x20 * kOneInEachByte)) & kTopBits) == 0;
+    });
+}
+
+// Whether `text` has only bytes from 0x01 to 0x7F: each takes one position in every locale.
+inline bool IsAscii(std::string_view text) {
+    return HoldsForAllBytes(
+        text, [](uint64_t bytes) { return ((bytes | (bytes - kOneInEachByte)) & kTopBits) == 0; });
 }
 
 // The first character of a UTF-8 text.

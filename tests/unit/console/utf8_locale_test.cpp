@@ -45,6 +45,11 @@ TEST(Utf8DisplayText, CountsEveryByteOfAControlCharacter) {
     EXPECT_EQ(DisplayLength("\xc3\xbc\n"), 2U);
 }
 
+TEST(Utf8DisplayText, CountsALineBreakButNoNul) {
+    EXPECT_EQ(DisplayLength("a line\n"), 7U);
+    EXPECT_EQ(DisplayLength(std::string_view("a\0b", 3)), 2U);
+}
+
 TEST(Utf8DisplayText, CutsNoCharacterAtTheBeginning) {
     EXPECT_EQ(LeadingPart(kMueller, 1), "M");
     EXPECT_EQ(LeadingPart(kMueller, 2), "M\xc3\xbc");

@@ -27,6 +27,25 @@ TEST(IsPrintableAscii, FindsEveryOtherByteInEveryPlace) {
     }
 }
 
+TEST(IsAscii, HoldsForAnEmptyText) {
+    EXPECT_TRUE(IsAscii(""));
+}
+
+TEST(IsAscii, FindsEveryOtherByteInEveryPlace) {
+    for (size_t size = 1; size <= 20; ++size) {
+        for (size_t place = 0; place < size; ++place) {
+            for (int byte = 0; byte <= 255; ++byte) {
+                // Neighbours at both ends of the range.
+                std::string text(size, '\x01');
+                if (place > 0) text[place - 1] = '\x7f';
+                text[place] = static_cast<char>(byte);
+                ASSERT_EQ(IsAscii(text), byte >= 0x01 && byte <= 0x7F)
+                    << "byte " << byte << " in place " << place << " of " << size;
+            }
+        }
+    }
+}
+
 struct WellFormedCase {
     std::string_view text;
     char32_t codePoint;

@@ -100,23 +100,23 @@ DeviceIdentity Device(const char* vendor, const char* product) {
 
 TEST(FormatLocation, NamesTheMagazineOnlyWhenThereAreSeveral) {
     const SideKey key{sizeof(SideKey), 11, 2, 11, 1};
-    EXPECT_EQ(FormatLocation(Jukebox("Tower", 4), key), "Tower\\3\\12.B");
-    EXPECT_EQ(FormatLocation(Jukebox("Tower", 2), key), "Tower\\3\\12.B");
-    EXPECT_EQ(FormatLocation(Jukebox("Tower", 1), key), "Tower\\12.B");
-    EXPECT_EQ(FormatLocation(Jukebox("Tower", 0), key), "Tower\\12.B");
-    EXPECT_EQ(FormatLocation(Jukebox("Tower", -1), key), "Tower\\12.B");
+    EXPECT_EQ(FormatLocation(Jukebox("Tower", 4), key).View(), "Tower\\3\\12.B");
+    EXPECT_EQ(FormatLocation(Jukebox("Tower", 2), key).View(), "Tower\\3\\12.B");
+    EXPECT_EQ(FormatLocation(Jukebox("Tower", 1), key).View(), "Tower\\12.B");
+    EXPECT_EQ(FormatLocation(Jukebox("Tower", 0), key).View(), "Tower\\12.B");
+    EXPECT_EQ(FormatLocation(Jukebox("Tower", -1), key).View(), "Tower\\12.B");
 }
 
 TEST(FormatLocation, NamesTheSide) {
-    EXPECT_EQ(FormatLocation(Jukebox("Tower", 1), {sizeof(SideKey), 11, 0, 11, 0}), "Tower\\12.A");
-    EXPECT_EQ(FormatLocation(Jukebox("", 1), {sizeof(SideKey), 11, 0, 0, 1}), "\\1.B");
+    EXPECT_EQ(FormatLocation(Jukebox("Tower", 1), {sizeof(SideKey), 11, 0, 11, 0}).View(), "Tower\\12.A");
+    EXPECT_EQ(FormatLocation(Jukebox("", 1), {sizeof(SideKey), 11, 0, 0, 1}).View(), "\\1.B");
 }
 
 TEST(FormatLocation, ReadsANameWithoutEnd) {
     krvcmd::JukeboxInfo jukebox;
     std::memset(jukebox.record.name, 'n', sizeof jukebox.record.name);
     jukebox.record.magazineCount = 1;
-    EXPECT_EQ(FormatLocation(jukebox, {sizeof(SideKey), 1, 0, 0, 0}), std::string(52, 'n') + "\\1.A");
+    EXPECT_EQ(FormatLocation(jukebox, {sizeof(SideKey), 1, 0, 0, 0}).View(), std::string(52, 'n') + "\\1.A");
 }
 
 TEST(FormatScsiAddress, JoinsThreeNumbers) {
