@@ -16,6 +16,7 @@ void Connection::OpenView() {
     m_watch.Remember();
     Run(*m_database, "BEGIN");
     m_isViewOpen = true;
+    ++m_viewNumber;
     try {
         m_state = ReadServiceState(*m_database);
     } catch (...) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 
@@ -14,6 +15,7 @@ namespace embedded {
 struct View {
     Database& database;
     ReadAhead& ahead;
+    uint64_t number;  // what a connection shows under the same number is the same
 };
 
 // A connection to a farm and the view of it that looks share. The view stays open from look to look, which
@@ -46,7 +48,7 @@ class Connection {
     const ServiceState& GetState() const { return m_state; }
 
     // After Refresh.
-    View GetView() { return {*m_database, m_ahead}; }
+    View GetView() { return {*m_database, m_ahead, m_viewNumber}; }
 
     // Runs a change as one transaction; GetState is the state that it finds. Waits for others as long as the
     // call's waiting time lasts.
@@ -64,6 +66,7 @@ class Connection {
     ReadAhead m_ahead;
     ServiceState m_state;
     bool m_isViewOpen = false;
+    uint64_t m_viewNumber = 0;  // of the view that was opened last
 };
 
 }  // namespace embedded

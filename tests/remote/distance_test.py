@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 """Few ways there and back: distance_test.py PROGRAM-DIRECTORY [--measure]. With --measure, 100,000 volumes at a distance."""
+import os
 import pathlib
 import shlex
 import statistics
+import subprocess
 import sys
 import time
 import unittest
@@ -103,6 +105,99 @@ class RoundTrips(Fixture):
     def test_each_call_counts_while_there_is_a_journal(self):
         self.local("krvsim", "journal", "--server", "vault", "--on")
         self.assertGreater(len(self.calls("query", "volumes", "V", "@1-20")), 60)
+
+
+def cbor(value):
+    """The value as CBOR: a dictionary, a list, a text, bytes or a number from 0 to 65535."""
+    if isinstance(value, int):
+        return bytes([value]) if value < 24 else b"\x19" + value.to_bytes(2, "big")
+    kind, size = {bytes: 0x40, str: 0x60, list: 0x80, dict: 0xa0}[type(value)], len(value)
+    head = bytes([kind | size]) if size < 24 else bytes([kind | 24, size])
+    if isinstance(value, (bytes, str)):
+        return head + (value if isinstance(value, bytes) else value.encode())
+    items = value if isinstance(value, list) else [part for pair in value.items() for part in pair]
+    return head + b"".join(cbor(item) for item in items)
+
+
+class FarSide:
+    """The far side of a connection, asked without ssh."""
+
+    def __init__(self, machine):
+        environment = dict(os.environ, KRVSIM_HOME=str(machine.farms))
+        self.process = subprocess.Popen([str(machine.programs / "krvadm"), "serve"], stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, env=environment)
+        self.send({"krvcmd": [1, 1], "release": "1.0.0", "features": ["ahead"]})
+        self.receive()
+        self.ask("KrvSessionCreate", [b"vault", b"test"])
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.process.stdin.close()
+        self.process.stdout.close()
+        self.process.wait()
+
+    def send(self, message):
+        body = cbor(message)
+        self.process.stdin.write(len(body).to_bytes(4, "big") + body)
+        self.process.stdin.flush()
+
+    def receive(self):
+        return self.process.stdout.read(int.from_bytes(self.process.stdout.read(4), "big"))
+
+    def ask(self, call, arguments, ahead=0):
+        """The bytes of the answer."""
+        self.send({"n": 1, "call": call, "with": arguments, "ahead": ahead})
+        return self.receive()
+
+    def row(self, previous):
+        return self.ask("KrvGetNextVolume", [previous], 100)
+
+
+class RowsOfVolumes(Fixture):
+    """While one row is on its way, the far side makes the next one."""
+
+    def setUp(self):
+        super().setUp()
+        self.make_farm("--slots", "400", "--fill", "100")
+
+    def row_alone(self, previous):
+        """As a far side sends it that was asked for no other row."""
+        with FarSide(self.machine) as alone:
+            return alone.row(previous)
+
+    def test_rows_are_the_same_in_any_order(self):
+        with FarSide(self.machine) as walk:
+            for previous in (0, 100, 200, 200, 0, 50, 150, 250):
+                self.assertEqual(walk.row(previous), self.row_alone(previous), previous)
+
+    def test_a_row_made_before_a_change_is_made_again(self):
+        before = self.row_alone(100)
+        with FarSide(self.machine) as walk:
+            walk.row(0)
+            time.sleep(0.5)  # the next row is made
+            self.local("krvcmd", "quiet", "server=vault", "disable", "V@150")
+            changed = walk.row(100)
+        self.assertNotEqual(changed, before)
+        self.assertEqual(changed, self.row_alone(100))
+
+    def test_a_row_made_before_a_change_of_the_caller_is_made_again(self):
+        before = self.row_alone(100)
+        with FarSide(self.machine) as walk:
+            walk.row(0)
+            walk.ask("KrvVolumeDeactivate", [150])
+            changed = walk.row(100)
+        self.assertNotEqual(changed, before)
+        self.assertEqual(changed, self.row_alone(100))
+
+    def test_nothing_made_before_the_journal_was_switched_on_is_sent(self):
+        with FarSide(self.machine) as walk:
+            walk.row(0)
+            time.sleep(0.5)
+            self.local("krvsim", "journal", "--server", "vault", "--on")
+            self.assertEqual(walk.row(100), self.row_alone(100))
+            self.assertNotIn(b"volumes", walk.row(100))
 
 
 class Distance(Fixture):

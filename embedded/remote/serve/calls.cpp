@@ -154,13 +154,13 @@ const Function* Find(std::string_view name) {
     return found == std::end(kFunctions) ? nullptr : found;
 }
 
-using Reader = std::function<Ahead(const View&)>;
+using Reader = std::function<json(const View&)>;
 
 // Null when that fails, or while every call counts.
 json ReadAhead(LocalSession& session, const Reader& read) {
     json ahead;
     try {
-        (void)session.GetSession().ReadBetweenCalls([&](const View& view) { ahead = ToMessage(read(view)); });
+        (void)session.GetSession().ReadBetweenCalls([&](const View& view) { ahead = read(view); });
     } catch (const Refusal&) {
         return nullptr;  // the next call tells why
     }
@@ -176,33 +176,37 @@ json AheadAfterChange(LocalSession& session, const Request& request) {
     Reader read;
     if (request.from.size() == 1) {
         const auto first = fields.Number<uint32_t>();
-        read = [first, count](const View& view) { return ReadAheadOfVolumes(view, first, count); };
+        read = [first, count](const View& view) { return ToMessage(ReadAheadOfVolumes(view, first, count)); };
     } else {
         const auto slot = Take<SlotKey>(fields);
-        read = [slot, count](const View& view) { return ReadAheadOfSlot(view, slot, count); };
+        read = [slot, count](const View& view) { return ToMessage(ReadAheadOfSlot(view, slot, count)); };
     }
     if (!fields.IsAtEnd()) throw ProtocolFailure("a place has too many fields");
     return ReadAhead(session, read);
 }
 
 // What may be asked after a look; null when nothing is read ahead after this one.
-json AheadAfterLook(LocalSession& session, const Request& request, const json& result) {
+json AheadAfterLook(LocalSession& session, VolumeRows& rows, const Request& request, const json& result) {
     const json arguments(request.arguments);
     FieldReader fields(arguments);
     const size_t count = std::min<size_t>(request.ahead, kMostAhead);
     Reader read;
     if (request.function == "KrvGetJukebox") {
-        read = [&](const View& view) { return ReadAheadOfJukebox(view, fields.Number<int32_t>()); };
+        read = [&](const View& view) {
+            return ToMessage(ReadAheadOfJukebox(view, fields.Number<int32_t>()));
+        };
     } else if (request.function == "KrvGetSlot" || request.function == "KrvGetSide") {
         const auto slot = Take<SlotKey>(fields);
         if (slot.magazine < 0) return nullptr;
-        read = [slot, count](const View& view) { return ReadAheadOfSlot(view, slot, count); };
+        read = [slot, count](const View& view) { return ToMessage(ReadAheadOfSlot(view, slot, count)); };
     } else if (request.function == "KrvGetNextVolume") {
         const auto first = result.at(0).get<uint32_t>();
         if (first == 0) return nullptr;
-        read = [first, count](const View& view) { return ReadAheadOfVolumes(view, first, count); };
+        read = [&rows, first, count](const View& view) { return rows.Take(view, first, count); };
     } else if (request.function.starts_with("KrvVolume")) {
-        read = [&](const View& view) { return ReadAheadOfVolume(view, fields.Number<uint32_t>()); };
+        read = [&](const View& view) {
+            return ToMessage(ReadAheadOfVolume(view, fields.Number<uint32_t>()));
+        };
     } else {
         return nullptr;
     }
@@ -227,7 +231,7 @@ bool IsChange(std::string_view function) {
     return known == nullptr || known->effect == Effect::Changes;
 }
 
-Answer MakeCall(LocalSession& session, const Request& request) {
+Answer MakeCall(LocalSession& session, VolumeRows& rows, const Request& request) {
     const Function* const function = Find(request.function);
     if (function == nullptr) throw ProtocolFailure("a call of \"" + request.function + "\" is not known");
     Answer answer;
@@ -239,9 +243,17 @@ Answer MakeCall(LocalSession& session, const Request& request) {
     if (function->effect == Effect::Changes) {
         answer.ahead = AheadAfterChange(session, request);
     } else if (!answer.failure.has_value()) {
-        answer.ahead = AheadAfterLook(session, request, answer.result);
+        answer.ahead = AheadAfterLook(session, rows, request, answer.result);
     }
     return answer;
+}
+
+void PrepareNextRow(LocalSession& session, VolumeRows& rows) {
+    if (!rows.GoesOn()) return;
+    (void)ReadAhead(session, [&rows](const View& view) {
+        rows.PrepareNext(view);
+        return json();
+    });
 }
 
 }  // namespace embedded::remote

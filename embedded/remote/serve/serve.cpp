@@ -115,6 +115,11 @@ class Server {
         return answer;
     }
 
+    // Uses the time until the next request comes.
+    void PrepareNext() {
+        if (m_session != nullptr) PrepareNextRow(*m_session, m_rows);
+    }
+
   private:
     bool MayChange() const { return m_options.rights == ServeOptions::Rights::All; }
 
@@ -179,13 +184,14 @@ class Server {
             RequireRights(m_server);
             if (request.change > 0) m_session->GetSession().NumberNextChange({m_client, request.change});
         }
-        return MakeCall(*m_session, request);
+        return MakeCall(*m_session, m_rows, request);
     }
 
     ServeOptions m_options;
     std::string m_client;
     std::string m_server;
     std::unique_ptr<LocalSession> m_session;
+    VolumeRows m_rows;
 };
 
 // Nothing at the end of the input.
@@ -206,6 +212,7 @@ void Answers(int input, Output& output, const ServeOptions& options) {
         const Request request = RequestFrom(*message);
         output.BeginCall(request.number);
         output.EndCall(server.Handle(request));
+        server.PrepareNext();
     }
 }
 
