@@ -20,18 +20,16 @@ void ChangeWatch::Remember() {
         m_header = static_cast<const volatile uint32_t*>(region);
         if (m_header == nullptr) return;
     }
-    m_remembered = Read();
+    for (size_t word = 0; word < kHeaderWords; ++word)
+        m_remembered[word] = m_header[word];
 }
 
 bool ChangeWatch::HasChanged() const {
-    return m_header == nullptr || Read() != m_remembered;
-}
-
-ChangeWatch::Header ChangeWatch::Read() const {
-    Header copy{};
-    for (size_t word = 0; word < kHeaderWords; ++word)
-        copy[word] = m_header[word];
-    return copy;
+    if (m_header == nullptr) return true;
+    for (size_t word = 0; word < kHeaderWords; ++word) {
+        if (m_header[word] != m_remembered[word]) return true;
+    }
+    return false;
 }
 
 }  // namespace embedded

@@ -27,13 +27,10 @@ class ChangeWatch {
   private:
     // The first of the header's two copies, which a writer writes last.
     static constexpr size_t kHeaderWords = 12;
-    using Header = std::array<uint32_t, kHeaderWords>;
-
-    Header Read() const;
 
     sqlite3* m_connection;
     const volatile uint32_t* m_header = nullptr;
-    Header m_remembered{};
+    std::array<uint32_t, kHeaderWords> m_remembered{};
 };
 
 }  // namespace embedded

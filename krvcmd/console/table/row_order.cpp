@@ -38,14 +38,11 @@ int32_t Compare(const NumberedText& left, const NumberedText& right) {
     return CompareNumberedTexts(left, right);
 }
 
-bool HaveSameText(const NumberedText& left, const NumberedText& right) {
-    return HasCell(left) == HasCell(right) && left.text == right.text;
-}
-
 // A row while it is sorted.
 struct RowToSort {
     uint64_t number;  // of its value
     uint32_t index;   // in the order of arrival
+    uint32_t value;   // the place of its value
 };
 
 // Rows in succession, from `begin` to before `end`.
@@ -125,7 +122,8 @@ class RowSorter {
                 if (position + kPrefetchStep < m_rows.size())
                     PrefetchCellList(RowAt(position + kPrefetchStep));
                 const CTableItem* cell = finder.FindIn(RowAt(position));
-                NumberedText& value = m_values[m_rows[position].index];
+                m_rows[position].value = static_cast<uint32_t>(position);
+                NumberedText& value = m_values[position];
                 value = cell == nullptr ? NumberedText{} : cell->GetSortValue();
                 if (cell != nullptr && !HasCell(value)) value.text = "";
             }
@@ -173,16 +171,21 @@ class RowSorter {
         }
     }
 
+    // Of rows whose texts have the same first bytes.
     bool HaveOneText(std::span<const RowToSort> rows) const {
         const NumberedText& first = ValueOf(rows.front());
-        return std::ranges::all_of(rows,
-                                   [&](const RowToSort& row) { return HaveSameText(ValueOf(row), first); });
+        const bool isShort = first.text.size() <= sizeof(uint64_t);
+        return std::ranges::all_of(rows, [&](const RowToSort& row) {
+            const NumberedText& value = ValueOf(row);
+            return HasCell(value) == HasCell(first) && value.text.size() == first.text.size() &&
+                   (isShort || value.text == first.text);
+        });
     }
 
-    const NumberedText& ValueOf(const RowToSort& row) const { return m_values[row.index]; }
+    const NumberedText& ValueOf(const RowToSort& row) const { return m_values[row.value]; }
 
     std::span<const CTableRow* const> m_arrived;
-    std::vector<NumberedText> m_values;  // for the current key, by index
+    std::vector<NumberedText> m_values;  // for the current key
     std::vector<RowToSort> m_rows;
     std::vector<RowToSort> m_room;
     std::vector<Run> m_runs;

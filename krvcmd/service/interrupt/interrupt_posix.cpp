@@ -69,7 +69,8 @@ extern "C" void WatchWait(int) {
     errno = lastError;
 }
 
-void StartGracePeriod() {
+// Not inline: it needs a larger stack frame than every call of the library shall have.
+[[gnu::noinline]] void StartGracePeriod() {
     isWaitLong = false;
     HandleSignal(SIGALRM, WatchWait);
     (void)alarm(kOneRequest);
@@ -84,7 +85,9 @@ extern "C" void RequestInterrupt(int signal) {
     const LibraryCall call = callInProgress;
     if (isFirst ? call == LibraryCall::CreatesOrClosesSession : !BelongsToFirstRequest(now)) {
         EndBy(signal);  // GCOVR_EXCL_LINE: as above
-    } else if (isFirst && call != LibraryCall::None) {
+    } else if (isFirst) {
+        // Another thread may just be beginning a call and not see the request. Without one, the alarm does
+        // nothing.
         StartGracePeriod();
     }
     errno = lastError;
@@ -105,7 +108,13 @@ bool InterruptRequested() {
 }
 
 LibraryCallScope::LibraryCallScope(LibraryCall call) {
-    callInProgress = call;
+    // A handler in another thread must know at once that the session is being created or closed. Of an
+    // ordinary call it may learn later, which makes the store much faster.
+    if (call == LibraryCall::Ordinary) {
+        callInProgress.store(call, std::memory_order_release);
+    } else {
+        callInProgress.store(call);
+    }
     if (InterruptRequested()) StartGracePeriod();
 }
 

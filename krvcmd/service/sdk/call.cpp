@@ -30,10 +30,11 @@ void SplitAspects(std::span<const char> buffer, size_t requiredSize, std::vector
     }
 }
 
-Status AllocateZeroed(size_t size, ZeroedMemory& memory) {
+Status ZeroedMemory::Make(size_t size) {
+    if (size <= m_short.size()) return {};
     return GuardMemory([&]() -> Status {
-        memory.reset(static_cast<char*>(std::calloc(size, 1)));
-        if (memory == nullptr) throw std::bad_alloc();
+        m_long.reset(static_cast<char*>(std::calloc(size, 1)));
+        if (m_long == nullptr) throw std::bad_alloc();
         return {};
     });
 }

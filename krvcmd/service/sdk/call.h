@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -62,11 +63,21 @@ struct FreeMemory {
     void operator()(char* memory) const { std::free(memory); }
 };
 
-using ZeroedMemory = std::unique_ptr<char, FreeMemory>;
+// Zeroed memory for one answer of the library. Little of it needs no heap; much costs nothing until it is
+// touched.
+class ZeroedMemory {
+  public:
+    ZeroedMemory() { ClearMemory(m_short.data(), m_short.size()); }
 
-// Makes `memory` zeroed memory of `size` bytes, which costs nothing until it is touched. System error 12: it
-// is refused.
-Status AllocateZeroed(size_t size, ZeroedMemory& memory);
+    // Makes room for `size` bytes. System error 12: it is refused. Called once.
+    Status Make(size_t size);
+
+    char* Get() { return m_long == nullptr ? m_short.data() : m_long.get(); }
+
+  private:
+    std::array<char, 256> m_short;
+    std::unique_ptr<char, FreeMemory> m_long;
+};
 
 // Makes `locations` an array of `count` preset keys. System error 12: the memory for it is refused.
 Status PresetLocations(size_t count, std::vector<SideKey>& locations);
@@ -83,10 +94,10 @@ Status ReadAspects(Call call, std::vector<std::string>& aspects) {
 
     const uint32_t bufferSize = requiredSize;
     ZeroedMemory buffer;
-    status = AllocateZeroed(bufferSize, buffer);
+    status = buffer.Make(bufferSize);
     if (!status.IsOk()) return status;
-    status = call(buffer.get(), bufferSize, &requiredSize);
-    if (status.IsOk()) SplitAspects({buffer.get(), bufferSize}, requiredSize, aspects);
+    status = call(buffer.Get(), bufferSize, &requiredSize);
+    if (status.IsOk()) SplitAspects({buffer.Get(), bufferSize}, requiredSize, aspects);
     return status;
 }
 
