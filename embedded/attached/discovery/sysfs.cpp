@@ -4,6 +4,7 @@
 #include <charconv>
 #include <fstream>
 #include <optional>
+#include <string_view>
 
 namespace embedded::attached {
 namespace {

@@ -1,5 +1,8 @@
 #include "embedded/simulated/durations/duration_text.h"
 
+#include <chrono>
+#include <cstdint>
+
 namespace embedded {
 
 std::string DurationText(std::chrono::microseconds duration) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+
 // In a locale whose characters are bytes.
 namespace {
 

@@ -1,6 +1,7 @@
 #include "krvcmd/service/access/enumeration.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 #include <set>
 
