@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <tuple>
 
 #include "embedded/model/farm.h"
 #include "embedded/store/database.h"
@@ -30,7 +31,10 @@ class SlotStates {
         int64_t magazine;
         int64_t firstSlot;  // a multiple of kBlockSize
 
-        auto operator<=>(const Key&) const = default;
+        friend bool operator<(const Key& left, const Key& right) {
+            return std::tie(left.jukebox, left.magazine, left.firstSlot) <
+                   std::tie(right.jukebox, right.magazine, right.firstSlot);
+        }
     };
 
     static Block Read(Database& database, const Key& key);
