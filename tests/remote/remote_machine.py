@@ -103,13 +103,16 @@ class RemoteMachine:
 
     def _write_settings(self):
         path = f"{self.programs}:/usr/bin:/bin"
+        # The start-up files of the user who runs the tests do not belong to this machine, and may take their time.
+        home = self.folder / "home"
+        home.mkdir()
         self.settings = self.folder / "sshd_config"
         self.settings.write_text(
             f"Port {self.port}\nListenAddress 127.0.0.1\nHostKey {self.folder}/host\nPidFile none\n"
             f"AuthorizedKeysFile {self.folder}/authorized_keys\nStrictModes no\nUsePAM no\n"
             "PasswordAuthentication yes\nKbdInteractiveAuthentication no\nPermitRootLogin yes\n"
             "MaxStartups 200\nMaxSessions 200\nClientAliveInterval 5\nClientAliveCountMax 3\n"
-            f"SetEnv KRVSIM_HOME={self.farms} PATH={path}\n", encoding="utf-8")
+            f"SetEnv KRVSIM_HOME={self.farms} HOME={home} PATH={path}\n", encoding="utf-8")
         (self.folder / "known_hosts").write_text(
             f"[127.0.0.1]:{self.port} {(self.folder / 'host.pub').read_text(encoding='utf-8')}", encoding="utf-8")
 
