@@ -223,6 +223,17 @@ TEST(SimulatedTimeOfAJournal, EntriesNeedNotBeInOrder) {
     EXPECT_EQ(StartsOf(Simulate({{2, 5, 29}, {1, 0, 8}})), (Starts{1, 0}));
 }
 
+// From the first slot, a move takes 5 s in a small jukebox and 7 s in a large one.
+TEST(SimulatedTimeOfAJournal, JukeboxHasTheDefaultProfileForItsNumberOfSlots) {
+    const std::vector<embedded::TimedJukebox> jukeboxes = {{8, "MyBox", 100}, {29, "Sales Tower", 101}};
+    const std::vector<StoredJournalEntry> entries = {EntryOf({1, 0, 8}), EntryOf({1, 5, 29}),
+                                                     EntryOf({1, 10, 77})};
+    const SimulatedTime time = SimulateTime(entries, jukeboxes, std::nullopt);
+    EXPECT_EQ(time.calls[0].moving, seconds(5));
+    EXPECT_EQ(time.calls[1].moving, seconds(7));
+    EXPECT_EQ(time.calls[2].moving, seconds(5)) << "a jukebox that is no longer there counts as small";
+}
+
 TEST(SimulatedTimeOfAJournal, CallWithoutAMediumTakesNoTime) {
     StoredJournalEntry look = EntryOf({1, 0, 8});
     look.medium.reset();
