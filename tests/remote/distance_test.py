@@ -61,7 +61,8 @@ class RoundTrips(Fixture):
         self.assertLessEqual(len(calls) + 1, 3, calls)
 
     def test_a_walk_takes_more_at_a_time_the_longer_it_is(self):
-        self.assertLessEqual(len(self.calls("query", "volumes")), 6)
+        # The first 128, the next 1,024 and the rest; what is asked for early is used.
+        self.assertEqual(self.calls("query", "volumes"), ["KrvGetNextVolume"] * 3)
         self.assertLessEqual(len(self.calls("query", "slots", "J@1")), 6)
 
     def test_a_change_during_a_walk_is_seen_by_the_rest_of_it(self):
