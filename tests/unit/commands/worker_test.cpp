@@ -166,6 +166,15 @@ TEST_F(WorkerTest, AsksForTheNextMagazineEvenWhenEnoughIsDone) {
     EXPECT_EQ(TakeCalls(), (Calls{"KrvGetJukebox J=8", "KrvGetMagazine J=8 M=0", "KrvGetMagazine J=8 M=1"}));
 }
 
+TEST_F(WorkerTest, SkipsDriveEntries) {
+    const ItemAddressList firstDrive({}, [](ItemAddress& entry, int32_t number) { entry.drive = number - 1; },
+                                     {{.from = 1, .to = 1}});
+    ScriptedWorker worker;
+    EXPECT_TRUE(worker.WorkOnEntries(AddressKind::Drive, firstDrive, 8, {}).IsOk());
+    EXPECT_EQ(worker.Visited(), "");
+    EXPECT_EQ(TakeCalls(), Calls{});
+}
+
 TEST_F(WorkerTest, AsksForNoOtherMagazineAfterASingleSlotOrAMagazine) {
     EXPECT_EQ(Walk(0, 0, 2), "0/2 OK");
     EXPECT_EQ(Walk(0, 0, kNone), "0/0 0/1 0/2 OK");
