@@ -75,7 +75,7 @@ class CharacterScan {
     bool IsSafe(const Utf8Character& character) {
         const char32_t value = character.codePoint;
         if (IsMark(character)) return ++m_marks <= kMostMarksOnOneBase;
-        if (value == kJoiner && character.isWellFormed) return JoinsEmoji();
+        if (value == kJoiner) return JoinsEmoji();
         m_marks = 0;
         m_base = character.isWellFormed ? value : 0;
         // A byte that belongs to no character may be a control character to the terminal.
@@ -119,7 +119,8 @@ void ReplaceUnsafeCharacters(std::string& text) {
 std::string SafeTerminalText(std::string_view text) {
     std::string safe(text);
     if (IsPrintableAscii(text)) return safe;
-    if (Platform::TerminalMayDecodeUtf8()) ReplaceUnsafeCharacters(safe);
+    if (Platform::TerminalMayDecodeUtf8())  // GCOVR_EXCL_BR_LINE: always, on Linux
+        ReplaceUnsafeCharacters(safe);
     if (Platform::TerminalMayDecodeBytes()) {
         std::ranges::replace_if(
             safe, [](char byte) { return !IsSafeByte(byte); }, kReplacement);
