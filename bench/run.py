@@ -84,6 +84,7 @@ class Bench:
             ("krvcmd help", [*empty, krvcmd, "help"]),
             ("krvcmd, empty query", [*empty, krvcmd, "quiet", "query", "volumes"]),
             ("krvcmd help, embedded service", [krvcmd, "help"]),
+            ("empty C++ program", [self.program("empty_program")]),
             ("true", ["true"]),
             ("lsscsi --version", ["lsscsi", "--version"]),
             ("sqlite3 :memory: 'select 1'", ["sqlite3", ":memory:", "select 1"]),
