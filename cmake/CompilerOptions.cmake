@@ -24,10 +24,10 @@ target_compile_options(krvcmd_options INTERFACE
 if(KRVCMD_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-  # clang's fuzzer needs counters in the code.
+  # clang's fuzzer needs counters in the code that it explores.
   if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     set(KRVCMD_FUZZ ON)
-    add_compile_options(-fsanitize=fuzzer-no-link)
+    set(KRVCMD_FUZZED_CODE_OPTIONS -fsanitize=fuzzer-no-link)
   endif()
 endif()
 
