@@ -14,7 +14,8 @@ import unittest
 NATIVE, FOREIGN = (pathlib.Path(sys.argv.pop()).resolve() for _ in range(2))
 PROJECT = pathlib.Path(__file__).resolve().parent.parent.parent
 COMPILER_ROOT = "/usr/aarch64-linux-gnu"
-LIBRARIES = f"{PROJECT}/build/arm64-root/usr/lib/aarch64-linux-gnu:{COMPILER_ROOT}/lib"
+ROOT = f"{PROJECT}/build/arm64-root"
+LIBRARIES = f"{ROOT}/usr/lib/aarch64-linux-gnu:{ROOT}/lib/aarch64-linux-gnu:{COMPILER_ROOT}/lib"
 SHIPPED = ("bin/krvcmd", "bin/krvsim", "bin/krvadm", "lib/libkrvSdk64.so", "lib/libkrvJukebox64.so")
 
 
