@@ -78,7 +78,8 @@ TimeLimits WithLimits(TimeLimits limits, const std::vector<std::string>& changes
         const size_t equals = change.find('=');
         if (equals == std::string::npos)
             throw UsageFailure('"' + change + "\" is not of the form NAME=SECONDS");
-        const TimeLimitInfo& info = FindLimit(change.substr(0, equals));
+        const std::string name = change.substr(0, equals);
+        const TimeLimitInfo& info = FindLimit(name);
         limits.*info.limit = SecondsIn(change.substr(equals + 1), info);
     }
     return limits;
