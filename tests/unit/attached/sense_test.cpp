@@ -107,8 +107,8 @@ TEST(SenseMeaningsTest, TellWhatAUnitAttentionHasChanged) {
 
 TEST(SenseMeaningsTest, CoverEveryCodeByItsKeyAtLeast) {
     for (unsigned key = 0; key < 16; ++key) {
-        const SenseMeaning& meaning = MeaningOf({static_cast<uint8_t>(key), 0xEE, 0xEE});
-        EXPECT_NE(std::string(meaning.meaning), "") << key;
+        const SenseCode code{static_cast<uint8_t>(key), 0xEE, 0xEE};
+        EXPECT_NE(std::string(MeaningOf(code).meaning), "") << key;
     }
 }
 
