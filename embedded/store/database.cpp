@@ -124,11 +124,13 @@ void Database::Fail(int result) const {
     const int lastError = errno;
     const std::string file = PathText(m_file);
     int systemError = sqlite3_system_errno(m_connection.get());
-    // A commit that fails does not leave the system's own reason with the connection.
-    if (systemError == 0 && result == SQLITE_IOERR_WRITE) systemError = lastError;
+    // A commit or a mapping of memory that fails does not leave the system's own reason with the connection.
+    if (systemError == 0 && (result == SQLITE_IOERR_WRITE || result == SQLITE_IOERR_SHMMAP))
+        systemError = lastError;
     const char* text = sqlite3_errstr(result);
     const int kind = result & 0xFF;
     const bool fromSystem = kind == SQLITE_IOERR || kind == SQLITE_CANTOPEN;
+    if (fromSystem && systemError == ENOMEM) throw std::bad_alloc();
     if (fromSystem && MeansNoRoom(systemError))
         throw Refuse(Code::DiskFull, {file, Reason(systemError, text)});
     if (kind == SQLITE_FULL) {
