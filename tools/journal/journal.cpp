@@ -193,10 +193,10 @@ void AddJournal(CommandLine& line) {
     const auto [app, options] =
         line.Add(line.GetTool(), "journal", "Show the calls that were made.", Journal);
     AddServerOption(app, options.server);
-    const auto addTask = [&app = app, &options = options](const char* name, JournalTask task,
-                                                          const char* description) {
-        return app.add_flag_callback(
-            name, [&options, task] { options.task = task; }, description);
+    const auto addTask = [&command = app, &chosen = options](const char* name, JournalTask task,
+                                                             const char* description) {
+        return command.add_flag_callback(
+            name, [&chosen, task] { chosen.task = task; }, description);
     };
     CLI::Option* on = addTask("--on", JournalTask::SwitchOn, "switch the journal on");
     CLI::Option* off = addTask("--off", JournalTask::SwitchOff, "switch the journal off; its entries stay");

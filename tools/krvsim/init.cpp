@@ -99,8 +99,8 @@ void Init(const InitOptions& options, const Streams& streams) {
 void AddInit(CommandLine& line) {
     const auto [app, options] = line.Add(line.GetTool(), "init", "Create the farm of a server.", Init);
     AddServerOption(app, options.server);
-    const auto start = [&options = options](Start value) {
-        return [&options, value] { options.start = value; };
+    const auto start = [&chosen = options](Start value) {
+        return [&chosen, value] { chosen.start = value; };
     };
     CLI::Option* layout = app.add_option("--layout", options.layout,
                                          "create it from this layout file; \"-\" is standard input");

@@ -35,10 +35,10 @@ void AddRealTime(CommandLine& line) {
     const auto [app, options] =
         line.Add(line.GetTool(), "real-time", "Let calls take as long as on real jukeboxes.", RealTime);
     AddServerOption(app, options.server);
-    const auto addTask = [&app = app, &options = options](const char* name, RealTimeTask task,
-                                                          const char* description) {
-        return app.add_flag_callback(
-            name, [&options, task] { options.task = task; }, description);
+    const auto addTask = [&command = app, &chosen = options](const char* name, RealTimeTask task,
+                                                             const char* description) {
+        return command.add_flag_callback(
+            name, [&chosen, task] { chosen.task = task; }, description);
     };
     CLI::Option* on =
         addTask("--on", RealTimeTask::SwitchOn, "calls that move media or work on them take their time");

@@ -259,7 +259,7 @@ void AddRun(CommandLine& line) {
     app.add_option("--report", options.report,
                    "write a report, as its ending says: .html (a page), .xml (JUnit) or .json");
     app.add_flag_callback(
-        "--not-isolated", [&options = options] { options.isolation = Isolation::EnvironmentOnly; },
+        "--not-isolated", [&chosen = options] { chosen.isolation = Isolation::EnvironmentOnly; },
         "run it where it cannot be closed off: the environment alone leads it to the copy");
     app.add_option("COMMAND", options.words, "the command and its arguments, behind --")->required();
     app.footer(
