@@ -25,10 +25,11 @@ TEST_F(ConsoleStreamsTest, KeepTheOrderOfBothStreamsInOnePlace) {
     EXPECT_EQ(FileText(), "banner\nwarning\ntable\nresult\n");
 }
 
-TEST_F(ConsoleStreamsTest, FlushTheirTextWhenFinished) {
+TEST_F(ConsoleStreamsTest, FlushTheirTextOnlyWhenFinished) {
     const RedirectedStreams redirected(m_file, m_file);
     ConsoleStreams streams;
     streams.Write(Stream::StandardOutput, "text");
+    EXPECT_EQ(FileText(), "");
     EXPECT_TRUE(streams.Finish().IsOk());
     EXPECT_EQ(FileText(), "text");
 }
