@@ -13,7 +13,7 @@ import threading
 import time
 import unittest
 
-from remote_machine import Desk, RemoteMachine
+from remote_machine import Desk, RemoteMachine, is_copy, name_of
 
 CLIENTS = 32
 PROGRAMS, SECONDS = "", 4.0
@@ -32,13 +32,6 @@ def processes_with(variable):
             except OSError:
                 pass
     return found
-
-
-def name_of(process):
-    try:
-        return pathlib.Path(f"/proc/{process}/comm").read_text(encoding="utf-8").strip()
-    except OSError:
-        return ""
 
 
 def kill(process, number=signal.SIGKILL):
@@ -81,13 +74,17 @@ class ManyClients(unittest.TestCase):
             else:
                 self.outcomes[text] = code[1] if code else outcome.error
 
+    def near(self):
+        """The numbers of the krvcmd and ssh processes at the desk."""
+        return [one for one in processes_with(f"HOME={self.desk.folder}")
+                if name_of(one) in ("krvcmd", "ssh") and not is_copy(one)]
+
     def kill_some(self):
         """A process of either side now and then: krvcmd, its ssh, or the far side."""
         chance = random.Random(1)
         while self.goes_on():
             time.sleep(chance.uniform(0.05, 0.2))
-            near = [one for one in processes_with(f"HOME={self.desk.folder}") if name_of(one) in ("krvcmd", "ssh")]
-            victims = near if chance.random() < 0.5 else self.machine.serving()
+            victims = self.near() if chance.random() < 0.5 else self.machine.serving()
             if victims:
                 kill(chance.choice(victims))
 
@@ -119,8 +116,7 @@ class ManyClients(unittest.TestCase):
 
     def expect_nothing_left(self):
         def left():
-            near = [one for one in processes_with(f"HOME={self.desk.folder}") if name_of(one) in ("krvcmd", "ssh")]
-            return near + self.machine.serving()
+            return self.near() + self.machine.serving()
         deadline = time.monotonic() + 20
         while left() and time.monotonic() < deadline:
             time.sleep(0.1)
