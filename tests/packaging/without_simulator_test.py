@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""krvcmd builds alone, for another client library: without_simulator_test.py CMAKE PROJECT LIBRARY-FOLDER
+"""krvcmd builds alone, for another client library: without_simulator_test.py CMAKE PROJECT LIBRARY-FOLDER BUILD-FOLDER
 
-LIBRARY-FOLDER has a client library for it.
+LIBRARY-FOLDER has a client library for it. BUILD-FOLDER stays, so that the next run compiles only what has changed.
 """
 import os
 import pathlib
@@ -12,7 +12,7 @@ import unittest
 
 from installed_files import DEVELOPMENT, PROGRAM
 
-LIBRARY_FOLDER, PROJECT, CMAKE = sys.argv.pop(), sys.argv.pop(), sys.argv.pop()
+BUILD_FOLDER, LIBRARY_FOLDER, PROJECT, CMAKE = (sys.argv.pop() for _ in range(4))
 # Found or not, none of them is used.
 NO_LIBRARIES = [f"-DCMAKE_DISABLE_FIND_PACKAGE_{name}=ON" for name in ("SQLite3", "CLI11", "nlohmann_json", "GTest")]
 NOT_FOUND_BY_THE_LOADER = 127
@@ -29,10 +29,10 @@ class WithoutSimulator(unittest.TestCase):
     def setUpClass(cls):
         folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(folder.cleanup)
-        cls.build, cls.prefix = (pathlib.Path(folder.name, name) for name in ("build", "prefix"))
+        cls.build, cls.prefix = pathlib.Path(BUILD_FOLDER), pathlib.Path(folder.name, "prefix")
         cls.farm = folder.name
-        for words in (("-S", PROJECT, "-B", cls.build, "-G", "Ninja", "-DKRVCMD_BUILD_SIMULATOR=OFF", "-DCMAKE_BUILD_TYPE=Debug",
-                       "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DCMAKE_UNITY_BUILD=ON", *NO_LIBRARIES),
+        for words in (("--fresh", "-S", PROJECT, "-B", cls.build, "-G", "Ninja", "-DKRVCMD_BUILD_SIMULATOR=OFF",
+                       "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DCMAKE_UNITY_BUILD=ON", *NO_LIBRARIES),
                       ("--build", cls.build, "--", "-j2"), ("--install", cls.build, "--prefix", cls.prefix)):
             done = run(CMAKE, *words)
             if done.returncode != 0:
