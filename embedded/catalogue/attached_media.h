@@ -10,8 +10,8 @@
 
 namespace embedded {
 
-// What of the calls is special in a real jukebox: elements, drives, and media that are recognised by what was
-// read.
+// The parts of calls that only real jukeboxes need: elements, drives, and recognising media by their
+// contents.
 
 // The elements that a medium moves from and to.
 struct ElementPair {
@@ -19,11 +19,12 @@ struct ElementPair {
     uint16_t destination = 0;
 };
 
-// From the mail slot that holds the medium, and to one that is free; refused when there is none.
+// Import: from the mail slot with the medium (address 0 if no mail slot has it) to the slot. Export: from
+// the slot to the first free mail slot; refuses with code 1209 without mail slots, 1208 without a free one.
 ElementPair ElementsOfImport(Database& database, const Transfer& transfer);
 ElementPair ElementsOfExport(Database& database, const Transfer& transfer);
 
-// Simulated jukeboxes need none.
+// Refuses with code 1209 if the real jukebox has no mail slots. Does nothing for a simulated one.
 void RequireMailSlots(Database& database, int32_t jukebox);
 
 // A medium on its way to a drive and back.
@@ -35,8 +36,9 @@ struct LoadPlan {
     std::vector<int32_t> sides;  // to be read, one after the other
 };
 
-// Into the first drive that is enabled and known. `taken`: the elements of drives that hold a medium. The
-// slot must hold one as well.
+// Plans to load the medium of the slot, which must contain one, into the first enabled, known drive that is
+// not in `taken`. `taken`: element addresses of occupied drives. `side`: 0, 1 or 2 (both). Refuses with
+// code 1106 for a missing side B, 1210 without a usable drive.
 LoadPlan PlanLoad(Database& database, const Slot& slot, int32_t side, const std::vector<uint16_t>& taken);
 
 // Records which volumes are on the sides of a medium, new ones and known ones that came back, and returns the
@@ -46,10 +48,10 @@ uint32_t RecordReadings(Database& database, const Medium& medium, const std::vec
 // The state of the medium's slot, wherever that is.
 void SetKnownState(Database& database, const Medium& medium, SlotState state);
 
-// Before a medium is written: nobody knows what is on it until the end is recorded.
+// Marks a medium as unread before it is written.
 void MarkUnread(Database& database, const Slot& slot);
 
-// What is on a real medium after RecordWriting: what was read again, or that nobody knows it.
+// After RecordWriting: records what was read back from a real medium, or marks it as unread.
 void ConfirmWriting(Database& database, const WritePlan& plan, const WrittenSides& written);
 
 }  // namespace embedded

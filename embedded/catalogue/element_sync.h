@@ -24,7 +24,7 @@ struct Sighting {
     Robot robot = Robot::AtRest;
 };
 
-// Whether the catalogue says something else than the look.
+// Whether the catalogue differs from what the changer reported.
 bool Differs(Database& database, const Sighting& sighting);
 
 // Brings the catalogue up to date with looks at one moment; runs in the caller's transaction. Media that are
@@ -33,7 +33,7 @@ bool Differs(Database& database, const Sighting& sighting);
 std::vector<std::vector<LoadedMedium>> Synchronize(Database& database,
                                                    const std::vector<Sighting>& sightings);
 
-// Counts moves of a server: it grows before and after each.
+// A counter of the server that changes when a move begins and when it ends.
 int64_t ReadGeneration(Database& database);
 
 // Each runs in the caller's transaction.

@@ -98,20 +98,20 @@ std::string FormatWords(Database& database, const SlotPlace& place, const Side& 
 
 }  // namespace
 
-WritePlan PlanFormat(Database& database, const SideKey& key, const FormatWishes& wishes) {
+WritePlan PlanFormat(Database& database, const SideKey& key, const FormatRequest& request) {
     WritePlan plan;
     plan.slot = FindSlotOfKey(database, key, "KrvVolumeFormat");
     const Side side = RequireSide(database, plan.slot, key.side);
     RequireFormattable(database, plan.slot, side);
     const MediaType* type = FindMediaType(plan.slot.medium->type);
-    plan.isSequential = wishes.isSequential || (type != nullptr && type->access == Access::Sequential);
-    plan.label = wishes.label;
+    plan.isSequential = request.isSequential || (type != nullptr && type->access == Access::Sequential);
+    plan.label = request.label;
     if (plan.label.empty() && side.volume != 0) {
         plan.label = FindVolume(database, side.volume).value_or(Volume{}).label;
     }
     plan.sides.push_back(side);
     plan.handledSides = SidesOfKey(key.side, 1);
-    plan.isCertified = wishes.isCertified;
+    plan.isCertified = request.isCertified;
     return plan;
 }
 

@@ -14,7 +14,7 @@ namespace embedded {
 
 // What a caller wants of a format. Without a label the volume keeps the one that it has. Certifying only
 // takes time, on simulated media.
-struct FormatWishes {
+struct FormatRequest {
     std::string label;
     bool isSequential = false;
     bool isCertified = false;
@@ -38,7 +38,7 @@ struct WritePlan {
 
 // Each refuses what the service does not do and changes nothing. Side 2 of a key means both sides: an erase
 // takes one side or both, a finalization both, and closes those that hold a sequential file system.
-WritePlan PlanFormat(Database& database, const SideKey& key, const FormatWishes& wishes);
+WritePlan PlanFormat(Database& database, const SideKey& key, const FormatRequest& request);
 WritePlan PlanErase(Database& database, const SideKey& key);
 WritePlan PlanFinalize(Database& database, const SideKey& key);
 

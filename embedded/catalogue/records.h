@@ -43,7 +43,7 @@ bool IsUnreadable(const SideRecord& record);
 // The volume's directory names, each ended by a NUL, and one more NUL; empty when it has none.
 std::string DescribeAspects(Database& database, uint32_t volume);
 
-// Where the volume lies, in the order of its parts; refuses with code 500 when it lies nowhere.
+// Where the volume is, in the order of its parts; refuses with code 500 when it has no location.
 std::vector<SideKey> DescribeLocations(Database& database, uint32_t volume);
 
 }  // namespace embedded

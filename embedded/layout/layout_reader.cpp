@@ -143,7 +143,7 @@ void CheckCount(TableReader& reader, std::string_view field, int64_t count) {
     if (declared != count) {
         reader.AddProblem(field, reader.Node(field),
                           "is " + std::to_string(declared) + ", but there are " + std::to_string(count));
-        reader.GetProblems().back().isOfCount = true;
+        reader.GetProblems().back().isCountMismatch = true;
     }
 }
 

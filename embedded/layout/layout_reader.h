@@ -14,7 +14,7 @@ struct Problem {
     std::string field;  // dotted path such as "jukebox[2].name"; empty = the file or the farm as a whole
     std::string text;   // without a full stop
     // Only a stated count does not match: the farm is complete all the same.
-    bool isOfCount = false;
+    bool isCountMismatch = false;
 };
 
 // "FILE:LINE: FIELD: TEXT", without the parts that are unknown.
@@ -26,8 +26,8 @@ struct LayoutResult {
 };
 
 // Reads a layout file (TOML; docs/layout.md describes the format). Finds every field that is missing,
-// unknown, of the wrong type or out of range, but no contradictions between fields: FindContradictions does.
-// Of a text that is not TOML only the first problem is reported.
+// unknown, of the wrong type or out of range, but no contradictions between fields: FindContradictions
+// does. If the text is not TOML, reports only the first problem.
 LayoutResult ReadLayout(std::string_view text);
 
 }  // namespace embedded

@@ -53,23 +53,23 @@ std::string AttachedFarm::NameOf(int32_t jukebox) {
     return name;
 }
 
-void AttachedFarm::RequireOfCalls(std::function<void(Database&)> condition) {
+void AttachedFarm::SetPrecondition(std::function<void(Database&)> condition) {
     m_condition = std::move(condition);
 }
 
 AttachedFarm::Lock AttachedFarm::WaitForRobot(int32_t jukebox) {
     const std::string name = NameOf(jukebox);
-    auto turn = std::make_shared<Turn>(m_access.file, jukebox);
-    turn->lock.Wait(name);
+    auto access = std::make_shared<RobotAccess>(m_access.file, jukebox);
+    access->lock.Wait(name);
     m_access.look(m_condition);
-    turn->hold = Open(jukebox).KeepOtherHostsAway();
-    return turn;
+    access->hold = Open(jukebox).KeepOtherHostsAway();
+    return access;
 }
 
 AttachedFarm::Lock AttachedFarm::TryRobot(int32_t jukebox) {
-    auto turn = std::make_shared<Turn>(m_access.file, jukebox);
-    if (!turn->lock.Try()) turn.reset();
-    return turn;
+    auto access = std::make_shared<RobotAccess>(m_access.file, jukebox);
+    if (!access->lock.Try()) access.reset();
+    return access;
 }
 
 std::vector<ElementState> AttachedFarm::LookAfterUnfinishedMove(int32_t jukebox) {

@@ -35,15 +35,17 @@ class AttachedFarm {
     AttachedFarm& operator=(const AttachedFarm&) = delete;
     ~AttachedFarm() = default;
 
-    // Looks at the elements of all changers once and brings the catalogue up to date. Moves nothing and waits
-    // for no robot.
+    // Reads the elements of all changers and brings the catalogue up to date; reads them again if another
+    // process moves media meanwhile. Moves nothing. After a crash during a move, waits until the medium is
+    // seen, at most for the time limit of a move.
     void LookAtAll();
 
-    // What the next calls need besides, asked as soon as the robot is theirs; throws a Refusal otherwise.
-    void RequireOfCalls(std::function<void(Database&)> condition);
+    // Sets a check that each later operation runs as soon as it has the robot. `condition` throws a Refusal
+    // to stop the operation.
+    void SetPrecondition(std::function<void(Database&)> condition);
 
-    // Waits for the robot, puts right what a crash has left, and plans and performs the operation. Refused
-    // before anything moves, or after what was moved is in the catalogue.
+    // Waits for the robot, puts right what a crash has left, and plans and performs the operation. When it
+    // throws a Refusal, either nothing has moved or the catalogue already shows the move.
     Recording Do(std::shared_ptr<Operation> operation);
 
     // Makes the changer look at its elements itself, and brings media in drives home.
@@ -55,13 +57,14 @@ class AttachedFarm {
     // What an operation does in a jukebox whose robot is this process's.
     class RealMechanics;
 
-    // The robot of a jukebox is this process's: no other process of this farm moves media, and no other host.
-    struct Turn {
-        Turn(const std::filesystem::path& farm, int32_t jukebox) : lock(farm, jukebox) {}
+    // While it exists, this process has the robot of the jukebox: no other process of this farm moves media,
+    // and no other host.
+    struct RobotAccess {
+        RobotAccess(const std::filesystem::path& farm, int32_t jukebox) : lock(farm, jukebox) {}
         RobotLock lock;
         std::unique_ptr<Hold> hold;
     };
-    using Lock = std::shared_ptr<Turn>;
+    using Lock = std::shared_ptr<RobotAccess>;
 
     std::string NameOf(int32_t jukebox);
     Lock WaitForRobot(int32_t jukebox);

@@ -19,7 +19,7 @@ class Random {
         return mixed ^ (mixed >> 31U);
     }
 
-    // From 0 to count - 1.
+    // From 0 to count - 1; `count` is 1 or more.
     uint64_t Below(uint64_t count) { return Next() % count; }
 
     bool PerCent(uint64_t chance) { return Below(100) < chance; }

@@ -9,8 +9,8 @@
 namespace embedded {
 
 // What happens physically in the jukeboxes of a farm, in terms of the catalogue: media, slots and sides. It
-// decides nothing and records no states, names or IDs. Each throws a Refusal before anything has happened,
-// or after the catalogue says what has.
+// decides nothing and records no states, names or IDs. When a function throws a Refusal, either nothing has
+// happened or the catalogue already shows it.
 class Mechanics {
   public:
     Mechanics() = default;

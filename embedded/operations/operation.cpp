@@ -86,9 +86,9 @@ std::unique_ptr<Operation> ScanOperation(const SideKey& key) {
     return std::make_unique<Scan>(key);
 }
 
-std::unique_ptr<Operation> FormatOperation(const SideKey& key, const FormatWishes& wishes) {
-    return std::make_unique<Write>(key, [wishes](Database& database, const SideKey& side) {
-        return PlanFormat(database, side, wishes);
+std::unique_ptr<Operation> FormatOperation(const SideKey& key, const FormatRequest& request) {
+    return std::make_unique<Write>(key, [request](Database& database, const SideKey& side) {
+        return PlanFormat(database, side, request);
     });
 }
 

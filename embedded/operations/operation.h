@@ -38,7 +38,7 @@ class Operation {
 std::unique_ptr<Operation> ImportOperation(const SlotKey& key);
 std::unique_ptr<Operation> ExportOperation(const SlotKey& key);
 std::unique_ptr<Operation> ScanOperation(const SideKey& key);
-std::unique_ptr<Operation> FormatOperation(const SideKey& key, const FormatWishes& wishes);
+std::unique_ptr<Operation> FormatOperation(const SideKey& key, const FormatRequest& request);
 std::unique_ptr<Operation> EraseOperation(const SideKey& key);
 std::unique_ptr<Operation> FinalizeOperation(const SideKey& key);
 

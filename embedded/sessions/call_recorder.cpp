@@ -10,7 +10,7 @@ constexpr std::chrono::milliseconds kLongestWait{200};
 
 }  // namespace
 
-bool IsOfWriting(const Refusal& refusal) {
+bool IsWriteFailure(const Refusal& refusal) {
     constexpr Code kCodes[] = {Code::DiskFull, Code::FarmReadOnly, Code::FarmLocked};
     return std::ranges::find(kCodes, static_cast<Code>(refusal.GetCode())) != std::end(kCodes);
 }

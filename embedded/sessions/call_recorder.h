@@ -10,7 +10,7 @@ namespace embedded {
 
 // Whether a call failed only because the farm could not be changed: it is read-only, the disk is full, or
 // another process keeps it locked.
-bool IsOfWriting(const Refusal& refusal);
+bool IsWriteFailure(const Refusal& refusal);
 
 // The calls of a session that are not in the journal yet.
 //

@@ -29,7 +29,7 @@ class Observation {
         try {
             effect = FindEffect(call);
         } catch (const Refusal& refusal) {
-            if (!IsOfWriting(refusal)) throw;
+            if (!IsWriteFailure(refusal)) throw;
             MarkUnrecordedCalls(m_connection.GetDatabase());
         }
         Apply(effect);

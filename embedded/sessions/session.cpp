@@ -99,7 +99,7 @@ void Session::Operate(const CallInfo& call, const Preparing& prepare) {
 void Session::OperateAttached(const CallInfo& call, const Preparing& prepare, const Taking& take) {
     const std::scoped_lock lock(m_mutex);
     const std::optional<ChangeNumber> number = std::exchange(m_nextNumber, std::nullopt);
-    m_attached->RequireOfCalls([number](Database& database) {
+    m_attached->SetPrecondition([number](Database& database) {
         if (number.has_value()) RequireNewNumber(database, *number);
     });
     Recording record;

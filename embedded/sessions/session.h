@@ -32,7 +32,7 @@ class Session {
     template <typename LookFunction>
     void Read(const CallInfo& call, const LookFunction& look) {
         const std::scoped_lock lock(m_mutex);
-        // Of a farm that cannot be written nothing is recorded, and no fault can be counted.
+        // In a farm that cannot be written, calls are not recorded and faults not counted.
         if (!IsObserved(m_connection.Refresh()) || m_connection.GetDatabase().IsReadOnly()) {
             RequireRunning();
             look(m_connection.GetView());

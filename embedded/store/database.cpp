@@ -83,7 +83,7 @@ Database::Database(const std::filesystem::path& file, const std::filesystem::pat
     if (connection == nullptr) throw std::bad_alloc();
     sqlite3_extended_result_codes(connection, 1);
     if (result != SQLITE_OK) Fail(result);
-    // A farm has none: whoever put some into the file shall not decide what a call does.
+    // A farm has no triggers. One that somebody adds to the file must not run.
     sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
     sqlite3_busy_handler(connection, &WaitForOthers, this);
 }

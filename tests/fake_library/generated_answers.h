@@ -11,7 +11,7 @@ struct GeneratedSize {
     int32_t jukeboxes = 1;
     int32_t magazinesPerJukebox = 1;
     int32_t slotsPerMagazine = 1;
-    // Volumes in the volume enumeration; those beyond the last slot lie nowhere.
+    // Volumes in the volume enumeration; those beyond the last slot have no location.
     int32_t volumes = 0;
     bool withLocations = true;
     bool withDirectories = false;

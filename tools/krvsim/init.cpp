@@ -64,7 +64,7 @@ Farm ReadFarmOf(const InitOptions& options) {
     LayoutResult layout =
         ReadLayout(isDemonstration ? std::string(DemonstrationLayout()) : ReadText(options.layout));
     // A farm that is not complete has contradictions that the file does not have.
-    if (std::ranges::all_of(layout.problems, &Problem::isOfCount)) {
+    if (std::ranges::all_of(layout.problems, &Problem::isCountMismatch)) {
         std::ranges::move(FindContradictions(layout.farm), std::back_inserter(layout.problems));
     }
     if (layout.problems.empty()) return std::move(layout.farm);

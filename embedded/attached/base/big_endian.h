@@ -9,8 +9,8 @@ namespace embedded::attached {
 
 using Bytes = std::span<const uint8_t>;
 
-// Reads big-endian numbers at the offsets that the standards name. Whatever lies behind the end reads as zero
-// or as nothing, and the reader remembers that it was asked for it.
+// Reads big-endian numbers at the offsets that the standards name. Reading past the end returns zero or
+// nothing, and IsComplete() is false from then on.
 class BigEndianReader {
   public:
     explicit BigEndianReader(Bytes bytes) : m_bytes(bytes) {}

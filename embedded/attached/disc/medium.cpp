@@ -169,7 +169,7 @@ bool IsCompactDisc(const Medium& medium) {
            medium.profile->number <= profile_number::kCdRw;
 }
 
-uint64_t Medium::GetTellingBlocks() const {
+uint64_t Medium::GetSignatureBlocks() const {
     // UDF counts in blocks, up to 256 and some descriptors; others in bytes.
     constexpr uint64_t kBlocks = 600;
     constexpr uint64_t kBytes = uint64_t{1} << 20U;

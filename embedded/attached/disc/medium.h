@@ -30,7 +30,7 @@ struct Medium {
     bool isAudio = false;       // the last session begins with music
 
     // How many blocks at the start of a session and at the end of the disc tell which file system there is.
-    uint64_t GetTellingBlocks() const;
+    uint64_t GetSignatureBlocks() const;
 
     bool IsWritable() const { return recording != Recording::None && !isWriteProtected; }
 };

@@ -85,7 +85,7 @@ void AddFileSystem(const FoundContent& found, const Medium& medium, DiscCopy& co
 }
 
 Result<Nothing> AddContent(DiscCopy& copy, const Medium& medium, DiscDescription& disc) {
-    const uint64_t count = medium.GetTellingBlocks();
+    const uint64_t count = medium.GetSignatureBlocks();
     auto reading = copy.Fetch(0, count);
     if (!reading) return reading.GetError();
     if (medium.sessionStart != 0) {

@@ -11,11 +11,12 @@ struct Capacity {
     uint32_t blockSize = 0;  // bytes
 };
 
-// SBC-3, 5.15; MMC-6, 6.23. A last block of FFFFFFFFh means that READ CAPACITY(16) is to be asked.
+// SBC-3: READ CAPACITY(10); MMC-6, 6.23. A last block of FFFFFFFFh tells the host to send READ
+// CAPACITY(16).
 Cdb ReadCapacity10();
 Result<Capacity> DecodeCapacity10(Bytes answer);
 
-// SBC-3, 5.16.
+// SBC-3: READ CAPACITY(16).
 Cdb ReadCapacity16(uint32_t allocation);
 Result<Capacity> DecodeCapacity16(Bytes answer);
 

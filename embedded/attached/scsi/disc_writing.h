@@ -21,7 +21,7 @@ Cdb CloseTrackSession(CloseFunction function, uint16_t track, Answer answer);
 enum class BlankExtent : uint8_t { Disc = 0, Minimal = 1 };
 Cdb Blank(BlankExtent extent, Answer answer);
 
-// SBC-3, 5.2, without parameters: the whole of a direct-access medium in its present format.
+// SBC-3: FORMAT UNIT, without parameters: the whole of a direct-access medium in its present format.
 Cdb FormatUnit();
 
 // MMC-6, 6.4: in one of the formats that the drive has offered. The parameters go with the command.

@@ -12,7 +12,8 @@ Cdb RequestSense(uint8_t allocation);
 
 enum class Removal { Allow, Prevent };
 
-// SBC-3, 5.15; SMC-3, 6.7. Lasts until it is allowed again by the same initiator, or until a reset.
+// SBC-3: PREVENT ALLOW MEDIUM REMOVAL; SMC-3, 6.7. Lasts until it is allowed again by the same initiator,
+// or until a reset.
 Cdb PreventAllowMediumRemoval(Removal removal);
 
 enum class UnitAction {
@@ -25,7 +26,7 @@ enum class UnitAction {
 // The device answers at once (IMMED), or when it has done.
 enum class Answer { WhenDone, AtOnce };
 
-// SBC-3, 5.25; MMC-6, 6.42.
+// SBC-3: START STOP UNIT; MMC-6, 6.42.
 Cdb StartStopUnit(UnitAction action, Answer answer);
 
 enum class Turning { Keep, Invert };

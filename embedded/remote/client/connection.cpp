@@ -168,7 +168,7 @@ void Connection::GiveUp(Transfer result) {
     }
     const SshEnd end = m_ssh->Finish(kUsualEnd);
     if (m_greeting.has_value()) throw Refuse(Code::ConnectionLost, {m_server.name, ReasonOf(end)});
-    if (m_reader.IsInTheMiddle() && end.status == 0) {
+    if (m_reader.HasPartialMessage() && end.status == 0) {
         throw Refuse(Code::NotTheProtocol,
                      {m_server.name, "it begins with \"" + Beginning(m_reader.GetRest()) + "\""});
     }

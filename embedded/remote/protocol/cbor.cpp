@@ -32,7 +32,7 @@ class Inspector {
     void Open(uint64_t count, uint64_t each) {
         // Every item takes at least a byte.
         if (count > m_items.GetBytesLeft() / each) throw ProtocolFailure("a message is cut off");
-        if (m_open.size() > kDeepest) throw ProtocolFailure("a message is nested too deeply");
+        if (m_open.size() > kMaxDepth) throw ProtocolFailure("a message is nested too deeply");
         m_open.push_back(count * each);
     }
 

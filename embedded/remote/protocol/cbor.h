@@ -16,12 +16,12 @@ class ProtocolFailure : public std::runtime_error {
 };
 
 // How deeply arrays and maps may lie in each other.
-inline constexpr size_t kDeepest = 8;
+inline constexpr size_t kMaxDepth = 8;
 
 std::string EncodeCbor(const json& value);
 
 // The one value that the bytes are. Throws a ProtocolFailure for anything else, for tags, for lengths that
-// are left open, and for arrays or maps deeper than kDeepest.
+// are left open, and for arrays or maps deeper than kMaxDepth.
 json DecodeCbor(std::string_view bytes);
 
 // Texts travel as byte strings: no encoding is promised.

@@ -23,7 +23,7 @@ class FrameReader {
     std::optional<json> Next();
 
     // Whether there are bytes of a message that is not whole.
-    bool IsInTheMiddle() const { return m_start < m_bytes.size(); }
+    bool HasPartialMessage() const { return m_start < m_bytes.size(); }
     // The bytes behind the last whole message.
     std::string_view GetRest() const { return std::string_view(m_bytes).substr(m_start); }
 

@@ -129,7 +129,7 @@ class Collector {
         try {
             return DescribeLocations(m_view.database, id);
         } catch (const Refusal&) {
-            return {};  // it lies nowhere
+            return {};  // it has no location
         }
     }
 

@@ -32,13 +32,13 @@ class CWorker {
     // too. Code 2, the end of the slots, is success.
     Status DoWork(const WalkRules& rules, const ItemAddress& address);
 
-    // Calls Work once, on the slot and side that hold the volume. A volume that lies nowhere is
-    // left alone, with success.
+    // Calls Work once, on the slot and side that hold the volume. Skips a volume without a location and
+    // succeeds.
     Status DoVolume(int32_t volumeId);
 
   protected:
-    // Walks each addressed entry, in the jukebox with the ID. A failed entry does not end the loop: the last
-    // entry's result is the result, by design. Drive entries are skipped.
+    // Walks each addressed entry, in the jukebox with the ID. A failed entry does not end the loop. Returns
+    // the result of the last entry. Drive entries are skipped.
     Status WorkOnEntries(AddressKind kind, const ItemAddressList& addresses, int32_t jukeboxId,
                          const WalkRules& rules);
 

@@ -46,8 +46,8 @@ void SurviveFileSizeLimit();
 // stream is a pipe without a reader.
 bool IsBrokenPipe(Stream stream, int error);
 
-// The errno number to report for such a number of a failed write: never 0, and the one that says what
-// happened where the C runtime leaves one that does not.
+// The errno number to report for a write that failed with `error`. Never 0. Replaces numbers that the C
+// runtime sets without saying what happened.
 int WriteError(int error);
 
 }  // namespace Ostrel::UI::Console::Platform

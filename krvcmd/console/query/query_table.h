@@ -22,7 +22,7 @@ class CKrvQueryTable : public COutputObject {
     // letter is unknown; the known ones are set all the same.
     bool SetSortLetters(std::string_view letters);
 
-    // Each adds one row; keys are zero-based. A cell for which there is no memory is left out of its row.
+    // Each adds one row; keys are zero-based. If memory for a cell runs out, the row lacks that cell.
     void AddJukeboxRow(const krvcmd::JukeboxInfo& jukebox);
     void AddMagazineRow(const krvcmd::JukeboxInfo& jukebox, const MagazineKey& key,
                         const MagazineRecord& magazine);

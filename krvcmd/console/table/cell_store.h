@@ -11,11 +11,11 @@
 
 namespace Ostrel::UI::Console {
 
-// Makes the cells of a table and keeps them alive. The cells of one row lie side by side. Words, percentages
-// and the small numbers of magazines, drives and slots repeat in many rows: one cell serves all of them.
-// Capacities and names of which there are few share one of the last cells of their column. Other numbers and
-// texts share the last cell of their column while they repeat it. Every function throws std::bad_alloc when
-// there is no memory for the cell; a cell that just cannot be shared is made all the same.
+// Makes the cells of a table and keeps them alive. The cells of one row lie side by side. Words,
+// percentages and the small numbers of magazines, drives and slots repeat in many rows: one cell serves all
+// of them. A capacity or a name reuses one of the last eight different cells of its column. Other numbers
+// and texts share the last cell of their column while they repeat it. Every function throws std::bad_alloc
+// when there is no memory for the cell; a cell that just cannot be shared is made all the same.
 class CellStore {
   public:
     // Cells lie in `memory`, which must outlive the store.
@@ -59,7 +59,8 @@ class CellStore {
 
     SharedCells& SharedCellsOf(uint32_t columnId);
 
-    // The place of a shared cell. Without memory for it, a place that no other cell uses.
+    // Where the pointer to a shared cell is kept; without memory for the entry, a scratch pointer, so that
+    // the cell is not shared.
     const CTableItem*& PlaceOfLast(uint32_t columnId);
     // The place of the recent cell that `isSame` accepts, else an empty one.
     template <typename IsSame>

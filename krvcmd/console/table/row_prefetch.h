@@ -7,9 +7,9 @@
 
 namespace Ostrel::UI::Console {
 
-// Sorted rows lie scattered in memory, and waiting for each of them takes longer than working with it.
-// Whoever goes through rows therefore fetches the next ones into the cache: first a row, some rows later the
-// list of its cells, and again some rows later the cells.
+// Sorted rows lie scattered in memory, and waiting for each of them takes longer than working with it. A
+// loop over rows therefore prefetches the next ones: first a row, some rows later the list of its cells,
+// and again some rows later the cells.
 
 inline constexpr size_t kPrefetchStep = 6;  // rows between two steps
 

@@ -51,8 +51,8 @@ class CTableColumn {
     bool m_hidesSign = false;
 };
 
-// One row: its cells in the order in which they were added. It does not own them; whoever made them keeps
-// them alive as long as the row. A cell may be in several rows.
+// One row: its cells in the order in which they were added. It does not own them; they must outlive the
+// row. A cell may be in several rows.
 class CTableRow {
   public:
     CTableRow() = default;
@@ -72,8 +72,9 @@ class CTableRow {
     std::pmr::vector<const CTableItem*> m_cells;
 };
 
-// Finds the cells of one column in row after row. Rows of one kind have the same cells in the same order, so
-// it looks first where it found the last cell. Of several cells of the column in one row it finds any.
+// Finds the cells of one column in row after row. Rows of one kind have the same cells in the same order,
+// so it looks first where it found the last cell. If a row has several cells of the column, it finds any of
+// them.
 class CellFinder {
   public:
     explicit CellFinder(uint32_t columnId) : m_columnId(columnId) {}

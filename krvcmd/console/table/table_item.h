@@ -214,9 +214,9 @@ class CTableStringItem : public CTableItem {
 
 static_assert(sizeof(CTableStringItem) == 40);
 
-// A directory path with backslashes. Of one that does not fit the end is shown as of any text, with two
-// exceptions: a path that begins and ends with a backslash is shown as "\...\", and one whose only
-// backslashes are two in a row keeps its beginning.
+// A directory path with backslashes. One that does not fit is shortened like any text, with two exceptions:
+// a path that begins and ends with a backslash is shown as "\...\", and one whose only backslashes are two
+// in a row keeps its beginning.
 class CTableDirItem final : public CTableStringItem {
   public:
     using CTableStringItem::CTableStringItem;

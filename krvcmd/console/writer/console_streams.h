@@ -16,9 +16,9 @@ class ConsoleStreams {
     // stream that has failed.
     void Write(Stream stream, std::string_view text);
 
-    // Flushes standard output. Gives the first error of any Write or flush since the last Finish as a system
-    // error with the platform's error number; success when there was none. A pipe without a reader is no
-    // error. The next Write tries a stream that failed again.
+    // Flushes standard output. Returns the first error of any Write or flush since the last Finish as a
+    // system error with the platform's error number; success when there was none. A pipe without a reader
+    // is no error. The next Write tries a stream that failed again.
     krvcmd::Status Finish();
 
   private:

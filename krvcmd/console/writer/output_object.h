@@ -56,8 +56,9 @@ class COutputObject : public CTable {
     // between them.
     void SetFormatted(bool formatted) { m_formatted = formatted; }
 
-    // Flushes standard output and gives the first write error since the last Finish as a system error. A pipe
-    // without a reader is no error. From an error to the next Finish, text for the same stream is dropped.
+    // Flushes standard output and returns the first write error since the last Finish as a system error. A
+    // pipe without a reader is no error. From an error to the next Finish, text for the same stream is
+    // dropped.
     krvcmd::Status Finish() { return m_streams.Finish(); }
 
   private:

@@ -9,12 +9,12 @@
 
 namespace krvcmd {
 
-// What the C++ runtime reserves for exceptions before main. It goes on when it gets nothing: then the first
-// failed allocation ends the process, because it cannot be thrown.
+// Bytes that the C++ runtime reserves for exceptions before main. If it cannot get them, it continues, and
+// the first failed allocation aborts the process.
 inline constexpr size_t kMemoryForExceptions = 80'000;
 
-// Whether there is a block of `size` bytes left. The same question fails again where the C++ runtime's
-// failed.
+// Whether a block of `size` bytes can be allocated. False as well if the runtime's own allocation of that
+// size failed.
 inline bool HasMemoryFor(size_t size) {
     // Volatile: a compiler leaves out an allocation that nobody uses.
     void* volatile memory = std::malloc(size);

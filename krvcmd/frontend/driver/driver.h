@@ -13,7 +13,7 @@ namespace krvcmd {
 Status ExecuteCommandLine(const ParameterList& line, Ostrel::UI::Console::COutputObject& writer);
 
 // One whole run of the program: parses the arguments (those after the program's path), executes the
-// command, reports the result and gives the exit status.
+// command, reports the result and returns the exit status.
 int RunProgram(std::span<const char* const> arguments);
 
 }  // namespace krvcmd

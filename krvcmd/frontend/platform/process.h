@@ -11,8 +11,8 @@ namespace krvcmd {
 //    descriptor and receives the output.
 void PrepareStandardStreams();
 
-// Whether the process got its arguments as the caller wrote them: on Windows those with characters outside of
-// the ANSI code page arrive with others in their place.
+// Whether the arguments arrived unchanged. Windows replaces characters outside the ANSI code page by
+// others.
 bool ArgumentsAreIntact();
 
 // The exit status of the process for a result code: the whole code on Windows. Elsewhere only the low 8 bits

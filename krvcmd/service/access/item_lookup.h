@@ -24,7 +24,7 @@ Status GetSideInfo(const SideKey& key, SideRecord& record);
 // The volume's record and its aspects.
 Status GetVolume(int32_t volumeId, VolumeInfo& volume);
 
-// Where the volume lies. A volume that lies nowhere has no location, which is no error.
+// Where the volume is. A volume without a location is no error.
 Status GetVolumeLocations(int32_t volumeId, std::vector<SideKey>& locations);
 
 // As GetVolumeLocations, but only one location is asked for, however many there are.

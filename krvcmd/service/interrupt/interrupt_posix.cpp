@@ -69,7 +69,7 @@ extern "C" void WatchWait(int) {
     errno = lastError;
 }
 
-// Not inline: it needs a larger stack frame than every call of the library shall have.
+// Not inline: its stack frame is larger than library calls should pay for.
 [[gnu::noinline]] void StartGracePeriod() {
     isWaitLong = false;
     HandleSignal(SIGALRM, WatchWait);

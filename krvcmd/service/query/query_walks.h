@@ -41,7 +41,7 @@ class QueryWalks {
     Status ListSlot(const SlotPosition& position);
 
     // One row for each location of the volume, or one without location. All locations are shown in the
-    // jukebox of the key or, without one (kNoJukebox), in that of the first location, deliberately.
+    // jukebox of the key, or with kNoJukebox in that of the first location, even if they are in others.
     Status ListVolume(const JukeboxKey& jukeboxKey, int32_t volumeId);
 
     // Every volume the service knows; ends at the first that fails.

@@ -102,8 +102,8 @@ Status ReadAspects(Call call, std::vector<std::string>& aspects) {
 }
 
 // Asks for locations into an array of preset keys. `call` makes one call of KrvVolumeLocations for the
-// volume, from the arguments after its ID. `count` becomes the number of the volume's locations, which may be
-// more than the array holds; 0 for a volume that lies nowhere.
+// volume, from the arguments after its ID. `count` becomes the number of the volume's locations, which may
+// be more than the array holds; 0 for a volume without a location.
 template <class Call>
 Status AskForLocations(Call call, SideKey* locations, uint32_t& count) {
     // The third argument of every call, however long the array is.
@@ -114,7 +114,7 @@ Status AskForLocations(Call call, SideKey* locations, uint32_t& count) {
     return {};
 }
 
-// Reads one location, however many there are; none for a volume that lies nowhere.
+// Reads one location, however many there are; none for a volume without a location.
 template <class Call>
 Status ReadFirstLocation(Call call, std::optional<SideKey>& location) {
     SideKey key = kUnsetSideKey;
@@ -124,8 +124,8 @@ Status ReadFirstLocation(Call call, std::optional<SideKey>& location) {
     return status;
 }
 
-// Reads all locations, in a second call when there are several. None after an error, and for a volume that
-// lies nowhere. System error 12: the array for them is refused.
+// Reads all locations, in a second call when there are several. None after an error, and for a volume
+// without a location. System error 12: the array for them is refused.
 template <class Call>
 Status ReadLocations(Call call, std::vector<SideKey>& locations) {
     locations.assign(1, kUnsetSideKey);

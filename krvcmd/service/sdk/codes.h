@@ -93,7 +93,7 @@ inline constexpr ServiceCode kServiceCodes[] = {
      "From `KrvMediaImport`, `KrvMediaExport` and `KrvMediaScan` it counts as success."},
     {service_code::kStoppedByOperator, "stopped by the operator",
      "A walk over slots ends at once with this error."},
-    {service_code::kNoLocation, "the volume lies nowhere",
+    {service_code::kNoLocation, "the volume has no location",
      "From `KrvVolumeLocations` it is no error: the volume has no location."},
     {service_code::kNoMedium, "there is no medium",
      "A walk over slots goes on with the next one, which does not count as a repeat; an import ends there "

@@ -10,8 +10,9 @@
  *  - Every record starts with its own size in bytes, set by the caller before the call.
  *  - Magazine, slot, drive and side numbers are zero-based; -1 stands for "not set".
  *  - Jukebox and volume IDs are positive; an ID below 1 never names an item.
- *  - Texts are byte strings in the process's ANSI code page, NUL-terminated. A reader
- *    treats the end of a text field as the end of the text when the NUL is missing.
+ *  - Texts are NUL-terminated byte strings; on Windows they are in the process's ANSI code
+ *    page, elsewhere no encoding is promised. A reader treats the end of a text field as the
+ *    end of the text when the NUL is missing.
  *  - All fields are little-endian. The caller owns every buffer that it passes.
  */
 #ifndef KRVCMD_SERVICE_KRV_SDK_H
@@ -22,7 +23,7 @@
 #include <stdint.h>
 
 /**
- * Marks the functions of the library. Whoever builds the library defines KRV_SDK_BUILD; on
+ * Marks the functions of the library. The build of the library defines KRV_SDK_BUILD; on
  * Windows the module definition file krvSdk64.def names the exports instead.
  */
 #if defined(KRV_SDK_BUILD) && !defined(_WIN32)
@@ -141,7 +142,7 @@ static_assert(offsetof(SideKey, side) == 16, "side at 16");
 typedef struct DeviceIdentity {
     int32_t scsiAddress[3]; /**< shown in decimal, joined by "/" */
     char vendor[9];         /**< may carry trailing blanks */
-    char product[17];       /**< shown behind the vendor */
+    char product[17];       /**< shown after the vendor */
     char revision[5];       /**< firmware revision */
     char padding;           /**< not read */
 } DeviceIdentity;
@@ -288,7 +289,8 @@ static_assert(offsetof(FormatOptions, reserved) == 272, "reserved at 272");
 /** Opens a session with the service on `serverName` ("." = the local machine). */
 KRV_API KrvBool KrvSessionCreate(KrvCallContext* context, const char* serverName, KrvSession* session);
 
-/** Closes the session that the context names. */
+/** Closes the session that the context names. krvcmd also calls it, with session 0, after
+    KrvSessionCreate() has failed. */
 KRV_API KrvBool KrvSessionClose(KrvCallContext* context);
 
 /* ---- Looking ----------------------------------------------------------------------- */
@@ -324,10 +326,11 @@ KRV_API KrvBool KrvVolumeDetail(KrvCallContext* context, uint32_t volumeId, Volu
 KRV_API KrvBool KrvVolumeAspects(KrvCallContext* context, uint32_t volumeId, char* buffer,
                                  uint32_t bufferSize, uint32_t* requiredSize);
 
-/** Where the volume lies. `*count` becomes the number of locations. `always1` is 1 in every
-    call. The caller asks with an array of one element first; when `*count` says that there are
-    more, it asks again with an array of `*count` elements and preset sizes. Code 500: the
-    volume lies nowhere. */
+/** Where the volume is. `*count` is read and written. In the first call it is 0, and `locations`
+    has one element. If the volume has more locations, the caller passes the returned number in
+    a second call, with an array of that many elements. The sizes of all elements are set. The
+    library writes at most max(1, `*count`) elements and sets `*count` to the number of all
+    locations. `always1` is 1 in every call. Code 500: the volume has no location. */
 KRV_API KrvBool KrvVolumeLocations(KrvCallContext* context, uint32_t volumeId, SideKey* locations,
                                    uint32_t always1, uint32_t* count);
 
@@ -343,13 +346,13 @@ KRV_API KrvBool KrvVolumeActivate(KrvCallContext* context, uint32_t volumeId, co
 /** Disables the volume. */
 KRV_API KrvBool KrvVolumeDeactivate(KrvCallContext* context, uint32_t volumeId);
 
-/** Erases the side. */
+/** Erases one side; krvcmd passes side 0 or 1. */
 KRV_API KrvBool KrvVolumeErase(KrvCallContext* context, const SideKey* key);
 
 /** Finalizes and closes the medium; the side is 2 (the whole medium). */
 KRV_API KrvBool KrvVolumeFinalize(KrvCallContext* context, const SideKey* key);
 
-/** Formats the side. */
+/** Formats one side; krvcmd passes side 0 or 1. */
 KRV_API KrvBool KrvVolumeFormat(KrvCallContext* context, const SideKey* key, const FormatOptions* options);
 
 /* ---- Moving media ---------------------------------------------------------------------- */

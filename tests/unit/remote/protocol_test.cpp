@@ -146,7 +146,7 @@ TEST(RemoteProtocolTest, ValuesThatCannotBeMessagesAreRefused) {
 }
 
 TEST(RemoteProtocolTest, DeepValuesAreRefused) {
-    std::string bytes(kDeepest, '\x81');
+    std::string bytes(kMaxDepth, '\x81');
     EXPECT_NO_THROW((void)DecodeCbor(bytes + '\x01'));
     EXPECT_THROW((void)DecodeCbor(bytes + "\x81\x01"), ProtocolFailure);
     EXPECT_THROW((void)DecodeCbor(std::string(kLongestRequest, '\x81')), ProtocolFailure);
@@ -163,7 +163,7 @@ TEST(RemoteProtocolTest, FramesMayArriveByteByByte) {
             EXPECT_EQ((*message)["n"], ++count);
     }
     EXPECT_EQ(count, 2);
-    EXPECT_FALSE(reader.IsInTheMiddle());
+    EXPECT_FALSE(reader.HasPartialMessage());
 }
 
 TEST(RemoteProtocolTest, LongFramesAreRefusedBeforeTheyArrive) {
