@@ -137,14 +137,11 @@ FarmMagazine ReadMagazine(TableReader& reader) {
 
 // A layout may state a count to guard against slips; it must match.
 void CheckCount(TableReader& reader, std::string_view field, int64_t count) {
-    if (!reader.Has(field)) return;
-    int32_t declared = 0;
-    reader.Number(field, 0, kHighest, declared);
-    if (declared != count) {
-        reader.AddProblem(field, reader.Node(field),
-                          "is " + std::to_string(declared) + ", but there are " + std::to_string(count));
-        reader.GetProblems().back().isCountMismatch = true;
-    }
+    const std::optional<int64_t> declared = reader.Integer(field, 0, kHighest);
+    if (!declared.has_value() || *declared == count) return;
+    reader.AddProblem(field, reader.Node(field),
+                      "is " + std::to_string(*declared) + ", but there are " + std::to_string(count));
+    reader.GetProblems().back().isCountMismatch = true;
 }
 
 FarmJukebox ReadJukebox(TableReader& reader) {
@@ -195,12 +192,7 @@ FarmVolume ReadVolume(TableReader& reader) {
 }
 
 void ReadFarm(TableReader& reader, Farm& farm) {
-    int32_t format = 0;
-    reader.Require("format");
-    reader.Number("format", 0, kHighest, format);
-    if (reader.Has("format") && format != kFormat) {
-        reader.AddProblem("format", reader.Node("format"), "must be " + std::to_string(kFormat));
-    }
+    reader.RequireFormat(kFormat);
     reader.Flag("running", farm.running);
     reader.Number("next_volume", 0, kHighest, farm.nextVolume);
     reader.Tables("jukebox", [&](TableReader& jukebox) { farm.jukeboxes.push_back(ReadJukebox(jukebox)); });

@@ -29,6 +29,15 @@ void TableReader::Require(std::string_view field) {
     if (!Has(field)) AddProblem(field, nullptr, "is missing");
 }
 
+void TableReader::RequireFormat(int64_t version) {
+    constexpr std::string_view kField = "format";
+    Require(kField);
+    const std::optional<int64_t> format =
+        Integer(kField, std::numeric_limits<int64_t>::min(), std::numeric_limits<int64_t>::max());
+    if (format.has_value() && *format != version)
+        AddProblem(kField, Node(kField), "must be " + std::to_string(version));
+}
+
 void TableReader::Flag(std::string_view field, bool& target) {
     const toml::node* node = Node(field);
     if (node == nullptr) return;

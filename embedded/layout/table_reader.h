@@ -35,6 +35,9 @@ class TableReader {
     int GetLine() const { return m_origin.linesBefore + LineOf(m_table); }
     bool Has(std::string_view field) const { return m_table.contains(field); }
 
+    // The integer of a field; nothing when it is missing or invalid.
+    std::optional<int64_t> Integer(std::string_view field, int64_t lowest, int64_t highest);
+
     // Each leaves the target as it is when the field is missing or invalid.
     void Flag(std::string_view field, bool& target);
     void Number(std::string_view field, int64_t lowest, int64_t highest, int32_t& target);
@@ -57,6 +60,8 @@ class TableReader {
     const toml::node* Node(std::string_view field);
 
     void Require(std::string_view field);
+    // The field "format", which tells the version of the file's format.
+    void RequireFormat(int64_t version);
     // A null node stands for the line of the table.
     void AddProblem(std::string_view field, const toml::node* node, std::string text);
     std::string PathOf(std::string_view field) const;
@@ -68,8 +73,6 @@ class TableReader {
     static int LineOf(const toml::node& node);
 
   private:
-    // The integer of a field; nothing when it is missing or invalid.
-    std::optional<int64_t> Integer(std::string_view field, int64_t lowest, int64_t highest);
     // The array of a field; null when it is missing or no array. `elements` is for the message.
     const toml::array* Array(std::string_view field, std::string_view elements);
     std::optional<std::string> TextOf(std::string_view field, const toml::node& node, size_t limit);

@@ -14,7 +14,7 @@ struct ProgramEnd {
     std::string output;  // of both streams, the first 64 KiB
 };
 
-// Runs a program without a shell and waits for it: with the arguments behind its name, `descriptor` of this
+// Runs a program without a shell and waits for it: with the arguments after its name, `descriptor` of this
 // process as its descriptor 3, no other open files, no input, and none of the signals that a terminal sends.
 // A program that takes longer than `limit` is ended. An error: it could not be run, or not be waited for.
 Result<ProgramEnd> RunProgram(const std::string& path, const std::vector<std::string>& arguments,

@@ -42,8 +42,8 @@ std::string ReadOutput(int pipe, steady_clock::time_point deadline) {
         if (count <= 0) continue;
         const ssize_t length = read(pipe, buffer.data(), buffer.size());
         if (length == 0 || (length < 0 && errno != EINTR)) return output;
-        if (length > 0 && output.size() < kMostOutput)
-            output.append(buffer.data(), static_cast<size_t>(length));
+        if (length < 0) continue;
+        output.append(buffer.data(), std::min(static_cast<size_t>(length), kMostOutput - output.size()));
     }
 }
 

@@ -1,7 +1,5 @@
 #include "embedded/simulated/durations/duration_profile.h"
 
-#include <limits>
-
 #include "embedded/layout/table_reader.h"
 #include "embedded/model/media_types.h"
 
@@ -66,12 +64,7 @@ void ReadMedium(TableReader& reader, DurationProfile& profile) {
 }
 
 void ReadProfile(TableReader& reader, DurationProfile& profile) {
-    int32_t format = 0;
-    reader.Require("format");
-    reader.Number("format", 0, std::numeric_limits<int32_t>::max(), format);
-    if (reader.Has("format") && format != kFormat) {
-        reader.AddProblem("format", reader.Node("format"), "must be " + std::to_string(kFormat));
-    }
+    reader.RequireFormat(kFormat);
     reader.Text("name", kLongestName, profile.name);
     reader.Require("move");
     ReadDurations(reader, kFieldsOfJukebox, profile);

@@ -57,6 +57,15 @@ TEST(RunProgramTest, PassesWordsAsTheyAreAndCollectsOutput) {
     EXPECT_EQ(end->output, "$HOME; a\"b.*.");
 }
 
+TEST(RunProgramTest, KeepsTheFirst64KiBOfOutput) {
+    const auto end = RunProgram("/bin/sh", {"-c", "yes | head -c 65535; printf abcde; yes | head -c 200000"},
+                                0, milliseconds(30'000));
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->status, 0);
+    ASSERT_EQ(end->output.size(), 65536U);
+    EXPECT_EQ(end->output.back(), 'a');
+}
+
 TEST(RunProgramTest, PassesOneFileAndNoOther) {
     auto file = SparseFile::Create(0);
     const auto end = RunProgram("/bin/sh", {"-c", "echo hello >&3; cd /proc/self/fd && echo *"},

@@ -124,6 +124,7 @@ TEST(DurationProfileFile, MistakesAreReportedWithLineAndField) {
         {"move = 1\n", "FILE:1: format: is missing"},
         {"format = 1\n", "FILE:1: move: is missing"},
         {"format = 0\nmove = 1\n", "FILE:1: format: must be 1"},
+        {"format = \"1\"\nmove = 1\n", "FILE:1: format: must be an integer"},
         {"format = 1\nmove = -1\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
         {"format = 1\nmove = 10000000.5\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
         {"format = 1\nmove = nan\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},

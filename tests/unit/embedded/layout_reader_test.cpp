@@ -202,6 +202,22 @@ TEST(LayoutReader, CountThatDoesNotMatchIsAFault) {
               expected);
 }
 
+TEST(LayoutReader, FormatOrCountThatIsNoNumberIsOneFault) {
+    const std::vector<std::string> expected = {
+        "farm.toml:1: format: must be an integer",
+        "farm.toml:5: jukebox[1].magazine_count: must be an integer",
+        "farm.toml:6: jukebox[1].slot_count: must be from 0 to 2147483647",
+    };
+    EXPECT_EQ(ProblemsOf("format = \"1\"\n"
+                         "[[jukebox]]\n"
+                         "id = 1\n"
+                         "name = \"Box\"\n"
+                         "magazine_count = \"one\"\n"
+                         "slot_count = -4\n"
+                         "magazine = [ { slots = 4 } ]\n"),
+              expected);
+}
+
 TEST(LayoutReader, NumbersOutOfRangeAreFaults) {
     const std::vector<std::string> expected = {
         "farm.toml:3: jukebox[1].id: must be from 1 to 2147483647",
