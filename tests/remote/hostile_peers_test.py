@@ -72,13 +72,25 @@ class HostilePeers(unittest.TestCase):
         self.assertEqual(self.desk.run("krvsim", "init", "--server", "vault", "--demo").status, 0)
         self.assertEqual(self.desk.run("krvadm", "servers", "add", "archive", "ssh://far/vault").status, 0)
 
-    def record(self, *words):
-        """What both ends say during a command."""
+    def record_run(self, *words):
+        """How a command ends, and what both ends say meanwhile."""
         files = {name: str(self.desk.folder / name) for name in ("requests", "answers")}
         self.desk.use_as_ssh(RECORDING.format(krvadm=f"{PROGRAMS}/krvadm", **files))
-        there = self.desk.run("krvcmd", "quiet", "server=archive", *words)
+        outcome = self.desk.run("krvcmd", "quiet", "server=archive", *words)
+        return outcome, *(pathlib.Path(files[name]).read_bytes() for name in ("requests", "answers"))
+
+    def record(self, *words):
+        """What both ends say during a command that prints what it prints on the machine itself."""
+        there, requests, answers = self.record_run(*words)
         self.assertEqual(there.output, self.desk.run("krvcmd", "quiet", "server=vault", *words).output)
-        return tuple(pathlib.Path(files[name]).read_bytes() for name in ("requests", "answers"))
+        return requests, answers
+
+    def test_the_far_side_gives_a_sign_of_life_every_3_seconds_of_a_call(self):
+        made = self.desk.run("krvsim", "fault", "add", "--server", "vault", "--function", "VolumeSetAspects", "--delay", "4s")
+        self.assertEqual(made.status, 0, made)
+        outcome, _, answers = self.record_run("name", "V@33", "Slow")
+        self.assertEqual(outcome.status, 0, outcome)
+        self.assertIn(answers.count(b"working"), (1, 2))  # 2 where the whole takes more than 6 seconds
 
     def test_krvcmd_survives_any_answer(self):
         for words in (["query", "volumes", "V@33-40"], ["query", "slots", "J@8"], ["disable", "V@33,34"]):
