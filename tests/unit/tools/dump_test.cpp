@@ -32,6 +32,81 @@ TEST_F(KrvsimDump, JsonTellsTheWholeFarm) {
     EXPECT_TRUE(slots[4]["medium"].is_null());
 }
 
+TEST_F(KrvsimDump, JsonTellsEachFieldOfALayout) {
+    const std::string layout = WriteFile("tower.toml", R"(format = 1
+next_volume = 50
+[[volume]]
+id = 7
+type = "mirror"
+enabled = false
+label = "Sales"
+file_system = "UDF 2.01"
+total = 100
+free = 40
+directories = ["a", "b"]
+value1 = 3
+value2 = 4
+[[jukebox]]
+id = 3
+name = "Tower"
+enabled = false
+double_sided = true
+vendor = "V"
+product = "P"
+revision = "R"
+scsi = [1, 2, 3]
+waiting = [ { type = "CD-ROM", a = "no file system" } ]
+exported = [ { type = "CD-R", a = "bad" } ]
+[[jukebox.drive]]
+vendor = "DV"
+product = "DP"
+revision = "DR"
+scsi = [4, 5, 6]
+enabled = false
+value1 = 8
+value2 = 9
+[[jukebox.magazine]]
+slots = 3
+not_present = [2]
+[[jukebox.magazine.media]]
+slot = 1
+type = "DVD-RAM"
+a = { volume = 7, part = 1, finalization = "closed", sequential = true }
+b = { volume = 7, part = 2 }
+[[jukebox.magazine]]
+slots = 0
+present = false
+)");
+    Done({"init", "--server", "tower", "--layout", layout});
+    EXPECT_EQ(nlohmann::json::parse(Done({"dump", "--server", "tower", "--format", "json"})),
+              nlohmann::json::parse(R"({"schema": 1, "server": "tower", "running": true, "next_volume": 50,
+        "jukeboxes": [{
+            "id": 3, "name": "Tower", "enabled": false, "double_sided": true,
+            "vendor": "V", "product": "P", "revision": "R", "scsi": [1, 2, 3],
+            "drives": [{"drive": 1, "enabled": false, "vendor": "DV", "product": "DP", "revision": "DR",
+                        "scsi": [4, 5, 6], "value1": 8, "value2": 9}],
+            "magazines": [
+                {"magazine": 1, "present": true, "slots": [
+                    {"slot": 1, "state": "full", "medium": {"type": "DVD-RAM", "type_code": 12, "sides": [
+                        {"content": "file system", "finalization": "closed", "sequential": true,
+                         "volume": 7, "part": 1},
+                        {"content": "file system", "finalization": "not finalized", "sequential": false,
+                         "volume": 7, "part": 2}]}},
+                    {"slot": 2, "state": "not present", "medium": null},
+                    {"slot": 3, "state": "empty", "medium": null}]},
+                {"magazine": 2, "present": false, "slots": []}],
+            "waiting": [{"type": "CD-ROM", "type_code": 0, "sides": [
+                {"content": "no file system", "finalization": "closed", "sequential": false,
+                 "volume": null, "part": 0}]}],
+            "exported": [{"type": "CD-R", "type_code": 1, "sides": [
+                {"content": "bad", "finalization": "unknown", "sequential": false,
+                 "volume": null, "part": 0}]}]}],
+        "volumes": [{"id": 7, "type": "mirror", "enabled": false, "state": "disabled", "state_code": 1,
+                     "label": "Sales", "file_system": "UDF 2.01", "total": 100, "free": 40,
+                     "directories": ["a", "b"], "value1": 3, "value2": 4}],
+        "shelf": []})"));
+}
+
 TEST_F(KrvsimDump, JsonGivesBytesThatAreNoTextInHexadecimal) {
     Client client;
     ASSERT_TRUE(client.RenameJukebox(8, "K\xF6ln").ok);
