@@ -14,8 +14,12 @@ constexpr const char* kElementAddresses = "1D 12 00 01 00 01 04 00 00 08 03 00 0
 TEST(ModeSenseTest, FindsThePageBehindTheHeader) {
     const auto shortForm = Joined({Hex("17 00 00 00"), Hex(kElementAddresses)});
     EXPECT_EQ(DecodeModeSense6(shortForm, 0x1D)->page.size(), 20U);
-    const auto longForm = Joined({Hex("00 1A 00 00 00 00 00 00"), Hex(kElementAddresses)});
-    EXPECT_EQ(DecodeModeSense10(longForm, 0x1D)->page.size(), 20U);
+    const auto longForm = Joined({Hex("00 1A 03 80 00 00 00 00"), Hex(kElementAddresses)});
+    const auto data = DecodeModeSense10(longForm, 0x1D);
+    ASSERT_TRUE(data);
+    EXPECT_EQ(data->page.size(), 20U);
+    EXPECT_EQ(data->mediumType, 3);
+    EXPECT_TRUE(data->isWriteProtected);
 }
 
 TEST(ModeSenseTest, FindsThePageBehindBlockDescriptorsThatWereNotAskedFor) {
