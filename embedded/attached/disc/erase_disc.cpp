@@ -14,9 +14,9 @@ bool IsRewritable(const Medium& medium) {
 // Zeros at the start and at the end, or everywhere.
 Result<Nothing> Overwrite(DiscChange& change, const Medium& medium, EraseExtent extent) {
     const uint64_t size = medium.blocks * medium.blockSize;
-    const uint64_t telling = std::min(size, medium.GetSignatureBlocks() * medium.blockSize);
-    std::vector<SparseFile::Extent> extents{{0, extent == EraseExtent::Whole ? size : telling}};
-    if (extent == EraseExtent::Quick) extents.push_back({size - telling, size});
+    const uint64_t signatures = std::min(size, medium.GetSignatureBlocks() * medium.blockSize);
+    std::vector<SparseFile::Extent> extents{{0, extent == EraseExtent::Whole ? size : signatures}};
+    if (extent == EraseExtent::Quick) extents.push_back({size - signatures, size});
     const auto zeros = SparseFile::Create(size);
     if (!zeros) return zeros.GetError();
     const auto runs = RunsOf(extents, medium.blocks, medium.blockSize);

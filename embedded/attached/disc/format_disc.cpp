@@ -62,10 +62,10 @@ Result<Medium> FormatMedium(DiscChange& change, const Medium& medium) {
 std::vector<SparseFile::Extent> WithStartAndEnd(const std::vector<SparseFile::Extent>& written,
                                                 const Medium& medium) {
     const uint64_t size = medium.blocks * medium.blockSize;
-    const uint64_t telling = std::min(size, medium.GetSignatureBlocks() * medium.blockSize);
-    std::vector<SparseFile::Extent> extents{{0, telling}};
+    const uint64_t signatures = std::min(size, medium.GetSignatureBlocks() * medium.blockSize);
+    std::vector<SparseFile::Extent> extents{{0, signatures}};
     extents.insert(extents.end(), written.begin(), written.end());
-    extents.push_back({size - telling, size});
+    extents.push_back({size - signatures, size});
     return extents;
 }
 
