@@ -53,29 +53,32 @@ if(TARGET krvJukebox64)
   list(APPEND shipped krvJukebox64)
 endif()
 set(entries "")
+set(listed "")
 
 # krvcmd_list_library(NAME VERSION LICENCE LINKAGE FILE ...): a library that is in the FILEs, as far as they are built. The
-# LICENCE is an expression of SPDX.
+# LICENCE is an expression of SPDX. A library that some files link in another way has an entry for each LINKAGE.
 function(krvcmd_list_library name version licence linkage)
   set(files ${ARGN})
   list(FILTER files INCLUDE REGEX ".")
+  set(ref "${name}:${linkage}")
   set(used FALSE)
   foreach(file IN LISTS files)
     if(file IN_LIST shipped)
-      set(depends_${file} ${depends_${file}} ${name} PARENT_SCOPE)
+      set(depends_${file} ${depends_${file}} ${ref} PARENT_SCOPE)
       set(used TRUE)
     endif()
   endforeach()
-  if(NOT used)
+  if(NOT used OR ref IN_LIST listed)
     return()
   endif()
+  set(listed ${listed} ${ref} PARENT_SCOPE)
   set(version_text "")
   if(version)
     set(version_text "\n      \"version\": \"${version}\",\n      \"purl\": \"pkg:generic/${name}@${version}\",")
   endif()
   set(entries ${entries} "    {
       \"type\": \"library\",
-      \"bom-ref\": \"${name}\",
+      \"bom-ref\": \"${ref}\",
       \"name\": \"${name}\",${version_text}
       \"licenses\": [{ \"expression\": \"${licence}\" }],
       \"properties\": [{ \"name\": \"krvcmd:linkage\", \"value\": \"${linkage}\" }]
@@ -90,8 +93,17 @@ else()
   set(system_linkage shared)
   krvcmd_list_library(glibc "${version_glibc}" "LGPL-2.1-or-later" shared ${shipped})
 endif()
-krvcmd_list_library(libstdcxx "${version_libstdcxx}" "${gcc_runtime}" ${system_linkage} ${shipped})
-krvcmd_list_library(libgcc "${version_libstdcxx}" "${gcc_runtime}" ${system_linkage} ${shipped})
+if(KRVCMD_STATIC_CXX_LIBRARY)
+  set(cxx_linkage static)
+else()
+  set(cxx_linkage ${system_linkage})
+endif()
+set(others ${shipped})
+list(REMOVE_ITEM others krvcmd)
+foreach(library libstdcxx libgcc)
+  krvcmd_list_library(${library} "${version_libstdcxx}" "${gcc_runtime}" ${cxx_linkage} krvcmd)
+  krvcmd_list_library(${library} "${version_libstdcxx}" "${gcc_runtime}" ${system_linkage} ${others})
+endforeach()
 krvcmd_list_library(sqlite "${version_sqlite}" "blessing" ${system_linkage} krvSdk64 krvsim krvadm)
 krvcmd_list_library(tomlplusplus "${version_tomlplusplus}" "MIT" header krvSdk64 krvsim krvadm)
 krvcmd_list_library(cli11 "${version_cli11}" "BSD-3-Clause" header krvsim krvadm)

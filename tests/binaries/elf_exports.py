@@ -1,4 +1,8 @@
-"""elf_exports.py DEF LIBRARY PROGRAM: the library exports exactly the listed functions; the program imports no others."""
+"""elf_exports.py DEF LIBRARY PROGRAM: the library exports exactly the listed functions; the program imports no others.
+
+A program that contains the C++ library exports nothing: its copy would replace the one that the client library uses.
+"""
+import re
 import sys
 
 from inspect_file import Findings, exported_by_list, readelf
@@ -24,4 +28,8 @@ findings.expect(exported == listed, f"exported but not listed: {sorted(exported 
                                     f"listed but not exported: {sorted(listed - exported)}")
 findings.expect(wanted, "the program asks for no function of the library")
 findings.expect(wanted <= listed, f"the program asks for {sorted(wanted - listed)}")
+contains_cxx_library = not re.search(r"\(NEEDED\).*\[libstdc\+\+\.", readelf("--dynamic", program))
+if contains_cxx_library:
+    own = dynamic_symbols(program, defined=True)
+    findings.expect(not own, f"the program exports {sorted(own)}")
 findings.report()

@@ -63,11 +63,11 @@ class BillOfMaterials(unittest.TestCase):
         cls.libraries = {entry["bom-ref"]: entry for entry in cls.bill["components"]}
         cls.depends = {entry["ref"]: entry["dependsOn"] for entry in cls.bill["dependencies"]}
 
-    def linkage(self, name):
-        return {entry["name"]: entry["value"] for entry in self.libraries[name]["properties"]}["krvcmd:linkage"]
+    def linkage(self, ref):
+        return {entry["name"]: entry["value"] for entry in self.libraries[ref]["properties"]}["krvcmd:linkage"]
 
     def listed(self, file, linkages):
-        return {name for name in self.depends[self.files[file]] if self.linkage(name) in linkages}
+        return {self.libraries[ref]["name"] for ref in self.depends[self.files[file]] if self.linkage(ref) in linkages}
 
     def test_is_a_bill_in_the_format_of_cyclonedx(self):
         self.assertEqual((self.bill["bomFormat"], self.bill["specVersion"], self.bill["version"]), ("CycloneDX", "1.4", 1))
@@ -85,7 +85,7 @@ class BillOfMaterials(unittest.TestCase):
     def test_lists_the_shipped_files_and_only_libraries_that_one_of_them_uses(self):
         self.assertEqual(set(self.files), set(FILES))
         self.assertEqual(set(self.depends), set(self.files.values()))
-        self.assertEqual({name for names in self.depends.values() for name in names}, set(self.libraries))
+        self.assertEqual({ref for refs in self.depends.values() for ref in refs}, set(self.libraries))
 
     @unittest.skipIf(ON_WINDOWS, "only libraries of Windows itself are needed; tests of the binaries check it")
     def test_the_shared_libraries_of_a_file_are_those_that_it_needs(self):
@@ -107,8 +107,9 @@ class BillOfMaterials(unittest.TestCase):
                 self.assertEqual(self.listed(file, {"static", "header"}), found)
 
     def test_each_library_has_the_version_of_the_package_that_it_comes_from(self):
-        for name, entry in self.libraries.items():
-            with self.subTest(library=name):
+        for ref, entry in self.libraries.items():
+            name = entry["name"]
+            with self.subTest(library=ref):
                 self.assertRegex(entry["version"], r"^\d+(\.\d+)*$")
                 installed = installed_version(PACKAGES[name]) if name in PACKAGES else ""
                 if installed and not (ON_WINDOWS and name == "sqlite"):
