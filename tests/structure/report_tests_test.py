@@ -6,7 +6,7 @@ import sys
 import tempfile
 import unittest
 
-REPORT = pathlib.Path(sys.argv.pop(1)) / "scripts/lib/report_tests"
+REPORT = pathlib.Path(sys.argv.pop(1)) / "scripts/lib/report_tests.py"
 
 RUN = "Running main() from gtest_main.cc\n[==========] Running 3 tests from 1 test suite.\n"
 GOOD = "[ RUN      ] Clock.Ticks\ntick\n[       OK ] Clock.Ticks (0 ms)\n"

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Shows the result of a run of ctest: scripts/lib/report_tests OUTPUT LAST-TEST-LOG
+"""Shows the result of a run of ctest: scripts/lib/report_tests.py OUTPUT LAST-TEST-LOG
 
 Prints ctest's output without what passed. The last line counts the cases: "812 passed, 0 failed". A case is one test of
 GoogleTest or of Python's unittest; any other test of ctest is one case. The cases that a program does not reach have failed.
@@ -67,13 +67,18 @@ def count_cases(text, has_passed):
     return passed, failed
 
 
-def count(output, log):
-    """The numbers of passed and failed cases of a whole run. Of a test that ran twice, the second run counts."""
+def count_by_test(output, log):
+    """The numbers of passed and failed cases of each test of ctest. Of a test that ran twice, the second run counts."""
     beginnings = list(BEGIN.finditer(log))
     texts = {begin.group(1): log[begin.end():following.start() if following else len(log)]
              for begin, following in zip(beginnings, [*beginnings[1:], None])}
-    cases = [count_cases(texts.get(name, ""), result == "Passed")
-             for name, result in dict(RESULT.findall(output)).items() if result != "Skipped"]
+    return {name: count_cases(texts.get(name, ""), result == "Passed")
+            for name, result in dict(RESULT.findall(output)).items() if result != "Skipped"}
+
+
+def count(output, log):
+    """The numbers of passed and failed cases of a whole run."""
+    cases = count_by_test(output, log).values()
     return sum(passed for passed, _ in cases), sum(failed for _, failed in cases)
 
 
