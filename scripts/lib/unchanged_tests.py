@@ -35,18 +35,39 @@ def output(*command):
     return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True).stdout
 
 
-def is_program(path):
-    if not path.is_file():
-        return False
-    with open(path, "rb") as file:
-        return file.read(4).startswith((b"\x7fELF", b"MZ"))
+class Program:
+    """A program or a shared library of Linux or Windows."""
+
+    def __init__(self, path):
+        self._path = path
+
+    @staticmethod
+    def is_one(path):
+        if not path.is_file():
+            return False
+        with open(path, "rb") as file:
+            return file.read(4).startswith((b"\x7fELF", b"MZ"))
+
+    def texts(self):
+        """Its bytes, without debug information, whose names of folders are not used when it runs."""
+        with tempfile.NamedTemporaryFile() as stripped:
+            output("objcopy", "--strip-debug", str(self._path), stripped.name)
+            return pathlib.Path(stripped.name).read_bytes()
+
+    def libraries(self):
+        """Lines that name the shared libraries that it loads when it starts, perhaps with others."""
+        if self._path.suffix in (".exe", ".dll"):
+            return "\n".join(map(str, self._path.parent.glob("*.dll"))).encode()
+        return output("ldd", str(self._path))
 
 
 class Inputs:
     """What the tests of a build use. Each file is read once."""
 
     def __init__(self, project, build):
-        self._project, self._build = project, build
+        self._build = build
+        # The Linux programs that run those for Windows are in another build.
+        self._all_builds = project / "build"
         self._paths = re.compile(re.escape(os.fsencode(project)) + rb"(?:/[\w.+-]+)+")
         self._digests = {}
         self._named = {}
@@ -56,7 +77,7 @@ class Inputs:
         properties = {entry["name"]: entry["value"] for entry in test.get("properties", [])}
         command, environment = test.get("command", []), properties.get("ENVIRONMENT", [])
         program = pathlib.Path(next((word for word in command if word != str(WINE)), ""))
-        if not program.is_relative_to(self._build) or not is_program(program):
+        if not self._is_built(program):
             return None
         words = json.dumps([command, environment])
         try:
@@ -67,6 +88,9 @@ class Inputs:
             return None
         parts = [words, *(f"{path} {self._digest(path)}" for path in sorted(used | USED_BY_ALL))]
         return hashlib.sha256("\n".join(parts).encode()).hexdigest()
+
+    def _is_built(self, path):
+        return path.is_relative_to(self._all_builds) and Program.is_one(path)
 
     def _named_in(self, content):
         return {pathlib.Path(os.fsdecode(match)) for match in self._paths.findall(content)}
@@ -79,25 +103,18 @@ class Inputs:
             if path in used:
                 continue
             used.add(path)
-            if path.is_relative_to(self._build) and is_program(path):
+            if self._is_built(path):
                 waiting += self._used_by_program(path)
             elif path.is_file():
                 # A script or a file of data, with those beside it.
                 waiting.append(path.parent)
         return used
 
-    def _used_by_program(self, program):
-        if program not in self._named:
-            with tempfile.NamedTemporaryFile() as stripped:
-                # The names of folders in debug information are no inputs.
-                output("objcopy", "--strip-debug", str(program), stripped.name)
-                named = self._named_in(pathlib.Path(stripped.name).read_bytes())
-            if program.suffix == ".exe":
-                named.update(program.parent.glob("*.dll"))
-            else:
-                named |= self._named_in(output("ldd", str(program)))
-            self._named[program] = named
-        return self._named[program]
+    def _used_by_program(self, path):
+        if path not in self._named:
+            program = Program(path)
+            self._named[path] = self._named_in(program.texts()) | self._named_in(program.libraries())
+        return self._named[path]
 
     def _digest(self, path):
         if path not in self._digests:
