@@ -29,7 +29,8 @@ class FarSide:
         self._listener = socket.create_server(("127.0.0.1", 0))
         self.port = self._listener.getsockname()[1]
         self.serving = []
-        threading.Thread(target=self._accept, daemon=True).start()
+        self._thread = threading.Thread(target=self._accept, daemon=True)
+        self._thread.start()
 
     def _accept(self):
         while True:
@@ -42,6 +43,9 @@ class FarSide:
                                                      stdout=connection, env=self._environment))
 
     def close(self):
+        # Closing alone would leave the thread waiting, and the next listener may get the same number.
+        self._listener.shutdown(socket.SHUT_RDWR)
+        self._thread.join()
         self._listener.close()
         for process in self.serving:
             process.wait(timeout=20)
