@@ -3,7 +3,7 @@
 
 readonly kOldestCMake=3.25
 
-# ccache is optional.
+# scripts/test installs ccache; the others use it if it is there.
 use_compiler_cache() {
     command -v ccache >/dev/null 2>&1 || return 0
     export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache

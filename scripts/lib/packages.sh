@@ -30,6 +30,7 @@ header  gmock/gmock.h         libgmock-dev
 command clang++               clang
 command clang-format          clang-format
 command clang-tidy            clang-tidy
+command ccache                ccache
 package libclang-rt-dev       libclang-rt-dev
 command python3               python3
 command readelf               binutils

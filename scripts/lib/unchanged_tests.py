@@ -122,7 +122,8 @@ class Inputs:
         return self._digests[path]
 
     def _digest_of_folder(self, path):
-        files = (file for file in path.rglob("*") if file.is_file() and "__pycache__" not in file.parts)
+        # Static libraries are for the linker, and are beside the shared ones.
+        files = (file for file in path.rglob("*") if file.is_file() and file.suffix != ".a" and "__pycache__" not in file.parts)
         return hashlib.sha256("".join(f"{file} {self._digest(file)}\n" for file in sorted(files)).encode()).hexdigest()
 
     @staticmethod

@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
-"""Few ways there and back: distance_test.py PROGRAM-DIRECTORY [--measure]. With --measure, 100,000 volumes at a distance."""
+"""Few ways there and back: distance_test.py PROGRAM-DIRECTORY [--measure] [CLASS ...]
+
+With --measure, 100,000 volumes at a distance.
+"""
 import os
 import pathlib
 import shlex

@@ -87,6 +87,10 @@ class UnchangedTests(unittest.TestCase):
         (self.project / "data/other").write_text("")
         self.assertEqual(self.run_tests(), (["caller", "reader", "script"], 0))
 
+    def test_but_a_new_static_library_changes_nothing(self):
+        (self.project / "data/lib.a").write_text("")
+        self.assertEqual(self.run_tests(), (["script"], 4))
+
     def test_a_changed_program_runs_again(self):
         self.compile("caller", "int main(void) { return 0; }")
         self.assertEqual(self.run_tests(), (["caller", "script"], 2))
