@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
 """A test runs again when something that it uses has changed: unchanged_tests_test.py PROJECT COMPILER"""
-import os
 import pathlib
 import re
 import shutil
