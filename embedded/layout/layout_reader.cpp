@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "embedded/layout/long_arrays.h"
-#include "embedded/layout/stray_characters.h"
 #include "embedded/layout/table_reader.h"
 #include "embedded/model/media_types.h"
 
@@ -208,17 +207,13 @@ void ReadFarm(TableReader& reader, Farm& farm) {
 std::optional<Farm> ReadInPieces(std::string_view text) {
     LongArrays arrays(text);
     if (arrays.IsEmpty()) return std::nullopt;
-    try {
-        const toml::table table = toml::parse(arrays.GetRest());
-        std::vector<Problem> problems;
-        TableReader reader(table, "", problems);
+    Farm farm;
+    std::vector<Problem> problems;
+    ReadToml(arrays.GetRest(), problems, [&](TableReader& reader) {
         reader.SetLongArrays(arrays);
-        Farm farm;
         ReadFarm(reader, farm);
-        if (problems.empty() && arrays.AreAllTaken()) return farm;
-    } catch (const toml::parse_error&) {
-        // The text as a whole shows where.
-    }
+    });
+    if (problems.empty() && arrays.AreAllTaken()) return farm;
     return std::nullopt;
 }
 
@@ -234,22 +229,11 @@ std::string ProblemText(std::string_view file, const Problem& problem) {
 
 LayoutResult ReadLayout(std::string_view text) {
     LayoutResult result;
-    if (const std::optional<Problem> stray = FindStrayCharacter(text)) {
-        result.problems.push_back(*stray);
-        return result;
-    }
     if (std::optional<Farm> farm = ReadInPieces(text)) {
         result.farm = std::move(*farm);
         return result;
     }
-    try {
-        const toml::table table = toml::parse(text);
-        TableReader reader(table, "", result.problems);
-        ReadFarm(reader, result.farm);
-    } catch (const toml::parse_error& failure) {
-        result.problems.push_back(
-            {static_cast<int>(failure.source().begin.line), "", std::string(failure.description())});
-    }
+    ReadToml(text, result.problems, [&](TableReader& reader) { ReadFarm(reader, result.farm); });
     return result;
 }
 

@@ -3,6 +3,7 @@
 #include <charconv>
 #include <limits>
 
+#include "embedded/layout/stray_characters.h"
 #include "embedded/layout/text_encoding.h"
 
 namespace embedded {
@@ -174,8 +175,10 @@ void TableReader::Tables(std::string_view field, const std::function<void(TableR
     ReadElements(field, *list, position, m_origin, read);
     if (m_origin.arrays == nullptr) return;
     for (const LongArrays::Piece& piece : m_origin.arrays->Take(LineOf(*list))) {
-        const toml::table parsed = toml::parse("e = [" + std::string(piece.elements) + "\n]");
-        ReadElements(field, *parsed["e"].as_array(), position, Origin{piece.line - 1, nullptr}, read);
+        ReadToml("e = [" + std::string(piece.elements) + "\n]", m_problems, [&](TableReader& reader) {
+            ReadElements(field, *reader.Node("e")->as_array(), position, Origin{piece.line - 1, nullptr},
+                         read);
+        });
     }
 }
 
@@ -198,6 +201,22 @@ void TableReader::ReadElements(std::string_view field, const toml::array& list, 
 void TableReader::RejectUnknownFields() {
     for (const auto& [key, node] : m_table) {
         if (!m_asked.contains(key.str())) AddProblem(key.str(), &node, "is not a known field");
+    }
+}
+
+void ReadToml(std::string_view text, std::vector<Problem>& problems,
+              const std::function<void(TableReader&)>& read) {
+    if (const std::optional<Problem> stray = FindStrayCharacter(text)) {
+        problems.push_back(*stray);
+        return;
+    }
+    try {
+        const toml::table table = toml::parse(text);
+        TableReader reader(table, "", problems);
+        read(reader);
+    } catch (const toml::parse_error& failure) {
+        problems.push_back(
+            {static_cast<int>(failure.source().begin.line), "", std::string(failure.description())});
     }
 }
 

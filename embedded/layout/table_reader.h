@@ -52,8 +52,7 @@ class TableReader {
     std::vector<int32_t> Numbers(std::string_view field);
     // An array of strings.
     std::vector<std::string> Texts(std::string_view field, size_t limit);
-    // Calls `read` with each table of an array of tables. Throws toml::parse_error for a long array that is
-    // invalid.
+    // Calls `read` with each table of an array of tables.
     void Tables(std::string_view field, const std::function<void(TableReader&)>& read);
 
     // The node itself, for a field with several forms; null when it is missing.
@@ -93,5 +92,9 @@ class TableReader {
     std::vector<Problem>& m_problems;
     std::set<std::string, std::less<>> m_asked;
 };
+
+// Parses a TOML text and calls `read` with its table. A text that is not TOML adds one problem: the first.
+void ReadToml(std::string_view text, std::vector<Problem>& problems,
+              const std::function<void(TableReader&)>& read);
 
 }  // namespace embedded

@@ -109,6 +109,9 @@ class ServersOverSsh(Fixture):
         file.write_text("[[server]]\nname = 3\n", encoding="utf-8")
         refused = self.desk.run("krvcmd", "server=two", "query", "jukeboxes")
         self.assertIn("KRV error 1096", refused.error)
+        file.write_text("[[server]]\nname = ü\n", encoding="utf-8")
+        refused = self.desk.run("krvcmd", "server=two", "query", "jukeboxes")
+        self.assertIn("servers.toml:2: unexpected non-ASCII character", refused.error)
         self.assertEqual(self.desk.run("krvcmd", "query", "jukeboxes").status, 0)
 
     def test_what_a_key_may_do_depends_on_the_key(self):

@@ -36,15 +36,6 @@ std::string ReadFile(const std::filesystem::path& file) {
     return text.str();
 }
 
-toml::table Parse(const std::filesystem::path& file, const std::string& text) {
-    try {
-        return toml::parse(std::string_view(text));
-    } catch (const toml::parse_error& error) {
-        RefuseFile(file, "line " + std::to_string(error.source().begin.line) + ": " +
-                             std::string(error.description()));
-    }
-}
-
 struct Entry {
     KnownServer server;
     // Of the text, from 1: its first line and the one behind its last.
@@ -68,23 +59,25 @@ KnownServer ReadServer(TableReader& reader) {
     return server;
 }
 
+Entry ReadEntry(const std::filesystem::path& file, TableReader& reader) {
+    Entry entry;
+    entry.server = ReadServer(reader);
+    entry.server.file = file;
+    entry.firstLine = static_cast<size_t>(reader.GetLine());
+    for (const char* field : {"name", "place"}) {
+        if (const toml::node* node = reader.Node(field))
+            entry.endLine = std::max<size_t>(entry.endLine, node->source().end.line + 1);
+    }
+    return entry;
+}
+
 std::vector<Entry> ReadEntries(const std::filesystem::path& file, const std::string& text) {
     std::vector<Entry> entries;
-    const toml::table table = Parse(file, text);
     std::vector<Problem> problems;
-    TableReader reader(table, "", problems);
-    reader.Tables("server", [&](TableReader& server) {
-        Entry entry;
-        entry.server = ReadServer(server);
-        entry.server.file = file;
-        entry.firstLine = static_cast<size_t>(server.GetLine());
-        for (const char* field : {"name", "place"}) {
-            if (const toml::node* node = server.Node(field))
-                entry.endLine = std::max<size_t>(entry.endLine, node->source().end.line + 1);
-        }
-        entries.push_back(std::move(entry));
+    ReadToml(text, problems, [&](TableReader& reader) {
+        reader.Tables("server", [&](TableReader& server) { entries.push_back(ReadEntry(file, server)); });
+        reader.RejectUnknownFields();
     });
-    reader.RejectUnknownFields();
     if (!problems.empty()) RefuseFile(file, ProblemText("servers.toml", problems.front()));
     return entries;
 }

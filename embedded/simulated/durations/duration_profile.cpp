@@ -82,14 +82,7 @@ const DriveDurations& DurationProfile::Of(uint32_t type) const {
 
 ProfileResult ReadDurationProfile(std::string_view text) {
     ProfileResult result;
-    try {
-        const toml::table table = toml::parse(text);
-        TableReader reader(table, "", result.problems);
-        ReadProfile(reader, result.profile);
-    } catch (const toml::parse_error& failure) {
-        result.problems.push_back(
-            {static_cast<int>(failure.source().begin.line), "", std::string(failure.description())});
-    }
+    ReadToml(text, result.problems, [&](TableReader& reader) { ReadProfile(reader, result.profile); });
     return result;
 }
 

@@ -130,6 +130,7 @@ TEST(DurationProfileFile, MistakesAreReportedWithLineAndField) {
         {"format = 1\nmove = nan\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
         {"format = 1\nmove = \"5\"\n", "FILE:2: move: must be a number of seconds from 0 to 10000000"},
         {"format = 1\nmove = 1\nlod = 1\n", "FILE:3: lod: is not a known field"},
+        {"format = 1\nmove = 1\nl\xC3\xA4nge = 1\n", "FILE:3: unexpected non-ASCII character"},
         {"format = 1\nmove = 1\n[[medium]]\nread = 1\n", "FILE:3: medium[1].types: is missing"},
         {"format = 1\nmove = 1\n[[medium]]\ntypes = [\"CDR\"]\n",
          "FILE:4: medium[1].types: \"CDR\" is not a media type"},
