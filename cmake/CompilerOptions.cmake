@@ -10,6 +10,9 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 check_pie_supported()
 
+# The same sources give the same files in every folder; the tests show paths below the source folder.
+add_compile_options("-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
+
 add_library(krvcmd_options INTERFACE)
 target_include_directories(krvcmd_options INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(krvcmd_options INTERFACE

@@ -17,8 +17,8 @@ if(NOT TARGET SQLite::SQLite3)
 
   add_library(krvcmd_sqlite STATIC "${sqliteSource}/sqlite3.c")
   set_target_properties(krvcmd_sqlite PROPERTIES UNITY_BUILD OFF)
-  # Warnings in third-party code are not shown.
-  target_compile_options(krvcmd_sqlite PRIVATE -w)
+  # Warnings in third-party code are not shown. Optimised as SQLite's own makefile does it.
+  target_compile_options(krvcmd_sqlite PRIVATE -w -O2)
   target_compile_definitions(krvcmd_sqlite PRIVATE SQLITE_THREADSAFE=1 SQLITE_OMIT_LOAD_EXTENSION)
   target_include_directories(krvcmd_sqlite SYSTEM INTERFACE "${sqliteSource}")
   add_library(SQLite::SQLite3 ALIAS krvcmd_sqlite)
