@@ -19,6 +19,9 @@ target_compile_options(krvcmd_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 target_compile_options(krvcmd_options INTERFACE
   "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wreserved-identifier;-Wnonnull;-Wempty-body>")
+# Otherwise the times of its headers make each precompiled header a new one for the compiler cache.
+target_compile_options(krvcmd_options INTERFACE
+  "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:SHELL:-Xclang -fno-pch-timestamp>")
 # False warnings of g++ 12, which later versions do not give: about overlapping copies when the standard library inserts
 # into a std::string, and about uninitialised members of an empty std::optional or std::variant.
 target_compile_options(krvcmd_options INTERFACE
