@@ -76,6 +76,7 @@ TEST(LongArrays, ProblemsNameTheirPlaceInTheWholeFile) {
              Case{"{ id = 5001, colour = 1 },\n", "x:5003: volume[5001].colour: is not a known field"},
              Case{"{ id = \"5001\" },\n", "x:5003: volume[5001].id: must be an integer"},
              Case{"7,\n", "x:5003: volume[5001]: must be a table"},
+             Case{"{ id = \xC3\xBC },\n", "x:5003: unexpected non-ASCII character"},
          }) {
         const embedded::LayoutResult layout = embedded::ReadLayout(LongLayout(expected.volume));
         ASSERT_EQ(layout.problems.size(), 1U) << expected.volume;
